@@ -1,0 +1,61 @@
+// What is shown over a drawing without being part of it: temporary drawing, marks, highlights.
+//
+// One store for each drawing (drawing.component<TransientGraphics>()). A view paints what it finds here.
+#pragma once
+
+#include "host/drawing/Drawing.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+using TransientRing = std::vector<AcDbPolyline::Vertex>; ///< closed; first vertex not repeated
+
+struct TransientPath {
+    std::vector<AcDbPolyline::Vertex> vertices;
+    bool closed = false;
+    int color = 7; ///< colour index
+};
+
+/// A hatched mark; angle in radians, scale in drawing units of the pattern.
+struct TransientMark {
+    std::vector<TransientRing> rings; ///< outer first, then holes
+    int color = 7;
+    double scale = 1.0, angle = 0.0;
+    std::wstring pattern;
+};
+
+class TransientGraphics {
+public:
+    explicit TransientGraphics(Drawing &drawing) : m_drawing(drawing) {}
+
+    /// Draws along an entity (a line, an arc, a polyline) in a colour until clearTemporary.
+    void drawTemporary(const AcDbEntity &entity, int color);
+    void drawTemporary(TransientPath path);
+    void clearTemporary();
+    const std::vector<TransientPath> &temporary() const { return m_temporary; }
+
+    /// A mark under a key (an area's GUID); a second one replaces the first.
+    void setMark(const std::wstring &key, TransientMark mark);
+    void removeMark(const std::wstring &key);
+    void clearMarks();
+    const std::map<std::wstring, TransientMark> &marks() const { return m_marks; }
+
+    void setHighlighted(const AcDbEntity &entity, bool on);
+    bool isHighlighted(const AcDbEntity &entity) const;
+    const std::vector<const AcDbEntity *> &highlighted() const { return m_highlighted; }
+
+    /// Grows with every change.
+    std::uint64_t revision() const { return m_revision; }
+
+private:
+    Drawing &m_drawing;
+    std::vector<TransientPath> m_temporary;
+    std::map<std::wstring, TransientMark> m_marks;
+    std::vector<const AcDbEntity *> m_highlighted;
+    std::uint64_t m_revision = 0;
+};
+
+} // namespace velmor
