@@ -27,7 +27,7 @@ ensure_packages() {
 }
 
 BUILD_PACKAGES=(g++ cmake ninja-build ccache git ca-certificates
-    qt6-base-dev qt6-tools-dev libqt6svg6 libgl-dev libgeos-dev libgeos++-dev libboost-dev libcli11-dev libfmt-dev
+    qt6-base-dev libqt6svg6 libgl-dev libgeos-dev libgeos++-dev libboost-dev libcli11-dev libfmt-dev
     fonts-dejavu-core)
 CHECK_PACKAGES=(libgtest-dev libgmock-dev clang libclang-rt-dev binutils python3 python3-ezdxf gdal-bin)
 
