@@ -1,0 +1,268 @@
+// The dialogue with the host's boundary command and the search for what it made.
+#include "geometry/ZEMCBoundary.h"
+
+#include "contracts/CoreServices.h"
+#include "geometry/Trace.h"
+
+#include <boost/container/flat_set.hpp>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace {
+
+constexpr char kCreateBoundary[] = "CZEMCBoundary::CreateBoundary";
+constexpr char kFindNewPoly[] = "CZEMCBoundary::FindNewPoly";
+
+/// Every polyline that stood in the drawing when it was last looked at. Flat and sorted: ids mostly come in rising
+/// order, and a comparison over a whole drawing runs through contiguous memory.
+using IdSet = boost::container::flat_set<AcDbObjectId>;
+IdSet &KnownPolylineIds()
+{
+    static IdSet ids;
+    return ids;
+}
+
+/// Calls visit(id) for each polyline of each block of the working drawing. False when the block table or an iterator
+/// could not be had, which ends the walk.
+template <class Visit>
+bool WalkPolylines(Visit visit)
+{
+    AcDbDatabase *database = acdbHostApplicationServices()->workingDatabase();
+    AcDbBlockTable *table = nullptr;
+    if (!database || database->getBlockTable(table, AcDb::kForRead) != Acad::eOk)
+        return false;
+    AcDbBlockTableIterator *newBlocks = nullptr;
+    const Acad::ErrorStatus status = table->newIterator(newBlocks, true, true);
+    table->close();
+    if (status != Acad::eOk)
+        return false;
+
+    const AcRxClass *const lightWeight = AcDbPolyline::desc();
+    const AcRxClass *const oldStyle = AcDb2dPolyline::desc();
+    const std::unique_ptr<AcDbBlockTableIterator> blocks(newBlocks);
+    for (; !blocks->done(); blocks->step()) {
+        AcDbBlockTableRecord *record = nullptr;
+        if (blocks->getRecord(record, AcDb::kForRead) != Acad::eOk)
+            continue;
+        AcDbBlockTableRecordIterator *newEntities = nullptr;
+        const Acad::ErrorStatus entityStatus = record->newIterator(newEntities, true, true);
+        record->close();
+        if (entityStatus != Acad::eOk)
+            return false;
+        const std::unique_ptr<AcDbBlockTableRecordIterator> entities(newEntities);
+        for (; !entities->done(); entities->step()) {
+            AcDbEntity *entity = nullptr;
+            if (entities->getEntity(entity, AcDb::kForRead) != Acad::eOk)
+                continue;
+            const AcRxClass *const kind = entity->isA();
+            if (kind == lightWeight || kind == oldStyle) {
+                const AcDbObjectId id = entity->objectId();
+                if (!id.isErased())
+                    visit(id);
+            }
+            entity->close();
+        }
+    }
+    return true;
+}
+
+bool IsEmpty(const ads_name selection)
+{
+    std::int32_t length = 0;
+    return acedSSLength(selection, &length) != RTNORM || length < 1;
+}
+
+/// Hands the head, one node for each point and the final Enter to the host, and frees them.
+void RunOverPoints(resbuf *head, const AcGePoint3dArray &points)
+{
+    if (!head)
+        return;
+    resbuf *last = head;
+    while (last->rbnext)
+        last = last->rbnext;
+    for (const AcGePoint3d &point : points) {
+        resbuf *node = acutNewRb(RT3DPOINT);
+        node->resval.rpoint[0] = point.x;
+        node->resval.rpoint[1] = point.y;
+        node->resval.rpoint[2] = point.z;
+        last->rbnext = node;
+        last = node;
+    }
+    last->rbnext = acutBuildList(RTSTR, L"", RTNONE);
+    acedCmd(head);
+    acutRelRb(head);
+}
+
+/// The first of the largest areas; -1 when no area is above 0.
+template <class TraceArea>
+int FindLargest(const AcDbObjectIdArray &ids, TraceArea traceArea)
+{
+    int best = -1;
+    double bestArea = 0.0;
+    for (int i = 0; i < static_cast<int>(ids.size()); ++i) {
+        double area = 0.0;
+        CZEMCBoundary::GetArea(area, ids[i]); // a failure leaves 0.0, which never wins
+        traceArea(area);
+        if (area > bestArea) {
+            best = i;
+            bestArea = area;
+        }
+    }
+    return best;
+}
+
+void TraceOk(int line, const char *function, bool ok)
+{
+    if (CLogEngine::GetLoggingOnOff())
+        TraceFormat(TraceRecord(__FILE__, line, function), "ok = '%d'", ok);
+}
+
+/// Moves entry best to boundary and the others, in their order, to the end of others.
+void TakeLargest(AcDbObjectIdArray &found, int best, AcDbObjectId &boundary, AcDbObjectIdArray &others)
+{
+    boundary = found[best];
+    found.erase(found.begin() + best);
+    others.insert(others.end(), found.begin(), found.end());
+}
+
+} // namespace
+
+bool CZEMCBoundary::CreateBoundary(const AcGePoint3d &picked, AcDbObjectId &boundary, AcDbObjectIdArray &others,
+                                   const ads_name selection)
+{
+    CTraceFrame frame(__FILE__, __LINE__, kCreateBoundary);
+    RememberPolylines();
+    const ads_point point = {picked.x, picked.y, picked.z};
+    if (IsEmpty(selection)) {
+        acedCommand(RTSTR, L"_-BOUNDARY", RTSTR, L"_A", RTSTR, L"_I", RTSTR, L"_Y", RTSTR, L"", RT3DPOINT, point, RTSTR,
+                    L"", RTNONE);
+    } else {
+        acedCommand(RTSTR, L"_-BOUNDARY", RTSTR, L"_A", RTSTR, L"_B", RTSTR, L"_N", RTPICKS, selection, RTSTR, L"",
+                    RTSTR, L"_I", RTSTR, L"_Y", RTSTR, L"", RT3DPOINT, point, RTSTR, L"", RTNONE);
+    }
+
+    AcDbObjectIdArray found;
+    FindNewPoly(found);
+    if (CLogEngine::GetLoggingOnOff())
+        TraceFormat(TraceRecord(__FILE__, __LINE__, kCreateBoundary), "Broj novih polylinija:%d",
+                    static_cast<int>(found.size()));
+    const int best = FindLargest(found, [](double area) {
+        if (CLogEngine::GetLoggingOnOff())
+            TraceFormat(TraceRecord(__FILE__, __LINE__, kCreateBoundary), "povTemp = '%g'", area);
+    });
+    if (best < 0)
+        return false;
+    TakeLargest(found, best, boundary, others);
+    TraceOk(__LINE__, kCreateBoundary, true);
+    return true;
+}
+
+bool CZEMCBoundary::CreateBoundary(const AcGePoint3d &picked, AcDbObjectId &boundary, const ads_name selection)
+{
+    CTraceFrame frame(__FILE__, __LINE__, kCreateBoundary);
+    ZEMGis::Utility::CDocLock lock;
+    RememberPolylines();
+    const ads_point point = {picked.x, picked.y, picked.z};
+    if (IsEmpty(selection)) {
+        acedCommand(RTSTR, L"_-BOUNDARY", RTSTR, L"_A", RTSTR, L"_I", RTSTR, L"_N", RTSTR, L"", RTSTR, L"", RT3DPOINT,
+                    point, RTSTR, L"", RTNONE);
+    } else {
+        acedCommand(RTSTR, L"_-BOUNDARY", RTSTR, L"_A", RTSTR, L"_B", RTSTR, L"_N", RTPICKS, selection, RTSTR, L"",
+                    RTSTR, L"_I", RTSTR, L"_N", RTSTR, L"", RTSTR, L"", RT3DPOINT, point, RTSTR, L"", RTNONE);
+    }
+
+    AcDbObjectIdArray found;
+    FindNewPoly(found);
+    if (found.empty())
+        return false;
+    boundary = found[0];
+    return true;
+}
+
+bool CZEMCBoundary::CreateBoundary(const AcGePoint3dArray &points, AcDbObjectId &boundary, AcDbObjectIdArray &others,
+                                   const ads_name selection)
+{
+    CTraceFrame frame(__FILE__, __LINE__, kCreateBoundary);
+    RememberPolylines();
+    resbuf *head = IsEmpty(selection) ? acutBuildList(RTSTR, L"_-BOUNDARY", RTSTR, L"_A", RTSTR, L"_I", RTSTR, L"_Y",
+                                                      RTSTR, L"", RTSTR, L"_O", RTSTR, L"_P", RTSTR, L"", RTNONE)
+                                      : acutBuildList(RTSTR, L"_-BOUNDARY", RTSTR, L"_A", RTSTR, L"_I", RTSTR, L"_Y",
+                                                      RTSTR, L"_B", RTSTR, L"_N", RTPICKS, selection, RTSTR, L"", RTSTR,
+                                                      L"_O", RTSTR, L"_P", RTSTR, L"", RTNONE);
+    RunOverPoints(head, points);
+
+    AcDbObjectIdArray found;
+    FindNewPoly(found);
+    const int best = FindLargest(found, [](double) {});
+    if (best < 0)
+        return false;
+    TakeLargest(found, best, boundary, others);
+    TraceOk(__LINE__, kCreateBoundary, true);
+    return true;
+}
+
+bool CZEMCBoundary::CreateBoundary(const AcGePoint3dArray &points, AcDbObjectId & /*boundary*/,
+                                   const ads_name selection)
+{
+    CTraceFrame frame(__FILE__, __LINE__, kCreateBoundary);
+    RememberPolylines();
+    resbuf *head = IsEmpty(selection) ? acutBuildList(RTSTR, L"_-BOUNDARY", RTSTR, L"_A", RTSTR, L"_I", RTSTR, L"_N",
+                                                      RTSTR, L"", RTSTR, L"_O", RTSTR, L"_R", RTSTR, L"", RTNONE)
+                                      : acutBuildList(RTSTR, L"_-BOUNDARY", RTSTR, L"_A", RTSTR, L"_I", RTSTR, L"_N",
+                                                      RTSTR, L"", RTSTR, L"_B", RTSTR, L"_N", RTPICKS, selection, RTSTR,
+                                                      L"", RTSTR, L"_O", RTSTR, L"_R", RTSTR, L"", RTNONE);
+    RunOverPoints(head, points);
+
+    AcDbObjectIdArray found;
+    FindNewPoly(found);
+    bool ok = false;
+    for (std::size_t i = 0; i + 1 < found.size(); ++i) {
+        AcDbEntity *first = nullptr, *second = nullptr;
+        const bool firstOpen = acdbOpenAcDbEntity(first, found[i], AcDb::kForWrite) == Acad::eOk;
+        const bool secondOpen = acdbOpenAcDbEntity(second, found[i + 1], AcDb::kForWrite) == Acad::eOk;
+        if (firstOpen && secondOpen) {
+            first->booleanOper(0, second);
+            ok = true;
+        }
+        if (secondOpen)
+            second->close();
+        if (firstOpen)
+            first->close();
+    }
+    return ok;
+}
+
+void CZEMCBoundary::RememberPolylines()
+{
+    IdSet::sequence_type ids;
+    WalkPolylines([&ids](AcDbObjectId id) { ids.push_back(id); });
+    std::sort(ids.begin(), ids.end());
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+    KnownPolylineIds().adopt_sequence(boost::container::ordered_unique_range, std::move(ids));
+}
+
+bool CZEMCBoundary::FindNewPoly(AcDbObjectIdArray &newIds)
+{
+    newIds.clear();
+    IdSet &known = KnownPolylineIds();
+    bool ok = false;
+    auto next = known.cbegin(); // in a drawing whose ids rise along the walk, the set is passed through once
+    const bool complete = WalkPolylines([&](AcDbObjectId id) {
+        ok = true;
+        if (next == known.cend() || !(*next == id))
+            next = known.lower_bound(id);
+        if (next != known.cend() && *next == id)
+            ++next;
+        else
+            newIds.push_back(id);
+    });
+    AcDbObjectIdArray sorted = newIds;
+    std::sort(sorted.begin(), sorted.end());
+    known.insert(boost::container::ordered_unique_range, sorted.begin(), sorted.end());
+    if (!complete)
+        return false;
+    TraceOk(__LINE__, kFindNewPoly, ok);
+    return ok;
+}
