@@ -1,0 +1,37 @@
+#include "definition/AreaNaming.h"
+
+std::wstring NextFreeAreaName(const CAreaNameParts &parts, const std::wstring &base,
+                              const std::set<std::wstring> &usedNames)
+{
+    const std::wstring stem = parts.m_strPrefix + base + parts.m_strSuffix + parts.m_strDelimiter;
+    for (int counter = 1;; ++counter) {
+        std::wstring name = stem + std::to_wstring(counter);
+        if (!usedNames.contains(name))
+            return name;
+    }
+}
+
+int SmallestFreeNumber(const std::set<int> &used, int from)
+{
+    auto it = used.lower_bound(from);
+    int number = from;
+    for (; it != used.end() && *it == number; ++it)
+        ++number;
+    return number;
+}
+
+std::wstring FileTitle(const std::wstring &path)
+{
+    const std::size_t slash = path.find_last_of(L"/\\");
+    const std::wstring name = slash == std::wstring::npos ? path : path.substr(slash + 1);
+    const std::size_t dot = name.rfind(L'.');
+    return dot == std::wstring::npos || dot == 0 ? name : name.substr(0, dot);
+}
+
+std::wstring FormatCount(const std::wstring &message, int count)
+{
+    const std::size_t place = message.find(L"%d");
+    if (place == std::wstring::npos)
+        return message;
+    return message.substr(0, place) + std::to_wstring(count) + message.substr(place + 2);
+}

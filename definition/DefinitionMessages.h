@@ -1,0 +1,41 @@
+// Numbers of the texts that the definition dialog takes from the message file.
+#pragma once
+
+#include "contracts/CoreServices.h"
+
+#include <string>
+
+namespace MessageId {
+enum : unsigned {
+    kIdle = 658,
+    kSectionTitle = 1221,
+    kNameTaken = 1620,
+    kTypeCatchment = 1936,
+    kDialogTitle = 1978,
+    kAreaWord = 1989,
+    kSectionCount = 1993,
+    kListColumn = 1994,
+    kTypeHouse = 1995,
+    kTypeIndustrial = 1996,
+    kMethodFirst = 1997, ///< the four methods follow one another
+    kCentreTaken = 2005,
+    kAutoCount = 2007,
+    kParameterEmpty = 2155,
+    kInfoWord = 2666,
+    kSaved = 3498,
+    kLayerStatus = 3996,
+    kAreasTitle = 5795,
+    kWaitForKey = 50200,
+    // The module's own texts
+    kSelectSections = 60001,
+    kZoomToSection = 60002,
+    kSettings = 60003,
+    kNotOffered = 60004,
+    kZoomFactor = 60005,
+};
+} // namespace MessageId
+
+inline std::wstring Msg(unsigned number)
+{
+    return ZEMGis::CModuleConfiguration::Instance()->GetMsg(number);
+}

@@ -1,0 +1,187 @@
+// Automatic definition: the closed region around each section's middle becomes a catchment area at once.
+#include "definition/DlgCreateCatchmentArea.h"
+
+#include "controls/WideText.h"
+#include "definition/DefinitionMessages.h"
+#include "definition/ReadableColour.h"
+#include "geometry/ZEMCBoundary.h"
+#include "ui_definition.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace ZEMGis::Topology;
+using ZEMGis::Sewage::CCatchmentAreaManager;
+
+namespace {
+
+constexpr double kFoundCentreTolerance = 0.001;
+constexpr double kQuarterTurnText = 90.0; ///< passed as it stands; with a distance of 0 it has no effect
+
+bool holds(const AcGePoint3dArray &centres, const AcGePoint3d &centre)
+{
+    return std::ranges::find(centres, centre) != centres.end();
+}
+
+bool holdsNear(const AcGePoint3dArray &centres, const AcGePoint3d &centre)
+{
+    return std::ranges::any_of(centres, [&](const AcGePoint3d &known) {
+        return std::abs(known.x - centre.x) < kFoundCentreTolerance &&
+               std::abs(known.y - centre.y) < kFoundCentreTolerance;
+    });
+}
+
+void eraseEntity(AcDbObjectId id)
+{
+    if (const CZEMCEntityPtr entity(id, AcDb::kForWrite); entity.isOpen())
+        entity->erase(true);
+}
+
+void append(AcDbObjectIdArray &list, const AcDbObjectIdArray &more)
+{
+    list.insert(list.end(), more.begin(), more.end());
+}
+
+AcGePoint3d polar(const AcGePoint3d &from, double angle, double distance)
+{
+    const ads_point start = {from.x, from.y, from.z};
+    ads_point end = {0.0, 0.0, 0.0};
+    acutPolar(start, angle, distance, end);
+    return {end[0], end[1], end[2]};
+}
+
+} // namespace
+
+struct CDlgCreateCatchmentArea::AutoSearch {
+    AcGePoint3dArray m_knownCentres; ///< of the areas that stood before the run
+    AcGePoint3dArray m_foundCentres;
+    AcDbObjectIdArray m_boundaries;
+    std::vector<AcDbObjectIdArray> m_islands; ///< one list for each boundary
+};
+
+void CDlgCreateCatchmentArea::OnBtnAuto()
+{
+    RefreshMembers();
+    m_ui->editNumber->clear();
+    int count = 0;
+    if (!m_sections.empty()) {
+        AutoSearch search;
+        search.m_knownCentres = m_centers;
+        SearchBoundaries(search);
+        count = WriteFoundBoundaries(search);
+    }
+    SetStatus(FormatCount(Msg(MessageId::kAutoCount), count), kColourResult);
+    RefreshDrawingDisplay();
+}
+
+void CDlgCreateCatchmentArea::SearchBoundaries(AutoSearch &search)
+{
+    for (const SectionPtr &section : m_sections) {
+        if (!section)
+            continue;
+        AcGePoint3d point;
+        SectionMiddle(point, section, kQuarterTurnText, 0.0);
+        if (m_bSearchSubCatchments)
+            SearchWithIslands(point, search);
+        else
+            SearchWithoutIslands(point, search);
+    }
+}
+
+// The two searches test for doubles differently, and must.
+
+void CDlgCreateCatchmentArea::SearchWithIslands(const AcGePoint3d &point, AutoSearch &search)
+{
+    AcDbObjectId boundary;
+    AcDbObjectIdArray islands;
+    if (!CZEMCBoundary::CreateBoundary(point, boundary, islands, m_layerSelection))
+        return;
+    m_tempBoundaries.push_back(boundary);
+    append(m_tempBoundaries, islands);
+    AcGePoint3d centre;
+    if (!CZEMCBoundary::GetCentroid(centre, boundary))
+        return;
+    if (holds(search.m_knownCentres, centre) || holds(search.m_foundCentres, centre)) {
+        append(m_tempBoundaries, islands);
+        eraseEntity(boundary);
+        return;
+    }
+    search.m_foundCentres.push_back(centre);
+    search.m_boundaries.push_back(boundary);
+    search.m_islands.push_back(std::move(islands));
+}
+
+void CDlgCreateCatchmentArea::SearchWithoutIslands(const AcGePoint3d &point, AutoSearch &search)
+{
+    AcDbObjectId boundary;
+    if (!CZEMCBoundary::CreateBoundary(point, boundary, m_layerSelection))
+        return;
+    m_tempBoundaries.push_back(boundary);
+    AcGePoint3d centre;
+    if (!CZEMCBoundary::GetCentroid(centre, boundary))
+        return;
+    if (holds(search.m_knownCentres, centre) || holdsNear(search.m_foundCentres, centre)) {
+        eraseEntity(boundary);
+        return;
+    }
+    search.m_islands.emplace_back();
+    search.m_foundCentres.push_back(centre);
+    search.m_boundaries.push_back(boundary);
+}
+
+int CDlgCreateCatchmentArea::WriteFoundBoundaries(const AutoSearch &search)
+{
+    int count = 0;
+    CStringArray handles;
+    for (std::size_t i = 0; i < search.m_boundaries.size(); ++i) {
+        handles.clear();
+        for (const SectionPtr &section : m_sections) {
+            if (section && CZEMCBoundary::IsSectionInside(search.m_boundaries[i], section->GetObjectId()))
+                handles.push_back(section->GetHandleText());
+        }
+        if (WriteAutoSliv(search.m_boundaries[i], search.m_islands[i], handles))
+            count += 1 + static_cast<int>(search.m_islands[i].size());
+    }
+    return count;
+}
+
+void CDlgCreateCatchmentArea::SectionMiddle(AcGePoint3d &outPoint, const SectionPtr &section, double angle,
+                                            double distance)
+{
+    outPoint = AcGePoint3d();
+    if (!section)
+        return;
+    AcGePoint3d middle;
+    if (section->GetType() == kSectionStraight) {
+        const AcGePoint3d start = section->GetStartPoint(), end = section->GetEndPoint();
+        const ads_point from = {start.x, start.y, start.z}, to = {end.x, end.y, end.z};
+        middle = polar(start, acutAngle(from, to), start.distanceTo(end) / 2.0);
+    } else if (section->GetType() == kSectionArc) {
+        if (const CZEMCArcPtr arc(section->GetObjectId(), AcDb::kForRead); arc.isOpen())
+            middle = arc.getPointOnArc();
+    }
+    outPoint = polar(middle, angle, distance);
+}
+
+bool CDlgCreateCatchmentArea::WriteAutoSliv(AcDbObjectId boundaryId, const AcDbObjectIdArray &islandIds,
+                                            const CStringArray &sectionHandles)
+{
+    if (!sectionHandles.empty()) {
+        const SectionPtr first =
+            CTopologyMultiStorage::Instance()->GetTopology()->GetSectionByHandle(sectionHandles.front().c_str());
+        m_ui->editName->setText(ToQString(MakeAreaName(first ? first->GetName() : std::wstring())));
+    }
+    CCatchmentAreaManager *manager = CCatchmentAreaManager::Instance();
+    const AreaPtr main = WriteSlivData(boundaryId, &islandIds, 0, &sectionHandles);
+    if (main && m_bWriteLabel) {
+        m_lastMainName = main->GetName();
+        manager->WriteCatchmentLabel(main, LabelItem());
+    }
+    const AcDbObjectIdArray noIslands;
+    for (const AcDbObjectId &island : islandIds) {
+        const AreaPtr area = WriteSlivData(island, &noIslands, 1, &sectionHandles);
+        if (area && m_bWriteLabel)
+            manager->WriteCatchmentLabel(area, LabelItem());
+    }
+    return true;
+}

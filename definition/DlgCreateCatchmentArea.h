@@ -1,0 +1,209 @@
+// The dialog of the command zemsewage_create: the user selects sections of the network, and catchment areas are
+// defined for them and saved.
+//
+// The dialog keeps no area of its own. Its state is the set-up of one run plus what the boundary being defined needs;
+// areas live with the catchment store, settings in the drawing's dictionaries. One class, its source files by topic:
+// start-up and closing, settings, navigation with the enabling of controls, automatic definition, saving, naming and
+// coefficients, preview.
+#pragma once
+
+#include "contracts/CatchmentArea.h"
+#include "contracts/HostDialog.h"
+#include "definition/AreaNaming.h"
+#include "definition/CatchItemData.h"
+#include "definition/EnablingTable.h"
+
+#include <QString>
+
+#include <memory>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+class QLabel;
+class QLineEdit;
+namespace Ui {
+class DefinitionForm;
+}
+
+class CDlgCreateCatchmentArea : public CAdUiBaseDialog {
+    Q_OBJECT
+public:
+    /// Payload of an entry of the terrain combo.
+    struct CItemData {
+        double m_coefficient = 0.0;
+    };
+
+    explicit CDlgCreateCatchmentArea(QWidget *parent = nullptr);
+    ~CDlgCreateCatchmentArea() override;
+
+    /// Takes the selection button's notice.
+    std::intptr_t OnWindowMessage(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) override;
+
+protected:
+    using SectionPtr = boost::shared_ptr<ZEMGis::Topology::CSection>;
+    using AreaPtr = boost::shared_ptr<ZEMGis::Sewage::CCatchmentArea>;
+
+    bool OnInitDialog() override;
+    void OnCancel() override;
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+    /// Appends a row to the list of boundaries. text names the row, areaSquareMetres is shown in hectares.
+    void AddBoundaryRow(boost::shared_ptr<CCatchItemData> item, const std::wstring &text, double areaSquareMetres);
+
+private:
+    // Start-up and closing
+    void ConnectControls();
+    void SetTexts();
+    void SetToolTips();
+    void SetAccessibleNames();
+    void SetUpNumericEdits();
+    void FillCombos();
+    void LoadImages();
+    void SetUpSelectionButton();
+    void LoadExistingAreas();
+    void SetUpList();
+    void FillLabelCatalog();
+    void ShowLayerSummary();
+    void FitToScreen();
+
+    // Settings
+    void ReadConfiguration();
+    void RestoreSettings();
+    void SaveSettings();
+    void RestoreLayers();
+    void RestoreType();
+    void RestoreLabelBlock();
+    void LoadDefaultLabelBlock();
+    void InsertLabelBlock();
+    void BuildLayerSelection();
+    void FreeLayerSelection();
+
+    // Members and controls
+    void RefreshMembers();
+    void ShowMembers();
+    int GetTypeMask();
+    enmDefinitionMethod Method() const;
+    void EnableControls(const CControlSet &controls, bool enabled);
+    void SetStatus(const std::wstring &text, std::uint32_t colour);
+    void SetColouredText(QLabel *label, const std::wstring &text, std::uint32_t colour);
+    void ApplyColour(QLabel *label);
+    void SetSwatch(QLabel *label, int colourIndex);
+    double GetNumber(const QLineEdit *edit) const;
+    void SetNumber(QLineEdit *edit, double value);
+
+    // Selection, navigation, methods and types
+    std::intptr_t OnSelectionDone();
+    void ReadSelection();
+    void RefreshNavigation();
+    void ShowCurrentSection();
+    void HighlightCurrentSection();
+    void HighlightAllSections();
+    void ShowSectionAreas();
+    void MarkSectionAreas(const SectionPtr &section);
+    void OnBtnPrevious();
+    void OnBtnNext();
+    void MoveToSection(int step);
+    void OnBtnZoom();
+    void OnCheckZoom();
+    void OnMethodChanged();
+    void EnableForMethod(enmDefinitionMethod method);
+    void OnTypeChanged();
+    void RunTypeSteps(std::span<const EnablingTable::TypeStep> steps, bool typedArea);
+    void KeepOneType(int bit);
+    void OnCheckCatch();
+    void OnCheckHouse();
+    void OnCheckIndustrial();
+    SectionPtr CurrentSection() const;
+
+    // Coefficients and naming
+    void OnCoeffSourceChanged();
+    void OnTerrainChanged();
+    std::wstring MakeAreaName(const std::wstring &base) const;
+    bool IsNameUsed(const std::wstring &name) const;
+
+    // Boundaries of the definition and their preview
+    std::vector<CCatchItemData *> SelectedRows() const;
+    void OnListChanged(bool newlySelected);
+    void CreatePreviewHatch(AcDbObjectId &outId, AcDbObjectId boundaryId, const AcDbObjectIdArray &islandIds, int colour,
+                            double angleDegrees);
+    bool IsDuplicateCentre(AcDbObjectId boundaryId, bool showAlert) const;
+    void DeleteRows();
+    void EraseTempBoundaries();
+    void EraseTempHatches();
+    static void EraseEntities(AcDbObjectIdArray &ids);
+
+    // Automatic definition
+    struct AutoSearch; ///< what one search found
+    void OnBtnAuto();
+    void SearchBoundaries(AutoSearch &search);
+    void SearchWithIslands(const AcGePoint3d &point, AutoSearch &search);
+    void SearchWithoutIslands(const AcGePoint3d &point, AutoSearch &search);
+    int WriteFoundBoundaries(const AutoSearch &search);
+    static void SectionMiddle(AcGePoint3d &outPoint, const SectionPtr &section, double angle, double distance);
+    bool WriteAutoSliv(AcDbObjectId boundaryId, const AcDbObjectIdArray &islandIds, const CStringArray &sectionHandles);
+
+    // Saving
+    void OnBtnSaveMain();
+    void SaveSelectedRows();
+    void SaveMainRow(const CCatchItemData &item);
+    void SaveIslandRow(const CCatchItemData &item);
+    bool SaveWithoutPolygon(int mask);
+    AreaPtr WriteSlivData(AcDbObjectId boundaryId, const AcDbObjectIdArray *islandIds, int isIsland,
+                          const CStringArray *sectionHandles);
+    static void TieIslandToMainArea(AcDbObjectId boundaryId, const std::wstring &guid,
+ ZEMGis::Data::CProperties &bag);
+    static void ListIslandsOnMainArea(const AreaPtr &area, const AcDbObjectIdArray &islandIds);
+    void AssignSections(const AreaPtr &area, const CStringArray *sectionHandles);
+    ZEMGis::Data::CCatalogItem *LabelItem() const;
+    static void GetBoundaryVertices(AcDbObjectId id, AcGePoint3dArray &points);
+
+    // Small handlers
+    void OnBtnHide();
+    void OnBtnInfoSections();
+    void OnBtnInfoAreas();
+
+    std::unique_ptr<Ui::DefinitionForm> m_ui;
+
+    // Values bound to controls
+    int m_bCatchmentType = 1;
+    int m_bHouseType = 0;
+    int m_bIndustrialType = 0;
+    int m_bSearchSubCatchments = 0;
+    int m_bWriteLabel = 0;
+    int m_bZoom = 0;
+    int m_nCoeffSource = kCoeffFromTerrain;
+    int m_nRunoffIndex = 0;
+    int m_nSlopeClass = 0;
+
+    bool m_bInitializing = false;
+    bool m_bShownBefore = false;
+    std::vector<SectionPtr> m_sections; ///< of the last selection
+    std::vector<boost::shared_ptr<ZEMGis::Topology::CEntity>> m_selectionExtra;
+    int m_nCurrentSection = 0;
+    AcDbObjectIdArray m_noIslandHatches;
+    AcDbObjectIdArray m_tempBoundaries; ///< polylines to erase
+    AcDbObjectIdArray m_tempHatches;    ///< preview hatches to erase
+    ads_name m_layerSelection = {0, 0}; ///< entities on the boundary layers
+    CStringArray m_boundaryLayers;
+    std::vector<AreaPtr> m_allAreas;
+    std::set<std::wstring> m_usedNames;
+    AcGePoint3dArray m_centers;
+    std::set<int> m_usedNumbers;
+    std::wstring m_lastMainName;
+    CStringArray m_labelAttributes;
+    std::wstring m_strBlockPath;
+    std::wstring m_strBlockName;
+    AcDbObjectId m_labelBlockId;
+    bool m_bLabelBlockReady = true;
+    double m_hatchScale = 2.0;
+    int m_colorDefined = 3;
+    int m_colorTemp = 4;
+    CAreaNameParts m_nameParts; ///< prefix, suffix and counter delimiter of the settings
+    std::vector<boost::shared_ptr<CItemData>> m_terrainItems;
+    std::vector<boost::shared_ptr<CCatchItemData>> m_listItems;
+    ZEMGis::Utility::CDocLock m_docLock;
+};

@@ -1,0 +1,145 @@
+// The boundaries of the definition at hand: rows of the list, preview hatches, temporary polylines.
+#include "definition/DlgCreateCatchmentArea.h"
+
+#include "controls/WideText.h"
+#include "definition/DefinitionMessages.h"
+#include "definition/NumericFields.h"
+#include "geometry/ZEMCBoundary.h"
+#include "ui_definition.h"
+
+#include <cmath>
+
+using ZEMGis::Sewage::CCatchmentAreaManager;
+using ZEMGis::Topology::kUnknownValue;
+
+namespace {
+
+constexpr double kSquareMetresPerHectare = 10000.0;
+constexpr double kRadiansPerDegree = 0.017453292519943295;
+constexpr double kCentreTolerance = 0.001;
+constexpr int kAreaPlaces = 4;
+constexpr double kHatchAngleStep = 45.0;
+
+/// Half away from zero at the given place, by way of one more place.
+double rounded(double value, int places)
+{
+    const double scale = std::pow(10.0, places);
+    return std::trunc((value * scale * 10.0 + (value < 0.0 ? -5.0 : 5.0)) / 10.0) / scale;
+}
+
+CCatchItemData *payloadOf(const QTreeWidgetItem *row)
+{
+    return static_cast<CCatchItemData *>(row->data(0, Qt::UserRole).value<void *>());
+}
+
+} // namespace
+
+void CDlgCreateCatchmentArea::AddBoundaryRow(boost::shared_ptr<CCatchItemData> item, const std::wstring &text,
+                                             double areaSquareMetres)
+{
+    auto *row = new QTreeWidgetItem(m_ui->listAreas);
+    row->setText(0, ToQString(text));
+    row->setText(1, QString::number(areaSquareMetres / kSquareMetresPerHectare, 'f', kAreaPlaces));
+    row->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
+    row->setData(0, Qt::UserRole, QVariant::fromValue(static_cast<void *>(item.get())));
+    m_listItems.push_back(std::move(item));
+}
+
+std::vector<CCatchItemData *> CDlgCreateCatchmentArea::SelectedRows() const
+{
+    std::vector<CCatchItemData *> payloads;
+    for (int i = 0; i < m_ui->listAreas->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem *row = m_ui->listAreas->topLevelItem(i);
+        if (CCatchItemData *payload = row->isSelected() ? payloadOf(row) : nullptr)
+            payloads.push_back(payload);
+    }
+    return payloads;
+}
+
+void CDlgCreateCatchmentArea::OnListChanged(bool newlySelected)
+{
+    const std::vector<CCatchItemData *> selected = SelectedRows();
+    if (selected.size() > 1 && m_ui->editArea->hasSelectedText())
+        m_ui->editArea->del();
+    if (!newlySelected)
+        return;
+    EraseTempHatches();
+    CCatchmentAreaManager::Instance()->UnMarkAllCatchments(ZEMGis::Sewage::kTypeAll);
+    double angle = 0.0;
+    for (const CCatchItemData *item : selected) {
+        AcDbObjectId hatch;
+        CreatePreviewHatch(hatch, item->m_id, item->m_islands, m_colorTemp, angle);
+        angle += kHatchAngleStep;
+        if (selected.size() != 1)
+            continue;
+        if (item->m_area != kUnknownValue)
+            SetNumber(m_ui->editArea, rounded(item->m_area, kAreaPlaces));
+        if (item->m_coefficient != kUnknownValue)
+            SetNumber(m_ui->editCoefficient, item->m_coefficient);
+        if (item->m_slope != kUnknownValue)
+            SetNumber(m_ui->editSlope, item->m_slope);
+    }
+    RefreshDrawingDisplay();
+}
+
+void CDlgCreateCatchmentArea::CreatePreviewHatch(AcDbObjectId &outId, AcDbObjectId boundaryId,
+                                                 const AcDbObjectIdArray &islandIds, int colour, double angleDegrees)
+{
+    auto hatch = std::make_unique<AcDbHatch>();
+    hatch->setNormal({0.0, 0.0, 1.0});
+    hatch->setElevation(0.0);
+    hatch->setPatternAngle(angleDegrees * kRadiansPerDegree);
+    hatch->setPatternScale(m_hatchScale);
+    hatch->setPattern(AcDbHatch::kPreDefined, L"ANSI31");
+    hatch->setAssociative(false);
+    hatch->setHatchStyle(AcDbHatch::kNormal);
+    hatch->appendLoop(AcDbHatch::kExternal, {boundaryId});
+    for (const AcDbObjectId &island : islandIds)
+        hatch->appendLoop(AcDbHatch::kExternal, {island});
+    hatch->evaluateHatch(false);
+    hatch->setColorIndex(colour, true);
+    if (CZEMCDraw::appendToModelSpace(hatch.get(), outId) != Acad::eOk)
+        return;
+    hatch.release()->close(); // the drawing owns it now
+    if (islandIds.empty())
+        m_noIslandHatches.push_back(outId);
+    m_tempHatches.push_back(outId);
+}
+
+bool CDlgCreateCatchmentArea::IsDuplicateCentre(AcDbObjectId boundaryId, bool showAlert) const
+{
+    AcGePoint3d centre;
+    CZEMCBoundary::GetCentroid(centre, boundaryId);
+    for (const AcGePoint3d &known : m_centers) {
+        if (std::abs(known.x - centre.x) < kCentreTolerance && std::abs(known.y - centre.y) < kCentreTolerance) {
+            if (showAlert)
+                acedAlert(Msg(MessageId::kCentreTaken).c_str());
+            return true;
+        }
+    }
+    return false;
+}
+
+void CDlgCreateCatchmentArea::DeleteRows()
+{
+    m_ui->listAreas->clear();
+}
+
+void CDlgCreateCatchmentArea::EraseTempBoundaries()
+{
+    EraseEntities(m_tempBoundaries);
+}
+
+void CDlgCreateCatchmentArea::EraseTempHatches()
+{
+    EraseEntities(m_tempHatches);
+}
+
+void CDlgCreateCatchmentArea::EraseEntities(AcDbObjectIdArray &ids)
+{
+    for (const AcDbObjectId &id : ids) {
+        if (const CZEMCEntityPtr entity(id, AcDb::kForWrite); entity.isOpen())
+            entity->erase(true);
+    }
+    ids.clear();
+}

@@ -1,0 +1,376 @@
+// Start-up and closing of the definition dialog.
+#include "definition/DlgCreateCatchmentArea.h"
+
+#include "controls/WideText.h"
+#include "definition/DefinitionMessages.h"
+#include "definition/Mnemonics.h"
+#include "definition/NumericFields.h"
+#include "definition/ReadableColour.h"
+#include "ui_definition.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QRegularExpressionValidator>
+#include <QScreen>
+
+using namespace ControlId;
+using ZEMGis::CModuleConfiguration;
+using ZEMGis::Sewage::CCatchmentAreaManager;
+using ZEMGis::Utility::CZEMBitmapButton;
+
+namespace {
+
+struct MessageRow {
+    int m_nControl;
+    unsigned m_nMessage;
+};
+
+/// Captions that a message replaces at the start.
+constexpr auto kTexts = std::to_array<MessageRow>({
+    {kGroupType, 1980},         {kCheckCatchment, 1936},   {kCheckHouse, 11254},      {kCheckIndustrial, 11255},
+    {kGroupMethod, 1979},       {kCheckIslands, 1981},     {kLabelSection, 2226},     {kBtnLayers, 1983},
+    {kGroupDefinition, 1985},   {kBtnPoint, 312},          {kBtnEntity, 4558},        {kBtnCorners, 975},
+    {kCheckLabel, 1982},        {kLabelDefined, 1986},     {kLabelCurrent, 1987},     {kLabelName, 4600},
+    {kLabelArea, 1989},         {kRadioTerrain, 1990},     {kLabelSlopeClass, 2449},  {kLabelIntensity, 4601},
+    {kLabelRunoff, 4602},       {kLabelCoefficient, 1991}, {kLabelDensity, 1992},     {kLabelSlope, 1990},
+    {kLabelNumber, 1988},       {kBtnSave, 1885},          {kBtnHide, 4582},          {kBtnClose, 235},
+    {kBtnHelp, 50156},          {kBtnSelect, MessageId::kSelectSections},
+});
+
+constexpr auto kTips = std::to_array<MessageRow>({
+    {kCheckIslands, 2028},  {kBtnPrevious, 1081}, {kBtnNext, 1082},
+    {kBtnLayers, 2031},     {kBtnPoint, 2033},    {kBtnEntity, 2034},
+    {kBtnCorners, 2035},    {kBtnAuto, 2036},     {kCheckLabel, 2029},
+    {kBtnLabelBlock, 2030}, {kBtnTerrain, 2032},  {kBtnSave, 2037},
+    {kBtnZoom, MessageId::kZoomToSection},        {kBtnSettings, MessageId::kSettings},
+});
+
+/// Names for those who hear the dialog, where no caption stands beside a control.
+constexpr auto kAccessibleNames = std::to_array<MessageRow>({
+    {kBtnPrevious, 1081},
+    {kBtnNext, 1082},
+    {kBtnZoom, MessageId::kZoomToSection},
+    {kEditZoom, MessageId::kZoomFactor},
+    {kBtnSettings, MessageId::kSettings},
+    {kTextSection, 2226},
+    {kEditLayers, 1983},
+    {kListAreas, 1994},
+    {kComboLabel, 1982},
+    {kComboTerrain, 1990},
+    {kBtnTerrain, 2032},
+    {kBtnLabelBlock, 2030},
+    {kEditNumber, 1988},
+    {kEditSlope, 1990},
+    {kComboType, 1980},
+    {kComboMethod, 1979},
+    {kSwatchDefined, 1986},
+    {kSwatchCurrent, 1987},
+});
+
+/// Who gets a keyboard letter, in the order in which they choose: what is used most comes first.
+constexpr auto kMnemonicOrder = std::to_array<int>({
+    kBtnSave,     kBtnAuto,    kBtnSelect,       kGroupMethod,  kCheckIslands,    kLabelName,      kLabelArea,
+    kLabelCoefficient, kLabelDensity, kCheckCatchment, kCheckHouse, kCheckIndustrial, kCheckZoom,   kCheckLabel,
+    kGroupDefinition, kBtnClose, kBtnHide,       kBtnInfoSections, kBtnInfoAreas,
+});
+
+constexpr int kButtonImage = 18;
+constexpr int kInfoImage = 16;
+
+struct ImageRow {
+    int m_nControl;
+    const wchar_t *m_pName;
+    int m_nSize;
+};
+
+constexpr auto kImages = std::to_array<ImageRow>({
+    {kBtnPrevious, L"SECTION_PREVIOUS", kButtonImage},
+    {kBtnNext, L"SECTION_NEXT", kButtonImage},
+    {kBtnZoom, L"ZOOM_SECTION", kButtonImage},
+    {kBtnSettings, L"SETTINGS", kButtonImage},
+    {kBtnLayers, L"LAYERS", kButtonImage},
+    {kBtnPoint, L"BY_POINT", kButtonImage},
+    {kBtnEntity, L"BY_ENTITY", kButtonImage},
+    {kBtnCorners, L"BY_CORNERS", kButtonImage},
+    {kBtnAuto, L"AUTOMATIC", kButtonImage},
+    {kBtnTerrain, L"TERRAIN", kButtonImage},
+    {kBtnLabelBlock, L"LABEL_BLOCK", kButtonImage},
+    {kBtnSave, L"SAVE", kButtonImage},
+    {kBtnInfoSections, L"INFO_SECTIONS", kInfoImage},
+    {kBtnInfoAreas, L"INFO_AREAS", kInfoImage},
+});
+
+QString captionOf(const QWidget *widget)
+{
+    if (const auto *label = qobject_cast<const QLabel *>(widget))
+        return label->text();
+    const auto *button = qobject_cast<const QAbstractButton *>(widget);
+    return button ? button->text() : QString();
+}
+
+void setCaption(QWidget *widget, const QString &text)
+{
+    if (auto *label = qobject_cast<QLabel *>(widget))
+        label->setText(text);
+    else if (auto *button = qobject_cast<QAbstractButton *>(widget))
+        button->setText(text);
+}
+
+} // namespace
+
+CDlgCreateCatchmentArea::CDlgCreateCatchmentArea(QWidget *parent)
+    : CAdUiBaseDialog(parent), m_ui(std::make_unique<Ui::DefinitionForm>())
+{
+    m_ui->setupUi(this);
+    ConnectControls();
+}
+
+CDlgCreateCatchmentArea::~CDlgCreateCatchmentArea()
+{
+    DeleteRows();
+    EraseTempHatches();
+    CCatchmentAreaManager::Instance()->UnMarkAllCatchments(ZEMGis::Sewage::kTypeAll);
+    acedRedraw(nullptr, 4);
+    FreeLayerSelection();
+}
+
+void CDlgCreateCatchmentArea::ConnectControls()
+{
+    const auto click = [this](QAbstractButton *button, auto handler) {
+        connect(button, &QAbstractButton::clicked, this, handler);
+    };
+    using Dialog = CDlgCreateCatchmentArea;
+    click(m_ui->btnPrevious, &Dialog::OnBtnPrevious);
+    click(m_ui->btnNext, &Dialog::OnBtnNext);
+    click(m_ui->btnZoom, &Dialog::OnBtnZoom);
+    click(m_ui->checkZoom, &Dialog::OnCheckZoom);
+    click(m_ui->checkCatchment, &Dialog::OnCheckCatch);
+    click(m_ui->checkHouse, &Dialog::OnCheckHouse);
+    click(m_ui->checkIndustrial, &Dialog::OnCheckIndustrial);
+    click(m_ui->checkLabel, &Dialog::RefreshMembers);
+    click(m_ui->btnAuto, &Dialog::OnBtnAuto);
+    click(m_ui->btnSave, &Dialog::OnBtnSaveMain);
+    click(m_ui->btnHide, &Dialog::OnBtnHide);
+    click(m_ui->btnInfoSections, &Dialog::OnBtnInfoSections);
+    click(m_ui->btnInfoAreas, &Dialog::OnBtnInfoAreas);
+    connect(m_ui->comboMethod, &QComboBox::activated, this, &Dialog::OnMethodChanged);
+    connect(m_ui->comboType, &QComboBox::activated, this, &Dialog::OnTypeChanged);
+    connect(m_ui->listAreas->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection &selected) { OnListChanged(!selected.isEmpty()); });
+}
+
+bool CDlgCreateCatchmentArea::OnInitDialog()
+{
+    CAdUiBaseDialog::OnInitDialog();
+    m_bInitializing = true;
+    SetTexts();
+    SetToolTips();
+    SetAccessibleNames();
+    SetUpNumericEdits();
+    FillCombos();
+    LoadImages();
+    SetUpSelectionButton();
+    CZEMCDictionaryPtr(AcDb::kForRead).dctRead(L"ZEMX_SEWAGE_CATCHMENT", L"LABEL_BLOCK", m_strBlockPath, false);
+    ReadConfiguration();
+    LoadExistingAreas();
+    if (CModuleConfiguration::Instance()->GetGSValueInt(L"ZOOM_ONOFF", m_bZoom) == 0)
+        m_bZoom = 0;
+    ShowMembers();
+    SetUpList();
+    SetStatus(Msg(MessageId::kIdle), kColourGuidance);
+    FillLabelCatalog();
+    RestoreSettings();
+    m_bInitializing = false;
+    ShowLayerSummary();
+    return true;
+}
+
+void CDlgCreateCatchmentArea::SetTexts()
+{
+    setWindowTitle(ToQString(Msg(MessageId::kDialogTitle)));
+    for (const MessageRow &row : kTexts)
+        setCaption(GetDlgItem(row.m_nControl), ToQString(Msg(row.m_nMessage)));
+    const std::wstring info = Msg(MessageId::kInfoWord) + L" - ";
+    setCaption(m_ui->btnInfoSections, ToQString(info + Msg(MessageId::kSectionTitle)));
+    setCaption(m_ui->btnInfoAreas, ToQString(info + Msg(MessageId::kAreasTitle)));
+    m_ui->editNumber->setPlaceholderText(ToQString(Msg(1988)));
+
+    std::vector<std::wstring> captions;
+    for (const int control : kMnemonicOrder)
+        captions.push_back(ToWide(captionOf(GetDlgItem(control))));
+    captions = WithMnemonics(captions);
+    for (std::size_t i = 0; i < captions.size(); ++i)
+        setCaption(GetDlgItem(kMnemonicOrder[i]), ToQString(captions[i]));
+}
+
+void CDlgCreateCatchmentArea::SetToolTips()
+{
+    const QString notOffered = ToQString(Msg(MessageId::kNotOffered));
+    for (const int control : EnablingTable::kNotOffered)
+        GetDlgItem(control)->setToolTip(notOffered);
+    for (const MessageRow &row : kTips) {
+        QString tip = ToQString(Msg(row.m_nMessage));
+        if (EnablingTable::kNotOffered.Contains(row.m_nControl))
+            tip += QStringLiteral("\n") + notOffered;
+        QWidget *control = GetDlgItem(row.m_nControl);
+        if (auto *button = qobject_cast<CZEMBitmapButton *>(control))
+            button->SetToolTip(ToWide(tip).c_str());
+        else
+            control->setToolTip(tip);
+    }
+    for (CZEMBitmapButton *button : {m_ui->btnInfoSections, m_ui->btnInfoAreas})
+        button->SetToolTip(WithoutMnemonic(ToWide(button->text())).c_str());
+}
+
+void CDlgCreateCatchmentArea::SetAccessibleNames()
+{
+    for (const MessageRow &row : kAccessibleNames)
+        GetDlgItem(row.m_nControl)->setAccessibleName(ToQString(WithoutMnemonic(Msg(row.m_nMessage))));
+}
+
+void CDlgCreateCatchmentArea::SetUpNumericEdits()
+{
+    for (const CNumericField &field : DefinitionNumericFields()) {
+        auto *edit = Control<QLineEdit>(field.m_nControl);
+        edit->setValidator(
+            new QRegularExpressionValidator(QRegularExpression(ToQString(TypingPattern(field))), edit));
+    }
+    constexpr double kDefaultZoom = 1.5, kDefaultDensity = 1000.0, kDefaultSlope = 1.0, kDefaultIntensity = 100.0;
+    double zoom = kDefaultZoom;
+    CModuleConfiguration::Instance()->GetGSValueDouble(L"DEFAULT_ZOOM", zoom);
+    SetNumber(m_ui->editZoom, zoom);
+    SetNumber(m_ui->editDensity, kDefaultDensity);
+    SetNumber(m_ui->editSlope, kDefaultSlope);
+    SetNumber(m_ui->editIntensity, kDefaultIntensity);
+}
+
+void CDlgCreateCatchmentArea::FillCombos()
+{
+    using namespace ZEMGis::Sewage;
+    m_ui->comboType->clear();
+    m_ui->comboType->addItem(ToQString(Msg(MessageId::kTypeCatchment)), static_cast<int>(kTypeCatchment));
+    m_ui->comboType->addItem(ToQString(Msg(MessageId::kTypeHouse)), static_cast<int>(kTypeHouse));
+    m_ui->comboType->addItem(ToQString(Msg(MessageId::kTypeIndustrial)), static_cast<int>(kTypeIndustrial));
+    m_ui->comboType->setCurrentIndex(0);
+    m_ui->comboMethod->clear();
+    for (int method = 0; method < kMethodCount; ++method)
+        m_ui->comboMethod->addItem(ToQString(Msg(MessageId::kMethodFirst + static_cast<unsigned>(method))), method);
+    m_ui->comboMethod->setCurrentIndex(m_ui->comboMethod->findData(static_cast<int>(kMethodAllSections)));
+}
+
+void CDlgCreateCatchmentArea::LoadImages()
+{
+    constexpr unsigned kIconType = 1, kNoFlags = 0;
+    for (const ImageRow &image : kImages)
+        Control<CZEMBitmapButton>(image.m_nControl)
+            ->SetButtonIcon(image.m_pName, kIconType, image.m_nSize, image.m_nSize, kNoFlags);
+}
+
+void CDlgCreateCatchmentArea::SetUpSelectionButton()
+{
+    constexpr int kSelectionMask = 0x1EEA001;
+    m_ui->btnSelect->setParentDialog(this, true);
+    m_ui->btnSelect->SetButtonTopologyType(1);
+    m_ui->btnSelect->SetHideDisabledMenuOptions(1);
+    m_ui->btnSelect->SetSelectionType(kSelectionMask);
+}
+
+void CDlgCreateCatchmentArea::LoadExistingAreas()
+{
+    CCatchmentAreaManager::Instance()->GetAllCatchmentAreas(m_allAreas, ZEMGis::Sewage::kTypeAll);
+    m_centers.clear();
+    int number = 0;
+    for (const AreaPtr &area : m_allAreas) {
+        if (!area)
+            continue;
+        m_centers.push_back(area->GetCenterPoint());
+        number = SmallestFreeNumber(m_usedNumbers, number + 1);
+        m_usedNumbers.insert(m_usedNumbers.end(), number);
+        m_usedNames.insert(area->GetName());
+    }
+}
+
+void CDlgCreateCatchmentArea::SetUpList()
+{
+    constexpr int kFirstColumn = 78, kSecondColumn = 76;
+    QTreeWidget *list = m_ui->listAreas;
+    list->setHeaderLabels({ToQString(Msg(MessageId::kListColumn)), ToQString(Msg(MessageId::kAreaWord))});
+    // The told widths, or more where a font or a language needs it.
+    QHeaderView *header = list->header();
+    header->resizeSection(0, std::max(kFirstColumn, header->sectionSizeHint(0)));
+    header->resizeSection(1, std::max(kSecondColumn, header->sectionSizeHint(1)));
+}
+
+void CDlgCreateCatchmentArea::FillLabelCatalog()
+{
+    QComboBox *combo = m_ui->comboLabel;
+    combo->clear();
+    const auto catalog = ZEMGis::Data::CCatalogManager::Instance()->GetCatalog(L"CA_LABEL_CATALOG", 1);
+    ZEMGis::Data::CCatalog::ElementsMap *elements = catalog ? catalog->GetAllElementsMap() : nullptr;
+    if (!elements)
+        return;
+    for (const auto &[key, item] : *elements) {
+        if (item && item->IsGroup() == 0)
+            combo->addItem(ToQString(item->GetName()), QVariant::fromValue(static_cast<void *>(item.get())));
+    }
+    if (combo->count() > 0)
+        combo->setCurrentIndex(0);
+}
+
+void CDlgCreateCatchmentArea::ShowLayerSummary()
+{
+    QString summary, tip;
+    if (m_boundaryLayers.empty()) {
+        summary = tip = ToQString(Msg(MessageId::kLayerStatus));
+    } else {
+        for (const std::wstring &layer : m_boundaryLayers)
+            tip += (tip.isEmpty() ? QString() : QStringLiteral("\n")) + ToQString(layer);
+        summary = m_boundaryLayers.size() == 1 ? tip : QStringLiteral("***");
+    }
+    m_ui->editLayers->setText(summary);
+    m_ui->editLayers->setToolTip(tip);
+}
+
+void CDlgCreateCatchmentArea::OnCancel()
+{
+    SaveSettings();
+    EraseTempBoundaries();
+    EndDialog(kCancel);
+}
+
+void CDlgCreateCatchmentArea::showEvent(QShowEvent *event)
+{
+    if (!m_bShownBefore) {
+        m_bShownBefore = true;
+        FitToScreen();
+    }
+    CAdUiBaseDialog::showEvent(event);
+}
+
+void CDlgCreateCatchmentArea::FitToScreen()
+{
+    // The form scrolls where the screen is too small for it; else it is shown whole.
+    const QSize content = m_ui->content->sizeHint();
+    const QSize around = sizeHint() - m_ui->scrollArea->sizeHint();
+    const QSize available = screen()->availableSize() * 0.95;
+    resize((content + around).expandedTo(sizeHint()).boundedTo(available));
+}
+
+void CDlgCreateCatchmentArea::keyPressEvent(QKeyEvent *event)
+{
+    // Enter does what the focused control does with it. What that control leaves to the dialog presses no button.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        event->accept();
+        return;
+    }
+    CAdUiBaseDialog::keyPressEvent(event);
+}
+
+void CDlgCreateCatchmentArea::changeEvent(QEvent *event)
+{
+    CAdUiBaseDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_ui) {
+        ApplyColour(m_ui->textStatus);
+        ApplyColour(m_ui->textSection);
+    }
+}
