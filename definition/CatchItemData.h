@@ -10,9 +10,9 @@ class CCatchItemData {
 public:
     virtual ~CCatchItemData() = default;
 
-    int m_bIsland = 0;            ///< 0 a main area, 1 an island
-    AcDbObjectId m_id;            ///< the boundary polyline
-    AcDbObjectIdArray m_islands;  ///< polylines of a main area's islands
+    int m_bIsland = 0;           ///< 0 a main area, 1 an island
+    AcDbObjectId m_id;           ///< the boundary polyline
+    AcDbObjectIdArray m_islands; ///< polylines of a main area's islands
     /// Hectares on a main row, square metres on an island row.
     double m_area = ZEMGis::Topology::kUnknownValue;
     double m_coefficient = ZEMGis::Topology::kUnknownValue; ///< shown when the row is selected alone, if known

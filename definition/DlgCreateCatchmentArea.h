@@ -128,8 +128,8 @@ private:
     // Boundaries of the definition and their preview
     std::vector<CCatchItemData *> SelectedRows() const;
     void OnListChanged(bool newlySelected);
-    void CreatePreviewHatch(AcDbObjectId &outId, AcDbObjectId boundaryId, const AcDbObjectIdArray &islandIds, int colour,
-                            double angleDegrees);
+    void CreatePreviewHatch(AcDbObjectId &outId, AcDbObjectId boundaryId, const AcDbObjectIdArray &islandIds,
+                            int colour, double angleDegrees);
     bool IsDuplicateCentre(AcDbObjectId boundaryId, bool showAlert) const;
     void DeleteRows();
     void EraseTempBoundaries();
@@ -154,8 +154,7 @@ private:
     bool SaveWithoutPolygon(int mask);
     AreaPtr WriteSlivData(AcDbObjectId boundaryId, const AcDbObjectIdArray *islandIds, int isIsland,
                           const CStringArray *sectionHandles);
-    static void TieIslandToMainArea(AcDbObjectId boundaryId, const std::wstring &guid,
- ZEMGis::Data::CProperties &bag);
+    static void TieIslandToMainArea(AcDbObjectId boundaryId, const std::wstring &guid, ZEMGis::Data::CProperties &bag);
     static void ListIslandsOnMainArea(const AreaPtr &area, const AcDbObjectIdArray &islandIds);
     void AssignSections(const AreaPtr &area, const CStringArray *sectionHandles);
     ZEMGis::Data::CCatalogItem *LabelItem() const;

@@ -10,8 +10,8 @@ using namespace ControlId;
 using ZEMGis::CModuleConfiguration;
 using ZEMGis::Notification::CNotificationFramework;
 using ZEMGis::Notification::SetActiveCommand;
-using ZEMGis::Sewage::CCatchmentAreaManager;
 using ZEMGis::Sewage::CatchmentAreas;
+using ZEMGis::Sewage::CCatchmentAreaManager;
 
 namespace {
 

@@ -213,8 +213,7 @@ CDlgCreateCatchmentArea::AreaPtr CDlgCreateCatchmentArea::WriteSlivData(AcDbObje
     traceMarker(__LINE__);
     const AreaPtr ptrCA = CCatchmentAreaManager::Instance()->CreateCA(polygonText, name, mask, bag);
     if (CLogEngine::GetLoggingOnOff() != 0) {
-        TraceVerify(TraceRecord(__FILE__, __LINE__, kTraceWrite), ptrCA.get() != nullptr,
-                    "ptrCA.get()!=0");
+        TraceVerify(TraceRecord(__FILE__, __LINE__, kTraceWrite), ptrCA.get() != nullptr, "ptrCA.get()!=0");
     }
     if (!ptrCA)
         return {};

@@ -27,22 +27,33 @@ struct MessageRow {
 
 /// Captions that a message replaces at the start.
 constexpr auto kTexts = std::to_array<MessageRow>({
-    {kGroupType, 1980},         {kCheckCatchment, 1936},   {kCheckHouse, 11254},      {kCheckIndustrial, 11255},
-    {kGroupMethod, 1979},       {kCheckIslands, 1981},     {kLabelSection, 2226},     {kBtnLayers, 1983},
-    {kGroupDefinition, 1985},   {kBtnPoint, 312},          {kBtnEntity, 4558},        {kBtnCorners, 975},
-    {kCheckLabel, 1982},        {kLabelDefined, 1986},     {kLabelCurrent, 1987},     {kLabelName, 4600},
-    {kLabelArea, 1989},         {kRadioTerrain, 1990},     {kLabelSlopeClass, 2449},  {kLabelIntensity, 4601},
-    {kLabelRunoff, 4602},       {kLabelCoefficient, 1991}, {kLabelDensity, 1992},     {kLabelSlope, 1990},
-    {kLabelNumber, 1988},       {kBtnSave, 1885},          {kBtnHide, 4582},          {kBtnClose, 235},
-    {kBtnHelp, 50156},          {kBtnSelect, MessageId::kSelectSections},
+    {kGroupType, 1980},        {kCheckCatchment, 1936}, {kCheckHouse, 11254},
+    {kCheckIndustrial, 11255}, {kGroupMethod, 1979},    {kCheckIslands, 1981},
+    {kLabelSection, 2226},     {kBtnLayers, 1983},      {kGroupDefinition, 1985},
+    {kBtnPoint, 312},          {kBtnEntity, 4558},      {kBtnCorners, 975},
+    {kCheckLabel, 1982},       {kLabelDefined, 1986},   {kLabelCurrent, 1987},
+    {kLabelName, 4600},        {kLabelArea, 1989},      {kRadioTerrain, 1990},
+    {kLabelSlopeClass, 2449},  {kLabelIntensity, 4601}, {kLabelRunoff, 4602},
+    {kLabelCoefficient, 1991}, {kLabelDensity, 1992},   {kLabelSlope, 1990},
+    {kLabelNumber, 1988},      {kBtnSave, 1885},        {kBtnHide, 4582},
+    {kBtnClose, 235},          {kBtnHelp, 50156},       {kBtnSelect, MessageId::kSelectSections},
 });
 
 constexpr auto kTips = std::to_array<MessageRow>({
-    {kCheckIslands, 2028},  {kBtnPrevious, 1081}, {kBtnNext, 1082},
-    {kBtnLayers, 2031},     {kBtnPoint, 2033},    {kBtnEntity, 2034},
-    {kBtnCorners, 2035},    {kBtnAuto, 2036},     {kCheckLabel, 2029},
-    {kBtnLabelBlock, 2030}, {kBtnTerrain, 2032},  {kBtnSave, 2037},
-    {kBtnZoom, MessageId::kZoomToSection},        {kBtnSettings, MessageId::kSettings},
+    {kCheckIslands, 2028},
+    {kBtnPrevious, 1081},
+    {kBtnNext, 1082},
+    {kBtnLayers, 2031},
+    {kBtnPoint, 2033},
+    {kBtnEntity, 2034},
+    {kBtnCorners, 2035},
+    {kBtnAuto, 2036},
+    {kCheckLabel, 2029},
+    {kBtnLabelBlock, 2030},
+    {kBtnTerrain, 2032},
+    {kBtnSave, 2037},
+    {kBtnZoom, MessageId::kZoomToSection},
+    {kBtnSettings, MessageId::kSettings},
 });
 
 /// Names for those who hear the dialog, where no caption stands beside a control.
@@ -69,9 +80,9 @@ constexpr auto kAccessibleNames = std::to_array<MessageRow>({
 
 /// Who gets a keyboard letter, in the order in which they choose: what is used most comes first.
 constexpr auto kMnemonicOrder = std::to_array<int>({
-    kBtnSave,     kBtnAuto,    kBtnSelect,       kGroupMethod,  kCheckIslands,    kLabelName,      kLabelArea,
-    kLabelCoefficient, kLabelDensity, kCheckCatchment, kCheckHouse, kCheckIndustrial, kCheckZoom,   kCheckLabel,
-    kGroupDefinition, kBtnClose, kBtnHide,       kBtnInfoSections, kBtnInfoAreas,
+    kBtnSave,          kBtnAuto,      kBtnSelect,      kGroupMethod,     kCheckIslands,    kLabelName, kLabelArea,
+    kLabelCoefficient, kLabelDensity, kCheckCatchment, kCheckHouse,      kCheckIndustrial, kCheckZoom, kCheckLabel,
+    kGroupDefinition,  kBtnClose,     kBtnHide,        kBtnInfoSections, kBtnInfoAreas,
 });
 
 constexpr int kButtonImage = 18;
@@ -232,8 +243,7 @@ void CDlgCreateCatchmentArea::SetUpNumericEdits()
 {
     for (const CNumericField &field : DefinitionNumericFields()) {
         auto *edit = Control<QLineEdit>(field.m_nControl);
-        edit->setValidator(
-            new QRegularExpressionValidator(QRegularExpression(ToQString(TypingPattern(field))), edit));
+        edit->setValidator(new QRegularExpressionValidator(QRegularExpression(ToQString(TypingPattern(field))), edit));
     }
     constexpr double kDefaultZoom = 1.5, kDefaultDensity = 1000.0, kDefaultSlope = 1.0, kDefaultIntensity = 100.0;
     double zoom = kDefaultZoom;

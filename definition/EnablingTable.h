@@ -32,17 +32,17 @@ using namespace ControlId;
 
 /// Controls of work that this release does not offer. They stay disabled, whatever the tables say, and a tool tip
 /// tells so.
-inline constexpr CControlSet kNotOffered{kBtnLayers,       kBtnPoint,     kBtnEntity,      kBtnCorners,
-                                         kBtnTerrain,      kBtnSettings,  kBtnLabelBlock,  kComboTerrain,
-                                         kRadioTerrain,    kRadioAtv,     kLabelSlopeClass, kComboSlopeClass,
-                                         kLabelIntensity,  kEditIntensity, kLabelRunoff,   kComboRunoff};
+inline constexpr CControlSet kNotOffered{kBtnLayers,      kBtnPoint,      kBtnEntity,       kBtnCorners,
+                                         kBtnTerrain,     kBtnSettings,   kBtnLabelBlock,   kComboTerrain,
+                                         kRadioTerrain,   kRadioAtv,      kLabelSlopeClass, kComboSlopeClass,
+                                         kLabelIntensity, kEditIntensity, kLabelRunoff,     kComboRunoff};
 
 /// Enabled when a selection ends, before the method narrows it down.
 inline constexpr CControlSet kAfterSelection{
-    kGroupMethod,  kComboMethod,     kCheckIslands,   kBtnLayers,  kEditLayers,   kGroupDefinition, kCheckLabel,
-    kComboLabel,   kBtnLabelBlock,   kBtnPoint,       kBtnEntity,  kBtnCorners,   kListAreas,       kLabelDefined,
-    kLabelCurrent, kLabelNumber,     kLabelArea,      kLabelSlope, kLabelCoefficient, kEditNumber,  kEditArea,
-    kComboTerrain, kEditCoefficient, kComboType,      kGroupType};
+    kGroupMethod,  kComboMethod,     kCheckIslands, kBtnLayers,  kEditLayers,       kGroupDefinition, kCheckLabel,
+    kComboLabel,   kBtnLabelBlock,   kBtnPoint,     kBtnEntity,  kBtnCorners,       kListAreas,       kLabelDefined,
+    kLabelCurrent, kLabelNumber,     kLabelArea,    kLabelSlope, kLabelCoefficient, kEditNumber,      kEditArea,
+    kComboTerrain, kEditCoefficient, kComboType,    kGroupType};
 
 /// What a definition method does to a control; Keep leaves it as it is.
 enum class Switch { Off, On, Keep, OffWhileListIsEmpty };
@@ -86,9 +86,9 @@ struct TypeStep {
 };
 
 /// Everything around the coefficient's two sources, the radios included.
-inline constexpr CControlSet kCoefficientSources{kRadioTerrain, kRadioAtv,        kComboTerrain,    kBtnTerrain,
-                                                 kLabelSlopeClass, kLabelIntensity, kLabelRunoff,   kComboSlopeClass,
-                                                 kEditIntensity, kComboRunoff};
+inline constexpr CControlSet kCoefficientSources{kRadioTerrain,    kRadioAtv,       kComboTerrain, kBtnTerrain,
+                                                 kLabelSlopeClass, kLabelIntensity, kLabelRunoff,  kComboSlopeClass,
+                                                 kEditIntensity,   kComboRunoff};
 
 inline constexpr auto kCatchmentSteps = std::to_array<TypeStep>({
     {TypeAction::Enable, {kRadioTerrain, kRadioAtv}},
@@ -127,13 +127,14 @@ struct SourceRow {
 inline constexpr CControlSet kTerrainSource{kComboTerrain, kBtnTerrain};
 inline constexpr CControlSet kTableSource{kLabelSlopeClass, kLabelIntensity, kLabelRunoff,
                                           kComboSlopeClass, kEditIntensity,  kComboRunoff};
-inline constexpr std::array<SourceRow, 2> kSourceTable{{{kTerrainSource, kTableSource}, {kTableSource, kTerrainSource}}};
+inline constexpr std::array<SourceRow, 2> kSourceTable{
+    {{kTerrainSource, kTableSource}, {kTableSource, kTerrainSource}}};
 
 /// Set to the state of the catchment check when it is clicked.
 inline constexpr CControlSet kWithCatchmentCheck{kRadioTerrain, kRadioAtv, kEditCoefficient, kLabelCoefficient};
 /// Off when the catchment check is clicked off.
-inline constexpr CControlSet kWithoutCatchmentCheck{kComboTerrain,  kBtnTerrain,      kLabelSlopeClass, kLabelIntensity,
-                                                    kLabelRunoff,   kComboSlopeClass, kEditIntensity,   kComboRunoff};
+inline constexpr CControlSet kWithoutCatchmentCheck{kComboTerrain, kBtnTerrain,      kLabelSlopeClass, kLabelIntensity,
+                                                    kLabelRunoff,  kComboSlopeClass, kEditIntensity,   kComboRunoff};
 /// Set to the state of the house check when it is clicked.
 inline constexpr CControlSet kWithHouseCheck{kLabelDensity, kEditDensity};
 /// Enabled exactly in the method of a typed area, when a catchment or house check is clicked on.

@@ -43,7 +43,8 @@ std::wstring NumberText(double value, const CNumericField &field)
     if (!std::isfinite(value))
         return {};
     std::array<char, kLongestNumber> buffer;
-    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, 6);
+    const auto written =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, 6);
     std::string_view text(buffer.data(), static_cast<std::size_t>(written.ptr - buffer.data()));
     text = text.substr(0, text.find_last_not_of('0') + 1);
     if (text.ends_with('.'))
@@ -53,7 +54,8 @@ std::wstring NumberText(double value, const CNumericField &field)
     if (negative)
         text.remove_prefix(1);
     const std::size_t point = std::min(text.find('.'), text.size());
-    std::string_view whole = text.substr(0, std::min<std::size_t>(point, static_cast<std::size_t>(field.m_nWholeDigits)));
+    std::string_view whole =
+        text.substr(0, std::min<std::size_t>(point, static_cast<std::size_t>(field.m_nWholeDigits)));
     std::string_view decimals = text.substr(std::min(point + 1, text.size()));
     decimals = decimals.substr(0, static_cast<std::size_t>(field.m_nDecimals));
 
