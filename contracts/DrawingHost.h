@@ -110,16 +110,18 @@ protected:
 private:
     friend class velmor::ObjectAccess;
     friend class AcDbObjectId;
-    /// The host's bookkeeping, kept small and beside the object so that a walk touches one cache line.
+    /// The host's bookkeeping. What a walk needs (open state, flags) stands right behind the table pointer, so that
+    /// opening, testing and closing an object touch one cache line.
     struct HostState {
-        std::uint64_t handle = 0;
-        AcDbObject *owner = nullptr;      ///< block record or dictionary that holds the object
-        std::uint64_t sourceOffset = 0;   ///< where the object's tags stand in the drawing's text
-        std::uint32_t sourceLength = 0;   ///< 0: no text yet, it is written from the object
-        std::uint32_t layer = 0;          ///< index in the drawing's layer table
         std::uint16_t flags = 0;
-        std::int16_t readers = 0;         ///< open for reading that many times, -1 for writing
-        std::uint32_t extra = 0;
+        std::int16_t readers = 0; ///< open for reading that many times, -1 for writing
+        std::int16_t color = 256; ///< colour index
+        std::uint16_t spare = 0;
+        std::uint32_t layer = 0xFFFFFFFF; ///< index in the drawing's layer table; none: the current one when appended
+        std::uint32_t sourceLength = 0;   ///< 0: no text yet, it is written from the object
+        std::uint64_t sourceOffset = 0;   ///< where the object's tags stand in the drawing's text
+        std::uint64_t handle = 0;
+        AcDbObject *owner = nullptr; ///< block record, block reference or dictionary that holds the object
     } m_host;
 };
 
@@ -373,17 +375,18 @@ public:
 /// Not virtual: a walk over a whole drawing runs through it.
 class ZEMX_CONTRACT AcDbBlockTableRecordIterator {
 public:
-    AcDbBlockTableRecordIterator(AcDbEntity *const *first, AcDbEntity *const *last, bool skipErased);
+    /// Walks the entities that the list holds now; what is added to it meanwhile is not seen.
+    AcDbBlockTableRecordIterator(const AcArray<AcDbEntity *> &entities, bool skipErased);
     void start(bool atBeginning = true, bool skipErased = true);
-    bool done() const { return m_next == m_last; }
+    bool done() const { return m_next == m_size; }
     void step(bool forward = true, bool skipErased = true);
     Acad::ErrorStatus getEntity(AcDbEntity *&entity, AcDb::OpenMode mode) const;
     Acad::ErrorStatus getEntityId(AcDbObjectId &id) const;
 
 private:
-    AcDbEntity *const *m_first;
-    AcDbEntity *const *m_next;
-    AcDbEntity *const *m_last;
+    const AcArray<AcDbEntity *> &m_entities;
+    std::size_t m_next = 0;
+    std::size_t m_size;
 };
 
 /// Opens an entity (eNotAnEntity for another object). Read opens may be many, a write open stands alone.
@@ -457,7 +460,8 @@ ZEMX_CONTRACT double acutAngle(const ads_point from, const ads_point to);
 /// The point at a distance in a direction.
 ZEMX_CONTRACT void acutPolar(const ads_point from, double angle, double distance, ads_point result);
 
-// --- Input and the user ------------------------------------------------------------------------------------------------
+// --- Input and the user
+// ------------------------------------------------------------------------------------------------
 
 /// Asks for a point in world coordinates; base (may be null) is where the rubber band starts.
 ZEMX_CONTRACT int acedGetPoint(const ads_point base, const wchar_t *prompt, ads_point result);
@@ -483,7 +487,8 @@ ZEMX_CONTRACT std::uint32_t acedGetRGB(int colorIndex);
 /// Shows a drawing file's picture in a widget (a native handle or a QWidget of this host).
 ZEMX_CONTRACT bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *widget);
 
-// --- Selection sets, display -----------------------------------------------------------------------------------------------
+// --- Selection sets, display
+// -----------------------------------------------------------------------------------------------
 
 /// With all arguments null: the user selects.
 ZEMX_CONTRACT int acedSSGet(const wchar_t *mode, const void *first, const void *second, const resbuf *filter,
@@ -523,7 +528,8 @@ public:
     AcAxDocLock &operator=(const AcAxDocLock &) = delete;
 };
 
-// --- The drawing wrapper library ---------------------------------------------------------------------------------------------
+// --- The drawing wrapper library
+// ---------------------------------------------------------------------------------------------
 
 /// Opens an entity on construction or by open(), closes it on destruction.
 class ZEMX_CONTRACT CZEMCEntityPtr {
@@ -601,7 +607,8 @@ class ZEMX_CONTRACT CZEMCBlockReferencePtr : public CZEMCEntityPtr {
 public:
     CZEMCBlockReferencePtr() : CZEMCEntityPtr(AcDbBlockReference::desc()) {}
     CZEMCBlockReferencePtr(AcDbObjectId id, AcDb::OpenMode mode) : CZEMCBlockReferencePtr() { open(id, mode); }
-    /// Sets the attribute of that tag (upper and lower case alike); false when there is none or it is not open for write.
+    /// Sets the attribute of that tag (upper and lower case alike); false when there is none or it is not open for
+    /// write.
     bool setAttributeText(const wchar_t *tag, const wchar_t *text);
 };
 
@@ -641,7 +648,8 @@ class AcDbBlockReference;
 class ZEMX_CONTRACT CZEMCDraw {
 public:
     /// A light-weight polyline with that constant width, closed when closed is not 0; null id without a drawing.
-    static AcDbObjectId polylineLW(const AcGePoint3dArray &points, double width, int closed, CZEMCPolylineLWPtr *opened);
+    static AcDbObjectId polylineLW(const AcGePoint3dArray &points, double width, int closed,
+                                   CZEMCPolylineLWPtr *opened);
     static AcDbObjectId line(const AcGePoint3d &from, const AcGePoint3d &to, CZEMCLinePtr *opened);
     /// Reads a drawing file as a block definition. A known name answers the definition of the drawing, renewed when
     /// the file is another one; null only when the file can't be read.

@@ -47,7 +47,8 @@ struct LoadReport {
 
 enum class FileStatus { Ok, NotFound, NotAFile, NotReadable, Empty, NotADrawing, NotWritable, DiskFull, Refused };
 
-// --- Layers, blocks ----------------------------------------------------------------------------------------------------
+// --- Layers, blocks
+// ----------------------------------------------------------------------------------------------------
 
 struct Layer {
     std::wstring name;
@@ -77,7 +78,8 @@ private:
     std::vector<AcDbEntity *> m_entities;
 };
 
-// --- Attached data, dictionaries -----------------------------------------------------------------------------------------
+// --- Attached data, dictionaries
+// -----------------------------------------------------------------------------------------
 
 /// A group code with its value: text, a real or a whole number.
 struct DataItem {
@@ -201,10 +203,13 @@ public:
     template <class T>
     T &component()
     {
-        auto &slot = m_components[typeid(T)];
-        if (!slot)
-            slot = std::make_shared<T>(*this);
-        return *static_cast<T *>(slot.get());
+        for (const auto &[type, made] : m_components)
+            if (type == typeid(T))
+                return *static_cast<T *>(made.get());
+        // What T's constructor asks for comes into the list before it, and goes after it.
+        auto made = std::make_shared<T>(*this);
+        m_components.emplace_back(typeid(T), made);
+        return *made;
     }
 
     struct Private;
@@ -213,7 +218,8 @@ public:
 private:
     Drawing();
     std::unique_ptr<Private> d;
-    std::unordered_map<std::type_index, std::shared_ptr<void>> m_components; ///< destroyed first (see ~Drawing)
+    /// Destroyed before the objects, the last one made first.
+    std::vector<std::pair<std::type_index, std::shared_ptr<void>>> m_components;
 };
 
 /// The drawing that the contracts work on; null when none is open. Not owned.

@@ -5,6 +5,7 @@
 
 #include "host/drawing/Drawing.h"
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -43,8 +44,20 @@ public:
     void clearMarks();
     const std::map<std::wstring, TransientMark> &marks() const { return m_marks; }
 
-    void setHighlighted(const AcDbEntity &entity, bool on);
-    bool isHighlighted(const AcDbEntity &entity) const;
+    void setHighlighted(const AcDbEntity &entity, bool on)
+    {
+        if (on == isHighlighted(entity))
+            return;
+        if (on)
+            m_highlighted.push_back(&entity);
+        else
+            std::erase(m_highlighted, &entity);
+        ++m_revision;
+    }
+    bool isHighlighted(const AcDbEntity &entity) const
+    {
+        return std::find(m_highlighted.begin(), m_highlighted.end(), &entity) != m_highlighted.end();
+    }
     const std::vector<const AcDbEntity *> &highlighted() const { return m_highlighted; }
 
     /// Grows with every change.

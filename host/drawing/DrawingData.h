@@ -1,0 +1,97 @@
+// What a Drawing keeps behind its interface: shared by its operations, the DXF reader and the DXF writer.
+#pragma once
+
+#include "host/drawing/Arena.h"
+#include "host/drawing/ObjectAccess.h"
+
+#include <unordered_set>
+
+namespace velmor {
+
+/// Finds objects by handle: a hash table of pointers, keyed by the handle that stands in the object.
+class HandleTable {
+public:
+    AcDbObject *find(std::uint64_t handle) const;
+    /// False when the handle is taken; the table then keeps what it had.
+    bool insert(AcDbObject &object);
+    void reserve(std::size_t count);
+
+private:
+    static std::size_t slotOf(std::uint64_t handle, std::size_t mask)
+    {
+        return static_cast<std::size_t>(handle * 0x9E3779B97F4A7C15ull >> 20) & mask;
+    }
+    void grow(std::size_t slots);
+    std::vector<AcDbObject *> m_slots;
+    std::size_t m_count = 0;
+};
+
+/// The drawing's block table as an object; every chain of owners ends here.
+class BlockTableObject final : public AcDbBlockTable {
+public:
+    explicit BlockTableObject(Drawing &drawing) : m_drawing(drawing) {}
+    Acad::ErrorStatus newIterator(AcDbBlockTableIterator *&iterator, bool atBeginning, bool skipErased) const override;
+    Drawing &drawing() const { return m_drawing; }
+
+private:
+    Drawing &m_drawing;
+};
+
+struct HeaderVariable {
+    int code = 1;
+    std::string value;
+};
+
+using DataByKey = std::map<std::string, DataItems>;
+
+/// Upper case for comparing names, in any script.
+std::wstring foldedName(std::wstring_view name);
+
+struct Drawing::Private {
+    explicit Private(Drawing &drawing) : table(drawing) {}
+    ~Private();
+
+    BlockTableObject table;
+    Arena arena;                                   ///< objects that were read
+    std::vector<AcDbObject *> arenaObjects;        ///< those of them whose destructor must run
+    std::vector<std::unique_ptr<AcDbObject>> made; ///< objects that were made and appended
+
+    LoadReport report;
+    std::string version = "AC1027";
+    bool modified = false;
+    std::uint64_t revision = 0;
+
+    std::vector<Layer> layers;
+    std::unordered_map<std::wstring, std::size_t> layerByName; ///< by folded name
+    std::size_t currentLayer = 0;
+
+    std::vector<std::unique_ptr<BlockRecord>> blocks;
+    std::unordered_map<std::wstring, BlockRecord *> blockByName; ///< by folded name
+    BlockRecord *modelSpace = nullptr;
+
+    std::vector<AcDbEntity *> added;   ///< entities without tags of their own, in the order of appending
+    std::vector<AcDbObject *> touched; ///< objects whose tags no longer say what they are
+    mutable HandleTable handles;
+    std::uint64_t nextHandle = 0x20;
+
+    std::unordered_map<const AcDbObject *, DataByKey> attached;
+    std::map<std::string, std::map<std::uint64_t, AcDbEntity *>> entitiesByKey; ///< by handle
+    std::map<std::string, DataByKey> dictionaries;
+    std::map<std::string, HeaderVariable, std::less<>> header;
+
+    std::vector<DrawingObserver *> observers;
+
+    void changed()
+    {
+        ++revision;
+        modified = true;
+    }
+    /// Notes that a part of the object's tags has to be written anew.
+    void touch(AcDbObject &object, unsigned part);
+    BlockRecord &makeBlock(std::wstring name);
+    /// Gives the object a handle when it has none yet.
+    std::uint64_t giveHandle(AcDbObject &object);
+    std::size_t addLayer(Layer layer);
+};
+
+} // namespace velmor

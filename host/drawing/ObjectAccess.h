@@ -1,0 +1,88 @@
+// The host's way into the private parts of objects: bookkeeping, ids, members that only a reader or an edit sets.
+//
+// Everything here is inline and checks nothing. Code outside of host/drawing uses Drawing's operations instead.
+#pragma once
+
+#include "host/drawing/Drawing.h"
+
+namespace velmor {
+
+/// Bits of HostState::flags.
+enum ObjectFlag : std::uint16_t {
+    kErased = 1 << 0,
+    kErasedWithOwner = 1 << 1, ///< an attribute that goes and comes back with its reference
+    kInArena = 1 << 2,         ///< memory belongs to the drawing's arena
+    kIsEntity = 1 << 3,        ///< an entity in a drawing
+    kHandleInText = 1 << 4,    ///< the tags hold the handle
+    kHasExtension = 1 << 5,    ///< the tags name an extension dictionary or hold extended data of ours
+    kListed = 1 << 6,          ///< stands in the drawing's list of touched objects
+    kPatchLayer = 1 << 7,      ///< parts whose tags no longer say what the object says
+    kPatchColor = 1 << 8,
+    kPatchText = 1 << 9,
+    kPatchData = 1 << 10,
+    kPatchGeometry = 1 << 11,
+    kPatchAttributes = 1 << 12, ///< a reference that got attributes
+    kPaperSpace = 1 << 13,      ///< an entity of a paper space
+};
+
+/// Class descriptor of a class of the host, with what the host asks about it.
+struct HostClass final : AcRxClass {
+    HostClass(const wchar_t *name, const AcRxClass *parent, EntityKind entityKind = EntityKind::Unknown,
+              const char *nameInFile = "")
+        : AcRxClass(name, parent), kind(entityKind), fileName(nameInFile)
+    {
+    }
+    EntityKind kind;
+    const char *fileName; ///< "LWPOLYLINE"
+};
+
+class ObjectAccess {
+public:
+    using HostState = AcDbObject::HostState;
+    static HostState &host(AcDbObject &object) { return object.m_host; }
+    static const HostState &host(const AcDbObject &object) { return object.m_host; }
+    static AcDbObjectId id(AcDbObject *object) { return AcDbObjectId(object); }
+    static AcDbObject *object(AcDbObjectId id) { return id.m_object; }
+    static bool has(const AcDbObject &object, unsigned flag) { return (object.m_host.flags & flag) != 0; }
+    static void set(AcDbObject &object, unsigned flag, bool on = true)
+    {
+        auto &flags = object.m_host.flags;
+        flags = static_cast<std::uint16_t>(on ? flags | flag : flags & ~flag);
+    }
+    /// The drawing that holds the object, found over its owners; null for an object that was never appended.
+    static Drawing *drawing(const AcDbObject &object);
+
+    static std::vector<AcDbEntity *> &entities(BlockRecord &record) { return record.m_entities; }
+    static AcGePoint3d &basePoint(BlockRecord &record) { return record.m_basePoint; }
+    static std::wstring &name(BlockRecord &record) { return record.m_name; }
+
+    static std::vector<AcDbObjectId> &attributes(AcDbBlockReference &reference) { return reference.m_attributes; }
+    static const std::vector<AcDbObjectId> &attributes(const AcDbBlockReference &reference)
+    {
+        return reference.m_attributes;
+    }
+    static void setDefinition(AcDbBlockReference &reference, AcDbObjectId definition)
+    {
+        reference.m_definition = definition;
+    }
+    /// Moves an end of a line; refused unless it is free or open for writing.
+    static Acad::ErrorStatus changeLine(AcDbLine &line, AcGePoint3d &end, const AcGePoint3d &to);
+    static TextShape &shape(TextEntity &text) { return text.m_shape; }
+
+    /// The members of a hatch, for the reader and the writer.
+    struct HatchParts {
+        AcGeVector3d &normal;
+        double &elevation, &angle, &scale;
+        std::wstring &pattern;
+        int &patternType, &style;
+        bool &associative;
+        std::vector<AcDbHatch::Loop> &loops;
+    };
+    static HatchParts parts(AcDbHatch &h)
+    {
+        return {h.m_normal,      h.m_elevation, h.m_patternAngle, h.m_patternScale, h.m_patternName,
+                h.m_patternType, h.m_style,     h.m_associative,  h.m_loops};
+    }
+};
+
+} // namespace velmor

@@ -1,0 +1,379 @@
+// Opening, closing and walking the objects of a drawing.
+#include "host/drawing/DrawingData.h"
+#include "host/drawing/Transient.h"
+
+using velmor::Drawing;
+using velmor::ObjectAccess;
+
+namespace {
+
+Acad::ErrorStatus openObject(AcDbObject &object, AcDb::OpenMode mode)
+{
+    auto &host = ObjectAccess::host(object);
+    if (host.flags & velmor::kErased)
+        return Acad::eWasErased;
+    if (host.readers < 0)
+        return Acad::eWasOpenForWrite;
+    if (mode == AcDb::kForRead) {
+        ++host.readers;
+        return Acad::eOk;
+    }
+    if (mode != AcDb::kForWrite)
+        return Acad::eInvalidInput;
+    if (host.readers > 0)
+        return Acad::eWasOpenForRead;
+    host.readers = -1;
+    return Acad::eOk;
+}
+
+/// Tags of a name, so that a number that never was one is refused.
+constexpr std::int64_t kEntityNameMark = 0x454E414D45;
+
+} // namespace
+
+// --- AcDbObject
+// --------------------------------------------------------------------------------------------------------
+
+AcDbObject::AcDbObject() = default;
+AcDbObject::~AcDbObject() = default;
+
+bool AcDbObject::isKindOf(const AcRxClass *ancestor) const
+{
+    return isA()->isDerivedFrom(ancestor);
+}
+AcDbObjectId AcDbObject::objectId() const
+{
+    // Only what is in a drawing has an id.
+    return m_host.owner || isA() == AcDbBlockTable::desc() ? AcDbObjectId(const_cast<AcDbObject *>(this))
+                                                           : AcDbObjectId();
+}
+bool AcDbObject::isErased() const
+{
+    return (m_host.flags & velmor::kErased) != 0;
+}
+bool AcDbObject::isWriteEnabled() const
+{
+    return m_host.readers < 0 || !m_host.owner;
+}
+
+Acad::ErrorStatus AcDbObject::close()
+{
+    if (m_host.readers > 0)
+        --m_host.readers;
+    else
+        m_host.readers = 0;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::upgradeOpen()
+{
+    if (!m_host.owner)
+        return Acad::eNotInDatabase;
+    if (m_host.readers < 0)
+        return Acad::eWasOpenForWrite;
+    if (m_host.readers != 1)
+        return m_host.readers == 0 ? Acad::eInvalidInput : Acad::eWasOpenForRead;
+    m_host.readers = -1;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::erase(bool erasing)
+{
+    Drawing *drawing = ObjectAccess::drawing(*this);
+    if (!drawing)
+        return Acad::eNotInDatabase;
+    if (m_host.readers >= 0)
+        return Acad::eNotOpenForWrite;
+    if (!(m_host.flags & velmor::kIsEntity))
+        return Acad::eNotAvailable;
+    if (erasing && isErased())
+        return Acad::eWasErased;
+    drawing->erase(static_cast<AcDbEntity &>(*this), erasing);
+    return Acad::eOk;
+}
+
+// --- Opening
+// -----------------------------------------------------------------------------------------------------------
+
+Acad::ErrorStatus acdbOpenAcDbObject(AcDbObject *&object, AcDbObjectId id, AcDb::OpenMode mode)
+{
+    object = nullptr;
+    AcDbObject *target = ObjectAccess::object(id);
+    if (!target)
+        return Acad::eNullObjectId;
+    const auto status = openObject(*target, mode);
+    if (status == Acad::eOk)
+        object = target;
+    return status;
+}
+
+Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity *&entity, AcDbObjectId id, AcDb::OpenMode mode)
+{
+    entity = nullptr;
+    AcDbObject *target = ObjectAccess::object(id);
+    if (!target)
+        return Acad::eNullObjectId;
+    if (!ObjectAccess::has(*target, velmor::kIsEntity))
+        return Acad::eNotAnEntity;
+    const auto status = openObject(*target, mode);
+    if (status == Acad::eOk)
+        entity = static_cast<AcDbEntity *>(target);
+    return status;
+}
+
+Acad::ErrorStatus acdbGetObjectId(AcDbObjectId &id, const ads_name name)
+{
+    id.setNull();
+    if (name[0] == 0 && name[1] == 0)
+        return Acad::eNullObjectId;
+    if (name[1] != kEntityNameMark || name[0] == 0)
+        return Acad::eInvalidInput;
+    id = ObjectAccess::id(reinterpret_cast<AcDbObject *>(name[0]));
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus acdbGetAdsName(ads_name &name, AcDbObjectId id)
+{
+    name[0] = name[1] = 0;
+    if (id.isNull())
+        return Acad::eNullObjectId;
+    name[0] = reinterpret_cast<std::int64_t>(ObjectAccess::object(id));
+    name[1] = kEntityNameMark;
+    return Acad::eOk;
+}
+
+AcDbDatabase::~AcDbDatabase() = default;
+AcDbDatabase *AcDbHostApplicationServices::workingDatabase() const
+{
+    return velmor::workingDrawing();
+}
+AcDbHostApplicationServices *acdbHostApplicationServices()
+{
+    static AcDbHostApplicationServices services;
+    return &services;
+}
+
+// --- Iterators
+// ---------------------------------------------------------------------------------------------------------
+
+AcDbBlockTableIterator::~AcDbBlockTableIterator() = default;
+
+AcDbBlockTableRecordIterator::AcDbBlockTableRecordIterator(const AcArray<AcDbEntity *> &entities, bool skipErased)
+    : m_entities(entities), m_size(entities.size())
+{
+    start(true, skipErased);
+}
+
+void AcDbBlockTableRecordIterator::start(bool atBeginning, bool skipErased)
+{
+    if (atBeginning || m_size == 0) {
+        m_next = 0;
+        while (skipErased && m_next != m_size && m_entities[m_next]->isErased())
+            ++m_next;
+        return;
+    }
+    m_next = m_size - 1;
+    if (skipErased && m_entities[m_next]->isErased())
+        step(false, skipErased);
+}
+
+void AcDbBlockTableRecordIterator::step(bool forward, bool skipErased)
+{
+    if (m_next == m_size)
+        return;
+    if (forward) {
+        do
+            ++m_next;
+        while (skipErased && m_next != m_size && m_entities[m_next]->isErased());
+        return;
+    }
+    // Backwards the walk ends like forwards: in done(), which is the place behind the last.
+    do {
+        if (m_next == 0) {
+            m_next = m_size;
+            return;
+        }
+        --m_next;
+    } while (skipErased && m_entities[m_next]->isErased());
+}
+
+Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntity(AcDbEntity *&entity, AcDb::OpenMode mode) const
+{
+    entity = nullptr;
+    if (m_next == m_size)
+        return Acad::eOutOfRange;
+    AcDbEntity *target = m_entities[m_next];
+    const auto status = openObject(*target, mode);
+    if (status == Acad::eOk)
+        entity = target;
+    return status;
+}
+
+Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntityId(AcDbObjectId &id) const
+{
+    id.setNull();
+    if (m_next == m_size)
+        return Acad::eOutOfRange;
+    id = ObjectAccess::id(m_entities[m_next]);
+    return Acad::eOk;
+}
+
+namespace velmor {
+
+Acad::ErrorStatus BlockRecord::newIterator(AcDbBlockTableRecordIterator *&iterator, bool atBeginning,
+                                           bool skipErased) const
+{
+    iterator = new AcDbBlockTableRecordIterator(m_entities, skipErased);
+    if (!atBeginning)
+        iterator->start(false, skipErased);
+    return Acad::eOk;
+}
+
+namespace {
+
+class BlockIterator final : public AcDbBlockTableIterator {
+public:
+    BlockIterator(Drawing &drawing, bool atBeginning) : m_drawing(drawing) { start(atBeginning, true); }
+    void start(bool atBeginning, bool) override
+    {
+        m_next = atBeginning || m_drawing.blocks().empty() ? 0 : m_drawing.blocks().size() - 1;
+    }
+    bool done() const override { return m_next >= m_drawing.blocks().size(); }
+    void step(bool forward, bool) override
+    {
+        if (done())
+            return;
+        // Backwards from the first leads behind the last, where done() is true.
+        m_next = forward ? m_next + 1 : m_next == 0 ? m_drawing.blocks().size() : m_next - 1;
+    }
+    Acad::ErrorStatus getRecord(AcDbBlockTableRecord *&record, AcDb::OpenMode mode) const override
+    {
+        record = nullptr;
+        if (done())
+            return Acad::eOutOfRange;
+        BlockRecord *target = m_drawing.blocks()[m_next].get();
+        const auto status = openObject(*target, mode);
+        if (status == Acad::eOk)
+            record = target;
+        return status;
+    }
+
+private:
+    Drawing &m_drawing;
+    std::size_t m_next = 0;
+};
+
+} // namespace
+
+Acad::ErrorStatus BlockTableObject::newIterator(AcDbBlockTableIterator *&iterator, bool atBeginning, bool) const
+{
+    iterator = new BlockIterator(m_drawing, atBeginning);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus Drawing::getAcDbObjectId(AcDbObjectId &id, bool, const AcDbHandle &handle, std::uint32_t)
+{
+    id.setNull();
+    AcDbObject *object = handle.isNull() ? nullptr : findByHandle(handle.value());
+    if (!object)
+        return Acad::eUnknownHandle;
+    id = ObjectAccess::id(object);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus Drawing::getBlockTable(AcDbBlockTable *&table, AcDb::OpenMode mode)
+{
+    table = nullptr;
+    const auto status = openObject(d->table, mode);
+    if (status == Acad::eOk)
+        table = &d->table;
+    return status;
+}
+
+} // namespace velmor
+
+// --- AcDbEntity
+// ----------------------------------------------------------------------------------------------------------
+
+std::wstring AcDbEntity::layer() const
+{
+    const auto &host = ObjectAccess::host(*this);
+    const Drawing *drawing = ObjectAccess::drawing(*this);
+    if (!drawing)
+        drawing = velmor::workingDrawing();
+    return drawing && host.layer < drawing->layers().size() ? drawing->layer(host.layer).name : std::wstring();
+}
+
+Acad::ErrorStatus AcDbEntity::setLayer(const std::wstring &name)
+{
+    Drawing *drawing = ObjectAccess::drawing(*this);
+    if (drawing && !isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    // An entity that is in no drawing yet is made for the one that is worked on.
+    const bool isFree = drawing == nullptr;
+    if (isFree)
+        drawing = velmor::workingDrawing();
+    const auto index = drawing ? drawing->findLayer(name) : std::nullopt;
+    if (!index)
+        return Acad::eKeyNotFound;
+    if (isFree)
+        ObjectAccess::host(*this).layer = static_cast<std::uint32_t>(*index);
+    else
+        drawing->setLayerOf(*this, *index);
+    return Acad::eOk;
+}
+
+int AcDbEntity::colorIndex() const
+{
+    return ObjectAccess::host(*this).color;
+}
+
+Acad::ErrorStatus AcDbEntity::setColorIndex(int index, bool)
+{
+    if (index < 0 || index > 256)
+        return Acad::eInvalidInput;
+    Drawing *drawing = ObjectAccess::drawing(*this);
+    if (!drawing) {
+        ObjectAccess::host(*this).color = static_cast<std::int16_t>(index);
+        return Acad::eOk;
+    }
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    drawing->setColorOf(*this, index);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbEntity::highlight(const AcDbFullSubentPath &, bool) const
+{
+    Drawing *drawing = ObjectAccess::drawing(*this);
+    if (!drawing)
+        return Acad::eNotInDatabase;
+    drawing->component<velmor::TransientGraphics>().setHighlighted(*this, true);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbEntity::unhighlight(const AcDbFullSubentPath &, bool) const
+{
+    Drawing *drawing = ObjectAccess::drawing(*this);
+    if (!drawing)
+        return Acad::eNotInDatabase;
+    drawing->component<velmor::TransientGraphics>().setHighlighted(*this, false);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus ObjectAccess::changeLine(AcDbLine &line, AcGePoint3d &end, const AcGePoint3d &to)
+{
+    if (!line.isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    end = to;
+    if (Drawing *owner = drawing(line)) {
+        owner->priv().touch(line, velmor::kPatchGeometry);
+        owner->entityChanged(line);
+    }
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbEntity::booleanOper(int, AcDbEntity *)
+{
+    return Acad::eNotAvailable;
+}
