@@ -315,9 +315,20 @@ public:
     double patternScale() const { return m_patternScale; }
     const std::wstring &patternName() const { return m_patternName; }
     const std::vector<Loop> &loops() const { return m_loops; }
+    /// A piece of a pattern line inside the loops and outside of their holes.
+    struct Line {
+        double x1 = 0.0, y1 = 0.0, x2 = 0.0, y2 = 0.0;
+        bool operator==(const Line &) const = default;
+    };
+    /// The pattern's lines, evaluated when they are not yet.
+    const std::vector<Line> &lines() const;
 
 private:
     friend class velmor::ObjectAccess;
+    /// Before a change; refused unless the hatch is new or open for writing.
+    Acad::ErrorStatus change();
+    mutable std::vector<Line> m_lines;
+    mutable bool m_evaluated = false;
     AcGeVector3d m_normal{0.0, 0.0, 1.0};
     double m_elevation = 0.0, m_patternAngle = 0.0, m_patternScale = 1.0;
     std::wstring m_patternName;

@@ -30,7 +30,7 @@ struct TransientMark {
 
 class TransientGraphics {
 public:
-    explicit TransientGraphics(Drawing &drawing) : m_drawing(drawing) {}
+    explicit TransientGraphics(Drawing &) {}
 
     /// Draws along an entity (a line, an arc, a polyline) in a colour until clearTemporary.
     void drawTemporary(const AcDbEntity &entity, int color);
@@ -64,7 +64,6 @@ public:
     std::uint64_t revision() const { return m_revision; }
 
 private:
-    Drawing &m_drawing;
     std::vector<TransientPath> m_temporary;
     std::map<std::wstring, TransientMark> m_marks;
     std::vector<const AcDbEntity *> m_highlighted;

@@ -1,0 +1,26 @@
+// Curves of every kind as vertices with bulges, for temporary drawing and hatch loops.
+#pragma once
+
+#include "host/drawing/Entities.h"
+
+#include <optional>
+#include <vector>
+
+namespace velmor {
+
+struct CurvePath {
+    std::vector<AcDbPolyline::Vertex> vertices; ///< a closed path does not repeat its first vertex
+    bool closed = false;
+    bool operator==(const CurvePath &) const = default;
+};
+
+/// The curve in the plane: lines, arcs and circles exactly, polylines with their bulges, ellipses and splines as chords
+/// no farther than tolerance from them. A path whose ends meet is closed. None for what is no curve, or for a curve
+/// without a vertex.
+/// REQUIRES: tolerance > 0, drawing units.
+std::optional<CurvePath> curvePathOf(const AcDbEntity &entity, double tolerance);
+
+/// Signed area with its arcs, positive when counter-clockwise; square drawing units.
+double ringAreaOf(const std::vector<AcDbPolyline::Vertex> &ring);
+
+} // namespace velmor

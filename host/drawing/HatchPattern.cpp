@@ -1,0 +1,225 @@
+#include "host/drawing/HatchPattern.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cwctype>
+#include <numbers>
+
+namespace velmor {
+
+namespace {
+
+using Vertex = AcDbPolyline::Vertex;
+constexpr double kPi = std::numbers::pi;
+constexpr double kDegree = kPi / 180.0;
+/// An eighth of an inch in millimetres: the spacing of the standard section lining.
+constexpr double kLining = 3.175;
+
+struct FamilyShape {
+    double degrees;
+    double spacing; ///< across the lines
+    double shift;   ///< of the first line across the direction
+};
+struct PatternShape {
+    std::wstring_view name;
+    std::vector<FamilyShape> families;
+};
+
+const std::vector<PatternShape> &knownPatterns()
+{
+    static const std::vector<PatternShape> patterns{
+        {L"SOLID", {}},
+        {L"ANSI31", {{45.0, kLining, 0.0}}},
+        {L"ANSI32", {{45.0, 3.0 * kLining, 0.0}, {45.0, 3.0 * kLining, kLining}}},
+        {L"ANSI37", {{45.0, kLining, 0.0}, {135.0, kLining, 0.0}}},
+        {L"LINE", {{0.0, kLining, 0.0}}},
+        {L"NET", {{0.0, kLining, 0.0}, {90.0, kLining, 0.0}}},
+        {L"NET3", {{0.0, kLining, 0.0}, {60.0, kLining, 0.0}, {120.0, kLining, 0.0}}},
+    };
+    return patterns;
+}
+
+std::wstring upperCase(std::wstring_view text)
+{
+    std::wstring upper(text);
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](wchar_t c) { return static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(c))); });
+    return upper;
+}
+
+/// The frame of a family: u along its lines, v across them, counted in lines.
+struct Frame {
+    double cosine, sine, base, spacing;
+    explicit Frame(const HatchFamily &family)
+        : cosine(std::cos(family.angle)), sine(std::sin(family.angle)),
+          base(family.baseY * cosine - family.baseX * sine),
+          spacing(std::abs(family.offsetY * cosine - family.offsetX * sine))
+    {
+    }
+    double u(double x, double y) const { return x * cosine + y * sine; }
+    double v(double x, double y) const { return (y * cosine - x * sine - base) / spacing; }
+    double across(double v) const { return v * spacing + base; }
+};
+
+/// Gathers where the lines of one family cross the rings.
+class Crossings {
+public:
+    Crossings(const HatchFamily &family, std::span<const std::vector<Vertex>> rings);
+    void appendInside(std::vector<PatternLine> &lines);
+
+private:
+    void addSegment(double u1, double v1, double u2, double v2);
+    void addArc(const Vertex &from, const Vertex &to);
+    template <class Place>
+    void addMonotone(double v1, double v2, Place place);
+
+    Frame m_frame;
+    double m_first = 0.0;                      ///< number of the first line that may cross
+    double m_step = 1.0;                       ///< every how many-th line is drawn
+    std::vector<std::vector<double>> m_places; ///< u of the crossings, by line
+};
+
+Crossings::Crossings(const HatchFamily &family, std::span<const std::vector<Vertex>> rings) : m_frame(family)
+{
+    double low = HUGE_VAL, high = -HUGE_VAL;
+    const auto cover = [&](double x, double y, double reach) {
+        const double v = m_frame.v(x, y);
+        low = std::min(low, v - reach / m_frame.spacing);
+        high = std::max(high, v + reach / m_frame.spacing);
+    };
+    for (const auto &ring : rings)
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const Vertex &a = ring[i], &b = ring[(i + 1) % ring.size()];
+            const double chord = std::hypot(b.x - a.x, b.y - a.y);
+            // No point of an arc is farther from its ends than half the chord plus the height of the arc.
+            cover(a.x, a.y, a.bulge == 0.0 ? 0.0 : chord * (1.0 + std::abs(a.bulge)));
+        }
+    if (!(m_frame.spacing > 0.0) || !std::isfinite(low) || !std::isfinite(high))
+        return;
+    while ((high - low) / m_step > kMostPatternLines)
+        m_step *= 2.0;
+    m_first = std::ceil(low / m_step);
+    m_places.resize(static_cast<std::size_t>(std::max(0.0, std::floor(high / m_step) - m_first + 1.0)));
+    for (const auto &ring : rings)
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const Vertex &a = ring[i], &b = ring[(i + 1) % ring.size()];
+            if (a.bulge == 0.0)
+                addSegment(m_frame.u(a.x, a.y), m_frame.v(a.x, a.y), m_frame.u(b.x, b.y), m_frame.v(b.x, b.y));
+            else
+                addArc(a, b);
+        }
+}
+
+/// A piece on which v only grows or only falls crosses each line between its ends once; an end that lies on a line
+/// counts for the piece above it, so that two pieces that meet there cross the line together once or not at all.
+template <class Place>
+void Crossings::addMonotone(double v1, double v2, Place place)
+{
+    const auto [low, high] = std::minmax(v1, v2);
+    const double first = std::max(std::ceil(low / m_step), m_first);
+    for (double line = first; line * m_step < high; line += 1.0) {
+        const auto index = static_cast<std::size_t>(line - m_first);
+        if (index >= m_places.size())
+            return;
+        m_places[index].push_back(place(line * m_step));
+    }
+}
+
+void Crossings::addSegment(double u1, double v1, double u2, double v2)
+{
+    addMonotone(v1, v2, [&](double v) { return u1 + (u2 - u1) * ((v - v1) / (v2 - v1)); });
+}
+
+void Crossings::addArc(const Vertex &from, const Vertex &to)
+{
+    const AcGeCircArc2d arc({from.x, from.y}, {to.x, to.y}, from.bulge);
+    const double radius = arc.radius();
+    if (!std::isfinite(radius) || radius == 0.0)
+        return addSegment(m_frame.u(from.x, from.y), m_frame.v(from.x, from.y), m_frame.u(to.x, to.y),
+                          m_frame.v(to.x, to.y));
+    const double centerU = m_frame.u(arc.center().x, arc.center().y);
+    const double centerAcross = m_frame.across(m_frame.v(arc.center().x, arc.center().y));
+    const double start =
+        std::atan2(m_frame.across(m_frame.v(from.x, from.y)) - centerAcross, m_frame.u(from.x, from.y) - centerU);
+    const double sweep = 4.0 * std::atan(from.bulge);
+    // Cut where the arc is highest and lowest; in between, it lies to one side of the centre.
+    const double low = std::min(start, start + sweep), high = std::max(start, start + sweep);
+    std::vector<double> cuts{low};
+    for (double turn = std::ceil((low - kPi / 2.0) / kPi); turn * kPi + kPi / 2.0 < high; turn += 1.0)
+        if (turn * kPi + kPi / 2.0 > low)
+            cuts.push_back(turn * kPi + kPi / 2.0);
+    cuts.push_back(high);
+    const auto height = [&](double angle) {
+        // At the ends, the vertices themselves, so that neighbours agree on which side of a line they lie.
+        if (angle == start)
+            return m_frame.v(from.x, from.y);
+        if (angle == start + sweep)
+            return m_frame.v(to.x, to.y);
+        return (centerAcross + radius * std::sin(angle) - m_frame.base) / m_frame.spacing;
+    };
+    for (std::size_t i = 0; i + 1 < cuts.size(); ++i) {
+        const double side = std::cos((cuts[i] + cuts[i + 1]) / 2.0) < 0.0 ? -1.0 : 1.0;
+        addMonotone(height(cuts[i]), height(cuts[i + 1]), [&](double v) {
+            const double rise = m_frame.across(v) - centerAcross;
+            return centerU + side * std::sqrt(std::max(0.0, radius * radius - rise * rise));
+        });
+    }
+}
+
+void Crossings::appendInside(std::vector<PatternLine> &lines)
+{
+    for (std::size_t i = 0; i < m_places.size(); ++i) {
+        auto &places = m_places[i];
+        std::sort(places.begin(), places.end());
+        const double across = m_frame.across((m_first + static_cast<double>(i)) * m_step);
+        for (std::size_t k = 0; k + 1 < places.size(); k += 2) {
+            if (places[k] == places[k + 1])
+                continue;
+            const auto x = [&](double u) { return u * m_frame.cosine - across * m_frame.sine; };
+            const auto y = [&](double u) { return u * m_frame.sine + across * m_frame.cosine; };
+            lines.push_back({x(places[k]), y(places[k]), x(places[k + 1]), y(places[k + 1])});
+        }
+    }
+}
+
+} // namespace
+
+std::vector<HatchFamily> hatchFamilies(std::wstring_view pattern, double angle, double scale)
+{
+    const auto &known = knownPatterns();
+    const std::wstring name = upperCase(pattern);
+    auto found = std::find_if(known.begin(), known.end(), [&](const PatternShape &p) { return p.name == name; });
+    if (found == known.end())
+        found = std::find_if(known.begin(), known.end(), [](const PatternShape &p) { return p.name == L"ANSI31"; });
+    if (!(scale > 0.0))
+        scale = 1.0;
+    std::vector<HatchFamily> families;
+    for (const FamilyShape &shape : found->families) {
+        HatchFamily family;
+        family.angle = angle + shape.degrees * kDegree;
+        const double acrossX = -std::sin(family.angle) * scale, acrossY = std::cos(family.angle) * scale;
+        family.baseX = shape.shift * acrossX;
+        family.baseY = shape.shift * acrossY;
+        family.offsetX = shape.spacing * acrossX;
+        family.offsetY = shape.spacing * acrossY;
+        families.push_back(std::move(family));
+    }
+    return families;
+}
+
+std::vector<PatternLine> patternLines(std::span<const std::vector<Vertex>> rings, std::span<const HatchFamily> families)
+{
+    std::vector<PatternLine> lines;
+    for (const HatchFamily &family : families)
+        Crossings(family, rings).appendInside(lines);
+    return lines;
+}
+
+std::vector<PatternLine> patternLines(std::span<const std::vector<Vertex>> rings, std::wstring_view pattern,
+                                      double angle, double scale)
+{
+    return patternLines(rings, hatchFamilies(pattern, angle, scale));
+}
+
+} // namespace velmor

@@ -1,0 +1,40 @@
+// Pattern lines of hatches: their definition, and the pieces of them that lie inside rings.
+#pragma once
+
+#include "contracts/DrawingHost.h"
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace velmor {
+
+/// One set of parallel lines of a pattern, as a drawing file has it.
+struct HatchFamily {
+    double angle = 0.0;                  ///< direction of the lines, radians
+    double baseX = 0.0, baseY = 0.0;     ///< a point on one of them
+    double offsetX = 0.0, offsetY = 0.0; ///< from a line to the next
+    std::vector<double> dashes;          ///< lengths, negative for gaps; empty: unbroken
+    bool operator==(const HatchFamily &) const = default;
+};
+
+/// The lines of a named pattern, turned by angle (radians) and enlarged by scale; for scale 1, "ANSI31" has lines at 45
+/// degrees and 3.175 drawing units apart. Upper and lower case are alike. "SOLID" has none; a name that is not known
+/// gives the lines of "ANSI31". A scale that is not positive counts as 1.
+std::vector<HatchFamily> hatchFamilies(std::wstring_view pattern, double angle, double scale);
+
+using PatternLine = AcDbHatch::Line;
+
+/// The pieces of the pattern's lines inside the rings by the even-odd rule, so rings within rings are holes; bulges
+/// count as arcs. A ring is closed and does not repeat its first vertex. Lines go through the origin of the drawing, so
+/// that patterns of neighbours meet.
+/// At most kMostPatternLines lines are drawn over the rings: a denser pattern is thinned to every second line, again
+/// and again, until that holds. Dashes are not broken up here.
+std::vector<PatternLine> patternLines(std::span<const std::vector<AcDbPolyline::Vertex>> rings,
+                                      std::wstring_view pattern, double angle, double scale);
+/// The same for families at hand.
+std::vector<PatternLine> patternLines(std::span<const std::vector<AcDbPolyline::Vertex>> rings,
+                                      std::span<const HatchFamily> families);
+inline constexpr int kMostPatternLines = 5000;
+
+} // namespace velmor
