@@ -1,5 +1,7 @@
 #include "host/drawing/Journal.h"
 
+#include "contracts/DrawingHost.h"
+
 #include <charconv>
 
 namespace velmor {
@@ -62,6 +64,12 @@ std::string journalText(double value)
 std::string journalText(const AcGePoint3d &point)
 {
     return journalText(point.x) + "," + journalText(point.y) + "," + journalText(point.z);
+}
+
+std::string journalText(const AcDbObjectId &id)
+{
+    wchar_t digits[17];
+    return id.isNull() || !id.handle().getIntoAsciiBuffer(digits) ? "0" : journalText(std::wstring_view(digits));
 }
 
 } // namespace velmor

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+class AcDbObjectId;
+
 namespace velmor {
 
 struct JournalEntry {
@@ -38,6 +40,7 @@ std::string journalText(std::wstring_view text);
 std::string journalText(const wchar_t *text);
 std::string journalText(double value);
 std::string journalText(const AcGePoint3d &point);
+std::string journalText(const AcDbObjectId &id); ///< handle text, "0" for none
 template <class Int>
     requires std::is_integral_v<Int>
 std::string journalText(Int value)

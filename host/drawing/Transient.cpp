@@ -2,8 +2,6 @@
 
 #include "host/drawing/CurvePath.h"
 
-#include <algorithm>
-
 namespace velmor {
 
 void TransientGraphics::drawTemporary(const AcDbEntity &entity, int color)
@@ -46,22 +44,6 @@ void TransientGraphics::clearMarks()
         return;
     m_marks.clear();
     ++m_revision;
-}
-
-void TransientGraphics::setHighlighted(const AcDbEntity &entity, bool on)
-{
-    if (isHighlighted(entity) == on)
-        return;
-    if (on)
-        m_highlighted.push_back(&entity);
-    else
-        std::erase(m_highlighted, &entity);
-    ++m_revision;
-}
-
-bool TransientGraphics::isHighlighted(const AcDbEntity &entity) const
-{
-    return std::find(m_highlighted.begin(), m_highlighted.end(), &entity) != m_highlighted.end();
 }
 
 } // namespace velmor

@@ -1,8 +1,8 @@
 // Hatches: set up, loops copied from curves, pattern lines evaluated.
 #include "host/drawing/CurvePath.h"
+#include "host/drawing/DrawingData.h"
 #include "host/drawing/HatchPattern.h"
 #include "host/drawing/Journal.h"
-#include "host/drawing/ObjectAccess.h"
 
 #include <algorithm>
 
