@@ -13,7 +13,10 @@ namespace velmor {
 
 namespace {
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
 
 } // namespace
 
@@ -27,15 +30,17 @@ std::vector<std::string> placeholdersOf(std::string_view text)
             ++i;
             continue;
         }
-        std::size_t end = i + 1;
-        while (end < text.size() && (isDigit(text[end]) || text[end] == '.'))
-            ++end;
-        const bool converts = end < text.size() && std::string_view("disufgeExXcp").find(text[end]) != text.npos;
-        const bool byPosition = end > i + 1 && text.find('.', i) >= end;
-        if (converts)
+        std::size_t width = i + 1;
+        while (width < text.size() && isDigit(text[width]))
+            ++width;
+        std::size_t end = width;
+        if (end < text.size() && text[end] == '.')
+            for (++end; end < text.size() && isDigit(text[end]);)
+                ++end;
+        if (end < text.size() && std::string_view("disufgeExXcp").find(text[end]) != std::string_view::npos)
             found.emplace_back(text.substr(i, end - i + 1));
-        else if (byPosition)
-            found.emplace_back(text.substr(i, end - i));
+        else if (width > i + 1)
+            found.emplace_back(text.substr(i, width - i));
     }
     std::ranges::sort(found);
     return found;
@@ -51,8 +56,10 @@ void Messages::load(const Paths &paths, std::string_view language)
     if (const auto shipped = paths.resource(file); !shipped.empty())
         readFile(shipped, false);
     else
-        m_findings.push_back({file, {Severity::Damage, 0, "the message file is missing; set VELMOR_RESOURCES to the "
-                                                          "folder that holds it"}});
+        m_findings.push_back({file,
+                              {Severity::Damage, 0,
+                               "the message file is missing; set VELMOR_RESOURCES to the "
+                               "folder that holds it"}});
     if (!paths.userFolder().empty())
         readFile(paths.userFolder() / file, true);
 }
@@ -77,7 +84,8 @@ void Messages::readFile(const std::filesystem::path &file, bool users)
         const auto refused = [&](const std::wstring &shipped) {
             if (!users || placeholdersOf(utf8(shipped)) == placeholdersOf(line.value))
                 return false;
-            report("the text of " + line.key + " must have the placeholders of the text that it replaces; it was passed over");
+            report("the text of " + line.key +
+                   " must have the placeholders of the text that it replaces; it was passed over");
             return true;
         };
         if (!seen.insert(line.key).second)
@@ -126,7 +134,8 @@ std::string chooseLanguage(std::string_view asked, std::string_view fromSettings
 {
     const auto known = [](std::string_view text) -> std::string {
         const std::string_view letters = text.substr(0, 2);
-        const bool whole = text.size() == 2 || (text.size() > 2 && (text[2] == '_' || text[2] == '-' || text[2] == '.'));
+        const bool whole =
+            text.size() == 2 || (text.size() > 2 && (text[2] == '_' || text[2] == '-' || text[2] == '.'));
         for (const std::string_view language : {"hr", "en"})
             if (whole && equalNoCase(letters, language))
                 return std::string(language);
@@ -145,6 +154,9 @@ std::string chooseLanguage(std::string_view asked, std::string_view fromSettings
     return "en";
 }
 
-std::wstring uiText(std::string_view name) { return Services::instance().messages().text(name); }
+std::wstring uiText(std::string_view name)
+{
+    return Services::instance().messages().text(name);
+}
 
 } // namespace velmor

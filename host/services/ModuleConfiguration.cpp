@@ -53,8 +53,14 @@ std::wstring CModuleConfiguration::GetPath(const wchar_t *kind) const
     return {};
 }
 
-int CModuleConfiguration::GetGSValueInt(const wchar_t *key, int &value) const { return readSetting(key, value); }
-int CModuleConfiguration::GetGSValueDouble(const wchar_t *key, double &value) const { return readSetting(key, value); }
+int CModuleConfiguration::GetGSValueInt(const wchar_t *key, int &value) const
+{
+    return readSetting(key, value);
+}
+int CModuleConfiguration::GetGSValueDouble(const wchar_t *key, double &value) const
+{
+    return readSetting(key, value);
+}
 int CModuleConfiguration::GetGSValueString(const wchar_t *key, std::wstring &value) const
 {
     return readSetting(key, value);
@@ -92,5 +98,11 @@ void *CModuleConfiguration::LoadImageW(const wchar_t *name, unsigned /*type*/, i
 
 } // namespace ZEMGis
 
-int CLogEngine::GetLoggingOnOff() { return velmor::Services::instance().isLogging() ? 1 : 0; }
-std::string CLogEngine::GetLogFileFullPath() { return velmor::Services::instance().logFile(); }
+int CLogEngine::GetLoggingOnOff()
+{
+    return velmor::Services::instance().isLogging() ? 1 : 0;
+}
+std::string CLogEngine::GetLogFileFullPath()
+{
+    return velmor::Services::instance().logFile();
+}

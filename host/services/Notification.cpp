@@ -23,7 +23,10 @@ CNotificationFramework *CNotificationFramework::Instance()
     return &framework;
 }
 
-int CNotificationFramework::IsCommandActive() const { return activeCommands().empty() ? 0 : 1; }
+int CNotificationFramework::IsCommandActive() const
+{
+    return activeCommands().empty() ? 0 : 1;
+}
 
 SetActiveCommand::SetActiveCommand(const wchar_t *name)
 {

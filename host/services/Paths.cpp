@@ -64,7 +64,10 @@ fs::path Paths::resource(std::string_view relative) const
     return {};
 }
 
-fs::path Paths::settingsFile() const { return m_userFolder.empty() ? fs::path() : m_userFolder / "settings.cfg"; }
+fs::path Paths::settingsFile() const
+{
+    return m_userFolder.empty() ? fs::path() : m_userFolder / "settings.cfg";
+}
 
 fs::path Paths::supportFile(const fs::path &name) const
 {

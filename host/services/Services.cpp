@@ -26,7 +26,10 @@ std::vector<fs::path> folderList(const std::string &text)
 
 } // namespace
 
-Services::Services() : m_paths({}, {}) { start(); }
+Services::Services() : m_paths({}, {})
+{
+    start();
+}
 
 Services &Services::instance()
 {
@@ -44,7 +47,9 @@ void Services::start(const StartOptions &options, Paths paths)
 
 void Services::applySettings(bool readTexts)
 {
-    const auto text = [&](std::string_view key) { return utf8(std::get<std::wstring>(m_settings.valueOrStandard(key))); };
+    const auto text = [&](std::string_view key) {
+        return utf8(std::get<std::wstring>(m_settings.valueOrStandard(key)));
+    };
     m_paths.setSupportFolders(folderList(text("SUPPORT_PATH")));
     const std::string language = chooseLanguage(m_options.language, text("LANGUAGE"));
     if (readTexts || m_messages.language() != language)

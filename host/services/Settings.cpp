@@ -91,7 +91,10 @@ std::string textOf(const SettingValue &value)
 
 } // namespace
 
-std::span<const SettingSpec> settingTable() { return table(); }
+std::span<const SettingSpec> settingTable()
+{
+    return table();
+}
 
 const SettingSpec *findSetting(std::string_view key)
 {
@@ -126,9 +129,10 @@ void Settings::load(const std::filesystem::path &file)
         if (auto value = parse(spec, line.value))
             m_values.insert_or_assign(line.key, std::move(*value));
         else
-            m_findings.push_back({file, {Severity::Warning, line.line,
-                                         line.key + " must be " + typeAndLimits(*spec) + ", not \"" + line.value +
-                                             "\"; the line was passed over"}});
+            m_findings.push_back({file,
+                                  {Severity::Warning, line.line,
+                                   line.key + " must be " + typeAndLimits(*spec) + ", not \"" + line.value +
+                                       "\"; the line was passed over"}});
     }
 }
 
