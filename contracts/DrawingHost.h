@@ -440,12 +440,30 @@ public:
 };
 
 ZEMX_CONTRACT void acrxBuildClassHierarchy();
+
+// A module offers exactly two entry points to the host, with C linkage:
+//   int acrxEntryPoint(int message, void *packet);  message is an AcRxAppMessage, packet names the module to the
+//                                                   dynamic linker; 0 when the module goes on
+//   int acrxGetApiVersion();                        kAcRxApiVersion of the headers that it was built with
+enum AcRxAppMessage { kInitAppMsg = 1, kUnloadAppMsg = 2 };
+inline constexpr int kAcRxApiVersion = 18;
+extern "C" using AcRxEntryPoint = int (*)(int message, void *packet);
+extern "C" using AcRxApiVersionPoint = int (*)();
+
 /// Sets up the host's dialog library for a module; called once when it is attached.
 ZEMX_CONTRACT void InitAcUiDLL();
 /// Enters a module in (or takes it out of) the chain that is searched for forms, icons and texts.
 ZEMX_CONTRACT void acuiAttachModule(void *moduleHandle);
 ZEMX_CONTRACT void acuiDetachModule(void *moduleHandle);
-/// A text of a module's string table by id; false when there is none. buffer takes length characters.
+/// One entry of a module's string table.
+struct AcUiString {
+    int id;
+    const wchar_t *text;
+};
+/// Hands over the module's string table; the entries stay the module's and must live until acuiDetachModule.
+ZEMX_CONTRACT void acuiSetStringTable(void *moduleHandle, const AcUiString *entries, int count);
+/// A text of a module's string table by id, cut to the buffer; false when there is none. buffer takes length
+/// characters, the closing zero included.
 ZEMX_CONTRACT bool acuiLoadString(void *moduleHandle, int id, wchar_t *buffer, int length);
 
 /// External functions by number; this host keeps the table and calls none of them.
