@@ -1,0 +1,98 @@
+#include "host/services/Services.h"
+
+#include "host/services/Text.h"
+
+#include <cstdlib>
+
+namespace velmor {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Folders between semicolons.
+std::vector<fs::path> folderList(const std::string &text)
+{
+    std::vector<fs::path> folders;
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const auto end = rest.find(';');
+        if (const auto folder = trimmed(rest.substr(0, end)); !folder.empty())
+            folders.emplace_back(folder);
+        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    }
+    return folders;
+}
+
+} // namespace
+
+Services::Services() : m_paths({}, {})
+{
+    start();
+}
+
+Services &Services::instance()
+{
+    static Services services;
+    return services;
+}
+
+void Services::start(const StartOptions &options, Paths paths)
+{
+    m_options = options;
+    m_paths = std::move(paths);
+    m_settings.load(m_paths.settingsFile());
+    applySettings(true);
+}
+
+void Services::applySettings(bool readTexts)
+{
+    const auto text = [&](std::string_view key) {
+        return utf8(std::get<std::wstring>(m_settings.valueOrStandard(key)));
+    };
+    m_paths.setSupportFolders(folderList(text("SUPPORT_PATH")));
+    const std::string language = chooseLanguage(m_options.language, text("LANGUAGE"));
+    if (readTexts || m_messages.language() != language)
+        m_messages.load(m_paths, language);
+
+    const char *log = std::getenv("VELMOR_LOG");
+    m_logging = log && *log ? std::string_view(log) != "0" : std::get<int>(m_settings.valueOrStandard("LOGGING")) != 0;
+    const char *file = std::getenv("VELMOR_LOG_FILE");
+    m_logFile = file && *file ? std::string(file) : text("LOG_FILE");
+    if (m_logFile.empty())
+        m_logFile = m_paths.userFolder() / "velmor.log";
+    if (m_logging && fs::path(m_logFile).has_parent_path()) {
+        std::error_code error; // a log that can't be opened is the log writer's to bear
+        fs::create_directories(fs::path(m_logFile).parent_path(), error);
+    }
+}
+
+SaveResult Services::set(std::string_view key, const SettingValue &value)
+{
+    SaveResult result = m_settings.set(key, value);
+    applySettings(false);
+    return result;
+}
+
+std::vector<FileFinding> Services::findings() const
+{
+    std::vector<FileFinding> all = m_settings.findings();
+    all.insert(all.end(), m_messages.findings().begin(), m_messages.findings().end());
+    return all;
+}
+
+fs::path Services::symbolFolder() const
+{
+    const auto set = std::get<std::wstring>(m_settings.valueOrStandard("SYMBOL_PATH"));
+    const fs::path folder = set.empty() ? m_paths.resource("symbols") : fs::path(utf8(set));
+    std::error_code error;
+    return fs::is_directory(folder, error) ? folder : fs::path();
+}
+
+void Services::notice(const std::wstring &text) const
+{
+    if (m_notice)
+        m_notice(text);
+}
+
+} // namespace velmor

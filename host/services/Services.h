@@ -1,0 +1,58 @@
+// The running program's configuration: paths, settings, texts, logging. The contracts' singletons answer from here.
+#pragma once
+
+#include "host/services/Messages.h"
+#include "host/services/Paths.h"
+#include "host/services/Settings.h"
+
+#include <functional>
+#include <string>
+
+namespace velmor {
+
+struct StartOptions {
+    std::string language; ///< as given on the command line; empty: settings, then locale
+};
+
+class Services {
+public:
+    /// The one of the program, started from the environment at first use.
+    static Services &instance();
+
+    /// Reads settings and texts (anew).
+    void start(const StartOptions &options, Paths paths);
+    void start(const StartOptions &options = {}) { start(options, Paths::fromEnvironment()); }
+
+    const Paths &paths() const { return m_paths; }
+    const Settings &settings() const { return m_settings; }
+    const Messages &messages() const { return m_messages; }
+    /// Sets a key and lets it take effect at once, the language too.
+    SaveResult set(std::string_view key, const SettingValue &value);
+    /// Everything that was wrong in settings and texts.
+    std::vector<FileFinding> findings() const;
+
+    /// The folder of symbols with label blocks; empty when there is none.
+    std::filesystem::path symbolFolder() const;
+
+    /// VELMOR_LOG (0 or 1), else the setting LOGGING.
+    bool isLogging() const { return m_logging; }
+    /// VELMOR_LOG_FILE, else the setting LOG_FILE, else velmor.log in the user's folder.
+    const std::string &logFile() const { return m_logFile; }
+
+    /// Where the user is told what an operation has to say outside of its result; a line of text each time.
+    void setNotice(std::function<void(const std::wstring &)> notice) { m_notice = std::move(notice); }
+    void notice(const std::wstring &text) const;
+
+private:
+    Services();
+    void applySettings(bool readTexts);
+    StartOptions m_options;
+    Paths m_paths;
+    Settings m_settings;
+    Messages m_messages;
+    std::function<void(const std::wstring &)> m_notice;
+    bool m_logging = false;
+    std::string m_logFile;
+};
+
+} // namespace velmor
