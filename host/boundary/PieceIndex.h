@@ -1,0 +1,117 @@
+// Spatial index over pieces: a forest of packed box trees.
+//
+// Pieces stand in the order of a space-filling curve, so that neighbours share cache lines; eight boxes make a block,
+// eight blocks a parent, and no pointers are kept: 18 bytes a piece. A tree never changes: pieces that come later
+// make a tree of their own, and small trees are merged into one, so that there are at most a logarithmic number.
+#pragma once
+
+#include "host/boundary/PieceGeometry.h"
+
+#include <limits>
+#include <vector>
+
+namespace velmor::boundary::detail {
+
+class PieceIndex {
+public:
+    /// Adds pieces; the numbers of pieces may change.
+    void insert(std::vector<Stored> added);
+    /// Takes the piece out; numbers stay.
+    void remove(std::uint32_t piece);
+
+    const std::vector<Stored> &pieces() const { return m_pieces; }
+    bool isRemoved(std::uint32_t piece) const { return m_removed.size() > piece && m_removed[piece]; }
+    std::size_t size() const { return m_pieces.size() - m_removedCount; }
+    std::size_t memoryBytes() const;
+    /// Typical distance between neighbouring pieces.
+    double spacing() const { return m_spacing; }
+    /// Box of all pieces.
+    Box bounds() const { return m_bounds; }
+
+    /// Calls visit(piece number) for every piece whose box, possibly widened by rounding, meets the box.
+    template <class Visit>
+    void inBox(const Box &box, Visit visit) const
+    {
+        const Query q = query(box);
+        for (const Tree &tree : m_trees)
+            descend(
+                tree, [&q](const Block &b) { return b.meets(q); }, visit);
+    }
+    /// The same for boxes that a straight strip from one point to another, pad wide to each side, may touch.
+    template <class Visit>
+    void alongLine(double ax, double ay, double bx, double by, double pad, Visit visit) const
+    {
+        const Query q =
+            query({std::min(ax, bx) - pad, std::min(ay, by) - pad, std::max(ax, bx) + pad, std::max(ay, by) + pad});
+        const double length = std::hypot(bx - ax, by - ay);
+        const Strip strip{static_cast<float>((by - ay) / length), static_cast<float>((ax - bx) / length),
+                          ((by - ay) * (ax - m_originX) - (bx - ax) * (ay - m_originY)) / length,
+                          pad + 1e-5 * (std::abs(ax - m_originX) + std::abs(ay - m_originY) + length)};
+        for (const Tree &tree : m_trees)
+            descend(
+                tree, [&](const Block &b) { return b.meets(q) & b.meets(strip); }, visit);
+    }
+
+private:
+    struct Query {
+        float x0, y0, x1, y1;
+    };
+    struct Strip {
+        float nx, ny; ///< unit normal
+        double offset, halfWidth;
+    };
+    static constexpr unsigned kWide = 8;
+    struct alignas(64) Block {
+        float x0[kWide], y0[kWide], x1[kWide], y1[kWide];
+        Block();
+        unsigned meets(const Query &q) const;
+        unsigned meets(const Strip &s) const;
+        void set(unsigned i, const Query &box);
+        Query hull() const;
+    };
+    struct Tree {
+        std::uint32_t begin = 0, end = 0;   ///< its pieces
+        std::vector<Block> blocks;          ///< level by level, pieces' boxes first, the root last
+        std::vector<std::uint32_t> levelAt; ///< first block of each level
+    };
+
+    Query query(const Box &box) const;
+    void build(std::uint32_t begin, std::uint32_t end);
+    void sortPieces(std::uint32_t begin, std::uint32_t end);
+
+    template <class Test, class Visit>
+    void descend(const Tree &tree, Test test, Visit visit) const
+    {
+        struct Step {
+            std::uint32_t level, block;
+        };
+        if (tree.levelAt.empty())
+            return;
+        Step stack[kWide * 12];
+        unsigned depth = 0;
+        stack[depth++] = {static_cast<std::uint32_t>(tree.levelAt.size() - 1), 0};
+        while (depth > 0) {
+            const Step at = stack[--depth];
+            unsigned bits = test(tree.blocks[tree.levelAt[at.level] + at.block]);
+            while (bits != 0) {
+                const unsigned i = static_cast<unsigned>(__builtin_ctz(bits));
+                bits &= bits - 1;
+                if (at.level == 0)
+                    visit(tree.begin + at.block * kWide + i);
+                else
+                    stack[depth++] = {at.level - 1, at.block * kWide + i};
+            }
+        }
+    }
+
+    std::vector<Stored> m_pieces;
+    std::vector<bool> m_removed;
+    std::size_t m_removedCount = 0;
+    std::vector<Tree> m_trees;
+    double m_originX = 0.0, m_originY = 0.0; ///< boxes are kept from here, where singles are fine enough
+    bool m_hasOrigin = false;
+    double m_spacing = 1.0;
+    Box m_bounds{0, 0, 0, 0};
+};
+
+} // namespace velmor::boundary::detail

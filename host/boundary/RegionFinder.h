@@ -1,0 +1,40 @@
+// From a point to its region: looks along rays for the outlines around the point and collects what lies inside.
+#pragma once
+
+#include "host/boundary/Outlines.h"
+#include "host/boundary/RingLocator.h"
+
+#include <optional>
+
+namespace velmor::boundary::detail {
+
+class RegionFinder {
+public:
+    explicit RegionFinder(const PieceIndex &index) : m_index(index), m_arrangement(index), m_outlines(m_arrangement) {}
+    /// Forgets what was found; to be called when pieces came or went.
+    void reset(double tolerance);
+    Region regionAt(Point point, const RegionOptions &options);
+    std::size_t memoryBytes() const;
+
+private:
+    struct Hit {
+        std::uint32_t piece;
+        double x, y;
+    };
+    /// Nearest piece from the point in one of the four directions (0 right, 1 up, 2 left, 3 down), farther than beyond.
+    std::optional<Hit> look(const Vector &from, int direction, double beyond) const;
+    /// Number of the outline that is seen from a point at a hit; 0 when none could be found.
+    std::uint32_t outlineAt(const Hit &hit, const Vector &from);
+    /// The outline of the face around the point, or Outline::kOutside.
+    std::uint32_t faceAround(const Vector &point, int direction);
+    bool isOnEdge(const Vector &point) const;
+    void findIslands(std::uint32_t face);
+    bool explain(const Vector &point, Region &region);
+
+    const PieceIndex &m_index;
+    Arrangement m_arrangement;
+    Outlines m_outlines;
+    double m_tolerance = 0.0;
+};
+
+} // namespace velmor::boundary::detail
