@@ -130,6 +130,12 @@ std::size_t layerIndexOf(const AcDbEntity &entity)
     return layer == 0xFFFFFFFF ? 0 : layer;
 }
 
+const BlockRecord *ownerOf(const AcDbEntity &entity)
+{
+    const AcDbObject *owner = ObjectAccess::host(entity).owner;
+    return owner && owner->isKindOf(AcDbBlockTableRecord::desc()) ? static_cast<const BlockRecord *>(owner) : nullptr;
+}
+
 int effectiveColor(const Drawing &drawing, const AcDbEntity &entity)
 {
     const int color = ObjectAccess::host(entity).color;

@@ -201,6 +201,8 @@ std::wstring handleText(const AcDbObject &object);
 /// Colour on the screen: the entity's own index, or its layer's for 256 (and white, 7, for 0).
 int effectiveColor(const class Drawing &drawing, const AcDbEntity &entity);
 std::size_t layerIndexOf(const AcDbEntity &entity);
+/// The record that holds the entity; null for one that was never appended and for an attribute of a reference.
+const class BlockRecord *ownerOf(const AcDbEntity &entity);
 AcDbObjectId idOf(AcDbObject &object);
 
 } // namespace velmor

@@ -3,10 +3,13 @@
 
 #include "contracts/DrawingHost.h"
 
+#include <cstdint>
 #include <deque>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
+#include <vector>
 
 namespace velmor {
 
@@ -14,8 +17,10 @@ enum class PromptKind { Point, Entity, Text, Selection, Keyword };
 
 struct Prompt {
     PromptKind kind = PromptKind::Text;
-    std::wstring text;
-    std::optional<AcGePoint3d> base; ///< where a rubber band starts
+    std::wstring text = {};
+    std::optional<AcGePoint3d> base = {};    ///< where a rubber band starts
+    std::vector<std::wstring> keywords = {}; ///< words that are taken besides the value itself; capitals abbreviate
+    bool optional = false;                   ///< with no answer prepared it is not asked: that counts as Enter
 };
 
 /// An answer: a point, a text (a point may be given as "x,y"), an entity, a selection, Enter or Escape.
@@ -26,8 +31,20 @@ struct Answer {
         AcDbObjectId id;
         AcGePoint3d point;
     };
-    std::variant<Enter, Escape, AcGePoint3d, std::wstring, Pick, AcDbObjectIdArray> value;
+    struct Set { ///< a selection set of the session by its number
+        std::int64_t id = 0;
+    };
+    std::variant<Enter, Escape, AcGePoint3d, std::wstring, Pick, AcDbObjectIdArray, Set> value;
+
+    bool isEnter() const; ///< also an empty text
+    bool isEscape() const { return std::holds_alternative<Escape>(value); }
+    const std::wstring *text() const { return std::get_if<std::wstring>(&value); }
+    /// The point of a point, of a pick or of a text; a text "@dx,dy" counts from base.
+    std::optional<AcGePoint3d> point(const std::optional<AcGePoint3d> &base = {}) const;
 };
+
+/// "x,y" or "x,y,z" with decimal points, after "@" relative to base (refused without one), "@d<a" in degrees.
+std::optional<AcGePoint3d> parsePoint(std::wstring_view text, const std::optional<AcGePoint3d> &base = {});
 
 class PromptSource {
 public:

@@ -9,20 +9,18 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 class CAdUiBaseDialog;
 
-namespace ZEMGis::Topology {
-class CSection;
-}
-
 namespace velmor {
 
 class CommandStack;
+class ModuleLoader;
 class SelectionSets;
-class TemporaryGraphics;
 
 /// What a window does for the session; without one the session is headless.
 class SessionView {
@@ -34,13 +32,18 @@ public:
     virtual void showStatus(const std::wstring &text) = 0;
 };
 
-/// Drives a modal dialog instead of a person: called once after the dialog is shown, it works the controls.
+/// Drives a modal dialog instead of a person: called once after the dialog is shown, it works the controls. When it
+/// returns and the dialog is still open, the dialog is cancelled.
 using DialogDriver = std::function<void(CAdUiBaseDialog &)>;
+
+using VariableValue = std::variant<int, double, std::wstring>;
 
 class Session {
 public:
     Session();
     ~Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
     /// The one session; an assertion fails when there is none.
     static Session &current();
     static Session *currentOrNull();
@@ -48,16 +51,18 @@ public:
     // Document
     Drawing *drawing() const;
     const std::filesystem::path &path() const;
-    /// Takes a drawing as the working one; the old one is closed.
+    void setPath(std::filesystem::path path);
+    /// Takes a drawing as the working one; the old one is closed, and selection sets over it are gone.
     void setDrawing(std::unique_ptr<Drawing> drawing, std::filesystem::path path = {});
 
     CommandStack &commands();
+    ModuleLoader &modules();
     SelectionSets &selectionSets();
-    TemporaryGraphics &temporaryGraphics();
 
     // Input
-    AnswerQueue &answers(); ///< asked first
+    AnswerQueue &answers();                     ///< asked first
     void setPromptSource(PromptSource *source); ///< asked when the queue is empty; null: every prompt is cancelled
+    PromptSource *promptSource() const;
     Answer ask(const Prompt &prompt);
 
     /// Sections that the selection button gives next; without it the button asks by prompt.
@@ -70,15 +75,26 @@ public:
     // Output
     void setView(SessionView *view);
     SessionView *view() const;
+    /// Shows an alert: in the view, or on the error output of a headless program.
+    void alert(const std::wstring &text);
+    /// One line about what a command found or did; headless, it is kept as lastStatus only.
+    void status(const std::wstring &text);
+    const std::wstring &lastStatus() const;
     /// Alerts shown so far, oldest first; a test reads and clears them.
     std::vector<std::wstring> &alerts();
+    /// Whether a headless session also writes alerts to the error output. On at first.
+    void setAlertsToErrorOutput(bool on);
 
     // Host variables
-    std::optional<std::variant<int, double, std::wstring>> variable(const std::wstring &name) const;
-    bool setVariable(const std::wstring &name, const std::variant<int, double, std::wstring> &value);
+    std::optional<VariableValue> variable(const std::wstring &name) const;
+    /// False for an unknown name, a value of the wrong kind or out of range, and for a variable that is only read.
+    bool setVariable(const std::wstring &name, const VariableValue &value);
 
-    // Locks
+    // Locks. A dialog holds the document while it is open; what it calls itself goes on, while a command that a
+    // person starts beside it is refused.
     int documentLocks() const;
+    void lockDocument();
+    void unlockDocument();
 
 private:
     struct Private;

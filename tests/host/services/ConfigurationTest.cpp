@@ -218,9 +218,9 @@ TEST_F(Configuration, LoggingFollowsTheEnvironmentBeforeTheSettings)
     EXPECT_EQ(CLogEngine::GetLoggingOnOff(), 0);
     EXPECT_EQ(CLogEngine::GetLogFileFullPath(), (user.path() / "velmor.log").string());
 
-    start("LOGGING = 1\nLOG_FILE = /tmp/other.log\n");
+    start("LOGGING = 1\nLOG_FILE = " + (user.path() / "other.log").string() + "\n");
     EXPECT_NE(CLogEngine::GetLoggingOnOff(), 0);
-    EXPECT_EQ(CLogEngine::GetLogFileFullPath(), "/tmp/other.log");
+    EXPECT_EQ(CLogEngine::GetLogFileFullPath(), (user.path() / "other.log").string());
 
     TestVariable off("VELMOR_LOG", "0"), file("VELMOR_LOG_FILE", "here.log");
     start();
@@ -239,8 +239,8 @@ TEST_F(Configuration, PathsComeFromTheEnvironment)
     TestVariable none("VELMOR_CONFIG_DIR", nullptr), xdg("XDG_CONFIG_HOME", "/x");
     EXPECT_EQ(Paths::fromEnvironment().userFolder(), "/x/velmor");
 
-    TestVariable noXdg("XDG_CONFIG_HOME", nullptr), home("HOME", "/home/me");
-    EXPECT_EQ(Paths::fromEnvironment().userFolder(), "/home/me/.config/velmor");
+    TestVariable noXdg("XDG_CONFIG_HOME", nullptr), home("HOME", "/people/me");
+    EXPECT_EQ(Paths::fromEnvironment().userFolder(), "/people/me/.config/velmor");
 
     TestVariable source("VELMOR_RESOURCES", nullptr);
     EXPECT_TRUE(std::filesystem::exists(Paths::fromEnvironment().resource("messages/en.txt")));

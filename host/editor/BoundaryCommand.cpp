@@ -1,0 +1,237 @@
+#include "host/editor/BoundaryCommand.h"
+
+#include "host/editor/CommandStack.h"
+#include "host/editor/HostCommands.h"
+#include "host/editor/SelectionSets.h"
+#include "host/editor/Session.h"
+
+#include <fmt/xchar.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace velmor {
+
+namespace {
+
+using boundary::Region;
+
+const std::vector<std::wstring> kPointWords{L"Advanced", L"Boundary", L"Islands", L"Objects"};
+const std::vector<std::wstring> kOptionWords{L"Boundary", L"Islands", L"Objects"};
+const std::vector<std::wstring> kSetWords{L"New", L"Everything"};
+const std::vector<std::wstring> kYesNo{L"Yes", L"No"};
+const std::vector<std::wstring> kObjectWords{L"Polyline", L"Region"};
+
+std::unique_ptr<AcDbEntity> polylineOf(const boundary::Ring &ring)
+{
+    std::vector<AcDbPolyline::Vertex> vertices;
+    vertices.reserve(ring.size());
+    for (const auto &vertex : ring)
+        vertices.push_back({vertex.x, vertex.y, vertex.bulge});
+    return std::make_unique<AcDbPolyline>(std::move(vertices), true);
+}
+
+double gapTolerance(const Session &session)
+{
+    const auto value = session.variable(L"HPGAPTOL");
+    const auto *number = value ? std::get_if<double>(&*value) : nullptr;
+    return number ? *number : 0.0;
+}
+
+} // namespace
+
+std::wstring describe(const Region &region)
+{
+    switch (region.status) {
+    case boundary::Status::Found:
+        return L"A closed region was found";
+    case boundary::Status::OnEdge:
+        return L"The point lies on the linework itself";
+    case boundary::Status::NotEnclosed:
+        return L"Nothing goes round the point";
+    case boundary::Status::Open:
+        break;
+    }
+    std::wstring text = L"The linework round the point is not closed";
+    if (!region.gaps.empty()) {
+        const auto &gap = region.gaps.front();
+        text +=
+            fmt::format(L": a loose end at {:.10g},{:.10g}, {:.6g} from the next", gap.from.x, gap.from.y, gap.width);
+    }
+    return text;
+}
+
+Command::Next BoundaryCommand::start(Session &session)
+{
+    if (session.drawing())
+        return Next::Ask;
+    session.status(L"There is no drawing");
+    return Next::Revert;
+}
+
+Prompt BoundaryCommand::prompt() const
+{
+    switch (m_state) {
+    case State::Point:
+        if (m_form == Form::OnePoint)
+            return {.kind = PromptKind::Point, .text = L"Internal point:"};
+        return {.kind = PromptKind::Point, .text = L"Internal point or [Advanced options]:", .keywords = kPointWords};
+    case State::Advanced:
+        return {.kind = PromptKind::Keyword,
+                .text = L"Option [Boundary set/Island detection/Object type]:",
+                .keywords = kOptionWords};
+    case State::BoundarySet:
+        return {.kind = PromptKind::Keyword, .text = L"Boundary set [New/Everything]:", .keywords = kSetWords};
+    case State::Selecting:
+        return {.kind = PromptKind::Selection, .text = L"Select objects:"};
+    case State::Islands:
+        return {.kind = PromptKind::Keyword, .text = L"Island detection [Yes/No] <Yes>:", .keywords = kYesNo};
+    case State::RayCasting:
+        return {.kind = PromptKind::Keyword, .text = L"Ray direction <nearest>:", .keywords = {L"Nearest"}};
+    case State::ObjectType:
+        return {.kind = PromptKind::Keyword, .text = L"Object type [Polyline/Region]:", .keywords = kObjectWords};
+    }
+    return {};
+}
+
+Command::Next BoundaryCommand::take(Session &session, const Answer &answer)
+{
+    if (m_state == State::Point)
+        return takePoint(session, answer);
+    if (m_state == State::Selecting)
+        return takeSelection(session, answer);
+    return takeOption(answer);
+}
+
+Command::Next BoundaryCommand::takePoint(Session &session, const Answer &answer)
+{
+    if (answer.isEnter())
+        return finish(session);
+    if (const auto point = answer.point()) {
+        const Next next = search(session, *point);
+        return next == Next::Ask && m_form == Form::OnePoint ? finish(session) : next;
+    }
+    const std::wstring *word =
+        answer.text() && m_form == Form::Prompts ? matchKeyword(kPointWords, *answer.text()) : nullptr;
+    if (!word)
+        return Next::Refused;
+    m_state = State::Advanced;
+    return *word == kPointWords.front() ? Next::Ask : takeOption(answer);
+}
+
+Command::Next BoundaryCommand::takeOption(const Answer &answer)
+{
+    if (answer.isEnter()) { // keeps what stands
+        m_state = m_state == State::Advanced ? State::Point : State::Advanced;
+        return Next::Ask;
+    }
+    const Prompt asked = prompt();
+    const std::wstring *word = answer.text() ? matchKeyword(asked.keywords, *answer.text()) : nullptr;
+    if (!word)
+        return Next::Refused;
+    switch (m_state) {
+    case State::Advanced:
+        m_state = *word == L"Boundary" ? State::BoundarySet : *word == L"Islands" ? State::Islands : State::ObjectType;
+        break;
+    case State::BoundarySet:
+        m_everything = *word == L"Everything";
+        m_setId = 0;
+        m_selected.clear();
+        m_state = m_everything ? State::Advanced : State::Selecting;
+        break;
+    case State::Islands:
+        m_islands = *word == L"Yes";
+        m_state = m_islands ? State::Advanced : State::RayCasting;
+        break;
+    case State::ObjectType:
+        m_regions = *word == L"Region";
+        m_state = State::Advanced;
+        break;
+    default:
+        m_state = State::Advanced;
+        break;
+    }
+    return Next::Ask;
+}
+
+Command::Next BoundaryCommand::takeSelection(Session &session, const Answer &answer)
+{
+    if (answer.isEnter()) {
+        m_state = State::Advanced;
+        return Next::Ask;
+    }
+    if (const auto *set = std::get_if<Answer::Set>(&answer.value)) {
+        const SelectionSet *picked = session.selectionSets().find(set->id);
+        if (!picked)
+            return Next::Refused;
+        if (m_setId == 0 && m_selected.empty()) {
+            m_setId = set->id;
+            return Next::Ask;
+        }
+        m_selected.insert(m_selected.end(), picked->members().begin(), picked->members().end());
+    } else if (const auto *ids = std::get_if<AcDbObjectIdArray>(&answer.value)) {
+        m_selected.insert(m_selected.end(), ids->begin(), ids->end());
+    } else if (const auto *pick = std::get_if<Answer::Pick>(&answer.value)) {
+        m_selected.push_back(pick->id);
+    } else {
+        return Next::Refused;
+    }
+    if (m_setId != 0) { // a second selection after a whole set: one list of both
+        if (const SelectionSet *first = session.selectionSets().find(m_setId))
+            m_selected.insert(m_selected.begin(), first->members().begin(), first->members().end());
+        m_setId = 0;
+    }
+    return Next::Ask;
+}
+
+boundary::Linework &BoundaryCommand::linework(Session &session)
+{
+    auto &cache = session.drawing()->component<LineworkCache>();
+    if (m_everything)
+        return cache.visible();
+    const SelectionSet *set = m_setId ? session.selectionSets().find(m_setId) : nullptr;
+    return set ? cache.ofSet(*set) : cache.ofEntities(m_selected);
+}
+
+Command::Next BoundaryCommand::search(Session &session, const AcGePoint3d &point)
+{
+    if (!std::isfinite(point.x) || !std::isfinite(point.y))
+        return Next::Refused;
+    Region region =
+        linework(session).regionAt({point.x, point.y}, {.islands = m_islands, .gapTolerance = gapTolerance(session)});
+    if (!region) {
+        session.status(describe(region));
+    } else if (std::ranges::none_of(m_found, [&](const Region &known) { return known.outer == region.outer; })) {
+        m_found.push_back(std::move(region));
+    }
+    return Next::Ask;
+}
+
+Command::Next BoundaryCommand::finish(Session &session)
+{
+    if (m_found.empty())
+        return Next::Commit;
+    if (m_regions) {
+        session.status(L"Regions are not available in this host: nothing was made");
+        return Next::Commit;
+    }
+    std::size_t made = 0;
+    for (const Region &region : m_found) {
+        session.drawing()->append(polylineOf(region.outer));
+        for (const boundary::Ring &island : region.islands)
+            session.drawing()->append(polylineOf(island));
+        made += 1 + region.islands.size();
+    }
+    session.status(fmt::format(L"{} polyline(s) made", made));
+    return Next::Commit;
+}
+
+void addBoundaryCommands(CommandStack &stack)
+{
+    stack.addHostCommand(L"-BOUNDARY", 0,
+                         [] { return std::make_unique<BoundaryCommand>(BoundaryCommand::Form::Prompts); });
+    stack.addHostCommand(L"BOUNDARY", 0,
+                         [] { return std::make_unique<BoundaryCommand>(BoundaryCommand::Form::OnePoint); });
+}
+
+} // namespace velmor

@@ -1,0 +1,214 @@
+#include "host/editor/CommandStack.h"
+
+#include "host/editor/Session.h"
+#include "host/editor/Text.h"
+
+#include <algorithm>
+#include <cwctype>
+
+namespace velmor {
+
+const std::wstring *matchKeyword(const std::vector<std::wstring> &keywords, std::wstring_view text)
+{
+    if (text.starts_with(L'_'))
+        text.remove_prefix(1);
+    if (text.empty())
+        return nullptr;
+    for (const std::wstring &keyword : keywords) {
+        if (text.size() > keyword.size() || !sameText(text, std::wstring_view(keyword).substr(0, text.size())))
+            continue;
+        // What is left of the keyword must hold none of its capitals.
+        if (std::none_of(keyword.begin() + static_cast<std::ptrdiff_t>(text.size()), keyword.end(),
+                         [](wchar_t c) { return std::iswupper(c) != 0; }))
+            return &keyword;
+    }
+    return nullptr;
+}
+
+Acad::ErrorStatus CommandStack::addCommand(const wchar_t *group, const wchar_t *globalName, const wchar_t *localName,
+                                           std::int32_t flags, AcRxFunctionPtr function, void *, int, void *,
+                                           void **commandId)
+{
+    if (!group || !globalName || !*globalName || !function)
+        return Acad::eInvalidInput;
+    for (const CommandEntry &entry : m_entries) {
+        if (sameText(entry.group, group) && sameText(entry.globalName, globalName))
+            return Acad::eInvalidInput;
+    }
+    CommandEntry entry;
+    entry.group = group;
+    entry.globalName = globalName;
+    entry.localName = localName && *localName ? localName : globalName;
+    entry.flags = flags;
+    entry.function = function;
+    entry.owner = m_owner;
+    m_entries.push_back(std::move(entry));
+    if (commandId)
+        *commandId = reinterpret_cast<void *>(function);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus CommandStack::removeCmd(const wchar_t *group, const wchar_t *globalName)
+{
+    if (!group || !globalName)
+        return Acad::eInvalidInput;
+    const auto removed = std::erase_if(m_entries, [&](const CommandEntry &entry) {
+        return entry.function && sameText(entry.group, group) && sameText(entry.globalName, globalName);
+    });
+    return removed ? Acad::eOk : Acad::eKeyNotFound;
+}
+
+void CommandStack::addHostCommand(const wchar_t *name, std::int32_t flags, CommandFactory factory)
+{
+    CommandEntry entry;
+    entry.group = L"VELMOR";
+    entry.globalName = entry.localName = name;
+    entry.flags = flags;
+    entry.factory = std::move(factory);
+    m_entries.push_back(std::move(entry));
+}
+
+void CommandStack::removeAllOf(const void *owner)
+{
+    std::erase_if(m_entries, [&](const CommandEntry &entry) { return owner && entry.owner == owner; });
+}
+
+const CommandEntry *CommandStack::find(std::wstring_view name) const
+{
+    while (name.starts_with(L'\'') || name.starts_with(L'.')) // transparent call, built-in definition
+        name.remove_prefix(1);
+    const bool global = name.starts_with(L'_');
+    if (global)
+        name.remove_prefix(1);
+    const auto found = std::ranges::find_if(m_entries, [&](const CommandEntry &entry) {
+        return sameText(global ? entry.globalName : entry.localName, name);
+    });
+    return found == m_entries.end() ? nullptr : &*found;
+}
+
+std::vector<CommandInfo> CommandStack::list() const
+{
+    std::vector<CommandInfo> infos;
+    for (const CommandEntry &entry : m_entries)
+        infos.push_back({entry.group, entry.globalName, entry.localName, static_cast<bool>(entry.factory)});
+    return infos;
+}
+
+bool CommandStack::run(const std::wstring &line, std::wstring *reason)
+{
+    std::wstring why;
+    const auto words = splitWords(line, why);
+    if (words && !words->empty()) {
+        std::vector<Answer> answers;
+        for (const Word &word : std::span(*words).subspan(1))
+            answers.push_back({word.text});
+        const std::wstring &name = words->front().text;
+        const std::size_t alertsBefore = m_session.alerts().size();
+        switch (start(name, answers)) {
+        case RunStatus::Done:
+            return true;
+        case RunStatus::Unknown:
+            why = L"unknown command \"" + name + L"\"";
+            break;
+        case RunStatus::InputRefused:
+            why = name + L": an answer was not accepted";
+            break;
+        case RunStatus::Cancelled:
+            why = name + L" was cancelled";
+            break;
+        case RunStatus::Busy:
+            why = m_session.lastStatus();
+            break;
+        case RunStatus::Failed:
+            why = m_session.alerts().size() > alertsBefore ? m_session.alerts().back() : m_session.lastStatus();
+            break;
+        }
+    } else if (words) {
+        why = L"no command is named";
+    }
+    if (reason)
+        *reason = why;
+    return false;
+}
+
+RunStatus CommandStack::start(std::wstring_view name, std::span<const Answer> answers)
+{
+    const CommandEntry *entry = find(name);
+    if (!entry)
+        return RunStatus::Unknown;
+    if (!entry->isTransparent() && (isRunning() || m_session.documentLocks() > 0)) {
+        m_session.status(isRunning() ? L"Refused: the command " + m_running.back() + L" is still running"
+                                     : std::wstring(L"Refused: the drawing is locked"));
+        return RunStatus::Busy;
+    }
+    const RunStatus status = runEntry(*entry, answers, true);
+    return status == RunStatus::Done && !answers.empty() ? RunStatus::InputRefused : status;
+}
+
+RunStatus CommandStack::runScripted(std::span<const Answer> arguments)
+{
+    RunStatus status = RunStatus::InputRefused;
+    bool refused = arguments.empty();
+    while (!arguments.empty()) {
+        const std::wstring *name = arguments.front().text();
+        arguments = arguments.subspan(1);
+        if (!name || name->empty()) {
+            refused = true; // a value where a command name belongs
+            continue;
+        }
+        const CommandEntry *entry = find(*name);
+        if (!entry)
+            return RunStatus::Unknown;
+        status = runEntry(*entry, arguments, false);
+        refused = refused || status == RunStatus::InputRefused;
+        if (status == RunStatus::Failed || status == RunStatus::Cancelled)
+            return status;
+    }
+    return refused ? RunStatus::InputRefused : status;
+}
+
+RunStatus CommandStack::runEntry(const CommandEntry &entry, std::span<const Answer> &answers, bool askSession)
+{
+    // A copy: the command may unload a module, and the table with it.
+    const CommandEntry running = entry;
+    m_running.push_back(running.globalName);
+    RunStatus status = RunStatus::Failed;
+    try {
+        if (running.function) {
+            running.function();
+            status = RunStatus::Done;
+        } else {
+            status = drive(*running.factory(), answers, askSession);
+        }
+    } catch (const std::exception &error) {
+        m_session.alert(running.localName + L": " + wideFromUtf8(error.what()));
+    }
+    m_running.pop_back();
+    return status;
+}
+
+RunStatus CommandStack::drive(Command &command, std::span<const Answer> &answers, bool askSession)
+{
+    bool refused = false;
+    Command::Next next = command.start(m_session);
+    while (next == Command::Next::Ask || next == Command::Next::Refused) {
+        Answer answer{Answer::Escape{}};
+        if (!answers.empty()) {
+            answer = answers.front();
+            answers = answers.subspan(1);
+        } else if (const Prompt prompt = command.prompt(); prompt.optional) {
+            answer = {Answer::Enter{}};
+        } else if (askSession) {
+            answer = m_session.ask(prompt);
+        }
+        if (answer.isEscape())
+            return RunStatus::Cancelled;
+        next = command.take(m_session, answer);
+        refused = refused || next == Command::Next::Refused;
+    }
+    if (next == Command::Next::Revert)
+        return RunStatus::Failed;
+    return refused ? RunStatus::InputRefused : RunStatus::Done;
+}
+
+} // namespace velmor

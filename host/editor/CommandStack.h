@@ -1,0 +1,85 @@
+// All commands of a session in one table: the host's own and those that modules register; and their runs.
+#pragma once
+
+#include "contracts/DrawingHost.h"
+#include "host/editor/Command.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+enum class RunStatus {
+    Done,
+    Unknown,      ///< no command of that name
+    InputRefused, ///< it ran, but at least one answer was of no use to it
+    Cancelled,    ///< Escape, or the answers ran out
+    Failed,       ///< it could not do its work; the session's alert or status says why
+    Busy,         ///< another command runs, or a dialog holds the document
+};
+
+/// One row of the table.
+struct CommandEntry {
+    static constexpr std::int32_t kTransparent = 1; ///< may start while another one runs
+    std::wstring group, globalName, localName;
+    std::int32_t flags = 0;
+    AcRxFunctionPtr function = nullptr; ///< of a module's command
+    CommandFactory factory;             ///< of a host command
+    const void *owner = nullptr;        ///< the module that was being loaded when it was added
+    bool isTransparent() const { return (flags & kTransparent) != 0; }
+};
+
+struct CommandInfo {
+    std::wstring group, name, localName;
+    bool isHostCommand = false;
+};
+
+class CommandStack final : public AcEdCommandStack {
+public:
+    explicit CommandStack(Session &session) : m_session(session) {}
+
+    // Contract
+    Acad::ErrorStatus addCommand(const wchar_t *group, const wchar_t *globalName, const wchar_t *localName,
+                                 std::int32_t flags, AcRxFunctionPtr function, void *uiContext, int functionCode,
+                                 void *resourceInstance, void **commandId) override;
+    Acad::ErrorStatus removeCmd(const wchar_t *group, const wchar_t *globalName) override;
+
+    void addHostCommand(const wchar_t *name, std::int32_t flags, CommandFactory factory);
+    /// Commands that are added from now on belong to this module; null: to the host.
+    void setOwner(const void *owner) { m_owner = owner; }
+    void removeAllOf(const void *owner);
+
+    /// By local name, or by global name with the mark "_"; upper and lower case alike. Null when there is none.
+    const CommandEntry *find(std::wstring_view name) const;
+    /// All rows in the order of adding.
+    const std::vector<CommandEntry> &entries() const { return m_entries; }
+
+    /// The table as a menu or a command line shows it.
+    std::vector<CommandInfo> list() const;
+
+    /// A person (or a script) starts a command: refused as Busy while another one runs or the document is locked,
+    /// unless it is transparent. The answers come first; what it asks beyond them goes to the session's prompts.
+    RunStatus start(std::wstring_view name, std::span<const Answer> answers = {});
+    /// The same for a typed line: the command's name with optional answers, as splitWords separates them. reason (may
+    /// be null) gets one line when it did not succeed.
+    bool run(const std::wstring &line, std::wstring *reason = nullptr);
+    /// Code starts a command over a whole argument list, command names included: prompts get nothing else, and a
+    /// command that still asks when the list ends is cancelled.
+    RunStatus runScripted(std::span<const Answer> arguments);
+
+    bool isRunning() const { return !m_running.empty(); }
+    /// Names of the running commands, outermost first.
+    const std::vector<std::wstring> &running() const { return m_running; }
+
+private:
+    RunStatus runEntry(const CommandEntry &entry, std::span<const Answer> &answers, bool askSession);
+    RunStatus drive(Command &command, std::span<const Answer> &answers, bool askSession);
+
+    Session &m_session;
+    const void *m_owner = nullptr;
+    std::vector<CommandEntry> m_entries;
+    std::vector<std::wstring> m_running;
+};
+
+} // namespace velmor

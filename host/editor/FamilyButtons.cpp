@@ -1,0 +1,95 @@
+// The selection button and the icon button.
+#include "contracts/HostDialog.h"
+#include "contracts/NetworkTopology.h"
+#include "host/editor/SectionChoice.h"
+#include "host/editor/Session.h"
+
+#include <QIcon>
+
+#include <unordered_set>
+
+namespace ZEMGis::Selection {
+
+CSelectionButton::CSelectionButton(QWidget *parent) : QPushButton(parent)
+{
+    connect(this, &QPushButton::clicked, this, [this] { runSelection(); });
+}
+
+void CSelectionButton::setParentDialog(CAdUiBaseDialog *dialog, bool notify)
+{
+    m_dialog = dialog;
+    m_notify = notify;
+}
+
+void CSelectionButton::SetButtonTopologyType(int type)
+{
+    m_topologyType = type;
+}
+
+void CSelectionButton::SetHideDisabledMenuOptions(int hide)
+{
+    m_hideDisabled = hide;
+}
+
+void CSelectionButton::SetSelectionType(int mask)
+{
+    m_selectionType = mask;
+}
+
+CSelectionSet *CSelectionButton::GetSelection() const
+{
+    auto *selection = new CSelectionSet;
+    selection->m_sections = m_selected;
+    return selection;
+}
+
+void CSelectionButton::runSelection()
+{
+    velmor::Session *session = velmor::Session::currentOrNull();
+    if (!session)
+        return;
+    auto ids = session->takeNextSelection();
+    if (!ids) {
+        if (m_dialog)
+            m_dialog->BeginEditorCommand();
+        ids = velmor::askForSections(*session);
+        if (m_dialog)
+            m_dialog->CompleteEditorCommand(1);
+    }
+    if (!ids)
+        return; // cancelled: the last selection stands
+    m_selected.clear();
+    std::unordered_set<std::wstring> known;
+    const auto topology = Topology::CTopologyMultiStorage::Instance()->GetTopology();
+    for (const AcDbObjectId &id : *ids) {
+        const auto section = topology->GetSectionById(id);
+        if (section && known.insert(section->GetGuid()).second)
+            m_selected.push_back(section);
+    }
+    if (m_dialog && m_notify)
+        m_dialog->OnWindowMessage(kSelectionDoneMessage, 0, 0);
+}
+
+} // namespace ZEMGis::Selection
+
+namespace ZEMGis::Utility {
+
+CZEMBitmapButton::CZEMBitmapButton(QWidget *parent) : QPushButton(parent) {}
+
+void CZEMBitmapButton::SetButtonIcon(const wchar_t *name, unsigned type, int width, int height, unsigned flags)
+{
+    const auto *icon =
+        static_cast<const QIcon *>(CModuleConfiguration::Instance()->LoadImageW(name, type, width, height, flags));
+    if (!icon || icon->isNull())
+        return;
+    setIcon(*icon);
+    setIconSize({width, height});
+    setText({});
+}
+
+void CZEMBitmapButton::SetToolTip(const wchar_t *text)
+{
+    setToolTip(text ? QString::fromWCharArray(text) : QString());
+}
+
+} // namespace ZEMGis::Utility

@@ -1,0 +1,23 @@
+// The host's own commands.
+//
+//   NEW                              an empty drawing
+//   OPEN FILE                        reads a drawing
+//   SAVE [FILE [OVERWRITE-DAMAGED]]  writes the drawing, to its own file when none is named
+//   IMPORT FILE [WITH-POLYGONS]      reads a network file into the drawing
+//   LAYER NAME                       makes a layer current, and the layer itself when there is none
+//   SETVAR NAME VALUE                sets a host variable
+//   BOUNDARY POINT                   draws the region around a point, with its islands
+//   -BOUNDARY                        the same prompt by prompt, with all its options
+//
+// NEW and OPEN ask first when the drawing has changes that were not saved (answer Yes to drop them).
+#pragma once
+
+namespace velmor {
+
+class CommandStack;
+
+void addHostCommands(CommandStack &stack);
+void addFileCommands(CommandStack &stack);
+void addBoundaryCommands(CommandStack &stack);
+
+} // namespace velmor

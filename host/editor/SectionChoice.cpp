@@ -1,0 +1,93 @@
+#include "host/editor/SectionChoice.h"
+
+#include "host/editor/EntityPick.h"
+#include "host/editor/Session.h"
+#include "host/network/Network.h"
+
+#include <algorithm>
+
+namespace velmor {
+
+namespace {
+
+using SectionPtr = Network::SectionPtr;
+
+void addOnce(std::vector<AcDbObjectId> &ids, const AcDbObjectId &id)
+{
+    if (std::ranges::find(ids, id) == ids.end())
+        ids.push_back(id);
+}
+
+} // namespace
+
+std::optional<std::vector<AcDbObjectId>> sectionsByWords(Drawing &drawing, std::span<const Word> words,
+                                                         std::wstring &reason)
+{
+    const auto &network = drawing.component<Network>();
+    const std::wstring form = words.empty() ? std::wstring() : words.front().text;
+    const auto names = words.empty() ? words : words.subspan(1);
+    std::vector<AcDbObjectId> ids;
+    if (form == L"all" && names.empty()) {
+        for (const SectionPtr &section : network.sections())
+            ids.push_back(section->GetObjectId());
+    } else if ((form == L"name" || form == L"handle") && !names.empty()) {
+        for (const Word &name : names) {
+            const SectionPtr section =
+                form == L"name" ? network.sectionByName(name.text) : network.GetSectionByHandle(name.text.c_str());
+            if (!section) {
+                reason = L"there is no section of " + form + L" \"" + name.text + L"\"";
+                return std::nullopt;
+            }
+            addOnce(ids, section->GetObjectId());
+        }
+    } else if (form == L"upstream" && names.size() == 1) {
+        if (!network.nodeByName(names[0].text) && !network.sectionByName(names[0].text)) {
+            reason = L"there is no node or section \"" + names[0].text + L"\"";
+            return std::nullopt;
+        }
+        for (const SectionPtr &section : network.upstreamOf(names[0].text))
+            ids.push_back(section->GetObjectId());
+    } else {
+        reason = std::wstring(L"sections are chosen by ") + kSectionForms;
+        return std::nullopt;
+    }
+    if (ids.empty()) {
+        reason = L"the drawing has no such sections";
+        return std::nullopt;
+    }
+    return ids;
+}
+
+std::optional<std::vector<AcDbObjectId>> askForSections(Session &session)
+{
+    Drawing *drawing = session.drawing();
+    if (!drawing)
+        return std::nullopt;
+    const Prompt prompt{.kind = PromptKind::Selection,
+                        .text = std::wstring(L"Select sections (") + kSectionForms + L"):",
+                        .keywords = {L"all", L"name", L"handle", L"upstream"}};
+    std::vector<AcDbObjectId> ids;
+    for (;;) {
+        const Answer answer = session.ask(prompt);
+        if (answer.isEscape())
+            return std::nullopt;
+        if (answer.isEnter())
+            return ids;
+        std::wstring reason = L"nothing was found there";
+        std::vector<AcDbObjectId> chosen;
+        if (const auto *list = std::get_if<AcDbObjectIdArray>(&answer.value)) {
+            chosen.assign(list->begin(), list->end());
+        } else if (const std::wstring *text = answer.text(); text && !parsePoint(*text) && !text->starts_with(L'#')) {
+            if (const auto words = splitWords(*text, reason))
+                chosen = sectionsByWords(*drawing, *words, reason).value_or(chosen);
+        } else if (const auto pick = pickedEntity(session, answer)) {
+            chosen = {pick->id};
+        }
+        if (chosen.empty())
+            session.status(reason);
+        for (const AcDbObjectId &id : chosen)
+            addOnce(ids, id);
+    }
+}
+
+} // namespace velmor

@@ -1,0 +1,53 @@
+#include "host/editor/SelectionSets.h"
+
+namespace velmor {
+
+namespace {
+/// Second half of a set's name; tells it from an entity's name.
+constexpr std::int64_t kSetMark = 0x53454C4543540000;
+} // namespace
+
+bool SelectionSet::add(const AcDbObjectId &id)
+{
+    ads_name name;
+    if (acdbGetAdsName(name, id) != Acad::eOk || !m_known.insert(name[0]).second)
+        return false;
+    m_members.push_back(id);
+    ++m_revision;
+    return true;
+}
+
+SelectionSet &SelectionSets::create()
+{
+    const std::int64_t id = ++m_lastId;
+    return *m_sets.emplace(id, std::make_unique<SelectionSet>(id)).first->second;
+}
+
+SelectionSet *SelectionSets::find(std::int64_t id) const
+{
+    const auto found = m_sets.find(id);
+    return found == m_sets.end() ? nullptr : found->second.get();
+}
+
+SelectionSet *SelectionSets::find(const ads_name name) const
+{
+    return isSetName(name) ? find(name[0]) : nullptr;
+}
+
+bool SelectionSets::release(std::int64_t id)
+{
+    return m_sets.erase(id) != 0;
+}
+
+void SelectionSets::toName(const SelectionSet &set, ads_name name)
+{
+    name[0] = set.id();
+    name[1] = kSetMark;
+}
+
+bool SelectionSets::isSetName(const ads_name name)
+{
+    return name && name[1] == kSetMark;
+}
+
+} // namespace velmor

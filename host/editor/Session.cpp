@@ -1,0 +1,225 @@
+#include "host/editor/Session.h"
+
+#include "host/editor/CommandStack.h"
+#include "host/editor/HostCommands.h"
+#include "host/editor/HostVariables.h"
+#include "host/editor/ModuleLoader.h"
+#include "host/editor/SelectionSets.h"
+#include "host/editor/Text.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace velmor {
+
+namespace {
+Session *theSession = nullptr;
+}
+
+struct Session::Private {
+    explicit Private(Session &session) : commands(session), modules(session) {}
+
+    std::unique_ptr<Drawing> drawing;
+    std::filesystem::path path;
+    CommandStack commands;
+    SelectionSets selectionSets;
+    HostVariables variables;
+    AnswerQueue answers;
+    PromptSource *source = nullptr;
+    std::optional<std::vector<AcDbObjectId>> nextSelection;
+    DialogDriver driver;
+    SessionView *view = nullptr;
+    std::vector<std::wstring> alerts;
+    std::wstring lastStatus;
+    bool alertsToErrorOutput = true;
+    int locks = 0;
+    ModuleLoader modules;
+};
+
+Session::Session() : d(std::make_unique<Private>(*this))
+{
+    if (theSession) {
+        std::fputs("a second session was started\n", stderr);
+        std::abort();
+    }
+    theSession = this;
+    addHostCommands(d->commands);
+}
+
+Session::~Session()
+{
+    d->modules.unloadAll(); // while their unload handlers still find the session
+    setDrawing(nullptr);
+    d.reset();
+    theSession = nullptr;
+}
+
+Session &Session::current()
+{
+    if (!theSession) {
+        std::fputs("no session is running\n", stderr);
+        std::abort();
+    }
+    return *theSession;
+}
+
+Session *Session::currentOrNull()
+{
+    return theSession;
+}
+
+Drawing *Session::drawing() const
+{
+    return d->drawing.get();
+}
+
+const std::filesystem::path &Session::path() const
+{
+    return d->path;
+}
+
+void Session::setPath(std::filesystem::path path)
+{
+    d->path = std::move(path);
+}
+
+void Session::setDrawing(std::unique_ptr<Drawing> drawing, std::filesystem::path path)
+{
+    d->selectionSets.clear();
+    d->nextSelection.reset();
+    setWorkingDrawing(drawing.get());
+    d->drawing = std::move(drawing);
+    d->path = std::move(path);
+    if (d->view)
+        d->view->redraw();
+}
+
+CommandStack &Session::commands()
+{
+    return d->commands;
+}
+
+ModuleLoader &Session::modules()
+{
+    return d->modules;
+}
+
+SelectionSets &Session::selectionSets()
+{
+    return d->selectionSets;
+}
+
+AnswerQueue &Session::answers()
+{
+    return d->answers;
+}
+
+void Session::setPromptSource(PromptSource *source)
+{
+    d->source = source;
+}
+
+PromptSource *Session::promptSource() const
+{
+    return d->source;
+}
+
+Answer Session::ask(const Prompt &prompt)
+{
+    if (auto answer = d->answers.ask(prompt))
+        return *std::move(answer);
+    if (d->source) {
+        if (auto answer = d->source->ask(prompt))
+            return *std::move(answer);
+    }
+    return {Answer::Escape{}};
+}
+
+void Session::setNextSelection(std::vector<AcDbObjectId> sectionIds)
+{
+    d->nextSelection = std::move(sectionIds);
+}
+
+std::optional<std::vector<AcDbObjectId>> Session::takeNextSelection()
+{
+    return std::exchange(d->nextSelection, std::nullopt);
+}
+
+void Session::setDialogDriver(DialogDriver driver)
+{
+    d->driver = std::move(driver);
+}
+
+const DialogDriver &Session::dialogDriver() const
+{
+    return d->driver;
+}
+
+void Session::setView(SessionView *view)
+{
+    d->view = view;
+}
+
+SessionView *Session::view() const
+{
+    return d->view;
+}
+
+void Session::alert(const std::wstring &text)
+{
+    d->alerts.push_back(text);
+    if (d->view)
+        d->view->showAlert(text);
+    else if (d->alertsToErrorOutput)
+        std::fprintf(stderr, "%s\n", utf8FromWide(text).c_str());
+}
+
+void Session::status(const std::wstring &text)
+{
+    d->lastStatus = text;
+    if (d->view)
+        d->view->showStatus(text);
+}
+
+const std::wstring &Session::lastStatus() const
+{
+    return d->lastStatus;
+}
+
+std::vector<std::wstring> &Session::alerts()
+{
+    return d->alerts;
+}
+
+void Session::setAlertsToErrorOutput(bool on)
+{
+    d->alertsToErrorOutput = on;
+}
+
+std::optional<VariableValue> Session::variable(const std::wstring &name) const
+{
+    return d->variables.get(*this, name);
+}
+
+bool Session::setVariable(const std::wstring &name, const VariableValue &value)
+{
+    return d->variables.set(*this, name, value);
+}
+
+int Session::documentLocks() const
+{
+    return d->locks;
+}
+
+void Session::lockDocument()
+{
+    ++d->locks;
+}
+
+void Session::unlockDocument()
+{
+    if (d->locks > 0)
+        --d->locks;
+}
+
+} // namespace velmor

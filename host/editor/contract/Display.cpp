@@ -1,0 +1,226 @@
+// Selection sets, display, documents and their locks, zoom.
+#include "contracts/DrawingHost.h"
+#include "host/drawing/Entities.h"
+#include "host/drawing/Journal.h"
+#include "host/drawing/Transient.h"
+#include "host/editor/EntityPick.h"
+#include "host/editor/LineworkCache.h"
+#include "host/editor/SelectionSets.h"
+#include "host/editor/Session.h"
+
+#include <cmath>
+
+using velmor::Answer;
+using velmor::journal;
+using velmor::SelectionSet;
+using velmor::SelectionSets;
+using velmor::Session;
+
+namespace {
+
+/// Adds what an answer to a selection prompt means; false when it means nothing.
+bool addSelected(Session &session, const Answer &answer, SelectionSet &set)
+{
+    if (const auto *ids = std::get_if<AcDbObjectIdArray>(&answer.value)) {
+        for (const AcDbObjectId &id : *ids)
+            set.add(id);
+        return true;
+    }
+    if (const auto *other = std::get_if<Answer::Set>(&answer.value)) {
+        const SelectionSet *source = session.selectionSets().find(other->id);
+        if (!source)
+            return false;
+        const AcDbObjectIdArray members = source->members();
+        for (const AcDbObjectId &id : members)
+            set.add(id);
+        return true;
+    }
+    if (const std::wstring *text = answer.text(); text && *text == L"all") {
+        for (AcDbEntity *entity : session.drawing()->modelSpace().entities()) {
+            if (!entity->isErased() && session.drawing()->layer(velmor::layerIndexOf(*entity)).visible())
+                set.add(velmor::idOf(*entity));
+        }
+        return true;
+    }
+    const auto pick = velmor::pickedEntity(session, answer);
+    return pick && set.add(pick->id);
+}
+
+} // namespace
+
+int acedSSGet(const wchar_t *mode, const void *first, const void *second, const resbuf *filter, ads_name set)
+{
+    Session *session = Session::currentOrNull();
+    if (!session || !session->drawing() || !set)
+        return RTERROR;
+    if (mode || first || second || filter)
+        return RTREJ; // only the interactive form is offered
+    journal("acedSSGet");
+    SelectionSet &selected = session->selectionSets().create();
+    for (;;) {
+        const Answer answer =
+            session->ask({.kind = velmor::PromptKind::Selection, .text = L"Select objects:", .keywords = {L"all"}});
+        if (answer.isEnter() || answer.isEscape()) {
+            const bool some = answer.isEnter() && !selected.members().empty();
+            if (some)
+                SelectionSets::toName(selected, set);
+            else
+                session->selectionSets().release(selected.id());
+            return some ? RTNORM : answer.isEnter() ? RTERROR : RTCAN;
+        }
+        if (!addSelected(*session, answer, selected))
+            session->status(L"Nothing was found there");
+    }
+}
+
+int acedSSLength(const ads_name set, std::int32_t *length)
+{
+    Session *session = Session::currentOrNull();
+    const SelectionSet *found = session && length ? session->selectionSets().find(set) : nullptr;
+    if (!found)
+        return RTERROR;
+    *length = static_cast<std::int32_t>(found->members().size());
+    return RTNORM;
+}
+
+int acedSSName(const ads_name set, std::int32_t index, ads_name entity)
+{
+    Session *session = Session::currentOrNull();
+    const SelectionSet *found = session && entity ? session->selectionSets().find(set) : nullptr;
+    if (!found || index < 0 || static_cast<std::size_t>(index) >= found->members().size())
+        return RTERROR;
+    const AcDbObjectId id = found->members()[static_cast<std::size_t>(index)];
+    return acdbGetAdsName(*reinterpret_cast<ads_name *>(entity), id) == Acad::eOk ? RTNORM : RTERROR;
+}
+
+int acedSSFree(const ads_name set)
+{
+    Session *session = Session::currentOrNull();
+    if (!session || !SelectionSets::isSetName(set) || !session->selectionSets().release(set[0]))
+        return RTERROR;
+    if (velmor::Drawing *drawing = session->drawing())
+        drawing->component<velmor::LineworkCache>().drop(set[0]);
+    return RTNORM;
+}
+
+int acedSSAdd(const std::int64_t *entity, const std::int64_t *set, ads_name result)
+{
+    Session *session = Session::currentOrNull();
+    if (!session || !result)
+        return RTERROR;
+    SelectionSets &sets = session->selectionSets();
+    SelectionSet *target = set ? sets.find(set) : nullptr;
+    if (set && !target)
+        return RTERROR;
+    if (!entity) {
+        SelectionSet &made = sets.create();
+        if (target) {
+            for (const AcDbObjectId &id : target->members())
+                made.add(id);
+        }
+        SelectionSets::toName(made, result);
+        return RTNORM;
+    }
+    AcDbObjectId id;
+    if (acdbGetObjectId(id, entity) != Acad::eOk)
+        return RTERROR;
+    if (!target)
+        target = &sets.create();
+    target->add(id);
+    SelectionSets::toName(*target, result);
+    return RTNORM;
+}
+
+int acedRedraw(const std::int64_t *entity, int mode)
+{
+    Session *session = Session::currentOrNull();
+    if (!session)
+        return RTERROR;
+    journal("acedRedraw", mode);
+    if (!entity && mode == 4 && session->drawing())
+        session->drawing()->component<velmor::TransientGraphics>().clearTemporary();
+    if (session->view())
+        session->view()->redraw();
+    return RTNORM;
+}
+
+void acedUpdateDisplay()
+{
+    journal("acedUpdateDisplay");
+    if (Session *session = Session::currentOrNull(); session && session->view())
+        session->view()->redraw();
+}
+
+void AcTransactionManager::flushGraphics()
+{
+    journal("AcTransactionManager::flushGraphics");
+}
+
+AcTransactionManager *AcApDocument::transactionManager()
+{
+    static AcTransactionManager manager;
+    return &manager;
+}
+
+AcApDocument *AcApDocManager::curDocument()
+{
+    static AcApDocument document;
+    const Session *session = Session::currentOrNull();
+    return session && session->drawing() ? &document : nullptr;
+}
+
+AcApDocManager *acDocManagerPtr()
+{
+    static AcApDocManager manager;
+    return &manager;
+}
+
+void RefreshDrawingDisplay()
+{
+    if (AcApDocument *document = acDocManagerPtr()->curDocument())
+        document->transactionManager()->flushGraphics();
+    acedUpdateDisplay();
+}
+
+AcAxDocLock::AcAxDocLock()
+{
+    journal("AcAxDocLock::AcAxDocLock");
+    if (Session *session = Session::currentOrNull())
+        session->lockDocument();
+}
+
+AcAxDocLock::~AcAxDocLock()
+{
+    journal("AcAxDocLock::~AcAxDocLock");
+    if (Session *session = Session::currentOrNull())
+        session->unlockDocument();
+}
+
+bool CZEMCEdit::zoom(AcDbObjectId id, double factor)
+{
+    return zoom(AcDbObjectIdArray{id}, factor);
+}
+
+bool CZEMCEdit::zoom(const AcDbObjectIdArray &ids, double factor)
+{
+    Session *session = Session::currentOrNull();
+    if (!session || !session->drawing() || !std::isfinite(factor) || factor <= 0.0)
+        return false;
+    velmor::Extents extents;
+    for (const AcDbObjectId &id : ids) {
+        AcDbEntity *entity = nullptr;
+        if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk)
+            continue; // erased ones among them
+        extents.add(velmor::extentsOf(*entity));
+        entity->close();
+    }
+    if (extents.isEmpty())
+        return false;
+    const double width = extents.maxX - extents.minX, height = extents.maxY - extents.minY;
+    const double growX = 0.5 * (factor - 1.0) * width, growY = 0.5 * (factor - 1.0) * height;
+    extents = {extents.minX - growX, extents.minY - growY, extents.maxX + growX, extents.maxY + growY};
+    journal("CZEMCEdit::zoom", ids.size(), factor, extents.minX, extents.minY, extents.maxX, extents.maxY);
+    if (session->view())
+        session->view()->zoomTo(extents);
+    return true;
+}

@@ -1,0 +1,234 @@
+// Prompts, host variables, files and messages to the user.
+#include "contracts/CoreServices.h"
+#include "host/drawing/Entities.h"
+#include "host/drawing/Journal.h"
+#include "host/editor/EntityPick.h"
+#include "host/editor/Session.h"
+#include "host/editor/Text.h"
+
+#include <QFileDialog>
+
+#include <cwchar>
+#include <filesystem>
+
+using velmor::Answer;
+using velmor::journal;
+using velmor::Prompt;
+using velmor::PromptKind;
+using velmor::Session;
+
+namespace {
+
+AcGePoint3d toPoint(const ads_point p)
+{
+    return {p[0], p[1], p[2]};
+}
+
+void fromPoint(const AcGePoint3d &p, ads_point result)
+{
+    result[0] = p.x;
+    result[1] = p.y;
+    result[2] = p.z;
+}
+
+std::wstring textOrEmpty(const wchar_t *text)
+{
+    return text ? text : L"";
+}
+
+wchar_t *newText(const std::wstring &text)
+{
+    auto *copy = new wchar_t[text.size() + 1];
+    std::wmemcpy(copy, text.c_str(), text.size() + 1);
+    return copy;
+}
+
+std::optional<velmor::VariableValue> valueOf(const resbuf &value)
+{
+    switch (value.restype) {
+    case RTSHORT:
+        return static_cast<int>(value.resval.rint);
+    case RTLONG:
+        return static_cast<int>(value.resval.rlong);
+    case RTREAL:
+        return value.resval.rreal;
+    case RTSTR:
+        return value.resval.rstring ? std::optional<velmor::VariableValue>(std::wstring(value.resval.rstring))
+                                    : std::nullopt;
+    default:
+        return std::nullopt;
+    }
+}
+
+std::string valueText(const velmor::VariableValue &value)
+{
+    return std::visit([](const auto &held) { return velmor::journalText(held); }, value);
+}
+
+/// Says once more that something is not offered, in the same words each time.
+void notAvailable(const wchar_t *what)
+{
+    if (Session *session = Session::currentOrNull())
+        session->alert(std::wstring(what) + L" is not available in this host");
+}
+
+} // namespace
+
+int acedGetPoint(const ads_point base, const wchar_t *prompt, ads_point result)
+{
+    Session *session = Session::currentOrNull();
+    if (!session || !result)
+        return RTERROR;
+    journal("acedGetPoint", prompt);
+    Prompt asked{.kind = PromptKind::Point, .text = textOrEmpty(prompt)};
+    if (base)
+        asked.base = toPoint(base);
+    for (;;) {
+        const Answer answer = session->ask(asked);
+        if (answer.isEscape())
+            return RTCAN;
+        if (answer.isEnter())
+            return RTNONE_INPUT;
+        if (const auto point = answer.point(asked.base)) {
+            fromPoint(*point, result);
+            return RTNORM;
+        }
+        session->status(L"A point is needed, as x,y");
+    }
+}
+
+int acedEntSel(const wchar_t *prompt, ads_name entity, ads_point pickPoint)
+{
+    Session *session = Session::currentOrNull();
+    if (!session || !session->drawing() || !entity || !pickPoint)
+        return RTERROR;
+    journal("acedEntSel", prompt);
+    const Answer answer = session->ask({.kind = PromptKind::Entity, .text = textOrEmpty(prompt)});
+    if (answer.isEscape())
+        return RTCAN;
+    const auto pick = velmor::pickedEntity(*session, answer);
+    if (!pick || acdbGetAdsName(*reinterpret_cast<ads_name *>(entity), pick->id) != Acad::eOk)
+        return RTERROR;
+    fromPoint(pick->point, pickPoint);
+    return RTNORM;
+}
+
+int acedGetString(int cronly, const wchar_t *prompt, std::wstring &result)
+{
+    Session *session = Session::currentOrNull();
+    if (!session)
+        return RTERROR;
+    journal("acedGetString", cronly, prompt);
+    const Answer answer = session->ask({.kind = PromptKind::Text, .text = textOrEmpty(prompt)});
+    if (answer.isEscape())
+        return RTCAN;
+    std::wstring text = answer.text() ? *answer.text() : std::wstring();
+    if (cronly == 0)
+        text.resize(std::min(text.find(L' '), text.size())); // a blank ends the input
+    result = std::move(text);
+    return RTNORM;
+}
+
+int acedGetVar(const wchar_t *name, resbuf *result)
+{
+    Session *session = Session::currentOrNull();
+    const auto value = session && name && result ? session->variable(name) : std::nullopt;
+    if (!value)
+        return RTERROR;
+    if (const auto *whole = std::get_if<int>(&*value)) {
+        result->restype = RTSHORT;
+        result->resval.rint = static_cast<short>(*whole);
+    } else if (const auto *number = std::get_if<double>(&*value)) {
+        result->restype = RTREAL;
+        result->resval.rreal = *number;
+    } else {
+        result->restype = RTSTR;
+        result->resval.rstring = newText(std::get<std::wstring>(*value));
+    }
+    return RTNORM;
+}
+
+int acedSetVar(const wchar_t *name, const resbuf *value)
+{
+    Session *session = Session::currentOrNull();
+    const auto given = session && name && value ? valueOf(*value) : std::nullopt;
+    if (!given)
+        return RTERROR;
+    journal("acedSetVar", name, valueText(*given));
+    return session->setVariable(name, *given) ? RTNORM : RTERROR;
+}
+
+int acedFindFile(const wchar_t *name, std::wstring &path)
+{
+    if (!name || !*name)
+        return RTERROR;
+    journal("acedFindFile", name);
+    namespace fs = std::filesystem;
+    const fs::path wanted = velmor::utf8FromWide(name);
+    std::vector<fs::path> candidates{wanted};
+    if (wanted.is_relative()) {
+        if (const Session *session = Session::currentOrNull(); session && !session->path().empty())
+            candidates.push_back(session->path().parent_path() / wanted);
+        const std::wstring support = ZEMGis::CModuleConfiguration::Instance()->GetPath(L"Support");
+        if (!support.empty())
+            candidates.push_back(fs::path(velmor::utf8FromWide(support)) / wanted);
+    }
+    for (const fs::path &candidate : candidates) {
+        std::error_code error;
+        if (fs::is_regular_file(candidate, error)) {
+            path = velmor::wideFromUtf8(fs::absolute(candidate, error).string());
+            return RTNORM;
+        }
+    }
+    return RTERROR;
+}
+
+int acedGetFileD(const wchar_t *title, const wchar_t *defaultPath, const wchar_t *extension, int flags, resbuf *result)
+{
+    Session *session = Session::currentOrNull();
+    if (!session || !result)
+        return RTERROR;
+    journal("acedGetFileD", title, defaultPath, extension, flags);
+    std::wstring chosen;
+    if (session->view()) {
+        const QString filter = extension && *extension ? QStringLiteral("*.%1").arg(QString::fromWCharArray(extension))
+                                                       : QStringLiteral("*");
+        chosen = QFileDialog::getOpenFileName(nullptr, QString::fromStdWString(textOrEmpty(title)),
+                                              QString::fromStdWString(textOrEmpty(defaultPath)), filter)
+                     .toStdWString();
+    } else {
+        const Answer answer = session->ask({.kind = PromptKind::Text, .text = textOrEmpty(title)});
+        if (const std::wstring *text = answer.text())
+            chosen = *text;
+    }
+    if (chosen.empty())
+        return RTCAN;
+    result->restype = RTSTR;
+    result->resval.rstring = newText(chosen);
+    return RTNORM;
+}
+
+void acedAlert(const wchar_t *text)
+{
+    journal("acedAlert", text);
+    if (Session *session = Session::currentOrNull())
+        session->alert(textOrEmpty(text));
+}
+
+bool acedHatchPalletteDialog(const wchar_t *, bool, std::wstring &)
+{
+    notAvailable(L"Choosing a hatch pattern");
+    return false;
+}
+
+bool acedSetColorDialog(int &, bool, int)
+{
+    notAvailable(L"Choosing a colour");
+    return false;
+}
+
+bool acdbDisplayPreviewFromDwg(const wchar_t *, void *)
+{
+    notAvailable(L"The preview of a drawing file");
+    return false;
+}

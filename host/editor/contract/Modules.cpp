@@ -1,0 +1,141 @@
+// What a module asks of the host when it starts: the service dictionary, external functions, the resource chain.
+#include "contracts/DrawingHost.h"
+#include "host/drawing/Journal.h"
+#include "host/editor/CommandStack.h"
+#include "host/editor/ModuleLoader.h"
+#include "host/editor/Session.h"
+
+#include <algorithm>
+#include <cwchar>
+#include <map>
+#include <vector>
+
+using velmor::journal;
+using velmor::Session;
+
+AcRxObject::~AcRxObject() = default;
+
+namespace {
+
+class SystemRegistry final : public AcRxDictionary {
+public:
+    AcRxObject *at(const wchar_t *name) const override
+    {
+        Session *session = Session::currentOrNull();
+        if (!session || !name)
+            return nullptr;
+        if (std::wcscmp(name, L"DynamicLinker") == 0)
+            return &session->modules();
+        if (std::wcscmp(name, L"ACAD_REGISTERED_COMMANDS") == 0)
+            return &session->commands();
+        return nullptr;
+    }
+};
+
+/// External functions by code: the table stands for the life of the program.
+std::map<int, std::wstring> &functionNames()
+{
+    static std::map<int, std::wstring> names;
+    return names;
+}
+
+/// Modules with resources, in the order of attaching.
+struct AttachedModule {
+    void *handle = nullptr;
+    const AcUiString *strings = nullptr;
+    int stringCount = 0;
+};
+std::vector<AttachedModule> &attachedModules()
+{
+    static std::vector<AttachedModule> modules;
+    return modules;
+}
+
+auto findModule(void *handle)
+{
+    return std::ranges::find(attachedModules(), handle, &AttachedModule::handle);
+}
+
+} // namespace
+
+AcRxDictionary *acrxSysRegistry()
+{
+    static SystemRegistry registry;
+    return &registry;
+}
+
+void acrxBuildClassHierarchy()
+{
+    // Class descriptors of this host know their parents from the start.
+    journal("acrxBuildClassHierarchy");
+}
+
+void InitAcUiDLL()
+{
+    journal("InitAcUiDLL");
+}
+
+void acuiAttachModule(void *moduleHandle)
+{
+    if (moduleHandle && findModule(moduleHandle) == attachedModules().end())
+        attachedModules().push_back({moduleHandle, nullptr, 0});
+}
+
+void acuiDetachModule(void *moduleHandle)
+{
+    std::erase_if(attachedModules(), [&](const AttachedModule &module) { return module.handle == moduleHandle; });
+}
+
+void acuiSetStringTable(void *moduleHandle, const AcUiString *entries, int count)
+{
+    acuiAttachModule(moduleHandle);
+    if (const auto module = findModule(moduleHandle); module != attachedModules().end()) {
+        module->strings = entries;
+        module->stringCount = entries ? count : 0;
+    }
+}
+
+bool acuiLoadString(void *moduleHandle, int id, wchar_t *buffer, int length)
+{
+    const auto module = findModule(moduleHandle);
+    if (module == attachedModules().end() || !buffer || length < 1)
+        return false;
+    const AcUiString *end = module->strings + module->stringCount;
+    const AcUiString *entry = std::find_if(module->strings, end, [&](const AcUiString &row) { return row.id == id; });
+    if (entry == end || !entry->text)
+        return false;
+    const std::size_t taken = std::min(std::wcslen(entry->text), static_cast<std::size_t>(length - 1));
+    std::wmemcpy(buffer, entry->text, taken);
+    buffer[taken] = L'\0';
+    return true;
+}
+
+int acedDefun(const wchar_t *name, short code)
+{
+    journal("acedDefun", name, code);
+    if (!name || !*name || code < 0)
+        return RTERROR;
+    functionNames()[code] = name;
+    return RTNORM;
+}
+
+int acedUndef(const wchar_t *name, short code)
+{
+    journal("acedUndef", name, code);
+    const auto found = functionNames().find(code);
+    if (!name || found == functionNames().end() || found->second != name)
+        return RTERROR;
+    functionNames().erase(found);
+    return RTNORM;
+}
+
+int acedRegFunc(int (*function)(), int code)
+{
+    journal("acedRegFunc", code);
+    return function && functionNames().contains(code) ? RTNORM : RTERROR;
+}
+
+int acedGetFunCode()
+{
+    return RTERROR; // this host calls no external function
+}
