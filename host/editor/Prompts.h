@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,7 @@ struct Prompt {
     std::wstring text = {};
     std::optional<AcGePoint3d> base = {};    ///< where a rubber band starts
     std::vector<std::wstring> keywords = {}; ///< words that are taken besides the value itself; capitals abbreviate
+    std::function<std::wstring(const AcGePoint3d &)> tip = {}; ///< text beside the pointer at a place; may be empty
     bool optional = false;                   ///< with no answer prepared it is not asked: that counts as Enter
 };
 

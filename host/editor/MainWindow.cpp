@@ -1,0 +1,359 @@
+#include "host/editor/MainWindow.h"
+
+#include "host/editor/CommandLine.h"
+#include "host/editor/CommandStack.h"
+#include "host/editor/Viewport.h"
+#include "host/network/Network.h"
+#include "host/services/Messages.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+namespace velmor {
+
+namespace {
+
+QString ui(std::string_view name)
+{
+    return QString::fromStdWString(uiText(name));
+}
+
+std::filesystem::path toPath(const QString &text)
+{
+    return std::filesystem::path(text.toStdString());
+}
+
+QString drawingFilter()
+{
+    return ui("ui.filter.drawing");
+}
+
+} // namespace
+
+MainWindow::MainWindow(Session &session)
+    : m_session(session), m_viewport(new Viewport(this)), m_commandLine(new CommandLine(this)),
+      m_coordinates(new QLabel(this))
+{
+    auto *middle = new QWidget(this);
+    auto *column = new QVBoxLayout(middle);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_viewport, 1);
+    column->addWidget(m_commandLine);
+    setCentralWidget(middle);
+    m_viewport->setAccessibleName(ui("ui.viewport"));
+    m_coordinates->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000.0000, 0000000.0000")));
+    statusBar()->addPermanentWidget(m_coordinates);
+    buildMenus();
+
+    connect(m_commandLine, &CommandLine::entered, this, &MainWindow::takeText);
+    connect(m_commandLine, &CommandLine::cancelled, this, [this] { giveAnswer({Answer::Escape{}}); });
+    connect(m_viewport, &Viewport::cancelled, this, [this] { giveAnswer({Answer::Escape{}}); });
+    connect(m_viewport, &Viewport::entered, this, [this] { giveAnswer({Answer::Enter{}}); });
+    connect(m_viewport, &Viewport::clicked, this, &MainWindow::takeClick);
+    connect(m_viewport, &Viewport::pointerMoved, this, [this](double x, double y) {
+        m_coordinates->setText(QStringLiteral("%1, %2").arg(x, 0, 'f', 4).arg(y, 0, 'f', 4));
+        if (m_prompt != nullptr && m_prompt->tip)
+            m_viewport->setToolTip(QString::fromStdWString(m_prompt->tip({x, y})));
+    });
+
+    m_session.setView(this);
+    m_session.setPromptSource(this);
+    m_viewport->setStyle(palette().color(QPalette::Base).lightnessF() < 0.5 ? PaintStyle::dark() : PaintStyle::light());
+    m_viewport->setDrawing(m_session.drawing());
+    m_commandLine->setPrompt(ui("ui.command.idle"));
+    refreshTitle();
+    resize(1200, 820);
+    m_commandLine->focusInput();
+}
+
+MainWindow::~MainWindow()
+{
+    m_session.setView(nullptr);
+    m_session.setPromptSource(nullptr);
+}
+
+void MainWindow::buildMenus()
+{
+    struct Row {
+        const char *text;
+        QKeySequence key;
+        std::function<void()> action;
+    };
+    const auto fill = [this](const char *title, const std::vector<Row> &rows) {
+        QMenu *menu = menuBar()->addMenu(ui(title));
+        for (const Row &row : rows) {
+            if (row.text == nullptr) {
+                menu->addSeparator();
+                continue;
+            }
+            QAction *action = menu->addAction(ui(row.text), this, row.action);
+            action->setShortcut(row.key);
+        }
+    };
+    const Row separator{nullptr, {}, {}};
+    fill("ui.menu.file",
+         {{"ui.file.open", QKeySequence::Open, [this] { chooseAndOpen(); }},
+          {"ui.file.import", QKeySequence(Qt::CTRL | Qt::Key_I), [this] { chooseAndImport(); }},
+          separator,
+          {"ui.file.save", QKeySequence::Save, [this] { save(); }},
+          {"ui.file.saveas", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), [this] { chooseAndSave(); }},
+          separator,
+          {"ui.file.quit", QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { close(); }}});
+    fill("ui.menu.view",
+         {{"ui.view.extents", QKeySequence(Qt::CTRL | Qt::Key_0), [this] { m_viewport->showEverything(); }},
+          {"ui.view.in", QKeySequence::ZoomIn, [this] { m_viewport->zoomBy(1.5); }},
+          {"ui.view.out", QKeySequence::ZoomOut, [this] { m_viewport->zoomBy(1.0 / 1.5); }}});
+    fill(
+        "ui.menu.catchments",
+        {{"ui.catchments.define", QKeySequence(Qt::Key_F5), [this] { runCommand(QStringLiteral("zemsewage_create")); }},
+         {"ui.catchments.review", QKeySequence(Qt::Key_F6), [this] { runCommand(QStringLiteral("zemsewage_edit")); }}});
+    fill("ui.menu.help", {{"ui.help.about", QKeySequence(Qt::Key_F1), [this] {
+                               QMessageBox::about(this, QStringLiteral("Velmor"),
+                                                  ui("ui.help.about.text").arg(QApplication::applicationVersion()));
+                           }}});
+}
+
+bool MainWindow::openFile(const std::filesystem::path &file)
+{
+    LoadResult loaded;
+    if (file.extension() == ".inp" || file.extension() == ".INP") {
+        auto drawing = Drawing::createNew();
+        const NetworkImportResult imported = importInp(*drawing, file, {.withPolygons = true});
+        if (!imported) {
+            showFailure(imported.message);
+            return false;
+        }
+        m_commandLine->say(ui("ui.import.done").arg(imported.sections).arg(imported.nodes).arg(imported.polygons));
+        if (imported.convertedFromFeet)
+            m_commandLine->say(ui("ui.import.feet"));
+        m_session.setDrawing(std::move(drawing));
+    } else {
+        loaded = Drawing::load(file);
+        if (!loaded.drawing) {
+            showFailure(loaded.message);
+            return false;
+        }
+        const bool damaged = loaded.report.damaged();
+        for (const Finding &finding : loaded.report.findings)
+            if (finding.severity == Severity::Damage)
+                m_commandLine->say(QString::fromStdString(file.filename().string()) +
+                                   QStringLiteral(":%1: ").arg(finding.line) + QString::fromStdString(finding.text));
+        m_session.setDrawing(std::move(loaded.drawing), file);
+        if (damaged)
+            showAlert(uiText("ui.open.damaged"));
+    }
+    m_viewport->setDrawing(m_session.drawing());
+    refreshTitle();
+    return true;
+}
+
+void MainWindow::redraw()
+{
+    m_viewport->update();
+    refreshTitle();
+    // A handler that ends with a refresh expects the screen to show its result at once.
+    m_viewport->repaint();
+}
+
+void MainWindow::zoomTo(const Extents &extents)
+{
+    m_viewport->showExtents(extents);
+}
+
+void MainWindow::showAlert(const std::wstring &text)
+{
+    m_commandLine->say(QString::fromStdWString(text));
+    QWidget *owner = QApplication::activeModalWidget();
+    QMessageBox::warning(owner != nullptr ? owner : this, QStringLiteral("Velmor"), QString::fromStdWString(text));
+}
+
+void MainWindow::showStatus(const std::wstring &text)
+{
+    statusBar()->showMessage(QString::fromStdWString(text));
+}
+
+std::optional<Answer> MainWindow::ask(const Prompt &prompt)
+{
+    const Prompt *outer = m_prompt;
+    QEventLoop *outerLoop = m_promptLoop;
+    QEventLoop loop;
+    m_prompt = &prompt;
+    m_promptLoop = &loop;
+    m_answer.reset();
+    m_commandLine->setPrompt(QString::fromStdWString(prompt.text));
+    m_viewport->setPicking(prompt.kind == PromptKind::Point, prompt.base);
+    m_commandLine->focusInput();
+    loop.exec();
+    m_prompt = outer;
+    m_promptLoop = outerLoop;
+    m_viewport->setPicking(false);
+    m_viewport->setToolTip({});
+    m_commandLine->setPrompt(outer != nullptr ? QString::fromStdWString(outer->text) : ui("ui.command.idle"));
+    return std::exchange(m_answer, std::nullopt);
+}
+
+void MainWindow::giveAnswer(Answer answer)
+{
+    if (m_promptLoop == nullptr || m_answer)
+        return;
+    m_answer = std::move(answer);
+    m_promptLoop->quit();
+}
+
+void MainWindow::takeText(const QString &text)
+{
+    if (m_prompt == nullptr)
+        return text.isEmpty() ? void() : runCommand(text);
+    if (text.isEmpty())
+        giveAnswer({Answer::Enter{}});
+    else
+        giveAnswer({text.toStdWString()});
+}
+
+void MainWindow::takeClick(double x, double y)
+{
+    if (m_prompt == nullptr)
+        return;
+    const AcGePoint3d point(x, y);
+    if (m_prompt->kind == PromptKind::Point)
+        giveAnswer({point});
+    else if (m_prompt->kind == PromptKind::Entity) {
+        AcDbEntity *entity = m_viewport->entityAt(point);
+        giveAnswer({Answer::Pick{entity != nullptr ? idOf(*entity) : AcDbObjectId{}, point}});
+    } else if (m_prompt->kind == PromptKind::Selection) {
+        if (AcDbEntity *entity = m_viewport->entityAt(point))
+            giveAnswer({AcDbObjectIdArray{idOf(*entity)}});
+    }
+}
+
+void MainWindow::runCommand(const QString &line)
+{
+    std::wstring reason;
+    if (!m_session.commands().run(line.toStdWString(), &reason) && !reason.empty())
+        m_commandLine->say(QString::fromStdWString(reason));
+    m_viewport->setDrawing(m_session.drawing());
+    refreshTitle();
+}
+
+void MainWindow::chooseAndOpen()
+{
+    if (!maySetAside())
+        return;
+    const QString file = QFileDialog::getOpenFileName(this, ui("ui.file.open.title"), {}, drawingFilter());
+    if (!file.isEmpty())
+        openFile(toPath(file));
+}
+
+void MainWindow::chooseAndImport()
+{
+    if (!maySetAside())
+        return;
+    const QString file = QFileDialog::getOpenFileName(this, ui("ui.file.import.title"), {}, ui("ui.filter.network"));
+    if (!file.isEmpty())
+        openFile(toPath(file));
+}
+
+bool MainWindow::save()
+{
+    return m_session.path().empty() ? chooseAndSave() : saveTo(m_session.path());
+}
+
+bool MainWindow::chooseAndSave()
+{
+    QString file = QFileDialog::getSaveFileName(this, ui("ui.file.saveas.title"), {}, drawingFilter());
+    if (file.isEmpty())
+        return false;
+    if (!file.endsWith(QStringLiteral(".dxf"), Qt::CaseInsensitive))
+        file += QStringLiteral(".dxf");
+    return saveTo(toPath(file));
+}
+
+bool MainWindow::saveTo(const std::filesystem::path &file)
+{
+    Drawing *drawing = m_session.drawing();
+    if (drawing == nullptr)
+        return false;
+    SaveResult saved = drawing->save(file);
+    if (saved.status == FileStatus::Refused) {
+        const auto answer = QMessageBox::question(this, QStringLiteral("Velmor"), ui("ui.save.damaged"));
+        if (answer != QMessageBox::Yes)
+            return false;
+        saved = drawing->save(file, {.overwriteDamaged = true});
+    }
+    if (!saved) {
+        showFailure(saved.message);
+        return false;
+    }
+    m_session.setPath(file);
+    statusBar()->showMessage(ui("ui.save.done").arg(QString::fromStdString(file.string())));
+    refreshTitle();
+    return true;
+}
+
+bool MainWindow::maySetAside()
+{
+    if (m_promptLoop != nullptr || m_session.commands().isRunning())
+        return false;
+    if (m_session.drawing() == nullptr || !m_session.drawing()->isModified())
+        return true;
+    const auto answer = QMessageBox::question(this, QStringLiteral("Velmor"), ui("ui.close.unsaved"),
+                                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    if (answer == QMessageBox::Save)
+        return save();
+    return answer == QMessageBox::Discard;
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    giveAnswer({Answer::Escape{}});
+    event->setAccepted(maySetAside());
+}
+
+void MainWindow::keyPressEvent(QKeyEvent *event)
+{
+    // Letters typed over the drawing belong to the command line.
+    const QString text = event->text();
+    if (!text.isEmpty() && text[0].isPrint())
+        m_commandLine->type(text);
+    else
+        QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::refreshTitle()
+{
+    const Drawing *drawing = m_session.drawing();
+    const QString name = m_session.path().empty() ? ui("ui.title.untitled")
+                                                  : QString::fromStdString(m_session.path().filename().string());
+    setWindowTitle(name + QStringLiteral("[*] - Velmor"));
+    setWindowModified(drawing != nullptr && drawing->isModified());
+}
+
+void MainWindow::showFailure(const std::string &message)
+{
+    const QString text = QString::fromStdString(message);
+    m_commandLine->say(text);
+    QMessageBox::critical(this, QStringLiteral("Velmor"), text);
+}
+
+int runWindow(Session &session, const std::filesystem::path &file)
+{
+    if (session.drawing() == nullptr)
+        session.setDrawing(Drawing::createNew());
+    MainWindow window(session);
+    window.show();
+    if (!file.empty())
+        window.openFile(file);
+    return QApplication::exec();
+}
+
+} // namespace velmor

@@ -1,0 +1,71 @@
+// The program's window: the drawing, a command line, a menu.
+#pragma once
+
+#include "host/editor/Prompts.h"
+#include "host/editor/Session.h"
+
+#include <QMainWindow>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+class QEventLoop;
+class QLabel;
+
+namespace velmor {
+
+class CommandLine;
+class Viewport;
+
+/// One session's window. It answers the session's prompts by clicks in the drawing and by typed text.
+class MainWindow final : public QMainWindow, public SessionView, public PromptSource {
+    Q_OBJECT
+public:
+    explicit MainWindow(Session &session);
+    ~MainWindow() override;
+
+    /// Opens a drawing, or imports a network file into a new one. False when it failed; the message was shown.
+    bool openFile(const std::filesystem::path &file);
+
+    // SessionView
+    void redraw() override;
+    void zoomTo(const Extents &extents) override;
+    void showAlert(const std::wstring &text) override;
+    void showStatus(const std::wstring &text) override;
+    // PromptSource
+    std::optional<Answer> ask(const Prompt &prompt) override;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void buildMenus();
+    void chooseAndOpen();
+    void chooseAndImport();
+    bool save();
+    bool chooseAndSave();
+    bool saveTo(const std::filesystem::path &file);
+    /// Asks what to do with unsaved changes; false to stay.
+    bool maySetAside();
+    void runCommand(const QString &line);
+    void takeText(const QString &text);
+    void takeClick(double x, double y);
+    void giveAnswer(Answer answer);
+    void refreshTitle();
+    void showFailure(const std::string &message);
+
+    Session &m_session;
+    Viewport *m_viewport;
+    CommandLine *m_commandLine;
+    QLabel *m_coordinates;
+    const Prompt *m_prompt = nullptr; ///< the prompt that waits for an answer
+    QEventLoop *m_promptLoop = nullptr;
+    std::optional<Answer> m_answer;
+};
+
+/// Runs the window on a file (may be empty) until it is closed; the program's exit code.
+int runWindow(Session &session, const std::filesystem::path &file);
+
+} // namespace velmor

@@ -1,0 +1,24 @@
+// A drawing as a picture file.
+#pragma once
+
+#include "host/drawing/Drawing.h"
+#include "host/editor/Painter.h"
+
+#include <QSize>
+
+#include <filesystem>
+#include <string>
+
+namespace velmor {
+
+struct PictureOptions {
+    QSize size{1600, 1200};
+    PaintStyle style;
+    Extents extents; ///< empty: everything visible
+};
+
+/// Writes a picture (the kind by the file's ending, PNG for none that is known). Needs a QGuiApplication.
+/// On failure the answer has a message of one line and no file is left behind.
+SaveResult savePicture(Drawing &drawing, const std::filesystem::path &file, const PictureOptions &options = {});
+
+} // namespace velmor
