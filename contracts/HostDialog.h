@@ -100,7 +100,7 @@ class ZEMX_CONTRACT CZEMBitmapButton : public QPushButton {
     Q_OBJECT
 public:
     explicit CZEMBitmapButton(QWidget *parent = nullptr);
-    /// An icon by name; with an unknown name the button keeps its text. type is 1, flags 0.
+    /// An icon by name, beside the button's text; an unknown name changes nothing. type is 1, flags 0.
     void SetButtonIcon(const wchar_t *name, unsigned type, int width, int height, unsigned flags);
     void SetToolTip(const wchar_t *text);
 };

@@ -16,10 +16,11 @@ class Session;
 class Command {
 public:
     enum class Next {
-        Ask,     ///< goes on; prompt() tells with what
-        Refused, ///< the answer was of no use and the same prompt stands
-        Commit,  ///< done
-        Revert,  ///< ended without doing anything
+        Ask,      ///< goes on; prompt() tells with what
+        Refused,  ///< the answer was of no use and the same prompt stands
+        Commit,   ///< done
+        Revert,   ///< ended without doing anything: it failed
+        BadInput, ///< ended without doing anything: what it was given (a file, a name) is of no use
     };
     virtual ~Command() = default;
     /// May finish at once.

@@ -1,7 +1,8 @@
 #include "host/editor/CommandStack.h"
 
 #include "host/editor/Session.h"
-#include "host/editor/Text.h"
+#include "host/editor/Words.h"
+#include "host/services/Text.h"
 
 #include <algorithm>
 #include <cwctype>
@@ -120,6 +121,7 @@ bool CommandStack::run(const std::wstring &line, std::wstring *reason)
             why = m_session.lastStatus();
             break;
         case RunStatus::Failed:
+        case RunStatus::BadInput:
             why = m_session.alerts().size() > alertsBefore ? m_session.alerts().back() : m_session.lastStatus();
             break;
         }
@@ -161,7 +163,7 @@ RunStatus CommandStack::runScripted(std::span<const Answer> arguments)
             return RunStatus::Unknown;
         status = runEntry(*entry, arguments, false);
         refused = refused || status == RunStatus::InputRefused;
-        if (status == RunStatus::Failed || status == RunStatus::Cancelled)
+        if (status == RunStatus::Failed || status == RunStatus::BadInput || status == RunStatus::Cancelled)
             return status;
     }
     return refused ? RunStatus::InputRefused : status;
@@ -181,7 +183,7 @@ RunStatus CommandStack::runEntry(const CommandEntry &entry, std::span<const Answ
             status = drive(*running.factory(), answers, askSession);
         }
     } catch (const std::exception &error) {
-        m_session.alert(running.localName + L": " + wideFromUtf8(error.what()));
+        m_session.alert(running.localName + L": " + wide(error.what()));
     }
     m_running.pop_back();
     return status;
@@ -208,6 +210,8 @@ RunStatus CommandStack::drive(Command &command, std::span<const Answer> &answers
     }
     if (next == Command::Next::Revert)
         return RunStatus::Failed;
+    if (next == Command::Next::BadInput)
+        return RunStatus::BadInput;
     return refused ? RunStatus::InputRefused : RunStatus::Done;
 }
 

@@ -16,6 +16,7 @@ enum class RunStatus {
     InputRefused, ///< it ran, but at least one answer was of no use to it
     Cancelled,    ///< Escape, or the answers ran out
     Failed,       ///< it could not do its work; the session's alert or status says why
+    BadInput,     ///< the same because of what it was given, say a file that is no drawing
     Busy,         ///< another command runs, or a dialog holds the document
 };
 

@@ -3,6 +3,7 @@
 #include "contracts/NetworkTopology.h"
 #include "host/editor/SectionChoice.h"
 #include "host/editor/Session.h"
+#include "host/services/Icons.h"
 
 #include <QIcon>
 
@@ -78,13 +79,13 @@ CZEMBitmapButton::CZEMBitmapButton(QWidget *parent) : QPushButton(parent) {}
 
 void CZEMBitmapButton::SetButtonIcon(const wchar_t *name, unsigned type, int width, int height, unsigned flags)
 {
-    const auto *icon =
-        static_cast<const QIcon *>(CModuleConfiguration::Instance()->LoadImageW(name, type, width, height, flags));
-    if (!icon || icon->isNull())
+    const auto *file = static_cast<const velmor::IconFile *>(
+        CModuleConfiguration::Instance()->LoadImageW(name, type, width, height, flags));
+    const QIcon icon = file ? QIcon(QString::fromStdString(file->path.string())) : QIcon();
+    if (icon.isNull())
         return;
-    setIcon(*icon);
+    setIcon(icon);
     setIconSize({width, height});
-    setText({});
 }
 
 void CZEMBitmapButton::SetToolTip(const wchar_t *text)

@@ -1,8 +1,8 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/Session.h"
-#include "host/editor/Text.h"
 #include "host/network/Network.h"
+#include "host/services/Text.h"
 
 #include <charconv>
 #include <filesystem>
@@ -13,7 +13,7 @@ namespace {
 
 std::filesystem::path pathFromText(const std::wstring &text)
 {
-    return {utf8FromWide(text)};
+    return {utf8(text)};
 }
 
 /// Asks a fixed list of questions and then does its work with the answers, all of them texts.
@@ -91,13 +91,13 @@ Command::Next openDrawing(Session &session, const std::wstring &file)
     const auto path = pathFromText(file);
     LoadResult loaded = Drawing::load(path);
     if (!loaded.drawing) {
-        session.alert(wideFromUtf8(loaded.message));
-        return Command::Next::Revert;
+        session.alert(wide(loaded.message));
+        return Command::Next::BadInput;
     }
     std::wstring note = L"Opened " + file;
     if (loaded.report.damaged()) {
         const auto worst = std::ranges::find(loaded.report.findings, Severity::Damage, &Finding::severity);
-        note += L", which is damaged: line " + std::to_wstring(worst->line) + L": " + wideFromUtf8(worst->text);
+        note += L", which is damaged: line " + std::to_wstring(worst->line) + L": " + wide(worst->text);
     }
     session.setDrawing(std::move(loaded.drawing), path);
     session.status(note);
@@ -117,7 +117,7 @@ Command::Next saveDrawing(Session &session, const std::wstring &file, bool overw
     }
     const SaveResult saved = session.drawing()->save(path, {.overwriteDamaged = overwriteDamaged});
     if (!saved) {
-        session.alert(wideFromUtf8(saved.message));
+        session.alert(wide(saved.message));
         return Command::Next::Revert;
     }
     session.setPath(path);
@@ -131,8 +131,8 @@ Command::Next importNetwork(Session &session, const std::wstring &file, bool wit
         session.setDrawing(Drawing::createNew());
     const auto result = importInp(*session.drawing(), pathFromText(file), {.withPolygons = withPolygons});
     if (!result) {
-        session.alert(wideFromUtf8(result.message));
-        return Command::Next::Revert;
+        session.alert(wide(result.message));
+        return Command::Next::BadInput;
     }
     session.status(L"Imported " + std::to_wstring(result.sections) + L" sections, " + std::to_wstring(result.nodes) +
                    L" nodes, " + std::to_wstring(result.polygons) + L" polygons" +
@@ -152,7 +152,7 @@ Command::Next makeLayerCurrent(Session &session, const std::wstring &name)
 
 VariableValue valueFromText(const std::wstring &text)
 {
-    const std::string narrow = utf8FromWide(text);
+    const std::string narrow = utf8(text);
     const char *end = narrow.data() + narrow.size();
     int whole = 0;
     if (const auto [last, error] = std::from_chars(narrow.data(), end, whole); error == std::errc() && last == end)
@@ -167,11 +167,11 @@ Command::Next setHostVariable(Session &session, const std::wstring &name, const 
 {
     if (!session.variable(name)) {
         session.alert(L"There is no host variable " + name);
-        return Command::Next::Revert;
+        return Command::Next::BadInput;
     }
     if (!session.setVariable(name, valueFromText(value))) {
         session.alert(L"The host variable " + name + L" does not take " + value);
-        return Command::Next::Revert;
+        return Command::Next::BadInput;
     }
     return Command::Next::Commit;
 }

@@ -2,7 +2,7 @@
 
 #include "host/drawing/Entities.h"
 #include "host/editor/CurvePieces.h"
-#include "host/editor/Text.h"
+#include "host/editor/Words.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 
 #include "host/drawing/Drawing.h"
 #include "host/editor/Prompts.h"
-#include "host/editor/Text.h"
+#include "host/editor/Words.h"
 
 #include <optional>
 #include <span>

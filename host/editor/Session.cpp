@@ -5,7 +5,7 @@
 #include "host/editor/HostVariables.h"
 #include "host/editor/ModuleLoader.h"
 #include "host/editor/SelectionSets.h"
-#include "host/editor/Text.h"
+#include "host/services/Text.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,7 +14,13 @@ namespace velmor {
 
 namespace {
 Session *theSession = nullptr;
+
+void writeAlerts(MessageKind kind, const std::wstring &text)
+{
+    if (kind == MessageKind::Alert)
+        std::fprintf(stderr, "%s\n", utf8(text).c_str());
 }
+} // namespace
 
 struct Session::Private {
     explicit Private(Session &session) : commands(session), modules(session) {}
@@ -31,7 +37,7 @@ struct Session::Private {
     SessionView *view = nullptr;
     std::vector<std::wstring> alerts;
     std::wstring lastStatus;
-    bool alertsToErrorOutput = true;
+    MessageSink sink = writeAlerts;
     int locks = 0;
     ModuleLoader modules;
 };
@@ -170,8 +176,8 @@ void Session::alert(const std::wstring &text)
     d->alerts.push_back(text);
     if (d->view)
         d->view->showAlert(text);
-    else if (d->alertsToErrorOutput)
-        std::fprintf(stderr, "%s\n", utf8FromWide(text).c_str());
+    else if (d->sink)
+        d->sink(MessageKind::Alert, text);
 }
 
 void Session::status(const std::wstring &text)
@@ -179,6 +185,8 @@ void Session::status(const std::wstring &text)
     d->lastStatus = text;
     if (d->view)
         d->view->showStatus(text);
+    else if (d->sink)
+        d->sink(MessageKind::Status, text);
 }
 
 const std::wstring &Session::lastStatus() const
@@ -191,9 +199,9 @@ std::vector<std::wstring> &Session::alerts()
     return d->alerts;
 }
 
-void Session::setAlertsToErrorOutput(bool on)
+void Session::setMessageSink(MessageSink sink)
 {
-    d->alertsToErrorOutput = on;
+    d->sink = std::move(sink);
 }
 
 std::optional<VariableValue> Session::variable(const std::wstring &name) const

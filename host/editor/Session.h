@@ -36,6 +36,9 @@ public:
 /// returns and the dialog is still open, the dialog is cancelled.
 using DialogDriver = std::function<void(CAdUiBaseDialog &)>;
 
+enum class MessageKind { Alert, Status };
+using MessageSink = std::function<void(MessageKind, const std::wstring &)>;
+
 using VariableValue = std::variant<int, double, std::wstring>;
 
 class Session {
@@ -75,15 +78,15 @@ public:
     // Output
     void setView(SessionView *view);
     SessionView *view() const;
-    /// Shows an alert: in the view, or on the error output of a headless program.
+    /// Shows an alert: in the view, or through the sink of a headless program.
     void alert(const std::wstring &text);
-    /// One line about what a command found or did; headless, it is kept as lastStatus only.
+    /// One line about what a command found or did.
     void status(const std::wstring &text);
     const std::wstring &lastStatus() const;
     /// Alerts shown so far, oldest first; a test reads and clears them.
     std::vector<std::wstring> &alerts();
-    /// Whether a headless session also writes alerts to the error output. On at first.
-    void setAlertsToErrorOutput(bool on);
+    /// Where a headless session's messages go; at first alerts go to the error output and the rest nowhere.
+    void setMessageSink(MessageSink sink);
 
     // Host variables
     std::optional<VariableValue> variable(const std::wstring &name) const;

@@ -4,7 +4,7 @@
 #include "host/drawing/Journal.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/Session.h"
-#include "host/editor/Text.h"
+#include "host/services/Text.h"
 
 #include <QFileDialog>
 
@@ -164,19 +164,19 @@ int acedFindFile(const wchar_t *name, std::wstring &path)
         return RTERROR;
     journal("acedFindFile", name);
     namespace fs = std::filesystem;
-    const fs::path wanted = velmor::utf8FromWide(name);
+    const fs::path wanted = velmor::utf8(name);
     std::vector<fs::path> candidates{wanted};
     if (wanted.is_relative()) {
         if (const Session *session = Session::currentOrNull(); session && !session->path().empty())
             candidates.push_back(session->path().parent_path() / wanted);
         const std::wstring support = ZEMGis::CModuleConfiguration::Instance()->GetPath(L"Support");
         if (!support.empty())
-            candidates.push_back(fs::path(velmor::utf8FromWide(support)) / wanted);
+            candidates.push_back(fs::path(velmor::utf8(support)) / wanted);
     }
     for (const fs::path &candidate : candidates) {
         std::error_code error;
         if (fs::is_regular_file(candidate, error)) {
-            path = velmor::wideFromUtf8(fs::absolute(candidate, error).string());
+            path = velmor::wide(fs::absolute(candidate, error).string());
             return RTNORM;
         }
     }

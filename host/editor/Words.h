@@ -1,4 +1,4 @@
-// Small text helpers of the editor.
+// Words of command lines and scripts.
 #pragma once
 
 #include <algorithm>
@@ -15,9 +15,6 @@ inline bool sameText(std::wstring_view a, std::wstring_view b)
 {
     return std::ranges::equal(a, b, [](wchar_t x, wchar_t y) { return std::towlower(x) == std::towlower(y); });
 }
-
-std::wstring wideFromUtf8(std::string_view text); ///< bytes that are no UTF-8 become U+FFFD
-std::string utf8FromWide(std::wstring_view text);
 
 /// One word of a command line or of a script.
 struct Word {
