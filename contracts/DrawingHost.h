@@ -649,7 +649,7 @@ public:
 };
 
 /// Per-drawing settings: named dictionaries of keyed values, kept in the drawing file.
-/// Constructed with mode 0; a write needs upgradeOpen() first and is refused without it.
+/// Constructed with mode 0 (or 1 for writing); with mode 0, a write needs upgradeOpen() first and is refused without it.
 class ZEMX_CONTRACT CZEMCDictionaryPtr {
 public:
     explicit CZEMCDictionaryPtr(AcDb::OpenMode mode);
@@ -660,7 +660,10 @@ public:
     bool dctRead(const wchar_t *dictionary, const wchar_t *key, int &value, bool flag) const;
     /// The chain is the caller's to free with acutRelRb.
     bool dctRead(const wchar_t *dictionary, const wchar_t *key, resbuf *&value, bool flag) const;
-    /// code is the group code: 1 text, 38 double, 60 int. first is false and create true in all calls.
+    /// code is the group code: 1 text, 38 double, 60 int. first is false and create true in all calls; with create
+    /// false, a dictionary that is not there is not made. False when nothing was written: not open for writing, no
+    /// drawing, a code that does not hold such a value. A chain's items keep their group codes; RTSTR becomes 1, RTREAL
+    /// 38, RTSHORT 60, RTLONG 90, a point 10. An empty chain takes the key away.
     bool dctWrite(const wchar_t *dictionary, const wchar_t *key, const std::wstring &value, bool first, bool create,
                   short code);
     bool dctWrite(const wchar_t *dictionary, const wchar_t *key, double value, bool first, bool create, short code);
@@ -676,7 +679,8 @@ class AcDbBlockReference;
 /// Draws in model space of the working drawing, on the current layer.
 class ZEMX_CONTRACT CZEMCDraw {
 public:
-    /// A light-weight polyline with that constant width, closed when closed is not 0; null id without a drawing.
+    /// A light-weight polyline, closed when closed is not 0, with the first point's z as elevation. A null id without a
+    /// drawing, without a point, or for a width other than 0, which this host does not offer.
     static AcDbObjectId polylineLW(const AcGePoint3dArray &points, double width, int closed,
                                    CZEMCPolylineLWPtr *opened);
     static AcDbObjectId line(const AcGePoint3d &from, const AcGePoint3d &to, CZEMCLinePtr *opened);

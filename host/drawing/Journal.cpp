@@ -1,6 +1,7 @@
 #include "host/drawing/Journal.h"
 
 #include "contracts/DrawingHost.h"
+#include "host/drawing/Utf8.h"
 
 #include <charconv>
 
@@ -26,28 +27,7 @@ std::string journalText(std::string_view text)
 
 std::string journalText(std::wstring_view text)
 {
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (const wchar_t c : text) {
-        const auto value = static_cast<std::uint32_t>(c);
-        const auto tail = [&](int shift) { bytes.push_back(static_cast<char>(0x80 | ((value >> shift) & 0x3F))); };
-        if (value < 0x80) {
-            bytes.push_back(static_cast<char>(value));
-        } else if (value < 0x800) {
-            bytes.push_back(static_cast<char>(0xC0 | (value >> 6)));
-            tail(0);
-        } else if (value < 0x10000) {
-            bytes.push_back(static_cast<char>(0xE0 | (value >> 12)));
-            tail(6);
-            tail(0);
-        } else {
-            bytes.push_back(static_cast<char>(0xF0 | ((value >> 18) & 7)));
-            tail(12);
-            tail(6);
-            tail(0);
-        }
-    }
-    return bytes;
+    return toUtf8(text);
 }
 
 std::string journalText(const wchar_t *text)
