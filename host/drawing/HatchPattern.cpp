@@ -92,8 +92,11 @@ Crossings::Crossings(const HatchFamily &family, std::span<const std::vector<Vert
         for (std::size_t i = 0; i < ring.size(); ++i) {
             const Vertex &a = ring[i], &b = ring[(i + 1) % ring.size()];
             const double chord = std::hypot(b.x - a.x, b.y - a.y);
-            // No point of an arc is farther from its ends than half the chord plus the height of the arc.
-            cover(a.x, a.y, a.bulge == 0.0 ? 0.0 : chord * (1.0 + std::abs(a.bulge)));
+            // A flat arc stays within its height of the chord, a wide one within its circle.
+            const double height = chord * std::abs(a.bulge) / 2.0;
+            const double reach = std::abs(a.bulge) <= 1.0 ? height : height + chord / (2.0 * std::abs(a.bulge));
+            cover(a.x, a.y, reach);
+            cover(b.x, b.y, reach);
         }
     if (!(m_frame.spacing > 0.0) || !std::isfinite(low) || !std::isfinite(high))
         return;

@@ -106,7 +106,7 @@ bool CZEMCBlockReferencePtr::setAttributeText(const wchar_t *tag, const wchar_t 
         return false;
     const std::wstring wanted = velmor::foldedName(tag);
     bool found = false;
-    for (velmor::AttributeEntity *attribute : attributesOf(static_cast<const AcDbBlockReference &>(*m_entity)))
+    for (velmor::AttributeEntity *attribute : velmor::attributesOf(static_cast<const AcDbBlockReference &>(*m_entity)))
         if (velmor::foldedName(attribute->tag()) == wanted) {
             drawing->setAttributeText(*attribute, text);
             found = true;

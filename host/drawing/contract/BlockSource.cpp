@@ -1,0 +1,129 @@
+// Block definitions out of other drawing files.
+#include "host/drawing/Blocks.h"
+#include "host/drawing/DrawingData.h"
+#include "host/drawing/Journal.h"
+#include "host/drawing/Utf8.h"
+#include "host/drawing/dxf/AtomicFile.h"
+
+#include <algorithm>
+
+namespace fs = std::filesystem;
+
+using velmor::BlockRecord;
+using velmor::Drawing;
+using velmor::journal;
+using velmor::workingDrawing;
+
+namespace {
+
+/// Where the drawing remembers which file a block definition came from.
+constexpr char kSources[] = "VELMOR_BLOCK_SOURCES";
+
+/// A name that a block may have in any drawing file.
+std::wstring blockNameOf(const wchar_t *name, const fs::path &path)
+{
+    std::wstring wanted = name && *name ? name : velmor::fromUtf8(path.stem().string());
+    for (wchar_t &c : wanted)
+        if (c < 32 || std::wstring_view(L"<>/\\\":;?*|,=`").find(c) != std::wstring_view::npos)
+            c = L'_';
+    return wanted;
+}
+
+struct SourceFile {
+    fs::path path;
+    std::string bytes;
+};
+
+/// The file at path; when a ".dwg" is not there or is in the closed format, the ".dxf" of its name beside it.
+std::optional<SourceFile> readSource(const fs::path &path)
+{
+    std::vector<fs::path> candidates{path};
+    std::string extension = path.extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    if (extension == ".dwg")
+        for (const char *other : {".dxf", ".DXF"})
+            candidates.push_back(fs::path(path).replace_extension(other));
+    for (const fs::path &candidate : candidates) {
+        auto file = velmor::readWholeFile(candidate);
+        const bool isClosedFormat = file.bytes.starts_with("AC1") || file.bytes.starts_with("MC0");
+        if (file && !isClosedFormat)
+            return SourceFile{candidate, std::move(file.bytes)};
+    }
+    return std::nullopt;
+}
+
+/// Tells one content from another; 64 bits of FNV-1a.
+std::wstring fingerprintOf(std::string_view bytes)
+{
+    std::uint64_t hash = 0xCBF29CE484222325;
+    for (const char c : bytes)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+    wchar_t digits[17];
+    AcDbHandle(hash).getIntoAsciiBuffer(digits);
+    return digits;
+}
+
+/// What is remembered about a definition: the content it came from, and the definitions that came with it.
+struct SourceRecord {
+    std::wstring fingerprint;
+    std::set<std::wstring> nested;
+};
+
+std::optional<SourceRecord> recordOf(const Drawing &drawing, const std::string &key)
+{
+    const auto items = drawing.dictionaryEntry(kSources, key);
+    if (!items)
+        return std::nullopt;
+    SourceRecord record;
+    for (const velmor::DataItem &item : *items)
+        if (const auto *text = std::get_if<std::wstring>(&item.value)) {
+            if (record.fingerprint.empty())
+                record.fingerprint = *text;
+            else
+                record.nested.insert(*text);
+        }
+    return record;
+}
+
+void remember(Drawing &drawing, const std::string &key, const SourceRecord &record)
+{
+    velmor::DataItems items{{1, record.fingerprint}};
+    for (const std::wstring &name : record.nested)
+        items.push_back({1, name});
+    drawing.setDictionaryEntry(kSources, key, items);
+}
+
+} // namespace
+
+AcDbObjectId CZEMCDraw::insertBlockDefinition(const wchar_t *name, const wchar_t *path)
+{
+    journal("CZEMCDraw::insertBlockDefinition", name, path);
+    Drawing *drawing = workingDrawing();
+    if (!drawing || !path || !*path)
+        return {};
+    auto file = readSource(velmor::toUtf8(path));
+    if (!file)
+        return {};
+    const std::wstring blockName = blockNameOf(name, file->path);
+    const std::wstring fingerprint = fingerprintOf(file->bytes);
+    const std::string key = velmor::toUtf8(velmor::foldedName(blockName));
+    BlockRecord *known = drawing->findBlock(blockName);
+    const auto record = recordOf(*drawing, key);
+    if (known && known->isLayout())
+        return {};
+    if (known && record && record->fingerprint == fingerprint)
+        return idOf(*known);
+    const auto source = Drawing::read(std::move(file->bytes));
+    if (!source.drawing)
+        return {};
+    // A definition that came with the drawing is the user's own; from now on its file is known.
+    if (known && !record) {
+        remember(*drawing, key, {fingerprint, {}});
+        return idOf(*known);
+    }
+    const auto imported =
+        importBlockInto(*drawing, blockName, *source.drawing, record ? record->nested : std::set<std::wstring>());
+    remember(*drawing, key, {fingerprint, imported.nested});
+    return idOf(*imported.block);
+}

@@ -1,0 +1,357 @@
+#include "host/drawing/CurvePath.h"
+#include "host/drawing/Drawing.h"
+#include "host/drawing/HatchPattern.h"
+#include "host/drawing/Journal.h"
+
+#include <gmock/gmock.h>
+#include <numbers>
+#include <random>
+
+using namespace velmor;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+using Vertex = AcDbPolyline::Vertex;
+using Ring = std::vector<Vertex>;
+constexpr double kPi = std::numbers::pi;
+constexpr double kDegree = 0.017453292519943295;
+
+Ring square(double x, double y, double side)
+{
+    return {{x, y, 0}, {x + side, y, 0}, {x + side, y + side, 0}, {x, y + side, 0}};
+}
+
+Ring circle(double x, double y, double radius)
+{
+    return {{x - radius, y, 1}, {x + radius, y, 1}};
+}
+
+double lengthOf(const std::vector<PatternLine> &lines)
+{
+    double length = 0.0;
+    for (const PatternLine &line : lines)
+        length += std::hypot(line.x2 - line.x1, line.y2 - line.y1);
+    return length;
+}
+
+/// Hatching of a fine pattern covers length times spacing, so its length tells the area.
+double areaOf(const std::vector<Ring> &rings, double scale, double angle = 0.0)
+{
+    return lengthOf(patternLines(rings, L"ANSI31", angle, scale)) * 3.175 * scale;
+}
+
+class HatchTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        m_drawing = Drawing::createNew();
+        setWorkingDrawing(m_drawing.get());
+    }
+    void TearDown() override { setWorkingDrawing(nullptr); }
+    AcDbObjectId add(std::unique_ptr<AcDbEntity> entity) { return m_drawing->append(std::move(entity)); }
+    AcDbObjectId addRing(const Ring &ring) { return add(std::make_unique<AcDbPolyline>(ring, true)); }
+    std::unique_ptr<Drawing> m_drawing;
+};
+
+/// As the preview of a definition is made.
+std::unique_ptr<AcDbHatch> preview(const AcDbObjectId &outer, const AcDbObjectIdArray &inner, double scale,
+                                   double degrees)
+{
+    auto hatch = std::make_unique<AcDbHatch>();
+    EXPECT_EQ(hatch->setNormal({0, 0, 1}), Acad::eOk);
+    EXPECT_EQ(hatch->setElevation(0.0), Acad::eOk);
+    EXPECT_EQ(hatch->setPatternAngle(degrees * kDegree), Acad::eOk);
+    EXPECT_EQ(hatch->setPatternScale(scale), Acad::eOk);
+    EXPECT_EQ(hatch->setPattern(AcDbHatch::kPreDefined, L"ANSI31"), Acad::eOk);
+    EXPECT_EQ(hatch->setAssociative(false), Acad::eOk);
+    EXPECT_EQ(hatch->setHatchStyle(AcDbHatch::kNormal), Acad::eOk);
+    EXPECT_EQ(hatch->appendLoop(AcDbHatch::kExternal, {outer}), Acad::eOk);
+    for (const AcDbObjectId &id : inner)
+        EXPECT_EQ(hatch->appendLoop(AcDbHatch::kExternal, {id}), Acad::eOk);
+    EXPECT_EQ(hatch->evaluateHatch(false), Acad::eOk);
+    return hatch;
+}
+
+} // namespace
+
+// --- Pattern lines
+// -------------------------------------------------------------------------------------------------------
+
+TEST(PatternLines, RunAt45DegreesAndAreSpacedByTheScale)
+{
+    for (const double scale : {1.0, 2.5}) {
+        const auto lines = patternLines(std::vector<Ring>{square(0, 0, 100)}, L"ANSI31", 0.0, scale);
+        ASSERT_GT(lines.size(), 10u);
+        std::vector<double> across;
+        for (const PatternLine &line : lines) {
+            EXPECT_NEAR(line.x2 - line.x1, line.y2 - line.y1, 1e-9);
+            across.push_back((line.y1 - line.x1) / std::sqrt(2.0));
+        }
+        std::sort(across.begin(), across.end());
+        for (std::size_t i = 1; i < across.size(); ++i)
+            EXPECT_NEAR(across[i] - across[i - 1], 3.175 * scale, 1e-9);
+    }
+}
+
+TEST(PatternLines, AnAngleTurnsThem)
+{
+    for (const PatternLine &line : patternLines(std::vector<Ring>{square(0, 0, 100)}, L"ANSI31", 45 * kDegree, 1.0)) {
+        EXPECT_NEAR(line.x2, line.x1, 1e-9);
+        EXPECT_GT(std::abs(line.y2 - line.y1), 99.0);
+    }
+}
+
+TEST(PatternLines, GoThroughTheOriginSoThatNeighboursMeet)
+{
+    const auto left = patternLines(std::vector<Ring>{square(0, 0, 50)}, L"LINE", 0.0, 1.0);
+    const auto right = patternLines(std::vector<Ring>{square(50, 0, 50)}, L"LINE", 0.0, 1.0);
+    ASSERT_EQ(left.size(), right.size());
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        EXPECT_EQ(left[i].y1, right[i].y1);
+        EXPECT_EQ(left[i].x2, right[i].x1);
+        EXPECT_NEAR(std::remainder(left[i].y1, 3.175), 0.0, 1e-12);
+    }
+}
+
+TEST(PatternLines, NoneCrossesAHole)
+{
+    const std::vector<Ring> rings{square(0, 0, 100), square(20, 20, 25), circle(70, 70, 15)};
+    const auto lines = patternLines(rings, L"ANSI31", 0.3, 0.5);
+    ASSERT_GT(lines.size(), 50u);
+    for (const PatternLine &line : lines)
+        for (int i = 0; i <= 20; ++i) {
+            const double x = line.x1 + (line.x2 - line.x1) * i / 20, y = line.y1 + (line.y2 - line.y1) * i / 20;
+            EXPECT_FALSE(x > 20 + 1e-9 && x < 45 - 1e-9 && y > 20 + 1e-9 && y < 45 - 1e-9);
+            EXPECT_GE(std::hypot(x - 70, y - 70), 15 - 1e-9);
+            EXPECT_TRUE(x > -1e-9 && x < 100 + 1e-9 && y > -1e-9 && y < 100 + 1e-9);
+        }
+    EXPECT_NEAR(areaOf(rings, 0.05, 0.3), 10000.0 - 625.0 - kPi * 225.0, 20.0);
+}
+
+TEST(PatternLines, AnIslandInAHoleIsHatchedAgain)
+{
+    const std::vector<Ring> rings{square(0, 0, 100), square(20, 20, 60), square(40, 40, 20)};
+    EXPECT_NEAR(areaOf(rings, 0.05), 10000.0 - 3600.0 + 400.0, 20.0);
+}
+
+TEST(PatternLines, BulgesCountAsArcsOutwardAndInward)
+{
+    const double half = kPi * 2500.0 / 2.0;
+    Ring outward = square(0, 0, 100), inward = square(0, 0, 100), wide = square(0, 0, 10);
+    outward[0].bulge = 1.0;
+    inward[0].bulge = -1.0;
+    wide[0].bulge = 3.0; // more than a half circle
+    EXPECT_NEAR(areaOf({outward}, 0.05), 10000.0 + half, 20.0);
+    EXPECT_NEAR(areaOf({inward}, 0.05), 10000.0 - half, 20.0);
+    EXPECT_NEAR(areaOf({wide}, 0.01), ringAreaOf(wide), 1.0);
+    EXPECT_NEAR(areaOf({circle(7, 9, 50)}, 0.05), kPi * 2500.0, 20.0);
+}
+
+TEST(PatternLines, RandomRingsAreCoveredByTheirArea)
+{
+    std::mt19937 random(31);
+    std::uniform_real_distribution<double> part(0.0, 1.0);
+    std::size_t withArcs = 0;
+    for (int draw = 0; draw < 200; ++draw) {
+        // A star around a far centre, some of its sides flat arcs that cannot meet each other.
+        Ring ring;
+        const int corners = 3 + static_cast<int>(random() % 10);
+        const double x = 5e6 * part(random), y = 5e6 * part(random);
+        for (int i = 0; i < corners; ++i) {
+            const double angle = 2.0 * kPi * i / corners, radius = 60.0 + 40.0 * part(random);
+            const double bulge = corners > 5 && random() % 3 == 0 ? 0.1 * (part(random) - 0.5) : 0.0;
+            ring.push_back({x + radius * std::cos(angle), y + radius * std::sin(angle), bulge});
+            withArcs += bulge != 0.0;
+        }
+        const double area = ringAreaOf(ring);
+        EXPECT_NEAR(areaOf({ring}, 0.02, part(random) * 7.0), area, 0.01 * area) << "seed 31 draw " << draw;
+        Ring reversed(ring.rbegin(), ring.rend());
+        if (std::all_of(ring.begin(), ring.end(), [](const Vertex &v) { return v.bulge == 0.0; })) {
+            EXPECT_NEAR(areaOf({reversed}, 0.02), areaOf({ring}, 0.02), 1e-6 * area);
+        }
+    }
+    EXPECT_GT(withArcs, 40u);
+}
+
+TEST(PatternLines, CornersOnALineNeitherDoubleNorLoseIt)
+{
+    // Spacing 3.175: a diamond with corners exactly on lines of the pattern.
+    const double s = 3.175;
+    const std::vector<Ring> rings{{{0, -2 * s, 0}, {2 * s, 0, 0}, {0, 2 * s, 0}, {-2 * s, 0, 0}}};
+    const auto lines = patternLines(rings, L"LINE", 0.0, 1.0);
+    ASSERT_THAT(lines, SizeIs(3)); // at -s, 0 and s; the tips are points
+    for (const PatternLine &line : lines)
+        EXPECT_NEAR(line.x2 - line.x1, 4 * s - 2 * std::abs(line.y1), 1e-9);
+}
+
+TEST(PatternLines, ADensePatternIsThinnedInsteadOfFillingTheMemory)
+{
+    const auto lines = patternLines(std::vector<Ring>{square(0, 0, 1e6)}, L"ANSI31", 0.0, 1e-6);
+    EXPECT_GT(lines.size(), static_cast<std::size_t>(kMostPatternLines) / 3);
+    EXPECT_LE(lines.size(), static_cast<std::size_t>(kMostPatternLines) + 1);
+}
+
+TEST(PatternLines, RingsOfNothingGiveNothing)
+{
+    EXPECT_THAT(patternLines(std::vector<Ring>{}, L"ANSI31", 0.0, 1.0), IsEmpty());
+    EXPECT_THAT(patternLines(std::vector<Ring>{{}}, L"ANSI31", 0.0, 1.0), IsEmpty());
+    EXPECT_THAT(patternLines(std::vector<Ring>{{{1, 1, 0}}}, L"ANSI31", 0.0, 1.0), IsEmpty());
+    EXPECT_THAT(patternLines(std::vector<Ring>{{{1, 1, 1}, {1, 1, 1}}}, L"ANSI31", 0.0, 1.0), IsEmpty());
+    const Ring broken{{NAN, 0, 0}, {1, 0, 0}, {1, 1, 0}};
+    EXPECT_THAT(patternLines(std::vector<Ring>{broken}, L"ANSI31", 0.0, 1.0), IsEmpty());
+}
+
+TEST(PatternLines, NamesAreKnownInAnyCaseAndUnknownOnesStandIn)
+{
+    const std::vector<Ring> rings{square(0, 0, 50)};
+    const auto lining = patternLines(rings, L"ANSI31", 0.0, 1.0);
+    EXPECT_EQ(patternLines(rings, L"ansi31", 0.0, 1.0), lining);
+    EXPECT_EQ(patternLines(rings, L"something else", 0.0, 1.0), lining);
+    EXPECT_EQ(patternLines(rings, L"ANSI31", 0.0, 0.0), lining);
+    EXPECT_THAT(patternLines(rings, L"SOLID", 0.0, 1.0), IsEmpty());
+    EXPECT_GT(patternLines(rings, L"NET", 0.0, 1.0).size(), lining.size());
+}
+
+// --- The hatch of the contract
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(HatchTest, ARegionWithTwoIslandsIsHatchedWithTwoHoles)
+{
+    const auto outer = addRing(square(0, 0, 100));
+    const auto hatch = preview(outer, {addRing(square(10, 10, 20)), addRing(circle(70, 70, 20))}, 0.05, 0.0);
+    EXPECT_THAT(hatch->loops(), SizeIs(3));
+    EXPECT_NEAR(lengthOf(hatch->lines()) * 3.175 * 0.05, 10000.0 - 400.0 - kPi * 400.0, 20.0);
+}
+
+TEST_F(HatchTest, AngleAndScaleShowInItsLines)
+{
+    const auto outer = addRing(square(0, 0, 100));
+    const auto upright = preview(outer, {}, 1.0, 45.0);
+    for (const auto &line : upright->lines())
+        EXPECT_NEAR(line.x1, line.x2, 1e-9);
+    const double wide = lengthOf(preview(outer, {}, 2.5, 0.0)->lines());
+    EXPECT_NEAR(lengthOf(preview(outer, {}, 1.0, 0.0)->lines()) / wide, 2.5, 0.1);
+}
+
+TEST_F(HatchTest, EveryClosedCurveMakesALoop)
+{
+    EllipseEntity::Shape ellipse;
+    ellipse.majorAxis = {20, 0, 0};
+    ellipse.ratio = 0.5;
+    struct Row {
+        AcDbObjectId id;
+        double area;
+    };
+    const Row rows[] = {
+        {addRing(square(0, 0, 10)), 100.0},
+        {add(std::make_unique<AcDb2dPolyline>(square(0, 0, 10), true)), 100.0},
+        {add(std::make_unique<AcDb3dPolyline>(std::vector<AcGePoint3d>{{0, 0, 1}, {10, 0, 1}, {10, 10, 1}, {0, 10, 1}},
+                                              true)),
+         100.0},
+        {add(std::make_unique<CircleEntity>(AcGePoint3d(0, 0), 10.0)), 100.0 * kPi},
+        {add(std::make_unique<EllipseEntity>(ellipse)), 200.0 * kPi},
+        {add(std::make_unique<AcDbPolyline>(Ring{{0, 0, 1}, {10, 0, 1}}, true)), 25.0 * kPi},
+    };
+    for (const Row &row : rows) {
+        AcDbHatch hatch;
+        ASSERT_EQ(hatch.appendLoop(AcDbHatch::kExternal, {row.id}), Acad::eOk) << row.area;
+        ASSERT_THAT(hatch.loops(), SizeIs(1));
+        EXPECT_NEAR(std::abs(ringAreaOf(hatch.loops()[0].vertices)), row.area, 0.1);
+    }
+}
+
+TEST_F(HatchTest, WhatIsNoClosedCurveMakesNone)
+{
+    AcDbHatch hatch;
+    const auto closed = addRing(square(0, 0, 10));
+    const auto line = add(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 1)));
+    const auto open = add(std::make_unique<AcDbPolyline>(square(0, 0, 10), false));
+    const auto text = add(std::make_unique<TextEntity>(TextShape{}));
+    const auto arc = add(std::make_unique<AcDbArc>(AcGePoint3d(0, 0), 1.0, 0.0, 1.0));
+    for (const AcDbObjectId &id : {line, open, text, arc, idOf(m_drawing->modelSpace())}) {
+        EXPECT_EQ(hatch.appendLoop(AcDbHatch::kExternal, {id}), Acad::eInvalidInput);
+        EXPECT_EQ(hatch.appendLoop(AcDbHatch::kExternal, {closed, id}), Acad::eInvalidInput);
+    }
+    EXPECT_NE(hatch.appendLoop(AcDbHatch::kExternal, {AcDbObjectId()}), Acad::eOk);
+    EXPECT_EQ(hatch.appendLoop(AcDbHatch::kExternal, {}), Acad::eInvalidInput);
+    const auto erased = addRing(square(0, 0, 5));
+    m_drawing->erase(*m_drawing->modelSpace().entities().back());
+    EXPECT_NE(hatch.appendLoop(AcDbHatch::kExternal, {erased}), Acad::eOk);
+    EXPECT_THAT(hatch.loops(), IsEmpty());
+    EXPECT_EQ(hatch.evaluateHatch(), Acad::eDegenerateGeometry);
+}
+
+TEST_F(HatchTest, ALoopWithoutAreaIsDegenerate)
+{
+    AcDbHatch hatch;
+    hatch.setPattern(AcDbHatch::kPreDefined, L"ANSI31");
+    ASSERT_EQ(hatch.appendLoop(AcDbHatch::kExternal, {addRing({{0, 0, 0}, {10, 0, 0}})}), Acad::eOk);
+    EXPECT_EQ(hatch.evaluateHatch(false), Acad::eDegenerateGeometry);
+}
+
+TEST_F(HatchTest, ItStandsInModelSpaceAndChangesOnlyWhenOpenForWriting)
+{
+    const auto outer = addRing(square(0, 0, 100));
+    AcDbHatch *hatch = preview(outer, {}, 1.0, 0.0).release();
+    EXPECT_EQ(hatch->setColorIndex(30, true), Acad::eOk);
+    AcDbObjectId id;
+    ASSERT_EQ(CZEMCDraw::appendToModelSpace(hatch, id), Acad::eOk);
+    EXPECT_TRUE(hatch->isWriteEnabled());
+    EXPECT_EQ(hatch->close(), Acad::eOk);
+    EXPECT_EQ(m_drawing->modelSpace().entities().back(), hatch);
+    EXPECT_EQ(hatch->colorIndex(), 30);
+    EXPECT_EQ(hatch->setPatternScale(2.0), Acad::eNotOpenForWrite);
+    EXPECT_EQ(hatch->patternScale(), 1.0);
+
+    const double before = lengthOf(hatch->lines());
+    const auto revision = m_drawing->revision();
+    AcDbEntity *entity = nullptr;
+    ASSERT_EQ(acdbOpenAcDbEntity(entity, id, AcDb::kForWrite), Acad::eOk);
+    EXPECT_EQ(hatch->setPatternScale(2.0), Acad::eOk);
+    EXPECT_GT(m_drawing->revision(), revision);
+    EXPECT_NEAR(lengthOf(hatch->lines()), before / 2.0, before * 0.05);
+    entity->close();
+}
+
+TEST_F(HatchTest, ItsLoopsAreItsOwn)
+{
+    const auto outer = addRing(square(0, 0, 100));
+    const auto hatch = preview(outer, {}, 1.0, 0.0);
+    AcDbEntity *entity = nullptr;
+    ASSERT_EQ(acdbOpenAcDbEntity(entity, outer, AcDb::kForWrite), Acad::eOk);
+    EXPECT_EQ(entity->erase(true), Acad::eOk);
+    entity->close();
+    EXPECT_THAT(hatch->loops(), SizeIs(1));
+    EXPECT_FALSE(hatch->lines().empty());
+}
+
+TEST_F(HatchTest, BadValuesAreRefused)
+{
+    AcDbHatch hatch;
+    EXPECT_EQ(hatch.setPatternScale(0.0), Acad::eInvalidInput);
+    EXPECT_EQ(hatch.setPatternScale(-1.0), Acad::eInvalidInput);
+    EXPECT_EQ(hatch.setPatternScale(NAN), Acad::eInvalidInput);
+    EXPECT_EQ(hatch.setPatternAngle(INFINITY), Acad::eInvalidInput);
+    EXPECT_EQ(hatch.setNormal({0, 0, 0}), Acad::eInvalidInput);
+    EXPECT_EQ(hatch.setPattern(AcDbHatch::kPreDefined, nullptr), Acad::eInvalidInput);
+    EXPECT_EQ(hatch.setPattern(AcDbHatch::kPreDefined, L""), Acad::eInvalidInput);
+    EXPECT_EQ(hatch.patternScale(), 1.0);
+}
+
+TEST_F(HatchTest, TheJournalTellsItsMaking)
+{
+    const auto outer = addRing(square(0, 0, 100)), inner = addRing(square(10, 10, 10));
+    Journal::instance().setRecording(true);
+    preview(outer, {inner}, 2.5, 45.0);
+    Journal::instance().setRecording(false);
+    std::vector<std::string> operations;
+    for (const JournalEntry &entry : Journal::instance().entries())
+        operations.push_back(entry.operation.substr(std::string("AcDbHatch::").size()));
+    EXPECT_THAT(operations,
+                testing::ElementsAre("setNormal", "setElevation", "setPatternAngle", "setPatternScale", "setPattern",
+                                     "setAssociative", "setHatchStyle", "appendLoop", "appendLoop", "evaluateHatch"));
+    EXPECT_THAT(Journal::instance().entries()[7].arguments, testing::ElementsAre("1", journalText(outer)));
+    EXPECT_THAT(Journal::instance().entries()[4].arguments, testing::ElementsAre("1", "ANSI31"));
+}
