@@ -18,6 +18,8 @@ enum : unsigned {
     kTypeHouse = 1995,
     kTypeIndustrial = 1996,
     kMethodFirst = 1997, ///< the four methods follow one another
+    kMainRow = 2003,
+    kIslandRow = 2004,
     kCentreTaken = 2005,
     kAutoCount = 2007,
     kParameterEmpty = 2155,

@@ -48,7 +48,6 @@ protected:
     bool OnInitDialog() override;
     void OnCancel() override;
     void changeEvent(QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
     /// Appends a row to the list of boundaries. text names the row, areaSquareMetres is shown in hectares.

@@ -9,7 +9,6 @@
 #include "ui_definition.h"
 
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QRegularExpressionValidator>
 #include <QScreen>
 
@@ -307,7 +306,12 @@ void CDlgCreateCatchmentArea::SetUpList()
     list->setHeaderLabels({ToQString(Msg(MessageId::kListColumn)), ToQString(Msg(MessageId::kAreaWord))});
     // The told widths, or more where a font or a language needs it.
     QHeaderView *header = list->header();
-    header->resizeSection(0, std::max(kFirstColumn, header->sectionSizeHint(0)));
+    const auto widthOf = [&](unsigned message) {
+        constexpr int kCellMargins = 16;
+        return list->fontMetrics().horizontalAdvance(ToQString(Msg(message))) + kCellMargins;
+    };
+    header->resizeSection(0, std::max({kFirstColumn, header->sectionSizeHint(0), widthOf(MessageId::kMainRow),
+                                       widthOf(MessageId::kIslandRow)}));
     header->resizeSection(1, std::max(kSecondColumn, header->sectionSizeHint(1)));
 }
 
@@ -338,6 +342,7 @@ void CDlgCreateCatchmentArea::ShowLayerSummary()
         summary = m_boundaryLayers.size() == 1 ? tip : QStringLiteral("***");
     }
     m_ui->editLayers->setText(summary);
+    m_ui->editLayers->setCursorPosition(0);
     m_ui->editLayers->setToolTip(tip);
 }
 
@@ -361,19 +366,10 @@ void CDlgCreateCatchmentArea::FitToScreen()
 {
     // The form scrolls where the screen is too small for it; else it is shown whole.
     const QSize content = m_ui->content->sizeHint();
+    m_ui->content->setMinimumSize(content);
     const QSize around = sizeHint() - m_ui->scrollArea->sizeHint();
     const QSize available = screen()->availableSize() * 0.95;
     resize((content + around).expandedTo(sizeHint()).boundedTo(available));
-}
-
-void CDlgCreateCatchmentArea::keyPressEvent(QKeyEvent *event)
-{
-    // Enter does what the focused control does with it. What that control leaves to the dialog presses no button.
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        event->accept();
-        return;
-    }
-    CAdUiBaseDialog::keyPressEvent(event);
 }
 
 void CDlgCreateCatchmentArea::changeEvent(QEvent *event)

@@ -1,0 +1,334 @@
+// Automatic definition: one click traces, drops doubles and saves.
+#include "tests/definition/dialog_fixture.h"
+
+#include "controls/WideText.h"
+#include "definition/AreaNaming.h"
+
+#include <cmath>
+
+using namespace ZEMGis;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::UnorderedElementsAre;
+using velmor::Journal;
+
+namespace {
+
+class Automatic : public DefinitionDialogTest {
+protected:
+    Automatic() { setSetting("CATCH_NAME_PREFIX", std::wstring(L"S-")); }
+
+    /// Selects, chooses method 2, sets the coefficient and clicks Auto.
+    void runAuto(std::initializer_list<const wchar_t *> sections, bool islands = false, bool labels = false)
+    {
+        run([&](CDialogUnderTest &dialog) {
+            select(dialog, sections);
+            dialog.choose(257, 2);
+            dialog.check(268, islands);
+            dialog.check(274, labels);
+            dialog.type(215, "0.35");
+            Journal::instance().setRecording(true);
+            dialog.click(290);
+            Journal::instance().setRecording(false);
+            m_status = ToWide(dialog.text(281));
+            m_statusColour = dialog.colour(281);
+            m_name = ToWide(dialog.text(329));
+        });
+    }
+    std::wstring count(int areas) { return FormatCount(message(2007), areas); }
+    static std::vector<std::pair<std::wstring, double>> sharesOf(const Sewage::CCatchmentArea &area)
+    {
+        Sewage::SectionShares pairs;
+        area.GetConnectedSections(pairs);
+        std::vector<std::pair<std::wstring, double>> shares;
+        for (const auto &[section, share] : pairs)
+            shares.emplace_back(section->GetName(), share);
+        return shares;
+    }
+
+    /// A section that is half a circle of radius 20 around a point; its middle is 20 above the point.
+    AcDbObjectId addArcSection(double x, double y)
+    {
+        const std::size_t layer = drawing().ensureLayer(L"ARCS");
+        auto arc = std::make_unique<AcDbArc>(AcGePoint3d(x, y), 20.0, 0.0, std::acos(-1.0));
+        AcDbArc &entity = *arc;
+        const AcDbObjectId id = drawing().append(std::move(arc));
+        drawing().setLayerOf(entity, layer);
+        velmor::LayerImportOptions options;
+        options.sectionLayers = {L"ARCS"};
+        const auto imported = velmor::importLayers(drawing(), options);
+        EXPECT_TRUE(imported) << imported.message;
+        const auto section = network().GetSectionById(id);
+        EXPECT_TRUE(section && section->GetType() == Topology::kSectionArc);
+        return id;
+    }
+
+    std::wstring m_status, m_name;
+    unsigned m_statusColour = 0;
+};
+
+TEST_F(Automatic, TwoSectionsInOneRegionGiveOneAreaWhoseSharesAddUpToOne)
+{
+    runAuto({L"D1", L"D2"});
+    ASSERT_THAT(areas(), SizeIs(1));
+    const auto area = areas().front();
+    EXPECT_EQ(area->GetName(), L"S-D1_1");
+    EXPECT_NEAR(area->GetArea(), 1.0, 1e-12);
+    const auto shares = sharesOf(*area);
+    ASSERT_THAT(shares, SizeIs(2));
+    EXPECT_EQ(shares[0].first, L"D1");
+    EXPECT_DOUBLE_EQ(shares[0].second, 0.6);
+    EXPECT_EQ(shares[1].first, L"D2");
+    EXPECT_DOUBLE_EQ(shares[1].second, 0.4);
+    EXPECT_EQ(m_status, count(1));
+    EXPECT_EQ(m_statusColour, 23551u);
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
+TEST_F(Automatic, EachRegionGetsAnAreaNamedAfterItsFirstSectionWithTheParametersOfTheDialog)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1", L"D2", L"D3"});
+        dialog.choose(257, 2);
+        dialog.check(108, true);
+        dialog.type(215, "0.35");
+        dialog.type(220, "120.5");
+        dialog.type(216, "2.25");
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(281), ToQString(count(2)));
+    });
+    ASSERT_THAT(areas(), SizeIs(2));
+    const auto area = areaNamed(L"S-D3_1");
+    ASSERT_TRUE(area);
+    EXPECT_TRUE(areaNamed(L"S-D1_1"));
+    EXPECT_EQ(area->GetType(), 5);
+    EXPECT_EQ(area->GetFlowCoeff(), 0.35);
+    EXPECT_EQ(static_cast<double>(property(*area, L"CA_POPULATION")), 120.5);
+    EXPECT_EQ(static_cast<double>(property(*area, L"CA_SLOPE")), 2.25);
+    EXPECT_EQ(static_cast<int>(property(*area, L"CA_TYPE_ISLAND")), 0);
+}
+
+TEST_F(Automatic, ASectionInNoClosedRegionIsPassedOver)
+{
+    runAuto({L"D5", L"D3"});
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_EQ(areas().front()->GetName(), L"S-D3_1");
+    EXPECT_EQ(m_status, count(1));
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
+TEST_F(Automatic, WithoutSectionsTheCountIsZero)
+{
+    run([&](CDialogUnderTest &dialog) {
+        dialog.choose(257, 2);
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(281), ToQString(count(0)));
+        EXPECT_EQ(dialog.colour(281), 23551u);
+    });
+    EXPECT_THAT(areas(), IsEmpty());
+}
+
+TEST_F(Automatic, ASecondRunWritesNothing)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1", L"D2", L"D3"});
+        dialog.choose(257, 2);
+        dialog.type(215, "0.5");
+        dialog.click(290);
+        EXPECT_THAT(areas(), SizeIs(2));
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(281), ToQString(count(0)));
+    });
+    EXPECT_THAT(areas(), SizeIs(2));
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
+TEST_F(Automatic, ARegionSavedInAnEarlierRunOfTheDialogGivesNothing)
+{
+    runAuto({L"D1"});
+    runAuto({L"D1", L"D3"});
+    EXPECT_EQ(m_status, count(1));
+    EXPECT_THAT(areas(), SizeIs(2));
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
+TEST_F(Automatic, TheSavedRegionIsKnownAfterTheDrawingsFileWasReadAgain)
+{
+    runAuto({L"D1", L"D4"}, true);
+    const auto before = areas().size();
+    const auto file = m_userFolder / "again.dxf";
+    ASSERT_TRUE(drawing().save(file));
+    auto loaded = velmor::Drawing::load(file);
+    ASSERT_TRUE(loaded.drawing) << loaded.message;
+    m_session.setDrawing(std::move(loaded.drawing), file);
+    runAuto({L"D1", L"D4"}, true);
+    EXPECT_EQ(m_status, count(0));
+    EXPECT_EQ(areas().size(), before);
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
+TEST_F(Automatic, WithTheIslandCheckARegionWithOneIslandCountsTwo)
+{
+    runAuto({L"D4"}, true);
+    EXPECT_EQ(m_status, count(2));
+    ASSERT_THAT(areas(), SizeIs(2));
+    const auto main = areas().front(), island = areas().back();
+    EXPECT_EQ(main->GetName(), L"S-D4_1");
+    EXPECT_EQ(static_cast<int>(property(*main, L"CA_TYPE_ISLAND")), 0);
+    EXPECT_FALSE(property(*main, L"CA_MAIN_AREA").IsNotNull());
+    EXPECT_EQ(static_cast<int>(property(*island, L"CA_TYPE_ISLAND")), 1);
+    EXPECT_EQ(static_cast<std::wstring>(property(*island, L"CA_MAIN_AREA")), main->GetGuid());
+    CStringArray islands;
+    ASSERT_TRUE(property(*main, L"CA_ISLANDS").GetArrayCopy(islands));
+    EXPECT_THAT(islands, ElementsAre(island->GetGuid()));
+    CStringArray attachedList;
+    ASSERT_TRUE(attached(main->GetObjectId(), L"SLIV_ISLANDS").GetArrayCopy(attachedList));
+    EXPECT_EQ(attachedList, islands);
+    // The polygon is the outer ring alone; the island is an area of its own.
+    EXPECT_NEAR(main->GetArea(), 1.0, 1e-12);
+    EXPECT_NEAR(island->GetArea(), 0.04, 1e-12);
+    // It goes to the same sections, and takes the next free name after the main area's.
+    EXPECT_EQ(sharesOf(*island), sharesOf(*main));
+    EXPECT_EQ(island->GetName(), L"S-S-D4_1_1");
+}
+
+TEST_F(Automatic, WithoutTheIslandCheckTheSameRegionCountsOne)
+{
+    runAuto({L"D4"}, false);
+    EXPECT_EQ(m_status, count(1));
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_FALSE(property(*areas().front(), L"CA_ISLANDS").IsNotNull());
+}
+
+TEST_F(Automatic, WithTheIslandCheckTwoSectionsInOneRegionStillGiveOneArea)
+{
+    runAuto({L"D1", L"D2"}, true);
+    EXPECT_EQ(m_status, count(1));
+    EXPECT_THAT(areas(), SizeIs(1));
+}
+
+TEST_F(Automatic, ABoundaryWithNoSectionInsideTakesTheNameThatStoodInTheEdit)
+{
+    // The middle of an arc section is on its drawing entity; inside a boundary it is only ever looked for at the
+    // origin, so its region holds no section.
+    const AcDbObjectId arc = addArcSection(150, 30);
+    run([&](CDialogUnderTest &dialog) {
+        m_session.setNextSelection({arc});
+        dialog.click(203);
+        dialog.choose(257, 2);
+        dialog.type(329, "left over");
+        dialog.type(215, "1");
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(281), ToQString(count(1)));
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_EQ(areas().front()->GetName(), L"left over");
+    EXPECT_THAT(sharesOf(*areas().front()), IsEmpty());
+}
+
+TEST_F(Automatic, EachBoundaryWithoutSectionsTakesTheNameThatTheLastSaveProposed)
+{
+    // Two arc sections, each alone in its parcel: both boundaries hold no section, so both take the edit's name.
+    const AcDbObjectId first = addArcSection(150, 30), second = addArcSection(230, 30);
+    run([&](CDialogUnderTest &dialog) {
+        m_session.setNextSelection({first, second});
+        dialog.click(203);
+        dialog.choose(257, 2);
+        dialog.type(329, "twice");
+        dialog.type(215, "1");
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(281), ToQString(count(2)));
+    });
+    // The first save proposed a name of its own for the second.
+    EXPECT_THAT(areas(), SizeIs(2));
+    EXPECT_TRUE(areaNamed(L"twice"));
+    EXPECT_TRUE(areaNamed(L"S-twice_1"));
+}
+
+TEST_F(Automatic, ANameThatIsTakenIsToldAndCountsAllTheSame)
+{
+    runAuto({L"D1"});
+    const AcDbObjectId arc = addArcSection(150, 30);
+    run([&](CDialogUnderTest &dialog) {
+        m_session.setNextSelection({arc});
+        dialog.click(203);
+        dialog.choose(257, 2);
+        dialog.type(329, "S-D1_1");
+        dialog.type(215, "1");
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(281), ToQString(count(1))); // attempted, not succeeded
+    });
+    EXPECT_THAT(alerts(), ElementsAre(message(1620)));
+    EXPECT_THAT(areas(), SizeIs(1));
+}
+
+TEST_F(Automatic, TheBoundaryCommandRunsOncePerSectionWithTheFormOfTheIslandCheck)
+{
+    runAuto({L"D1", L"D2", L"D3"}, false);
+    EXPECT_THAT(entriesOf("acedCommand"), SizeIs(3));
+    EXPECT_THAT(entriesOf("acedCommand").front().arguments, testing::Contains("_N"));
+    runAuto({L"D1"}, true);
+    EXPECT_THAT(entriesOf("acedCommand"), SizeIs(1));
+    EXPECT_THAT(entriesOf("acedCommand").front().arguments, testing::Contains("_Y"));
+}
+
+TEST_F(Automatic, PolylinesOfTheRunStayUntilTheDialogEndsAndDoublesGoAtOnce)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1", L"D2", L"D3"});
+        dialog.choose(257, 2);
+        dialog.type(215, "1");
+        dialog.click(290);
+        EXPECT_THAT(loosePolylines(), SizeIs(2));
+    });
+    EXPECT_THAT(loosePolylines(), IsEmpty());
+    EXPECT_THAT(areas(), SizeIs(2));
+}
+
+TEST_F(Automatic, WithTheLabelCheckEveryAreaOfTheRunIsLabelledFromTheCatalogue)
+{
+    runAuto({L"D1", L"D4"}, true, true);
+    EXPECT_THAT(areas(), SizeIs(3));
+    EXPECT_THAT(entriesOf("CCatchmentAreaManager::WriteCatchmentLabel"), SizeIs(3));
+    runAuto({L"D3"}, false, false);
+    EXPECT_THAT(entriesOf("CCatchmentAreaManager::WriteCatchmentLabel"), IsEmpty());
+}
+
+TEST_F(Automatic, OneAreaIsMadeInTheToldOrderOfCalls)
+{
+    runAuto({L"D1"}, false, true);
+    EXPECT_THAT(calls({"CUtility::CreateGUID", "CCatchmentAreaManager::CreateCA", "CCatchmentArea::SetName",
+                       "CCatchmentAreaManager::AssignCA", "CCatchmentAreaManager::WriteCatchmentLabel",
+                       "RefreshDrawingDisplay"}),
+                ElementsAre("CUtility::CreateGUID", "CCatchmentAreaManager::CreateCA", "CCatchmentArea::SetName",
+                            "CCatchmentAreaManager::AssignCA", "CCatchmentAreaManager::WriteCatchmentLabel",
+                            "RefreshDrawingDisplay"));
+}
+
+TEST_F(Automatic, WithoutBoundaryLayersEverythingVisibleBounds)
+{
+    m_session.setDrawing(velmor::Drawing::createNew());
+    velmor::importInpText(
+        drawing(), "[JUNCTIONS]\nA 0\nB 0\n[CONDUITS]\nP A B 10 0.01 0 0\n[COORDINATES]\nA 2 5\nB 8 5\n", "two.inp");
+    addBox(0, 0, 10, 10, L"ANY");
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"P"});
+        dialog.choose(257, 2);
+        dialog.type(215, "1");
+        dialog.click(290);
+    });
+    EXPECT_THAT(areas(), SizeIs(1));
+}
+
+TEST_F(Automatic, TheCounterEditIsEmptied)
+{
+    run([&](CDialogUnderTest &dialog) {
+        dialog.choose(257, 2);
+        dialog.type(326, "7");
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(326), "");
+    });
+}
+
+} // namespace

@@ -1,0 +1,486 @@
+// Saving: rows of the list, typed areas, what is checked before and what stays behind.
+#include "tests/definition/dialog_fixture.h"
+
+#include "controls/WideText.h"
+
+using namespace ZEMGis;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using velmor::Journal;
+
+namespace {
+
+class Saving : public DefinitionDialogTest {
+protected:
+    Saving()
+    {
+        setSetting("CATCH_NAME_PREFIX", std::wstring(L"S-"));
+        m_outer = addBox(1000, 0, 1100, 100, L"0");
+        m_first = addBox(1010, 10, 1020, 20, L"0");
+        m_second = addBox(1050, 50, 1070, 60, L"0");
+    }
+    /// Method, sections and a coefficient, with one main row and its islands.
+    void prepare(CDialogUnderTest &dialog, int method, std::initializer_list<const wchar_t *> sections)
+    {
+        dialog.choose(257, method);
+        if (sections.size() > 0)
+            select(dialog, sections);
+        dialog.type(215, "0.35");
+        dialog.addMainRow(m_outer, 9700, {m_first, m_second});
+        dialog.addIslandRow(m_first, 100);
+        dialog.addIslandRow(m_second, 200);
+        dialog.GetDlgItem(221)->setEnabled(true);
+    }
+    static std::vector<std::pair<std::wstring, double>> sharesOf(const Sewage::CCatchmentArea &area)
+    {
+        Sewage::SectionShares pairs;
+        area.GetConnectedSections(pairs);
+        std::vector<std::pair<std::wstring, double>> shares;
+        for (const auto &[section, share] : pairs)
+            shares.emplace_back(section->GetName(), share);
+        return shares;
+    }
+    AcDbObjectId m_outer, m_first, m_second;
+};
+
+TEST_F(Saving, WithNoRowSelectedOnlyTheStatusAndTheMarksChange)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({});
+        Journal::instance().setRecording(true);
+        dialog.click(221);
+        EXPECT_EQ(dialog.text(281), "");
+        EXPECT_EQ(dialog.colour(281), 23551u);
+        EXPECT_THAT(entriesOf("CCatchmentAreaManager::CreateCA"), IsEmpty());
+        EXPECT_THAT(calls({"CCatchmentAreaManager::UnMarkAllCatchments", "RefreshDrawingDisplay"}),
+                    ElementsAre("CCatchmentAreaManager::UnMarkAllCatchments", "RefreshDrawingDisplay",
+                                "RefreshDrawingDisplay"));
+    });
+    EXPECT_THAT(areas(), IsEmpty());
+}
+
+TEST_F(Saving, Method0GivesTheAreaToTheCurrentSectionAlone)
+{
+    run([&](CDialogUnderTest &dialog) {
+        dialog.choose(257, 0);
+        select(dialog, {L"D1", L"D2"});
+        dialog.click(205);
+        dialog.type(215, "0.35");
+        dialog.addMainRow(m_outer, 10000);
+        dialog.GetDlgItem(221)->setEnabled(true);
+        dialog.selectRows({0});
+        dialog.click(221);
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_EQ(areas().front()->GetName(), L"S-D2_1");
+    EXPECT_THAT(sharesOf(*areas().front()), ElementsAre(std::pair(std::wstring(L"D2"), 1.0)));
+}
+
+TEST_F(Saving, Method0WithoutSectionsCreatesTheAreaAndAssignsItToNothing)
+{
+    run([&](CDialogUnderTest &dialog) {
+        dialog.choose(257, 0);
+        dialog.type(215, "0.35");
+        dialog.type(329, "alone");
+        dialog.addMainRow(m_outer, 10000);
+        for (const int control : {221, 210})
+            dialog.GetDlgItem(control)->setEnabled(true);
+        dialog.selectRows({0});
+        dialog.click(221);
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_EQ(areas().front()->GetName(), L"alone");
+    EXPECT_THAT(sharesOf(*areas().front()), IsEmpty());
+}
+
+TEST_F(Saving, Method1SharesTheAreaByLength)
+{
+    m_session.setDrawing(velmor::Drawing::createNew());
+    velmor::importInpText(drawing(),
+                          "[JUNCTIONS]\nA 0\nB 0\nC 0\n[CONDUITS]\nP A B 30 0.01 0 0\nQ B C 70 0.01 0 0\n"
+                          "[COORDINATES]\nA 0 0\nB 30 0\nC 100 0\n",
+                          "three.inp");
+    const AcDbObjectId box = addBox(0, 0, 10, 10, L"0");
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"P", L"Q"});
+        dialog.type(215, "0.35");
+        dialog.addMainRow(box, 100);
+        dialog.GetDlgItem(221)->setEnabled(true);
+        dialog.selectRows({0});
+        dialog.click(221);
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    const auto shares = sharesOf(*areas().front());
+    ASSERT_THAT(shares, SizeIs(2));
+    EXPECT_DOUBLE_EQ(shares[0].second, 0.3);
+    EXPECT_DOUBLE_EQ(shares[1].second, 0.7);
+}
+
+TEST_F(Saving, TheBagAndTheMaskOfAnAreaWithAPolygonAreComplete)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.check(107, true);
+        dialog.check(106, false); // no bit 1, and yet coefficient and slope are stored
+        dialog.type(220, "300");
+        dialog.type(216, "1.5");
+        dialog.selectRows({0});
+        dialog.click(221);
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    const auto &area = *areas().front();
+    EXPECT_EQ(area.GetType(), 2);
+    EXPECT_EQ(static_cast<std::wstring>(property(area, L"CA_GUID")), area.GetGuid());
+    EXPECT_EQ(static_cast<double>(property(area, L"CA_POPULATION")), 300.0);
+    EXPECT_EQ(static_cast<double>(property(area, L"CA_COEFF")), 0.35);
+    EXPECT_EQ(static_cast<double>(property(area, L"CA_SLOPE")), 1.5);
+    EXPECT_EQ(static_cast<int>(property(area, L"CA_TYPE_ISLAND")), 0);
+    EXPECT_FALSE(property(area, L"CA_MAIN_AREA").IsNotNull());
+    EXPECT_NEAR(area.GetArea(), 1.0, 1e-12);
+    EXPECT_FALSE(area.IsHidden());
+}
+
+TEST_F(Saving, MainAreaAndIslandsSelectedTogetherAreTiedInSavingOrder)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0, 1, 2});
+        dialog.click(221);
+        EXPECT_EQ(dialog.text(281), ToQString(message(3498)));
+        EXPECT_EQ(dialog.colour(281), 23551u);
+    });
+    ASSERT_THAT(areas(), SizeIs(3));
+    const auto main = areas()[0], first = areas()[1], second = areas()[2];
+    EXPECT_EQ(main->GetName(), L"S-D1_1");
+    for (const auto &island : {first, second}) {
+        EXPECT_EQ(static_cast<std::wstring>(property(*island, L"CA_MAIN_AREA")), main->GetGuid());
+        EXPECT_EQ(static_cast<int>(property(*island, L"CA_TYPE_ISLAND")), 1);
+    }
+    CStringArray list, onEntity;
+    ASSERT_TRUE(property(*main, L"CA_ISLANDS").GetArrayCopy(list));
+    EXPECT_THAT(list, ElementsAre(first->GetGuid(), second->GetGuid()));
+    ASSERT_TRUE(attached(main->GetObjectId(), L"SLIV_ISLANDS").GetArrayCopy(onEntity));
+    EXPECT_EQ(onEntity, list);
+    for (const AcDbObjectId &polyline : {m_first, m_second})
+        EXPECT_EQ(static_cast<std::wstring>(attached(polyline, L"SLIV_MAIN_AREA")), main->GetGuid());
+}
+
+TEST_F(Saving, AMainAreaSavedAloneCarriesTheHandlesOfItsIslandsPolylines)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        dialog.click(221);
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    CStringArray handles;
+    ASSERT_TRUE(attached(areas().front()->GetObjectId(), L"SLIV_ISLANDS").GetArrayCopy(handles));
+    wchar_t first[17], second[17];
+    m_first.handle().getIntoAsciiBuffer(first);
+    m_second.handle().getIntoAsciiBuffer(second);
+    EXPECT_THAT(handles, ElementsAre(std::wstring(first), std::wstring(second)));
+}
+
+TEST_F(Saving, IslandsMayBeSavedByALaterClick)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        dialog.click(221);
+        EXPECT_EQ(dialog.list()->topLevelItemCount(), 3);
+        dialog.selectRows({2});
+        dialog.click(221);
+    });
+    ASSERT_THAT(areas(), SizeIs(2));
+    CStringArray list;
+    ASSERT_TRUE(property(*areas()[0], L"CA_ISLANDS").GetArrayCopy(list));
+    EXPECT_THAT(list, ElementsAre(areas()[1]->GetGuid()));
+}
+
+TEST_F(Saving, AnIslandWhoseMainAreaWasNeverSavedHasAnEmptyMainArea)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({1});
+        Journal::instance().setRecording(true);
+        dialog.click(221);
+        // Its own label; none is written anew for a main area.
+        EXPECT_THAT(entriesOf("CCatchmentAreaManager::WriteCatchmentLabel"), SizeIs(1));
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    const auto box = property(*areas().front(), L"CA_MAIN_AREA");
+    EXPECT_TRUE(box.IsNotNull());
+    EXPECT_EQ(static_cast<std::wstring>(box), L"");
+}
+
+TEST_F(Saving, AnIslandIsLabelledFromTheBlockAndItsMainAreaAnewFromTheCatalogue)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        dialog.click(221);
+        dialog.selectRows({1});
+        Journal::instance().setRecording(true);
+        dialog.click(221);
+        EXPECT_THAT(entriesOf("CCatchmentAreaManager::WriteCatchmentLabel"), SizeIs(2));
+        dialog.check(274, false);
+        dialog.selectRows({2});
+        Journal::instance().setRecording(true);
+        dialog.click(221);
+        // The main area's label is written anew whether or not labels are asked for.
+        EXPECT_THAT(entriesOf("CCatchmentAreaManager::WriteCatchmentLabel"), SizeIs(1));
+    });
+}
+
+TEST_F(Saving, AMainAreaWithoutLabelGetsNeitherStatusNorRefreshAndLeavesTheGrownName)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.check(274, false);
+        dialog.selectRows({0});
+        dialog.click(221);
+        EXPECT_EQ(dialog.text(281), "");
+        EXPECT_EQ(dialog.text(329), "S-S-D1_1_1");
+    });
+}
+
+TEST_F(Saving, AMainAreaWithLabelShowsTheStatusAndStartsAgainFromTheSectionsName)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.check(274, true);
+        dialog.selectRows({0});
+        dialog.click(221);
+        EXPECT_EQ(dialog.text(281), ToQString(message(3498)));
+        EXPECT_EQ(dialog.text(329), "S-D1_2");
+    });
+}
+
+TEST_F(Saving, TheSameBoundaryAgainFailsOnTheNameAndWithAnotherNameOnTheCentre)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        dialog.click(221);
+        dialog.type(329, "S-D1_1");
+        dialog.click(221);
+        EXPECT_THAT(alerts(), ElementsAre(message(1620)));
+        alerts().clear();
+        dialog.type(329, "another");
+        dialog.click(221);
+        EXPECT_THAT(alerts(), ElementsAre(message(2005)));
+    });
+    EXPECT_THAT(areas(), SizeIs(1));
+}
+
+TEST_F(Saving, NamesAndCentresOfAreasThatStoodBeforeAreTaken)
+{
+    const auto saveAs = [&](const char *name) {
+        run([&](CDialogUnderTest &dialog) {
+            prepare(dialog, 1, {L"D1"});
+            dialog.type(329, name);
+            dialog.selectRows({0});
+            dialog.click(221);
+        });
+    };
+    saveAs("first");
+    EXPECT_THAT(alerts(), IsEmpty());
+    saveAs("first");
+    EXPECT_THAT(alerts(), ElementsAre(message(1620)));
+    alerts().clear();
+    saveAs("second");
+    EXPECT_THAT(alerts(), ElementsAre(message(2005)));
+    EXPECT_THAT(areas(), SizeIs(1));
+}
+
+TEST_F(Saving, ARefusedRowDoesNotStopTheLaterOnes)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        dialog.click(221);
+        dialog.selectRows({0, 1});
+        dialog.click(221); // the main area's centre is taken, the island is new
+        EXPECT_THAT(alerts(), ElementsAre(message(2005)));
+    });
+    EXPECT_THAT(areas(), SizeIs(2));
+}
+
+TEST_F(Saving, AnEmptyCoefficientSlopeOrDensityIsToldAndNothingIsWritten)
+{
+    for (const auto &[control, type] : {std::pair(215, 106), std::pair(216, 106), std::pair(220, 107)}) {
+        alerts().clear();
+        run([&, control = control, type = type](CDialogUnderTest &dialog) {
+            prepare(dialog, 1, {L"D1"});
+            dialog.check(type, true);
+            dialog.selectRows({0});
+            dialog.type(control, "");
+            dialog.click(221);
+            EXPECT_THAT(alerts(), ElementsAre(message(2155))) << control;
+        });
+    }
+    EXPECT_THAT(areas(), IsEmpty());
+}
+
+TEST_F(Saving, TheTypeIndustrialAloneNeedsNoneOfTheThree)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.check(108, true);
+        dialog.check(106, false);
+        for (const int control : {215, 216, 220})
+            dialog.type(control, "");
+        dialog.selectRows({0});
+        dialog.click(221);
+    });
+    EXPECT_THAT(alerts(), IsEmpty());
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_EQ(areas().front()->GetFlowCoeff(), 0.0);
+}
+
+TEST_F(Saving, WhileACommandOfTheFamilyRunsSaveDoesNothing)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        const Notification::SetActiveCommand other(L"OTHER");
+        dialog.type(215, "");
+        dialog.click(221);
+    });
+    EXPECT_THAT(alerts(), IsEmpty());
+    EXPECT_THAT(areas(), IsEmpty());
+}
+
+class TypedArea : public Saving {
+protected:
+    void save(int mask, const char *area, const char *coefficient = "0.35", const char *density = "10")
+    {
+        run([&](CDialogUnderTest &dialog) {
+            dialog.choose(257, 3);
+            select(dialog, {L"D1", L"D2"});
+            for (const auto &[control, bit] : {std::pair(106, 1), std::pair(107, 2), std::pair(108, 4)})
+                dialog.Control<QAbstractButton>(control)->setChecked((mask & bit) != 0);
+            dialog.type(213, area);
+            dialog.type(215, coefficient);
+            dialog.type(220, density);
+            Journal::instance().setRecording(true);
+            dialog.click(221);
+            Journal::instance().setRecording(false);
+        });
+    }
+    std::vector<std::wstring> tagsOf(const Sewage::CCatchmentArea &area)
+    {
+        std::vector<std::wstring> tags;
+        for (const wchar_t *tag : {L"CA_GUID", L"CA_TYPE_ISLAND", L"CA_POPULATION", L"CA_COEFF", L"CA_SLOPE"}) {
+            if (property(area, tag).IsNotNull())
+                tags.emplace_back(tag);
+        }
+        return tags;
+    }
+};
+
+TEST_F(TypedArea, TwoHectaresAreTakenAsTwentyThousandSquareMetres)
+{
+    save(1, "2");
+    ASSERT_THAT(entriesOf("CCatchmentAreaManager::SetHiddenCA"), SizeIs(1));
+    EXPECT_EQ(entriesOf("CCatchmentAreaManager::SetHiddenCA").front().arguments.at(1), "20000");
+    ASSERT_THAT(areas(), SizeIs(1));
+    const auto &area = *areas().front();
+    EXPECT_NE(area.IsHidden(), 0);
+    EXPECT_DOUBLE_EQ(area.GetArea(), 2.0);
+    EXPECT_THAT(sharesOf(area), ElementsAre(std::pair(std::wstring(L"D1"), 1.0)));
+}
+
+TEST_F(TypedArea, TheBagHoldsWhatTheTypesNeed)
+{
+    const std::pair<int, std::vector<std::wstring>> expected[] = {
+        {1, {L"CA_GUID", L"CA_TYPE_ISLAND", L"CA_POPULATION", L"CA_COEFF", L"CA_SLOPE"}},
+        {2, {L"CA_GUID", L"CA_TYPE_ISLAND", L"CA_POPULATION"}},
+        {4, {L"CA_GUID", L"CA_TYPE_ISLAND"}},
+    };
+    for (const auto &[mask, tags] : expected) {
+        save(mask, "1");
+        ASSERT_FALSE(areas().empty());
+        EXPECT_EQ(areas().back()->GetType(), mask);
+        EXPECT_EQ(tagsOf(*areas().back()), tags) << mask;
+    }
+}
+
+TEST_F(TypedArea, AnEmptyAreaIsToldForEveryTypeAndNothingIsMade)
+{
+    for (const int mask : {1, 2, 4}) {
+        alerts().clear();
+        save(mask, "");
+        EXPECT_THAT(alerts(), ElementsAre(message(2155))) << mask;
+    }
+    EXPECT_THAT(areas(), IsEmpty());
+}
+
+TEST_F(TypedArea, WithoutSectionsNothingIsMadeAndNothingTold)
+{
+    run([&](CDialogUnderTest &dialog) {
+        dialog.choose(257, 3);
+        dialog.type(213, "1");
+        dialog.type(215, "0.35");
+        dialog.click(221);
+    });
+    EXPECT_THAT(areas(), IsEmpty());
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
+class Rows : public Saving {};
+
+TEST_F(Rows, TheListShowsHectaresWithFourPlaces)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        EXPECT_EQ(dialog.list()->topLevelItem(0)->text(1), "0.9700");
+        EXPECT_EQ(dialog.list()->topLevelItem(1)->text(1), "0.0100");
+    });
+}
+
+TEST_F(Rows, AnIslandRowAloneShowsSquareMetresAndTheMainRowHectares)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        EXPECT_EQ(dialog.text(213), "0.97");
+        dialog.selectRows({1});
+        EXPECT_EQ(dialog.text(213), "100");
+    });
+}
+
+TEST_F(Rows, EachSelectedRowIsHatchedAndTheirAnglesDiffer)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0, 1});
+        const auto ids = hatches();
+        ASSERT_THAT(ids, SizeIs(2));
+        const CZEMCEntityPtr first(ids[0], AcDb::kForRead), second(ids[1], AcDb::kForRead);
+        const auto &main = static_cast<const AcDbHatch &>(*first.get());
+        const auto &island = static_cast<const AcDbHatch &>(*second.get());
+        EXPECT_DOUBLE_EQ(main.patternAngle(), 0.0);
+        EXPECT_DOUBLE_EQ(island.patternAngle(), 45.0 * 0.017453292519943295);
+        EXPECT_DOUBLE_EQ(main.patternScale(), 2.0);
+        EXPECT_EQ(main.patternName(), L"ANSI31");
+        EXPECT_EQ(main.colorIndex(), 4);
+        EXPECT_THAT(main.loops(), SizeIs(3));
+        EXPECT_THAT(island.loops(), SizeIs(1));
+    });
+    EXPECT_THAT(hatches(), IsEmpty()); // they go with the dialog
+}
+
+TEST_F(Rows, AnotherChoiceReplacesTheHatches)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        dialog.selectRows({2});
+        EXPECT_THAT(hatches(), SizeIs(1));
+    });
+}
+
+} // namespace

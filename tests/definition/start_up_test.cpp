@@ -1,0 +1,334 @@
+// Start-up and closing of the definition dialog.
+#include "tests/definition/dialog_fixture.h"
+
+#include "controls/WideText.h"
+#include "definition/ReadableColour.h"
+
+#include <QTreeWidgetItem>
+
+using namespace ZEMGis;
+using testing::ElementsAre;
+using velmor::Journal;
+
+namespace {
+
+using StartUp = DefinitionDialogTest;
+
+struct Caption {
+    int control;
+    unsigned message;
+};
+
+constexpr Caption kCaptions[] = {
+    {336, 1980}, {106, 1936}, {107, 11254}, {108, 11255}, {289, 1979}, {268, 1981}, {346, 2226}, {207, 1983},
+    {259, 1985}, {208, 312},  {209, 4558},  {239, 975},   {274, 1982}, {334, 1986}, {335, 1987}, {328, 4600},
+    {301, 1989}, {343, 1990}, {325, 2449},  {349, 4601},  {348, 4602}, {324, 1991}, {327, 1992}, {244, 1990},
+    {323, 1988}, {221, 1885}, {3, 4582},    {2, 235},     {9, 50156},
+};
+
+TEST_F(StartUp, CaptionsAreTheMessagesOfTheirNumbersInBothLanguages)
+{
+    for (const char *language : {"hr", "en"}) {
+        velmor::Services::instance().start({.language = language}, velmor::Services::instance().paths());
+        run([&](CDialogUnderTest &dialog) {
+            EXPECT_EQ(dialog.windowTitle(), ToQString(message(1978)));
+            for (const Caption &caption : kCaptions)
+                EXPECT_EQ(dialog.text(caption.control), ToQString(message(caption.message))) << caption.control;
+            EXPECT_EQ(dialog.text(100), ToQString(message(2666) + L" - " + message(1221)));
+            EXPECT_EQ(dialog.text(101), ToQString(message(2666) + L" - " + message(5795)));
+            // These keep the form's own caption.
+            EXPECT_EQ(dialog.text(290), "Auto");
+            EXPECT_EQ(dialog.text(296), "Zoom");
+            EXPECT_EQ(dialog.text(344), "ATV 118");
+        });
+    }
+}
+
+TEST_F(StartUp, ToolTipsAreTheMessagesOfTheirNumbers)
+{
+    constexpr Caption kTips[] = {{268, 2028}, {204, 1081}, {205, 1082}, {290, 2036}, {274, 2029}, {221, 2037}};
+    // Controls whose work is not offered yet say so below their tip.
+    constexpr Caption kTipsAbove[] = {{207, 2031}, {208, 2033}, {209, 2034}, {239, 2035}, {286, 2030}, {246, 2032}};
+    run([&](CDialogUnderTest &dialog) {
+        for (const Caption &tip : kTips)
+            EXPECT_EQ(dialog.GetDlgItem(tip.control)->toolTip(), ToQString(message(tip.message))) << tip.control;
+        for (const Caption &tip : kTipsAbove) {
+            EXPECT_EQ(dialog.GetDlgItem(tip.control)->toolTip(),
+                      ToQString(message(tip.message) + L"\n" + message(60004)))
+                << tip.control;
+        }
+        EXPECT_EQ(dialog.GetDlgItem(100)->toolTip(), ToQString(message(2666) + L" - " + message(1221)));
+        EXPECT_EQ(dialog.GetDlgItem(101)->toolTip(), ToQString(message(2666) + L" - " + message(5795)));
+    });
+}
+
+TEST_F(StartUp, BeforeASelectionOnlyTheTemplatesControlsAndWhatTheTypeTurnsOnAreEnabled)
+{
+    run([&](CDialogUnderTest &dialog) {
+        // The selection button, the zoom group, hide, close, information, types, label entry; then catchment's own.
+        for (const int control : {203, 296, 218, 217, 3, 2, 100, 101, 106, 107, 108, 135, 215, 324})
+            EXPECT_TRUE(dialog.isEnabled(control)) << control;
+        for (const int control :
+             {336, 256, 289, 257, 268, 204, 205, 207, 363, 259, 210, 208, 209, 239, 290, 274, 286, 334, 335, 328, 329,
+              326, 301, 213, 343, 344, 322, 246, 325, 345, 349, 222, 348, 347, 327, 220, 244, 216, 323, 221, 219})
+            EXPECT_FALSE(dialog.isEnabled(control)) << control;
+    });
+}
+
+TEST_F(StartUp, HiddenControlsStayHidden)
+{
+    run([](CDialogUnderTest &dialog) {
+        for (const int control : {256, 286, 244, 216, 323, 9})
+            EXPECT_FALSE(dialog.GetDlgItem(control)->isVisible()) << control;
+        for (const int control : {257, 203, 210, 326, 221, 281})
+            EXPECT_TRUE(dialog.GetDlgItem(control)->isVisible()) << control;
+    });
+}
+
+TEST_F(StartUp, AFreshDrawingStartsWithTypeCatchmentDensity1000AndSlope1)
+{
+    run([](CDialogUnderTest &dialog) {
+        EXPECT_TRUE(dialog.isChecked(106));
+        EXPECT_FALSE(dialog.isChecked(107));
+        EXPECT_FALSE(dialog.isChecked(108));
+        EXPECT_FALSE(dialog.isChecked(268));
+        EXPECT_EQ(dialog.text(220), "1000");
+        EXPECT_EQ(dialog.text(216), "1");
+        EXPECT_EQ(dialog.text(222), "100");
+        EXPECT_EQ(dialog.text(213), "");
+        EXPECT_EQ(dialog.text(326), "");
+        EXPECT_EQ(dialog.text(218), "1.5");
+        // Without a terrain catalogue and a table there is no coefficient.
+        EXPECT_EQ(dialog.text(215), "");
+        EXPECT_EQ(dialog.Control<QComboBox>(322)->count(), 0);
+    });
+}
+
+TEST_F(StartUp, MethodAndTypeCombosHoldTheirEntriesAndBySectionLengthIsChosen)
+{
+    run([&](CDialogUnderTest &dialog) {
+        const auto *methods = dialog.Control<QComboBox>(257);
+        ASSERT_EQ(methods->count(), 4);
+        for (int i = 0; i < 4; ++i) {
+            EXPECT_EQ(methods->itemText(i), ToQString(message(1997 + static_cast<unsigned>(i))));
+            EXPECT_EQ(methods->itemData(i).toInt(), i);
+        }
+        EXPECT_EQ(methods->currentData().toInt(), 1);
+        const auto *types = dialog.Control<QComboBox>(256);
+        ASSERT_EQ(types->count(), 3);
+        constexpr Caption kTypes[] = {{1, 1936}, {2, 1995}, {4, 1996}};
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_EQ(types->itemText(i), ToQString(message(kTypes[i].message)));
+            EXPECT_EQ(types->itemData(i).toInt(), kTypes[i].control);
+        }
+        EXPECT_EQ(types->currentIndex(), 0);
+    });
+}
+
+TEST_F(StartUp, SlopeClassesAndRunOffPercentagesStandInTheirCombos)
+{
+    run([](CDialogUnderTest &dialog) {
+        const auto *slopes = dialog.Control<QComboBox>(345);
+        QStringList texts;
+        for (int i = 0; i < slopes->count(); ++i)
+            texts << slopes->itemText(i);
+        EXPECT_EQ(texts, QStringList({" < 1%", " 1 - 4%  ", " 4 - 10%", " > 10%"}));
+        const auto *runoff = dialog.Control<QComboBox>(347);
+        ASSERT_EQ(runoff->count(), 11);
+        for (int i = 0; i < 11; ++i)
+            EXPECT_EQ(runoff->itemText(i), QString::number(10 * i));
+    });
+}
+
+TEST_F(StartUp, TheZoomFactorComesFromTheSettings)
+{
+    setSetting("DEFAULT_ZOOM", 2.25);
+    run([](CDialogUnderTest &dialog) { EXPECT_EQ(dialog.text(218), "2.25"); });
+}
+
+TEST_F(StartUp, TheZoomCheckIsReadFromTheSettingsAndWrittenAtOnce)
+{
+    run([](CDialogUnderTest &dialog) {
+        EXPECT_FALSE(dialog.isChecked(296));
+        dialog.click(296);
+        int on = 0;
+        EXPECT_NE(CModuleConfiguration::Instance()->GetGSValueInt(L"ZOOM_ONOFF", on), 0);
+        EXPECT_EQ(on, 1);
+    });
+    run([](CDialogUnderTest &dialog) { EXPECT_TRUE(dialog.isChecked(296)); });
+}
+
+TEST_F(StartUp, TheStatusLineShowsTheIdleTextInBlue)
+{
+    run([&](CDialogUnderTest &dialog) {
+        EXPECT_EQ(dialog.text(281), ToQString(message(658)));
+        EXPECT_EQ(dialog.colour(281), 0xFF0000u);
+        EXPECT_TRUE(dialog.GetDlgItem(281)->font().bold());
+    });
+}
+
+TEST_F(StartUp, SwatchesShowTheColoursOfTheSettings)
+{
+    setSetting("CATCH_HATCH_COLOR_DEFINED", 5);
+    run([](CDialogUnderTest &dialog) {
+        const auto shown = [&](int control) { return dialog.GetDlgItem(control)->palette().color(QPalette::Window); };
+        EXPECT_EQ(shown(332), ColourOf(acedGetRGB(5)));
+        EXPECT_EQ(shown(333), ColourOf(acedGetRGB(4))); // without a setting
+    });
+}
+
+TEST_F(StartUp, TheLabelCatalogueFillsItsComboInKeyOrderAndTheFirstIsChosen)
+{
+    run([](CDialogUnderTest &dialog) {
+        const auto catalog = Data::CCatalogManager::Instance()->GetCatalog(L"CA_LABEL_CATALOG", 1);
+        ASSERT_TRUE(catalog);
+        QStringList expected;
+        for (const auto &[key, item] : *catalog->GetAllElementsMap()) {
+            if (item->IsGroup() == 0)
+                expected << ToQString(item->GetName());
+        }
+        ASSERT_FALSE(expected.isEmpty());
+        const auto *combo = dialog.Control<QComboBox>(135);
+        QStringList shown;
+        for (int i = 0; i < combo->count(); ++i)
+            shown << combo->itemText(i);
+        EXPECT_EQ(shown, expected);
+        EXPECT_EQ(combo->currentIndex(), 0);
+    });
+}
+
+TEST_F(StartUp, TheListHasItsTwoColumnsAtLeastAsWideAsTold)
+{
+    run([&](CDialogUnderTest &dialog) {
+        const QTreeWidget &list = *dialog.list();
+        ASSERT_EQ(list.columnCount(), 2);
+        EXPECT_EQ(list.headerItem()->text(0), ToQString(message(1994)));
+        EXPECT_EQ(list.headerItem()->text(1), ToQString(message(1989)));
+        EXPECT_GE(list.columnWidth(0), 78);
+        EXPECT_GE(list.columnWidth(1), 76);
+        EXPECT_EQ(list.selectionBehavior(), QAbstractItemView::SelectRows);
+    });
+}
+
+TEST_F(StartUp, LayersAreSummedUpInOneLineAndListedInTheTip)
+{
+    const auto expectShown = [&](const QString &summary, const QString &tip) {
+        run([&](CDialogUnderTest &dialog) {
+            EXPECT_EQ(dialog.text(363), summary);
+            EXPECT_EQ(dialog.GetDlgItem(363)->toolTip(), tip);
+        });
+    };
+    expectShown("PARCELS", "PARCELS");
+    setLayers({L"A", L"B", L"C"});
+    expectShown("***", "A\nB\nC");
+}
+
+TEST_F(StartUp, WithoutLayersTheSummarySaysSo)
+{
+    m_session.setDrawing(velmor::Drawing::createNew());
+    run([&](CDialogUnderTest &dialog) {
+        EXPECT_EQ(dialog.text(363), ToQString(message(3996)));
+        EXPECT_EQ(dialog.GetDlgItem(363)->toolTip(), ToQString(message(3996)));
+    });
+}
+
+TEST_F(StartUp, EveryControlThatTakesTheFocusHasAnAccessibleName)
+{
+    run([](CDialogUnderTest &dialog) {
+        for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
+            if (widget->focusPolicy() == Qt::NoFocus || !widget->property(kControlIdProperty).isValid())
+                continue;
+            QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(const_cast<QWidget *>(widget));
+            ASSERT_NE(accessible, nullptr);
+            EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty()) << widget->property(kControlIdProperty).toInt();
+        }
+    });
+}
+
+TEST_F(StartUp, KeyboardLettersAreUniqueAndEveryOfferedCaptionOfWeightHasOne)
+{
+    for (const char *language : {"hr", "en"}) {
+        velmor::Services::instance().start({.language = language}, velmor::Services::instance().paths());
+        run([](CDialogUnderTest &dialog) {
+            QString letters;
+            const auto take = [&](int control) {
+                const QWidget *widget = dialog.GetDlgItem(control);
+                const auto *label = qobject_cast<const QLabel *>(widget);
+                const QString text = label ? label->text() : qobject_cast<const QAbstractButton *>(widget)->text();
+                const qsizetype mark = text.indexOf('&');
+                ASSERT_GE(mark, 0) << control;
+                const QChar letter = text.at(mark + 1).toUpper();
+                EXPECT_FALSE(letters.contains(letter)) << control;
+                letters += letter;
+            };
+            for (const int control : {221, 290, 203, 289, 268, 328, 301, 324, 327, 106, 107, 108, 296, 274, 259, 2, 3})
+                take(control);
+        });
+    }
+}
+
+TEST_F(StartUp, NothingIsCutOffInEitherLanguage)
+{
+    for (const char *language : {"hr", "en"}) {
+        velmor::Services::instance().start({.language = language}, velmor::Services::instance().paths());
+        run([](CDialogUnderTest &dialog) {
+            for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
+                const bool shows =
+                    qobject_cast<const QLabel *>(widget) || qobject_cast<const QAbstractButton *>(widget);
+                if (shows && widget->isVisible() && widget->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored) {
+                    EXPECT_GE(widget->width(), widget->sizeHint().width()) << widget->objectName().toStdString();
+                }
+            }
+        });
+    }
+}
+
+TEST_F(StartUp, ClosingClearsMarksAndTemporaryDrawing)
+{
+    Journal::instance().setRecording(true);
+    run([](CDialogUnderTest &) { Journal::instance().clear(); });
+    EXPECT_THAT(calls({"CCatchmentAreaManager::UnMarkAllCatchments", "acedRedraw"}),
+                ElementsAre("CCatchmentAreaManager::UnMarkAllCatchments", "acedRedraw"));
+    EXPECT_THAT(entriesOf("CCatchmentAreaManager::UnMarkAllCatchments").front().arguments, ElementsAre("7"));
+}
+
+TEST_F(StartUp, EscapeAndTheCloseButtonBothEndTheDialog)
+{
+    run([](CDialogUnderTest &dialog) {
+        dialog.click(2);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    run([](CDialogUnderTest &dialog) {
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(&dialog, &escape);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+}
+
+TEST_F(StartUp, EnterInAnEditPressesNothing)
+{
+    run([](CDialogUnderTest &dialog) {
+        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        QApplication::sendEvent(dialog.GetDlgItem(218), &enter);
+        EXPECT_TRUE(dialog.isVisible());
+    });
+}
+
+TEST_F(StartUp, TheDocumentIsLockedWhileTheDialogLives)
+{
+    EXPECT_EQ(m_session.documentLocks(), 0);
+    run([&](CDialogUnderTest &) { EXPECT_GT(m_session.documentLocks(), 0); });
+    EXPECT_EQ(m_session.documentLocks(), 0);
+}
+
+TEST_F(StartUp, WithoutADrawingTheDialogOpensEmpty)
+{
+    m_session.setDrawing(nullptr);
+    run([&](CDialogUnderTest &dialog) {
+        EXPECT_EQ(dialog.text(281), ToQString(message(658)));
+        dialog.choose(257, 2);
+        EXPECT_EQ(dialog.text(281), ToQString(message(658)));
+    });
+}
+
+} // namespace
