@@ -56,6 +56,17 @@ public:
         }
     }
 
+    /// The same for every half-edge that coincides with the piece, and reaches the piece for it.
+    template <class Visit>
+    void outlinesAlongPiece(std::uint32_t piece, Visit visit)
+    {
+        const List l = list(piece);
+        for (std::uint32_t s = l.first; s + 1 < l.first + l.count; ++s) {
+            visit(outlineOf(representative(s << 1)));
+            visit(outlineOf(representative((s << 1) | 1U)));
+        }
+    }
+
     /// The half-edge that follows on the outline of the face to the left; its twin at a loose end.
     HalfEdge next(HalfEdge h);
     /// The half-edge that leaves the node with the direction (from the node) just to its left.

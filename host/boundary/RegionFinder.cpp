@@ -177,10 +177,11 @@ void RegionFinder::findIslands(std::uint32_t face)
     std::vector<std::uint32_t> seen;
     std::vector<RingLocator> open; // islands that reach farther right
     for (const Candidate &c : inside) {
+        const auto isSeen = [&](std::uint32_t number) {
+            return number == face || std::find(seen.begin(), seen.end(), number) != seen.end();
+        };
         bool isDone = false;
-        m_arrangement.outlinesOfPiece(c.piece, [&](std::uint32_t number) {
-            isDone = isDone || std::find(seen.begin(), seen.end(), number) != seen.end();
-        });
+        m_arrangement.outlinesOfPiece(c.piece, [&](std::uint32_t number) { isDone = isDone || isSeen(number); });
         if (isDone)
             continue;
         std::erase_if(open, [&](const RingLocator &r) { return r.box().x1 < c.left.x - pad; });
@@ -188,14 +189,23 @@ void RegionFinder::findIslands(std::uint32_t face)
             isDone = isDone || ring.locate(c.px, c.py) != RingLocator::Place::Outside;
         if (isDone)
             continue;
+        // It may coincide with a piece that was walked in its place.
+        m_arrangement.outlinesAlongPiece(c.piece, [&](std::uint32_t number) { isDone = isDone || isSeen(number); });
+        if (isDone)
+            continue;
         const double west = std::max(box.x1 - box.x0, box.y1 - box.y0);
         const HalfEdge h = m_arrangement.facing(c.piece, c.left.x, c.left.y, c.left.x - west, c.left.y);
         if (h == kNoHalfEdge)
             continue;
         const std::uint32_t number = m_outlines.of(h);
-        if (m_outlines[number].isFace || number == face || std::find(seen.begin(), seen.end(), number) != seen.end())
+        if (m_outlines[number].isFace || isSeen(number))
             continue;
         seen.push_back(number);
+        if (m_outlines[number].holes.empty())
+            continue;
+        const RingVertex &corner = m_outlines[number].holes[0][0];
+        if (outer.locate(corner.x, corner.y) != RingLocator::Place::Inside)
+            continue;
         m_outlines[number].around = face;
         for (const Ring &ring : m_outlines[number].holes) {
             islands.push_back(ring);
