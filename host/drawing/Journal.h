@@ -25,14 +25,25 @@ public:
     static Journal &instance();
     /// Starts an empty record (true), or stops recording and keeps what was written (false).
     void setRecording(bool on);
-    bool isRecording() const { return m_recording; }
+    bool isRecording() const { return m_recording && m_pauses == 0; }
     const std::vector<JournalEntry> &entries() const { return m_entries; }
     void clear() { m_entries.clear(); }
     void add(JournalEntry entry) { m_entries.push_back(std::move(entry)); }
 
 private:
+    friend class JournalPause;
     bool m_recording = false;
+    int m_pauses = 0;
     std::vector<JournalEntry> m_entries;
+};
+
+/// Keeps the operations that another operation works through out of the record, for its own life; nests.
+class JournalPause {
+public:
+    JournalPause() { ++Journal::instance().m_pauses; }
+    ~JournalPause() { --Journal::instance().m_pauses; }
+    JournalPause(const JournalPause &) = delete;
+    JournalPause &operator=(const JournalPause &) = delete;
 };
 
 std::string journalText(std::string_view text);
