@@ -1,7 +1,9 @@
 // The sewage network of a drawing: sections and nodes that stand on drawing entities with attached data.
 //
-// The drawing alone carries the network: a section is a line, an arc or a polyline with the attached key
-// "VELMOR_SECTION", a node a point or a block reference with "VELMOR_NODE". Lengths are drawing units (metres).
+// The drawing alone carries the network: a section is a line, an arc or a polyline of model space with the attached key
+// "VELMOR_SECTION", a node a point or a block reference with "VELMOR_NODE" (see NetworkData.h). Lengths are drawing
+// units (metres). The network is made at the first question and follows the drawing's changes from then on; a lookup
+// costs the same at every size.
 #pragma once
 
 #include "contracts/NetworkTopology.h"
@@ -28,7 +30,9 @@ public:
     const std::vector<NodePtr> &nodes() const;
     SectionPtr sectionByName(const std::wstring &name) const; ///< exact; the first of several
     NodePtr nodeByName(const std::wstring &name) const;
-    /// All sections that drain through the node (or the section's lower end), nearest first, each once.
+    NodePtr nodeByGuid(const std::wstring &guid) const;
+    /// All sections that drain through the node, or through the section when no node has the name (that one first),
+    /// nearest first by the number of sections between, each once.
     std::vector<SectionPtr> upstreamOf(const std::wstring &nodeOrSectionName) const;
 
     SectionPtr GetSectionById(const AcDbObjectId &id) const override;
@@ -36,6 +40,9 @@ public:
     SectionPtr GetSectionByGuid(const wchar_t *guid) const override;
 
 private:
+    void entityAppended(AcDbEntity &entity) override;
+    void entityModified(AcDbEntity &entity) override;
+    void entityErased(AcDbEntity &entity, bool erased) override;
     struct Private;
     std::unique_ptr<Private> d;
 };

@@ -1,0 +1,254 @@
+#include "host/network/Network.h"
+
+#include "host/network/NetworkEntities.h"
+
+#include <boost/make_shared.hpp>
+
+#include <bit>
+#include <deque>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace velmor {
+
+namespace {
+
+struct IdHash {
+    std::size_t operator()(const AcDbObjectId &id) const
+    {
+        return std::hash<std::uintptr_t>()(std::bit_cast<std::uintptr_t>(id));
+    }
+};
+
+/// All sections (or nodes) that a drawing has had, with the indexes over those that it has now.
+template <class Entity, class Contract, auto Parse>
+class Registry {
+public:
+    using Pointer = boost::shared_ptr<Contract>;
+
+    explicit Registry(const char *key) : m_key(key) {}
+
+    void build(Drawing &drawing)
+    {
+        std::unordered_set<const AcDbEntity *> carriers;
+        for (AcDbEntity *entity : drawing.entitiesWithData(m_key))
+            carriers.insert(entity);
+        if (carriers.empty())
+            return;
+        for (AcDbEntity *entity : drawing.modelSpace().entities())
+            if (carriers.contains(entity))
+                update(drawing, *entity);
+    }
+
+    /// Takes up what the entity's data says now.
+    void update(Drawing &drawing, AcDbEntity &entity)
+    {
+        const auto items = drawing.data(entity, m_key);
+        auto data = items ? Parse(*items) : std::nullopt;
+        const auto known = m_byId.find(idOf(entity));
+        if (known == m_byId.end()) {
+            const BlockRecord *owner = data ? ownerOf(entity) : nullptr;
+            if (owner && owner->isModelSpace())
+                add(boost::make_shared<Entity>(drawing, entity, std::move(*data)));
+            return;
+        }
+        Entity &present = *known->second;
+        const bool same = data && *data == present.data() && present.isPresent();
+        present.setWithdrawn(!data);
+        if (data)
+            present.setData(std::move(*data));
+        m_stale = m_stale || !same;
+    }
+
+    void erasedOrBack(AcDbEntity &entity) { m_stale = m_stale || m_byId.contains(idOf(entity)); }
+
+    const std::vector<Pointer> &list() const
+    {
+        refresh();
+        return m_list;
+    }
+    Pointer byId(const AcDbObjectId &id) const
+    {
+        const auto found = m_byId.find(id);
+        return found != m_byId.end() && found->second->isPresent() ? found->second : Pointer();
+    }
+    Pointer byGuid(const std::wstring &guid) const { return find(m_byGuid, guid); }
+    Pointer byName(const std::wstring &name) const { return find(m_byName, name); }
+
+private:
+    using Index = std::unordered_map<std::wstring, Pointer>;
+
+    Pointer find(const Index &index, const std::wstring &text) const
+    {
+        refresh();
+        const auto found = index.find(text);
+        return found == index.end() ? Pointer() : found->second;
+    }
+
+    void add(boost::shared_ptr<Entity> made)
+    {
+        m_all.push_back(made);
+        m_byId.emplace(made->GetObjectId(), made);
+        if (!m_stale)
+            enter(made);
+    }
+
+    /// The first of several with one GUID or name keeps its place.
+    void enter(const boost::shared_ptr<Entity> &entity) const
+    {
+        m_list.push_back(entity);
+        m_byGuid.emplace(entity->data().guid, entity);
+        m_byName.emplace(entity->data().name, entity);
+    }
+
+    void refresh() const
+    {
+        if (!m_stale)
+            return;
+        m_stale = false;
+        m_list.clear();
+        m_byGuid.clear();
+        m_byName.clear();
+        for (const auto &entity : m_all)
+            if (entity->isPresent())
+                enter(entity);
+    }
+
+    const char *m_key;
+    std::vector<boost::shared_ptr<Entity>> m_all; ///< in the drawing's order, erased ones too
+    std::unordered_map<AcDbObjectId, boost::shared_ptr<Entity>, IdHash> m_byId;
+    mutable bool m_stale = false; ///< the three below are to be made anew
+    mutable std::vector<Pointer> m_list;
+    mutable Index m_byGuid, m_byName;
+};
+
+} // namespace
+
+struct Network::Private {
+    explicit Private(Drawing &d) : drawing(d) {}
+
+    /// The drawing is walked once, at the first question; from then on its changes are followed.
+    void build()
+    {
+        if (built)
+            return;
+        built = true;
+        nodes.build(drawing);
+        sections.build(drawing);
+    }
+
+    Drawing &drawing;
+    bool built = false;
+    Registry<SectionEntity, ZEMGis::Topology::CSection, sectionDataOf> sections{kSectionKey};
+    Registry<NodeEntity, ZEMGis::Topology::CNode, nodeDataOf> nodes{kNodeKey};
+};
+
+Network::Network(Drawing &drawing) : d(std::make_unique<Private>(drawing))
+{
+    drawing.addObserver(*this);
+}
+Network::~Network()
+{
+    d->drawing.removeObserver(*this);
+}
+
+void Network::entityAppended(AcDbEntity &entity)
+{
+    entityModified(entity);
+}
+
+void Network::entityModified(AcDbEntity &entity)
+{
+    if (!d->built)
+        return;
+    d->nodes.update(d->drawing, entity);
+    d->sections.update(d->drawing, entity);
+}
+
+void Network::entityErased(AcDbEntity &entity, bool /*erased*/)
+{
+    d->nodes.erasedOrBack(entity);
+    d->sections.erasedOrBack(entity);
+}
+
+const std::vector<Network::SectionPtr> &Network::sections() const
+{
+    d->build();
+    return d->sections.list();
+}
+
+const std::vector<Network::NodePtr> &Network::nodes() const
+{
+    d->build();
+    return d->nodes.list();
+}
+
+Network::SectionPtr Network::sectionByName(const std::wstring &name) const
+{
+    d->build();
+    return d->sections.byName(name);
+}
+
+Network::NodePtr Network::nodeByName(const std::wstring &name) const
+{
+    d->build();
+    return d->nodes.byName(name);
+}
+
+Network::NodePtr Network::nodeByGuid(const std::wstring &guid) const
+{
+    d->build();
+    return guid.empty() ? NodePtr() : d->nodes.byGuid(guid);
+}
+
+std::vector<Network::SectionPtr> Network::upstreamOf(const std::wstring &nodeOrSectionName) const
+{
+    std::unordered_map<std::wstring, std::vector<SectionPtr>> endingAt; // by the node's GUID
+    for (const SectionPtr &section : sections()) {
+        const std::wstring &end = static_cast<const SectionEntity &>(*section).data().endNode;
+        if (!end.empty())
+            endingAt[end].push_back(section);
+    }
+    std::vector<SectionPtr> found;
+    std::unordered_set<const ZEMGis::Topology::CSection *> seen;
+    std::deque<std::wstring> open; // nodes still to be asked, nearest first
+    const auto take = [&](const SectionPtr &section) {
+        if (!seen.insert(section.get()).second)
+            return;
+        found.push_back(section);
+        open.push_back(static_cast<const SectionEntity &>(*section).data().startNode);
+    };
+    if (const NodePtr node = nodeByName(nodeOrSectionName))
+        open.push_back(node->GetGuid());
+    else if (const SectionPtr section = sectionByName(nodeOrSectionName))
+        take(section);
+    for (; !open.empty(); open.pop_front())
+        if (const auto sectionsThere = endingAt.find(open.front()); sectionsThere != endingAt.end())
+            for (const SectionPtr &section : sectionsThere->second)
+                take(section);
+    return found;
+}
+
+Network::SectionPtr Network::GetSectionById(const AcDbObjectId &id) const
+{
+    d->build();
+    return d->sections.byId(id);
+}
+
+Network::SectionPtr Network::GetSectionByHandle(const wchar_t *handleText) const
+{
+    const AcDbHandle handle(handleText ? handleText : L"");
+    if (handle.isNull())
+        return {};
+    d->build();
+    AcDbObject *object = d->drawing.findByHandle(handle.value());
+    return object ? d->sections.byId(idOf(*object)) : SectionPtr();
+}
+
+Network::SectionPtr Network::GetSectionByGuid(const wchar_t *guid) const
+{
+    d->build();
+    return guid && *guid ? d->sections.byGuid(guid) : SectionPtr();
+}
+
+} // namespace velmor
