@@ -1,6 +1,6 @@
 // GUIDs, and the attributes of a block definition.
 #include "contracts/CoreServices.h"
-#include "host/drawing/Drawing.h"
+#include "host/drawing/Blocks.h"
 #include "host/drawing/Journal.h"
 
 #include <array>
@@ -29,22 +29,16 @@ std::wstring CUtility::CreateGUID()
 
 int CUtility::GetAttributesFromBlockDef(const AcDbObjectId &definition, CStringArray &tags)
 {
-    velmor::journal("CUtility::GetAttributesFromBlockDef", definition.handle().value());
+    velmor::journal("CUtility::GetAttributesFromBlockDef", definition);
     AcDbObject *object = nullptr;
     if (acdbOpenAcDbObject(object, definition, AcDb::kForRead) != Acad::eOk)
         return 0;
-    int count = 0;
-    if (const auto *record = dynamic_cast<const velmor::BlockRecord *>(object)) {
-        for (const AcDbEntity *entity : record->entities()) {
-            const auto *attribute = dynamic_cast<const velmor::AttributeDefinitionEntity *>(entity);
-            if (!attribute || attribute->isErased())
-                continue;
-            tags.push_back(attribute->tag());
-            ++count;
-        }
-    }
+    std::vector<std::wstring> found;
+    if (const auto *record = dynamic_cast<const velmor::BlockRecord *>(object))
+        found = velmor::attributeTagsOf(*record);
     object->close();
-    return count;
+    tags.insert(tags.end(), found.begin(), found.end());
+    return static_cast<int>(found.size());
 }
 
 } // namespace ZEMGis::Utility
