@@ -31,6 +31,10 @@ if(VELMOR_SANITIZE)
     add_compile_options(-fsanitize=${VELMOR_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
     add_link_options(-fsanitize=${VELMOR_SANITIZE})
 endif()
+if(VELMOR_FUZZ)
+    # Coverage of the code under test is what leads the fuzzer on.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
 
 # velmor_library(NAME [QT] [LINK lib...] [PRIVATE lib...]): a static library of all sources of this folder.
 function(velmor_library NAME)

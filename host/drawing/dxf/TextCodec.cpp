@@ -158,7 +158,7 @@ std::optional<PageName> pageNameOf(std::string_view codePage)
 bool isPlain(std::string_view bytes)
 {
     for (const char c : bytes)
-        if (static_cast<signed char>(c) < 0 || c == '\\' || c == '^')
+        if (static_cast<signed char>(c) <= 0 || c == '\\' || c == '^')
             return false;
     return true;
 }
@@ -351,7 +351,9 @@ std::string TextCodec::encode(std::wstring_view text) const
     bytes.reserve(text.size());
     for (const wchar_t c : text) {
         const auto value = static_cast<std::uint32_t>(c);
-        if (value < 0x20) {
+        if (value == 0) {
+            continue; // no file can hold it
+        } else if (value < 0x20) {
             bytes.push_back('^');
             bytes.push_back(static_cast<char>(value + '@'));
         } else if (c == L'^') {

@@ -125,6 +125,15 @@ TEST(TextCodec, ControlCharactersAndTheCaretAreEscaped)
     EXPECT_EQ(utf8().decode("x^2 and ^"), L"x^2 and ^");
 }
 
+TEST(TextCodec, AZeroByteSurvivesAndAZeroCharacterIsDropped)
+{
+    const std::string bytes("a\0b", 3);
+    EXPECT_EQ(utf8().encode(utf8().decode(bytes)), bytes);
+    EXPECT_EQ(old("ANSI_1250").encode(old("ANSI_1250").decode(bytes)), bytes);
+    EXPECT_EQ(utf8().encode(std::wstring(L"a\0b", 3)), "ab");
+    EXPECT_EQ(utf8().decode("^@"), L"^@");
+}
+
 TEST(TextCodec, BytesThatMeanNothingSurvive)
 {
     struct Row {
