@@ -1,0 +1,115 @@
+#include "host/editor/MainWindow.h"
+#include "host/editor/Viewport.h"
+
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace velmor {
+namespace {
+
+class MainWindowTest : public testing::Test {
+protected:
+    MainWindowTest()
+    {
+        session.setDrawing(Drawing::createNew());
+        session.drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(100, 80)));
+        window = std::make_unique<MainWindow>(session);
+        window->show();
+        viewport = window->findChild<Viewport *>();
+        input = window->findChild<QLineEdit *>();
+        QTest::qWait(0);
+    }
+
+    /// Does something while the prompt waits.
+    static void meanwhile(std::function<void()> action) { QTimer::singleShot(0, std::move(action)); }
+
+    QPoint pixelOf(double x, double y) const { return viewport->view().toView(x, y).toPoint(); }
+
+    Session session;
+    std::unique_ptr<MainWindow> window;
+    Viewport *viewport = nullptr;
+    QLineEdit *input = nullptr;
+};
+
+TEST_F(MainWindowTest, APointPromptTakesAClickAsItsWorldPoint)
+{
+    meanwhile([&] { QTest::mouseClick(viewport, Qt::LeftButton, {}, pixelOf(30.0, 40.0)); });
+    ads_point point{};
+    ASSERT_EQ(acedGetPoint(nullptr, L"Point:", point), RTNORM);
+    const double pixel = 1.0 / viewport->view().pixelsPerUnit;
+    EXPECT_NEAR(point[0], 30.0, pixel);
+    EXPECT_NEAR(point[1], 40.0, pixel);
+}
+
+TEST_F(MainWindowTest, APointPromptTakesTypedCoordinates)
+{
+    meanwhile([&] {
+        QTest::keyClicks(input, QStringLiteral("12.5,7"));
+        QTest::keyClick(input, Qt::Key_Return);
+    });
+    ads_point point{};
+    ASSERT_EQ(acedGetPoint(nullptr, L"Point:", point), RTNORM);
+    EXPECT_DOUBLE_EQ(point[0], 12.5);
+    EXPECT_DOUBLE_EQ(point[1], 7.0);
+}
+
+TEST_F(MainWindowTest, EscapeEndsAPrompt)
+{
+    meanwhile([&] { QTest::keyClick(viewport, Qt::Key_Escape); });
+    ads_point point{};
+    EXPECT_EQ(acedGetPoint(nullptr, L"Point:", point), RTCAN);
+    meanwhile([&] { QTest::keyClick(input, Qt::Key_Escape); });
+    std::wstring text;
+    EXPECT_EQ(acedGetString(0, L"Text:", text), RTCAN);
+}
+
+TEST_F(MainWindowTest, AnEntityPromptPicksTheLineUnderThePointer)
+{
+    meanwhile([&] { QTest::mouseClick(viewport, Qt::LeftButton, {}, pixelOf(50.0, 40.0)); });
+    ads_name entity{};
+    ads_point point{};
+    ASSERT_EQ(acedEntSel(L"Entity:", entity, point), RTNORM);
+    AcDbObjectId id;
+    ASSERT_EQ(acdbGetObjectId(id, entity), Acad::eOk);
+    EXPECT_EQ(id, idOf(*session.drawing()->modelSpace().entities().front()));
+}
+
+TEST_F(MainWindowTest, AnEntityPromptMissesBesideTheLine)
+{
+    meanwhile([&] { QTest::mouseClick(viewport, Qt::LeftButton, {}, pixelOf(50.0, 10.0)); });
+    ads_name entity{};
+    ads_point point{};
+    EXPECT_NE(acedEntSel(L"Entity:", entity, point), RTNORM);
+}
+
+TEST_F(MainWindowTest, TheWheelZoomsAtThePointer)
+{
+    const QPointF pointer(200.0, 100.0);
+    const AcGePoint3d before = viewport->view().toWorld(pointer);
+    QWheelEvent wheel(pointer, viewport->mapToGlobal(pointer), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    const double scale = viewport->view().pixelsPerUnit;
+    QCoreApplication::sendEvent(viewport, &wheel);
+    EXPECT_GT(viewport->view().pixelsPerUnit, scale);
+    const AcGePoint3d after = viewport->view().toWorld(pointer);
+    EXPECT_NEAR(before.x, after.x, 1e-6);
+    EXPECT_NEAR(before.y, after.y, 1e-6);
+}
+
+TEST_F(MainWindowTest, ZoomToAnEntityCentresIt)
+{
+    session.drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(500, 500), AcGePoint3d(520, 510)));
+    ASSERT_TRUE(CZEMCEdit::zoom(idOf(*session.drawing()->modelSpace().entities().back()), 2.0));
+    EXPECT_NEAR(viewport->view().centerX, 510.0, 1e-6);
+    EXPECT_NEAR(viewport->view().centerY, 505.0, 1e-6);
+    const Extents visible = viewport->view().visible();
+    EXPECT_GT(visible.maxX - visible.minX, 2.0 * 20.0 * 0.99);
+}
+
+} // namespace
+} // namespace velmor
