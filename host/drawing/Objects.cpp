@@ -1,8 +1,10 @@
 // Opening, closing and walking the objects of a drawing.
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/Journal.h"
 #include "host/drawing/Transient.h"
 
 using velmor::Drawing;
+using velmor::journal;
 using velmor::ObjectAccess;
 
 namespace {
@@ -79,6 +81,7 @@ Acad::ErrorStatus AcDbObject::upgradeOpen()
 
 Acad::ErrorStatus AcDbObject::erase(bool erasing)
 {
+    journal("AcDbObject::erase", objectId(), erasing);
     Drawing *drawing = ObjectAccess::drawing(*this);
     if (!drawing)
         return Acad::eNotInDatabase;
@@ -306,6 +309,7 @@ std::wstring AcDbEntity::layer() const
 
 Acad::ErrorStatus AcDbEntity::setLayer(const std::wstring &name)
 {
+    journal("AcDbEntity::setLayer", objectId(), std::wstring_view(name));
     Drawing *drawing = ObjectAccess::drawing(*this);
     if (drawing && !isWriteEnabled())
         return Acad::eNotOpenForWrite;
@@ -330,6 +334,7 @@ int AcDbEntity::colorIndex() const
 
 Acad::ErrorStatus AcDbEntity::setColorIndex(int index, bool)
 {
+    journal("AcDbEntity::setColorIndex", objectId(), index);
     if (index < 0 || index > 256)
         return Acad::eInvalidInput;
     Drawing *drawing = ObjectAccess::drawing(*this);
@@ -345,6 +350,7 @@ Acad::ErrorStatus AcDbEntity::setColorIndex(int index, bool)
 
 Acad::ErrorStatus AcDbEntity::highlight(const AcDbFullSubentPath &, bool) const
 {
+    journal("AcDbEntity::highlight", objectId());
     Drawing *drawing = ObjectAccess::drawing(*this);
     if (!drawing)
         return Acad::eNotInDatabase;
@@ -354,6 +360,7 @@ Acad::ErrorStatus AcDbEntity::highlight(const AcDbFullSubentPath &, bool) const
 
 Acad::ErrorStatus AcDbEntity::unhighlight(const AcDbFullSubentPath &, bool) const
 {
+    journal("AcDbEntity::unhighlight", objectId());
     Drawing *drawing = ObjectAccess::drawing(*this);
     if (!drawing)
         return Acad::eNotInDatabase;
@@ -373,7 +380,8 @@ Acad::ErrorStatus ObjectAccess::changeLine(AcDbLine &line, AcGePoint3d &end, con
     return Acad::eOk;
 }
 
-Acad::ErrorStatus AcDbEntity::booleanOper(int, AcDbEntity *)
+Acad::ErrorStatus AcDbEntity::booleanOper(int operation, AcDbEntity *other)
 {
+    journal("AcDbEntity::booleanOper", objectId(), operation, other ? other->objectId() : AcDbObjectId());
     return Acad::eNotAvailable;
 }

@@ -612,3 +612,27 @@ TEST_F(BlockReferences, WhatTheWrappersDoIsInTheJournal)
                     JournalEntry{"CZEMCDraw::insertBlockReference", {definition, "1,2,0", "null", "3"}},
                     JournalEntry{"CZEMCBlockReferencePtr::setAttributeText", {journalText(id), "ATT1", "Sliv"}}));
 }
+
+TEST_F(Wrappers, WhatIsDoneToEntitiesIsInTheJournal)
+{
+    const auto id = add(std::make_unique<AcDbLine>());
+    const std::string handle = journalText(id);
+    m_drawing->ensureLayer(L"Slivovi");
+    CZEMCEntityPtr line(id, AcDb::kForWrite);
+    Journal::instance().setRecording(true);
+    line->setLayer(L"Slivovi");
+    line->setColorIndex(5);
+    line->highlight();
+    line->unhighlight();
+    EXPECT_EQ(line->layer(), L"Slivovi");
+    EXPECT_EQ(line->booleanOper(0, line.get()), Acad::eNotAvailable);
+    line->erase(true);
+    Journal::instance().setRecording(false);
+    EXPECT_THAT(Journal::instance().entries(),
+                ElementsAre(JournalEntry{"AcDbEntity::setLayer", {handle, "Slivovi"}},
+                            JournalEntry{"AcDbEntity::setColorIndex", {handle, "5"}},
+                            JournalEntry{"AcDbEntity::highlight", {handle}},
+                            JournalEntry{"AcDbEntity::unhighlight", {handle}},
+                            JournalEntry{"AcDbEntity::booleanOper", {handle, "0", handle}},
+                            JournalEntry{"AcDbObject::erase", {handle, "1"}}));
+}
