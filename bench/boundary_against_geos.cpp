@@ -1,0 +1,183 @@
+// Regions against GEOS on a made town, as ratios in one run:
+//   boundary_against_geos [SEGMENTS...] [--no-geos]
+// GEOS nodes all linework (OverlayNGRobust), makes polygons of it (Polygonizer) and keeps a tree of them; then the
+// 2,000 points are looked up. Ours builds its index and traces the same 2,000 regions with islands and true arcs. Each
+// leg runs in a process of its own, so that its peak of memory can be told.
+#include "bench/MadeTown.h"
+#include "tests/host/boundary/Referee.h"
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <string>
+
+using namespace velmor;
+using namespace velmor::boundary;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+struct Leg {
+    double seconds[6] = {};
+    double peakMegabytes = 0.0;
+    std::size_t found = 0;
+};
+
+double peakMegabytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) / 1024.0;
+}
+
+/// Runs the leg in a child process; its peak is what it needs beyond what it started with.
+Leg apart(const std::function<void(Leg &)> &run)
+{
+    int ends[2];
+    if (pipe(ends) != 0)
+        return {};
+    const pid_t child = fork();
+    if (child == 0) {
+        Leg leg;
+        run(leg);
+        leg.peakMegabytes = peakMegabytes();
+        const ssize_t written = write(ends[1], &leg, sizeof leg);
+        _exit(written == sizeof leg ? 0 : 1);
+    }
+    Leg leg;
+    const ssize_t got = read(ends[0], &leg, sizeof leg);
+    close(ends[0]);
+    close(ends[1]);
+    waitpid(child, nullptr, 0);
+    return got == sizeof leg ? leg : Leg{};
+}
+
+constexpr std::size_t kPoints = 2000, kOpen = 130;
+
+/// Answers 2,000 points; `open` of them lie in no region.
+double traceAll(Linework &lines, const bench::MadeTown &town, std::size_t open, std::size_t &found)
+{
+    const auto start = Clock::now();
+    for (std::size_t i = 0; i < kPoints; ++i) {
+        // The open ones are spread evenly.
+        const bool isOpen = open > 0 && i * open / kPoints != (i + 1) * open / kPoints;
+        const std::vector<Point> &points = isOpen ? town.openSections : town.sections;
+        found += lines.regionAt(points[i % points.size()], {.islands = true}) ? 1 : 0;
+    }
+    return secondsSince(start);
+}
+
+void ours(Leg &leg, std::size_t segments)
+{
+    bench::MadeTown town = bench::makeTown(segments, 1);
+    auto start = Clock::now();
+    Linework lines(std::move(town.pieces));
+    leg.seconds[0] = secondsSince(start);
+    leg.seconds[1] = traceAll(lines, town, 0, leg.found);
+    std::fprintf(stderr, "  ours keeps %.1f MB\n", static_cast<double>(lines.memoryBytes()) / 1e6);
+}
+
+void oursWithOpen(Leg &leg, std::size_t segments)
+{
+    const bench::MadeTown town = bench::makeTown(segments, 1);
+    Linework lines(town.pieces);
+    auto start = Clock::now();
+    const Region region = lines.regionAt(town.openSections[0]);
+    leg.seconds[0] = secondsSince(start); // one alone
+    leg.found = region ? 1 : 0;
+    start = Clock::now();
+    Linework again(town.pieces);
+    leg.seconds[1] = secondsSince(start);
+    leg.seconds[2] = traceAll(again, town, kOpen, leg.found);
+}
+
+void geos(Leg &leg, std::size_t segments)
+{
+    const bench::MadeTown town = bench::makeTown(segments, 1);
+    const auto start = Clock::now();
+    const boundary::testing::Referee referee(town.pieces, 8);
+    leg.seconds[0] = secondsSince(start);
+    const auto second = Clock::now();
+    for (std::size_t i = 0; i < kPoints; ++i)
+        leg.found += referee.hasFace(town.sections[i % town.sections.size()]) ? 1 : 0;
+    leg.seconds[1] = secondsSince(second);
+}
+
+void townAlone(Leg &, std::size_t segments)
+{
+    const bench::MadeTown town = bench::makeTown(segments, 1);
+}
+
+/// Seconds for a pick in linework where nothing was asked before, mean of some 200 at different places.
+double freshPick(std::size_t segments)
+{
+    const bench::MadeTown town = bench::makeTown(segments, 1);
+    double best = 1e9;
+    for (int round = 0; round < 5; ++round) {
+        Linework lines(town.pieces);
+        const std::size_t count = std::min<std::size_t>(town.sections.size() / 2, 200);
+        const auto start = Clock::now();
+        std::size_t found = 0;
+        for (std::size_t i = 0; i < count; ++i)
+            found += lines.regionAt(town.sections[i], {.islands = true}) ? 1 : 0;
+        if (found > 0)
+            best = std::min(best, secondsSince(start) / static_cast<double>(count));
+    }
+    return best;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    std::vector<std::size_t> sizes;
+    bool withGeos = true;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--no-geos") == 0)
+            withGeos = false;
+        else
+            sizes.push_back(std::stoul(argv[i]));
+    }
+    if (sizes.empty())
+        sizes = {100000};
+    for (const std::size_t n : sizes) {
+        std::printf("%zu segments\n", n);
+        std::fflush(stdout);
+        const Leg base = apart([n](Leg &leg) { townAlone(leg, n); });
+        const Leg own = apart([n](Leg &leg) { ours(leg, n); });
+        const Leg open = apart([n](Leg &leg) { oursWithOpen(leg, n); });
+        const double total = own.seconds[0] + own.seconds[1];
+        std::printf("  index %.1f ms, 2000 regions %.1f ms (%zu found), together %.1f ms\n", own.seconds[0] * 1e3,
+                    own.seconds[1] * 1e3, own.found, total * 1e3);
+        std::printf("  with %zu open ones %.1f ms (%zu found): %.2f times; one open alone %.2f ms\n", kOpen,
+                    (open.seconds[1] + open.seconds[2]) * 1e3, open.found, (open.seconds[1] + open.seconds[2]) / total,
+                    open.seconds[0] * 1e3);
+        std::printf("  peak %.0f MB, of which the pieces handed in %.0f MB\n", own.peakMegabytes, base.peakMegabytes);
+        if (withGeos) {
+            const Leg other = apart([n](Leg &leg) { geos(leg, n); });
+            const double theirs = other.seconds[0] + other.seconds[1];
+            std::printf("  GEOS noding and polygons %.2f s, 2000 look-ups %.1f ms (%zu found), peak %.0f MB\n",
+                        other.seconds[0], other.seconds[1] * 1e3, other.found, other.peakMegabytes);
+            std::printf("  ratio of time %.4f, of memory %.3f\n", total / theirs,
+                        own.peakMegabytes / other.peakMegabytes);
+        }
+        std::fflush(stdout);
+    }
+    const double small = freshPick(10000);
+    for (const std::size_t n : sizes) {
+        const double pick = freshPick(n);
+        std::printf("a pick: %.2f us at 10000, %.2f us at %zu: %.2f times\n", small * 1e6, pick * 1e6, n, pick / small);
+    }
+    return 0;
+}
