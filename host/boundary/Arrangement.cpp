@@ -57,12 +57,9 @@ double curvatureOf(const Stored &piece)
 void Arrangement::reset(double tolerance)
 {
     m_tolerance = tolerance;
-    if (m_listOf.size() != m_index.pieces().size()) {
-        m_listOf.assign(m_index.pieces().size(), 0);
-    } else {
-        for (const List &l : m_lists)
-            m_listOf[l.piece] = 0;
-    }
+    for (const List &l : m_lists)
+        m_listOf[l.piece] = 0;
+    m_listOf.resize(m_index.pieces().size(), 0);
     m_lists.clear();
     m_slots.clear();
     m_nodes.clear();
@@ -504,6 +501,15 @@ HalfEdge Arrangement::facing(std::uint32_t number, double x, double y, double fr
         isLeft = std::abs(side) > 1e-6 * std::hypot(fromX - x, fromY - y) ? side > 0 : piece.bulge < 0;
     }
     return representative((s << 1) | (isLeft ? 0U : 1U));
+}
+
+bool Arrangement::endsLoose(std::uint32_t piece, bool atA)
+{
+    const List l = list(piece);
+    if (l.count < 2)
+        return false;
+    const HalfEdge h = atA ? (l.first << 1) | 1U : (l.first + l.count - 2) << 1;
+    return next(h) == twin(h);
 }
 
 bool Arrangement::runsThrough(HalfEdge first, HalfEdge second)

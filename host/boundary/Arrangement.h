@@ -74,6 +74,8 @@ public:
     /// The half-edge of the piece at the point on it, with (fromX, fromY) on its left. Nothing lies between both
     /// points.
     HalfEdge facing(std::uint32_t piece, double x, double y, double fromX, double fromY);
+    /// Whether nothing goes on where the piece ends (or starts, at a); coincident pieces count once.
+    bool endsLoose(std::uint32_t piece, bool atA);
     /// Whether some piece runs from the first half-edge to the following second one without an end between them.
     bool runsThrough(HalfEdge first, HalfEdge second);
     /// Whether a piece as it was given ends at the node, and not just a part that an arc was cut into.

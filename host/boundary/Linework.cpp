@@ -15,11 +15,19 @@ struct Linework::Private {
     double tolerance = 0.0;
     std::uint32_t origins = 0;
     std::array<std::uint64_t, 2048> magnitudes{}; ///< number of pieces by exponent of their largest coordinate
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> bySource; ///< source and piece, sorted; empty when not known
+    /// Source and number of the pieces before sourcesEnd, sorted; those after it are looked through.
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> bySource;
+    std::uint32_t sourcesEnd = 0;
     bool isStale = false;
+    /// The linework with its gaps closed, for the tolerance that was asked for last.
+    std::unique_ptr<Private> joined;
+    double joinedTolerance = 0.0;
 
     void insert(std::span<const Piece> pieces);
+    void insertCut(std::vector<Stored> cut);
+    void remove(std::uint32_t source);
     void settle();
+    Private &withGapsClosed(double gapTolerance);
 };
 
 namespace {
@@ -55,16 +63,68 @@ void Linework::Private::insert(std::span<const Piece> pieces)
     cut.reserve(pieces.size());
     for (const Piece &piece : pieces)
         detail::cut(piece, origins++, tolerance, cut);
-    index.insert(std::move(cut));
-    bySource.clear();
+    insertCut(std::move(cut));
+}
+
+void Linework::Private::insertCut(std::vector<Stored> cut)
+{
+    if (index.insert(std::move(cut)) < sourcesEnd) {
+        bySource.clear();
+        sourcesEnd = 0;
+    }
+    isStale = true;
+}
+
+void Linework::Private::remove(std::uint32_t source)
+{
+    const auto count = static_cast<std::uint32_t>(index.pieces().size());
+    constexpr std::uint32_t kFewPieces = 4096;
+    if (count - sourcesEnd > std::max(kFewPieces, count / 8)) {
+        bySource.clear();
+        for (std::uint32_t i = 0; i < count; ++i)
+            bySource.emplace_back(index.pieces()[i].source, i);
+        std::sort(bySource.begin(), bySource.end());
+        sourcesEnd = count;
+    }
+    const auto first = std::lower_bound(bySource.begin(), bySource.end(), std::pair{source, 0U});
+    for (auto i = first; i != bySource.end() && i->first == source; ++i)
+        index.remove(i->second);
+    for (std::uint32_t i = sourcesEnd; i < count; ++i) {
+        if (index.pieces()[i].source == source)
+            index.remove(i);
+    }
     isStale = true;
 }
 
 void Linework::Private::settle()
 {
-    if (isStale)
-        finder.reset(tolerance);
+    if (!isStale)
+        return;
+    finder.reset(tolerance);
+    joined.reset();
     isStale = false;
+}
+
+Linework::Private &Linework::Private::withGapsClosed(double gapTolerance)
+{
+    if (joined && joinedTolerance == gapTolerance)
+        return *joined;
+    auto made = std::make_unique<Private>();
+    made->tolerance = tolerance;
+    std::vector<Stored> all;
+    all.reserve(index.size());
+    for (std::uint32_t i = 0; i < index.pieces().size(); ++i) {
+        if (!index.isRemoved(i))
+            all.push_back(index.pieces()[i]);
+    }
+    std::uint32_t origin = origins;
+    for (const Piece &joint : finder.jointsFor(gapTolerance))
+        detail::cut(joint, origin++, tolerance, all);
+    made->insertCut(std::move(all));
+    made->settle();
+    joined = std::move(made);
+    joinedTolerance = gapTolerance;
+    return *joined;
 }
 
 Linework::Linework() : d(std::make_unique<Private>()) {}
@@ -85,17 +145,7 @@ void Linework::insert(std::span<const Piece> pieces)
 
 void Linework::remove(std::uint32_t source)
 {
-    if (d->bySource.empty()) {
-        for (std::uint32_t i = 0; i < d->index.pieces().size(); ++i) {
-            if (!d->index.isRemoved(i))
-                d->bySource.emplace_back(d->index.pieces()[i].source, i);
-        }
-        std::sort(d->bySource.begin(), d->bySource.end());
-    }
-    const auto first = std::lower_bound(d->bySource.begin(), d->bySource.end(), std::pair{source, 0U});
-    for (auto i = first; i != d->bySource.end() && i->first == source; ++i)
-        d->index.remove(i->second);
-    d->isStale = true;
+    d->remove(source);
 }
 
 std::size_t Linework::size() const
@@ -111,12 +161,16 @@ double Linework::nodeTolerance() const
 Region Linework::regionAt(Point point, const RegionOptions &options)
 {
     d->settle();
-    return d->finder.regionAt(point, options);
+    Private &asked = options.gapTolerance > 0 ? d->withGapsClosed(options.gapTolerance) : *d;
+    return asked.finder.regionAt(point, options);
 }
 
 std::size_t Linework::memoryBytes() const
 {
-    return d->index.memoryBytes() + d->finder.memoryBytes() + d->bySource.capacity() * sizeof(d->bySource[0]);
+    std::size_t bytes = 0;
+    for (const Private *p = d.get(); p != nullptr; p = p->joined.get())
+        bytes += p->index.memoryBytes() + p->finder.memoryBytes() + p->bySource.capacity() * sizeof(p->bySource[0]);
+    return bytes;
 }
 
 } // namespace velmor::boundary

@@ -46,7 +46,7 @@ std::uint32_t Outlines::walk(HalfEdge start)
         }
         const HalfEdge following = m_arrangement.next(h);
         if (following == twin(h))
-            outline.looseEnds.push_back(m_arrangement.endNode(h));
+            outline.looseEnds.push_back(h);
         h = following;
     }
     cutRings(outline);

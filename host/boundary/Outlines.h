@@ -14,11 +14,11 @@ struct Outline {
     static constexpr std::uint32_t kOutside = 0; ///< the unbounded face
 
     bool isFace = false;
-    Ring outer;                           ///< of a face
-    std::vector<Ring> holes;              ///< rings that the walk goes round the other way; counter-clockwise here
-    double rightX = 0.0, rightY = 0.0;    ///< rightmost point
-    std::vector<std::uint32_t> looseEnds; ///< nodes
-    std::uint32_t around = kUnknown;      ///< for a part: the outline of the face around it
+    Ring outer;                        ///< of a face
+    std::vector<Ring> holes;           ///< rings that the walk goes round the other way; counter-clockwise here
+    double rightX = 0.0, rightY = 0.0; ///< rightmost point
+    std::vector<HalfEdge> looseEnds;   ///< each ends in one
+    std::uint32_t around = kUnknown;   ///< for a part: the outline of the face around it
     bool islandsKnown = false;
     std::vector<Ring> islands; ///< of a face: what lies inside without touching it
 };

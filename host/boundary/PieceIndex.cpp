@@ -108,10 +108,10 @@ PieceIndex::Query PieceIndex::query(const Box &box) const
     return {below(box.x0 - m_originX), below(box.y0 - m_originY), above(box.x1 - m_originX), above(box.y1 - m_originY)};
 }
 
-void PieceIndex::insert(std::vector<Stored> added)
+std::uint32_t PieceIndex::insert(std::vector<Stored> added)
 {
     if (added.empty())
-        return;
+        return static_cast<std::uint32_t>(m_pieces.size());
     if (!m_hasOrigin) {
         // The middle piece, not the middle of the extents: a stray entity far away must not cost precision.
         std::vector<double> values;
@@ -154,6 +154,7 @@ void PieceIndex::insert(std::vector<Stored> added)
         m_removed.resize(std::min<std::size_t>(m_removed.size(), begin));
     }
     build(begin, static_cast<std::uint32_t>(m_pieces.size()));
+    return begin;
 }
 
 void PieceIndex::remove(std::uint32_t piece)

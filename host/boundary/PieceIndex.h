@@ -14,8 +14,8 @@ namespace velmor::boundary::detail {
 
 class PieceIndex {
 public:
-    /// Adds pieces; the numbers of pieces may change.
-    void insert(std::vector<Stored> added);
+    /// Adds pieces; the numbers of pieces from the answer on may have changed.
+    std::uint32_t insert(std::vector<Stored> added);
     /// Takes the piece out; numbers stay.
     void remove(std::uint32_t piece);
 

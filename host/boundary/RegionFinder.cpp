@@ -1,5 +1,7 @@
 #include "host/boundary/RegionFinder.h"
 
+#include "host/boundary/Gaps.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -27,21 +29,24 @@ bool RegionFinder::isOnEdge(const Vector &p) const
     return on;
 }
 
-std::optional<RegionFinder::Hit> RegionFinder::look(const Vector &from, int direction, double beyond) const
+std::optional<RegionFinder::Hit> RegionFinder::look(const Vector &from, const Vector &d, double beyond) const
 {
-    const Vector &d = kDirections[direction];
     const Box &all = m_index.bounds();
-    const double end = direction == 0   ? all.x1 - from.x
-                       : direction == 1 ? all.y1 - from.y
-                       : direction == 2 ? from.x - all.x0
-                                        : from.y - all.y0;
+    const double toX = d.x > 0 ? (all.x1 - from.x) / d.x : d.x < 0 ? (all.x0 - from.x) / d.x : HUGE_VAL;
+    const double toY = d.y > 0 ? (all.y1 - from.y) / d.y : d.y < 0 ? (all.y0 - from.y) / d.y : HUGE_VAL;
+    return look(from, d, beyond, std::min(toX, toY) + 2.0 * m_tolerance);
+}
+
+std::optional<RegionFinder::Hit> RegionFinder::look(const Vector &from, const Vector &d, double beyond,
+                                                    double within) const
+{
     const double pad = 2.0 * m_tolerance;
-    double nearest = std::numeric_limits<double>::infinity();
-    Hit hit{0, 0, 0};
+    double nearest = within;
+    std::optional<Hit> hit;
     double begin = beyond;
     // In steps that double, so that a near piece is found without asking for the far ones.
-    for (double step = 2.0 * m_index.spacing(); begin <= end + pad; step *= 2.0) {
-        const double stop = begin + step;
+    for (double step = 2.0 * m_index.spacing(); begin <= nearest; step *= 2.0) {
+        const double stop = std::min(begin + step, within);
         const double ax = from.x + begin * d.x, ay = from.y + begin * d.y;
         const double bx = from.x + stop * d.x, by = from.y + stop * d.y;
         m_index.inBox({std::min(ax, bx) - pad, std::min(ay, by) - pad, std::max(ax, bx) + pad, std::max(ay, by) + pad},
@@ -49,19 +54,17 @@ std::optional<RegionFinder::Hit> RegionFinder::look(const Vector &from, int dire
                           const LineHits hits = lineHits(m_index.pieces()[n], from, d, pad);
                           for (int i = 0; i < hits.count; ++i) {
                               const double t = hits.at[static_cast<std::size_t>(i)];
-                              if (t > beyond && t < nearest) {
+                              if (t > beyond && t <= nearest) {
                                   nearest = t;
                                   hit = {n, from.x + t * d.x, from.y + t * d.y};
                               }
                           }
                       });
-        if (nearest <= stop)
-            return hit;
+        if (stop >= within)
+            break;
         begin = stop;
     }
-    if (nearest < std::numeric_limits<double>::infinity())
-        return hit;
-    return std::nullopt;
+    return hit;
 }
 
 std::uint32_t RegionFinder::outlineAt(const Hit &hit, const Vector &from)
@@ -70,13 +73,13 @@ std::uint32_t RegionFinder::outlineAt(const Hit &hit, const Vector &from)
     return h == kNoHalfEdge ? 0 : m_outlines.of(h);
 }
 
-std::uint32_t RegionFinder::faceAround(const Vector &point, int direction)
+std::uint32_t RegionFinder::faceAround(const Vector &point, const Vector &direction)
 {
     std::vector<std::uint32_t> passed;
     std::uint32_t face = Outline::kOutside;
     Vector from = point;
     double beyond = 0.0;
-    for (std::optional<Hit> hit = look(from, direction, beyond); hit; hit = look(from, 0, beyond)) {
+    for (std::optional<Hit> hit = look(from, direction, beyond); hit; hit = look(from, kDirections[0], beyond)) {
         const std::uint32_t number = outlineAt(*hit, from);
         if (number == 0) {
             from = {hit->x, hit->y}; // a piece that vanished in a node
@@ -114,7 +117,7 @@ Region RegionFinder::regionAt(Point at, const RegionOptions &options)
         region.status = Status::OnEdge;
         return region;
     }
-    for (int direction = 0; direction < 4; ++direction) {
+    for (const Vector &direction : kDirections) {
         const std::uint32_t face = faceAround(point, direction);
         if (face == Outline::kOutside)
             break;
@@ -130,8 +133,7 @@ Region RegionFinder::regionAt(Point at, const RegionOptions &options)
             region.islands = outline.islands;
         return region;
     }
-    if (explain(point, region))
-        region.status = Status::Open;
+    explain(point, region);
     return region;
 }
 
@@ -219,9 +221,86 @@ void RegionFinder::findIslands(std::uint32_t face)
     m_outlines[face].islandsKnown = true;
 }
 
-bool RegionFinder::explain(const Vector &, Region &)
+std::vector<HalfEdge> RegionFinder::looseEndsSeen(const Vector &point)
 {
-    return false;
+    // What stands in the four directions, closed parts that hide nothing but what is behind them passed over.
+    constexpr int kPassedMost = 8, kSidesLeast = 3;
+    std::vector<std::uint32_t> seen;
+    int sides = 0;
+    for (const Vector &direction : kDirections) {
+        double beyond = 0.0;
+        bool isSide = false;
+        for (int passed = 0; passed < kPassedMost; ++passed) {
+            const std::optional<Hit> hit = look(point, direction, beyond);
+            if (!hit)
+                break;
+            isSide = true;
+            const double away = dot(hit->x - point.x, hit->y - point.y, direction.x, direction.y);
+            const Vector before{hit->x - direction.x * std::min(away, m_index.spacing()),
+                                hit->y - direction.y * std::min(away, m_index.spacing())};
+            const std::uint32_t number = outlineAt(*hit, passed == 0 ? point : before);
+            beyond = away + 2.0 * m_tolerance;
+            if (number == 0 || m_outlines[number].isFace)
+                continue;
+            if (std::find(seen.begin(), seen.end(), number) == seen.end())
+                seen.push_back(number);
+            if (!m_outlines[number].looseEnds.empty())
+                break;
+        }
+        sides += isSide ? 1 : 0;
+    }
+    std::vector<HalfEdge> ends;
+    if (sides >= kSidesLeast) {
+        for (const std::uint32_t number : seen)
+            ends.insert(ends.end(), m_outlines[number].looseEnds.begin(), m_outlines[number].looseEnds.end());
+    }
+    return ends;
+}
+
+void RegionFinder::explain(const Vector &point, Region &region)
+{
+    constexpr std::size_t kMostGaps = 8;
+    std::vector<HalfEdge> ends = looseEndsSeen(point);
+    const auto place = [this](HalfEdge h) {
+        const Arrangement::Node &n = m_arrangement.nodes()[m_arrangement.endNode(h)];
+        return Point{n.x, n.y};
+    };
+    const auto apart = [](const Point &a, const Point &b) { return std::hypot(a.x - b.x, a.y - b.y); };
+    std::sort(ends.begin(), ends.end(), [&](HalfEdge a, HalfEdge b) {
+        const Point p = place(a), q = place(b);
+        const double toP = apart(p, {point.x, point.y}), toQ = apart(q, {point.x, point.y});
+        return std::tie(toP, p.x, p.y) < std::tie(toQ, q.x, q.y);
+    });
+    for (const HalfEdge h : ends) {
+        if (region.gaps.size() >= kMostGaps)
+            break;
+        Gap gap{place(h), {}, HUGE_VAL};
+        for (const HalfEdge other : ends) {
+            const double width = apart(gap.from, place(other));
+            if (other != h && width < gap.width) {
+                gap.to = place(other);
+                gap.width = width;
+            }
+        }
+        const Vector back = m_arrangement.curve(twin(h)).startTangent(), ahead{-back.x, -back.y};
+        const Vector from{gap.from.x, gap.from.y};
+        const std::optional<Hit> wall = std::isinf(gap.width) ? look(from, ahead, 2.0 * m_tolerance)
+                                                              : look(from, ahead, 2.0 * m_tolerance, gap.width);
+        if (wall) {
+            gap.to = {wall->x, wall->y};
+            gap.width = apart(gap.from, gap.to);
+        }
+        const bool isKnown = std::any_of(region.gaps.begin(), region.gaps.end(),
+                                         [&gap](const Gap &g) { return g.to == gap.from && g.from == gap.to; });
+        if (!std::isinf(gap.width) && !isKnown)
+            region.gaps.push_back(gap);
+    }
+    region.status = region.gaps.empty() ? Status::NotEnclosed : Status::Open;
+}
+
+std::vector<Piece> RegionFinder::jointsFor(double gapTolerance)
+{
+    return joints(m_index, m_arrangement, gapTolerance);
 }
 
 std::size_t RegionFinder::memoryBytes() const

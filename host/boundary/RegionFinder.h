@@ -14,6 +14,8 @@ public:
     /// Forgets what was found; to be called when pieces came or went.
     void reset(double tolerance);
     Region regionAt(Point point, const RegionOptions &options);
+    /// Straight pieces that close gaps up to the tolerance.
+    std::vector<Piece> jointsFor(double gapTolerance);
     std::size_t memoryBytes() const;
 
 private:
@@ -21,15 +23,17 @@ private:
         std::uint32_t piece;
         double x, y;
     };
-    /// Nearest piece from the point in one of the four directions (0 right, 1 up, 2 left, 3 down), farther than beyond.
-    std::optional<Hit> look(const Vector &from, int direction, double beyond) const;
+    /// Nearest piece from the point in a direction (a unit vector), farther than beyond and not farther than within.
+    std::optional<Hit> look(const Vector &from, const Vector &direction, double beyond, double within) const;
+    std::optional<Hit> look(const Vector &from, const Vector &direction, double beyond) const;
     /// Number of the outline that is seen from a point at a hit; 0 when none could be found.
     std::uint32_t outlineAt(const Hit &hit, const Vector &from);
     /// The outline of the face around the point, or Outline::kOutside.
-    std::uint32_t faceAround(const Vector &point, int direction);
+    std::uint32_t faceAround(const Vector &point, const Vector &direction);
     bool isOnEdge(const Vector &point) const;
     void findIslands(std::uint32_t face);
-    bool explain(const Vector &point, Region &region);
+    std::vector<HalfEdge> looseEndsSeen(const Vector &point);
+    void explain(const Vector &point, Region &region);
 
     const PieceIndex &m_index;
     Arrangement m_arrangement;

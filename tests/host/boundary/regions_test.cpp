@@ -297,3 +297,103 @@ TEST(SignedArea, CountsArcsAndDirection)
     EXPECT_NEAR(signedArea(ring("0 0 1e-6, 2 0")), 2.0 * 1e-6 * 2 / 3, 1e-18);
     EXPECT_EQ(signedArea({}), 0.0);
 }
+
+// ---- Gaps
+
+TEST(Gaps, AnOutlineThatDoesNotCloseIsOpenAndTheGapIsTold)
+{
+    // A square whose last side stops 0.3 short of its first corner.
+    Linework lines(chains("0 0, 10 0, 10 10, 0 10, 0 0.3"));
+    const Region region = lines.regionAt({5, 5});
+    ASSERT_EQ(region.status, Status::Open);
+    EXPECT_TRUE(region.outer.empty());
+    ASSERT_EQ(region.gaps.size(), 1U);
+    EXPECT_NEAR(region.gaps[0].width, 0.3, 1e-12);
+    EXPECT_EQ(region.gaps[0].from, (Point{0, 0.3}));
+    EXPECT_EQ(region.gaps[0].to, (Point{0, 0}));
+}
+
+TEST(Gaps, AGapInLineOfSightIsTold)
+{
+    // The right side is missing, and the point looks out through it.
+    Linework lines(chains("10 10, 0 10, 0 0, 10 0"));
+    const Region region = lines.regionAt({5, 5});
+    ASSERT_EQ(region.status, Status::Open);
+    ASSERT_EQ(region.gaps.size(), 1U);
+    EXPECT_DOUBLE_EQ(region.gaps[0].width, 10.0);
+}
+
+TEST(Gaps, AnEndThatStopsShortOfAWallGapsToTheWall)
+{
+    const Region region = Linework(chains("0 -5, 0 15; 0 0, 10 0, 10 10, 0.25 10")).regionAt({5, 5});
+    ASSERT_EQ(region.status, Status::Open);
+    const auto gap = std::find_if(region.gaps.begin(), region.gaps.end(), [](const Gap &g) {
+        return g.from == Point{0.25, 10};
+    });
+    ASSERT_NE(gap, region.gaps.end());
+    EXPECT_EQ(gap->to, (Point{0, 10}));
+    EXPECT_DOUBLE_EQ(gap->width, 0.25);
+}
+
+TEST(Gaps, GapsComeNearestToThePointFirstAndAtMostEight)
+{
+    // Twelve posts on a wall, and the wall does not close.
+    std::string text = "100 1, 100 60, 0 60, 0 0, 100 0";
+    for (int i = 1; i <= 12; ++i)
+        text += "; " + std::to_string(i * 7) + " 0, " + std::to_string(i * 7) + " 3";
+    const Region region = Linework(chains(text)).regionAt({36, 2});
+    ASSERT_EQ(region.status, Status::Open);
+    ASSERT_EQ(region.gaps.size(), 8U);
+    EXPECT_EQ(region.gaps[0].from, (Point{35, 3}));
+    for (std::size_t i = 1; i < region.gaps.size(); ++i) {
+        EXPECT_LE(std::hypot(region.gaps[i - 1].from.x - 36, region.gaps[i - 1].from.y - 2),
+                  std::hypot(region.gaps[i].from.x - 36, region.gaps[i].from.y - 2));
+    }
+}
+
+TEST(Gaps, APointBetweenClosedPartsIsNotEnclosedRatherThanOpen)
+{
+    // Four houses around a place: nothing there hangs loose.
+    Linework lines(loops(
+        "0 10, 10 10, 10 20, 0 20; 20 10, 30 10, 30 20, 20 20; 10 0, 20 0, 20 5, 10 5; 10 25, 20 25, 20 30, 10 30"));
+    EXPECT_EQ(lines.regionAt({15, 15}).status, Status::NotEnclosed);
+}
+
+TEST(Gaps, NoGapIsClosedUnlessTheToleranceAllowsIt)
+{
+    Linework lines(chains("0 0, 10 0, 10 10, 0 10, 0 0.3"));
+    EXPECT_EQ(lines.regionAt({5, 5}, {.gapTolerance = 0.2}).status, Status::Open);
+    const Region region = lines.regionAt({5, 5}, {.gapTolerance = 0.5});
+    ASSERT_EQ(region.status, Status::Found);
+    EXPECT_NEAR(signedArea(region.outer), 100.0, 1e-12);
+    EXPECT_EQ(lines.regionAt({5, 5}).status, Status::Open); // what was joined for one question is not for the next
+}
+
+TEST(Gaps, SeveralGapsAreClosedAtOnceAndAnEndIsJoinedToTheWallAhead)
+{
+    // Two angles that leave gaps at two corners, and a wall inside that stops short of the opposite side.
+    Linework lines(chains("0.1 0, 10 0, 10 9.9; 9.9 10, 0 10, 0 0.1; 5 0, 5 9.95"));
+    const Region region = lines.regionAt({2, 5}, {.gapTolerance = 0.2});
+    ASSERT_EQ(region.status, Status::Found);
+    EXPECT_NEAR(signedArea(region.outer), 50.0 - 0.005, 1e-12);
+    EXPECT_NEAR(signedArea(lines.regionAt({8, 5}, {.gapTolerance = 0.2}).outer), 50.0 - 0.005, 1e-12);
+    EXPECT_EQ(lines.regionAt({2, 5}, {.gapTolerance = 0.1}).status, Status::Open);
+}
+
+TEST(Gaps, ADoubledEndIsStillLoose)
+{
+    auto pieces = chains("0 0, 10 0, 10 10, 0 10, 0 0.3");
+    pieces.push_back(pieces.back());
+    std::swap(pieces.back().a, pieces.back().b);
+    Linework lines(pieces);
+    EXPECT_EQ(lines.regionAt({5, 5}, {.gapTolerance = 0.5}).status, Status::Found);
+    EXPECT_EQ(lines.regionAt({5, 5}).gaps.size(), 1U);
+}
+
+TEST(Gaps, WhatIsInsertedLaterIsSeenThroughTheToleranceToo)
+{
+    Linework lines(chains("0 0, 10 0, 10 10, 0 10, 0 0.3"));
+    EXPECT_NEAR(signedArea(lines.regionAt({2, 5}, {.gapTolerance = 0.5}).outer), 100.0, 1e-12);
+    lines.insert(chains("5 -1, 5 11"));
+    EXPECT_NEAR(signedArea(lines.regionAt({2, 5}, {.gapTolerance = 0.5}).outer), 50.0, 1e-12);
+}
