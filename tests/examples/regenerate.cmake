@@ -1,0 +1,13 @@
+# Runs make_town.py into OUTPUT and compares each file with the one in EXAMPLES.
+file(REMOVE_RECURSE "${OUTPUT}")
+execute_process(COMMAND "${PYTHON}" "${EXAMPLES}/make_town.py" "${OUTPUT}" RESULT_VARIABLE RESULT)
+if(RESULT)
+    message(FATAL_ERROR "make_town.py failed")
+endif()
+foreach(NAME town.inp town_plan.dxf)
+    file(SHA256 "${EXAMPLES}/${NAME}" STANDING)
+    file(SHA256 "${OUTPUT}/${NAME}" MADE)
+    if(NOT STANDING STREQUAL MADE)
+        message(FATAL_ERROR "${NAME} is not what make_town.py makes; run it and look at the difference")
+    endif()
+endforeach()
