@@ -1,0 +1,238 @@
+#include "app/ControlEvents.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace velmor {
+
+namespace {
+
+std::wstring numbered(int control)
+{
+    return L"control " + std::to_wstring(control);
+}
+
+void pressKey(QWidget &widget, int key, const QString &text)
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(&widget, &press);
+    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+    QApplication::sendEvent(&widget, &release);
+}
+
+void sendFocus(QWidget &widget, QEvent::Type kind)
+{
+    QFocusEvent event(kind, Qt::TabFocusReason);
+    QApplication::sendEvent(&widget, &event);
+}
+
+bool carriesNumbers(const QComboBox &combo)
+{
+    for (int i = 0; i < combo.count(); ++i) {
+        bool whole = false;
+        const QVariant data = combo.itemData(i);
+        if (data.isValid())
+            data.toInt(&whole);
+        if (!whole || (data.typeId() != QMetaType::Int && data.typeId() != QMetaType::UInt &&
+                       data.typeId() != QMetaType::LongLong))
+            return false;
+    }
+    return combo.count() > 0;
+}
+
+} // namespace
+
+template <class Widget>
+ControlEvents::Problem ControlEvents::find(int control, Widget *&widget, const wchar_t *kind) const
+{
+    QWidget *item = m_dialog.GetDlgItem(control);
+    if (!item)
+        return L"the dialog has no " + numbered(control);
+    widget = qobject_cast<Widget *>(item);
+    if (!widget)
+        return numbered(control) + L" is no " + kind;
+    return std::nullopt;
+}
+
+template <class Widget>
+ControlEvents::Problem ControlEvents::findUsable(int control, Widget *&widget, const wchar_t *kind) const
+{
+    if (auto problem = find(control, widget, kind))
+        return problem;
+    if (!widget->isVisibleTo(&m_dialog))
+        return numbered(control) + L" is hidden";
+    if (!widget->isEnabledTo(&m_dialog))
+        return numbered(control) + L" is disabled";
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::click(int control)
+{
+    QAbstractButton *button = nullptr;
+    if (auto problem = findUsable(control, button, L"button"))
+        return problem;
+    button->click();
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::check(int control, bool on)
+{
+    QAbstractButton *button = nullptr;
+    if (auto problem = findUsable(control, button, L"check box"))
+        return problem;
+    if (!button->isCheckable())
+        return numbered(control) + L" is no check box";
+    if (button->isChecked() != on)
+        button->click();
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::chooseIndex(QComboBox &combo, int index)
+{
+    combo.setCurrentIndex(index);
+    Q_EMIT combo.activated(index); // what a person's choice sends besides the change
+    Q_EMIT combo.textActivated(combo.itemText(index));
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::choose(int control, int value)
+{
+    QComboBox *combo = nullptr;
+    if (auto problem = findUsable(control, combo, L"combo box"))
+        return problem;
+    const bool byData = carriesNumbers(*combo);
+    const int index = byData ? combo->findData(value) : value;
+    if (index < 0 || index >= combo->count())
+        return numbered(control) + L" has no item " + (byData ? L"with the value " : L"") + std::to_wstring(value);
+    return chooseIndex(*combo, index);
+}
+
+ControlEvents::Problem ControlEvents::chooseText(int control, const std::wstring &text)
+{
+    QComboBox *combo = nullptr;
+    if (auto problem = findUsable(control, combo, L"combo box"))
+        return problem;
+    const int index = combo->findText(QString::fromStdWString(text), Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (index < 0)
+        return numbered(control) + L" has no item \"" + text + L"\"";
+    return chooseIndex(*combo, index);
+}
+
+ControlEvents::Problem ControlEvents::type(int control, const std::wstring &text)
+{
+    QLineEdit *edit = nullptr;
+    if (auto problem = findUsable(control, edit, L"edit"))
+        return problem;
+    if (edit->isReadOnly())
+        return numbered(control) + L" is read-only";
+    sendFocus(*edit, QEvent::FocusIn);
+    edit->selectAll();
+    if (text.empty())
+        pressKey(*edit, Qt::Key_Delete, {});
+    for (const QChar c : QString::fromStdWString(text))
+        pressKey(*edit, c.isLetterOrNumber() ? c.toUpper().unicode() : c.unicode(), c);
+    sendFocus(*edit, QEvent::FocusOut);
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::selectRows(int control, const std::vector<int> &rows)
+{
+    QAbstractItemView *list = nullptr;
+    if (auto problem = findUsable(control, list, L"list"))
+        return problem;
+    const QAbstractItemModel *model = list->model();
+    const int count = model ? model->rowCount() : 0;
+    for (const int row : rows) {
+        if (row < 0 || row >= count)
+            return numbered(control) + L" has no row " + std::to_wstring(row);
+    }
+    list->selectionModel()->clearSelection();
+    for (const int row : rows)
+        list->selectionModel()->select(model->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::text(int control, std::wstring &shown) const
+{
+    QWidget *item = nullptr;
+    if (auto problem = find(control, item, L"control"))
+        return problem;
+    QString text;
+    if (const auto *label = qobject_cast<QLabel *>(item))
+        text = label->text();
+    else if (const auto *edit = qobject_cast<QLineEdit *>(item))
+        text = edit->text();
+    else if (const auto *button = qobject_cast<QAbstractButton *>(item))
+        text = button->text();
+    else if (const auto *combo = qobject_cast<QComboBox *>(item))
+        text = combo->currentText();
+    else if (const auto *group = qobject_cast<QGroupBox *>(item))
+        text = group->title();
+    else
+        return numbered(control) + L" shows no text";
+    shown = text.toStdWString();
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::expectText(int control, const std::wstring &expected) const
+{
+    std::wstring shown;
+    if (auto problem = text(control, shown))
+        return problem;
+    if (shown != expected)
+        return numbered(control) + L" shows \"" + shown + L"\", not \"" + expected + L"\"";
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::expectChecked(int control, bool on) const
+{
+    QAbstractButton *button = nullptr;
+    if (auto problem = find(control, button, L"check box"))
+        return problem;
+    if (button->isChecked() != on)
+        return numbered(control) + (on ? L" is off" : L" is on");
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::expectEnabled(int control, bool on) const
+{
+    QWidget *item = nullptr;
+    if (auto problem = find(control, item, L"control"))
+        return problem;
+    if (item->isEnabledTo(&m_dialog) != on)
+        return numbered(control) + (on ? L" is disabled" : L" is enabled");
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::expectRows(int control, int count) const
+{
+    QAbstractItemView *list = nullptr;
+    if (auto problem = find(control, list, L"list"))
+        return problem;
+    const int rows = list->model() ? list->model()->rowCount() : 0;
+    if (rows != count)
+        return numbered(control) + L" has " + std::to_wstring(rows) + L" rows, not " + std::to_wstring(count);
+    return std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::expectCell(int control, int row, int column, const std::wstring &expected) const
+{
+    QAbstractItemView *list = nullptr;
+    if (auto problem = find(control, list, L"list"))
+        return problem;
+    const QAbstractItemModel *model = list->model();
+    if (!model || row < 0 || row >= model->rowCount() || column < 0 || column >= model->columnCount())
+        return numbered(control) + L" has no such cell";
+    const std::wstring shown = model->index(row, column).data().toString().toStdWString();
+    if (shown != expected)
+        return numbered(control) + L" shows \"" + shown + L"\" there, not \"" + expected + L"\"";
+    return std::nullopt;
+}
+
+} // namespace velmor

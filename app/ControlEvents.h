@@ -1,0 +1,51 @@
+// Works the controls of a dialog as a person would, by the controls' numbers.
+//
+// Each operation answers nothing when it was done, else one line that says why not: no such control, a control of
+// another kind, one that is disabled or hidden, an item that it doesn't have.
+#pragma once
+
+#include "contracts/HostDialog.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+class ControlEvents {
+public:
+    using Problem = std::optional<std::wstring>;
+    explicit ControlEvents(CAdUiBaseDialog &dialog) : m_dialog(dialog) {}
+
+    /// A click on any button.
+    Problem click(int control);
+    /// Turns a check box or a radio button by a click when it stands otherwise.
+    Problem check(int control, bool on);
+    /// Chooses an item of a combo box: by its item data when its items carry whole numbers, else by index from 0.
+    Problem choose(int control, int value);
+    Problem chooseText(int control, const std::wstring &text);
+    /// Replaces the text of an edit by typing.
+    Problem type(int control, const std::wstring &text);
+    /// Selects rows of a list, by index from 0, and no others.
+    Problem selectRows(int control, const std::vector<int> &rows);
+
+    Problem expectText(int control, const std::wstring &text) const;
+    Problem expectChecked(int control, bool on) const;
+    Problem expectEnabled(int control, bool on) const;
+    Problem expectRows(int control, int count) const;
+    Problem expectCell(int control, int row, int column, const std::wstring &text) const;
+
+    /// What a control shows: a button's, a label's or a group's text, an edit's, a combo box's current item.
+    Problem text(int control, std::wstring &shown) const;
+
+private:
+    template <class Widget>
+    Problem find(int control, Widget *&widget, const wchar_t *kind) const;
+    template <class Widget>
+    Problem findUsable(int control, Widget *&widget, const wchar_t *kind) const;
+    Problem chooseIndex(class QComboBox &combo, int index);
+
+    CAdUiBaseDialog &m_dialog;
+};
+
+} // namespace velmor

@@ -1,0 +1,333 @@
+#include "app/Program.h"
+
+#include "app/RegionReport.h"
+#include "app/Script.h"
+#include "host/drawing/Drawing.h"
+#include "host/editor/LineworkCache.h"
+#include "host/editor/MainWindow.h"
+#include "host/editor/ModuleLoader.h"
+#include "host/editor/Picture.h"
+#include "host/network/Network.h"
+#include "host/services/Services.h"
+#include "host/services/Text.h"
+#include "host/sewage/AreaTable.h"
+
+#include <CLI/CLI.hpp>
+#include <QApplication>
+#include <fmt/format.h>
+
+#include <chrono>
+#include <clocale>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+namespace velmor {
+
+namespace {
+
+constexpr char kModuleName[] = "zemxvelmor";
+
+/// What the command line asks for.
+struct Request {
+    std::string file, output, language, script;
+    std::vector<std::string> points, layers;
+    std::string pointsFile;
+    bool withPolygons = false, json = false, csv = false, islands = false;
+    std::vector<int> size{1600, 1200};
+    int argc = 0;
+    char **argv = nullptr;
+};
+
+int complain(ExitCode code, const std::string &message)
+{
+    std::cerr << "velmor: " << message << std::endl;
+    return code;
+}
+
+ExitCode codeOf(FileStatus status)
+{
+    switch (status) {
+    case FileStatus::Ok:
+        return kDone;
+    case FileStatus::NotWritable:
+    case FileStatus::DiskFull:
+    case FileStatus::Refused:
+        return kFailed;
+    default:
+        return kBadInput;
+    }
+}
+
+/// Flushes the results; a full disk or a closed pipe behind the standard output is a failure too.
+int finish(ExitCode code)
+{
+    std::cout.flush();
+    return std::cout ? code : complain(kFailed, "the results can't be written to the standard output");
+}
+
+/// Reads a drawing for a command that only looks at it. Damage is told; what could be read is used all the same, and
+/// the exit code tells it once more.
+std::unique_ptr<Drawing> openDrawing(const std::string &file, ExitCode &code)
+{
+    LoadResult loaded = Drawing::load(file);
+    if (!loaded.drawing) {
+        code = codeOf(loaded.status);
+        complain(code, loaded.message);
+        return nullptr;
+    }
+    code = kDone;
+    if (loaded.report.damaged()) {
+        const auto &findings = loaded.report.findings;
+        const auto first = std::ranges::find(findings, Severity::Damage, &Finding::severity);
+        const auto others = std::ranges::count(findings, Severity::Damage, &Finding::severity) - 1;
+        code = kBadInput;
+        complain(code, fmt::format("{}:{}: the drawing is damaged and was read in part: {}{}", file, first->line,
+                                   first->text, others > 0 ? fmt::format(" (and {} more places)", others) : ""));
+    }
+    return std::move(loaded.drawing);
+}
+
+// --- Commands that need no window system
+// -------------------------------------------------------------------------------
+
+int importNetwork(const Request &request)
+{
+    const auto drawing = Drawing::createNew();
+    const NetworkImportResult imported = importInp(*drawing, request.file, {.withPolygons = request.withPolygons});
+    if (!imported)
+        return complain(codeOf(imported.status), imported.message);
+    constexpr std::size_t kMostLines = 20;
+    for (std::size_t i = 0; i < std::min(kMostLines, imported.findings.size()); ++i)
+        std::cerr << fmt::format("{}:{}: {}\n", request.file, imported.findings[i].line, imported.findings[i].text);
+    if (imported.findings.size() > kMostLines)
+        std::cerr << fmt::format("{}: {} more notes\n", request.file, imported.findings.size() - kMostLines);
+    if (const SaveResult saved = drawing->save(request.output); !saved)
+        return complain(codeOf(saved.status), saved.message);
+    std::cout << fmt::format("{}: {} sections, {} nodes, {} polygons{}\n", request.output, imported.sections,
+                             imported.nodes, imported.polygons,
+                             imported.convertedFromFeet ? "; feet were converted to metres" : "");
+    return finish(kDone);
+}
+
+int listAreas(const Request &request)
+{
+    ExitCode code;
+    const auto drawing = openDrawing(request.file, code);
+    if (!drawing)
+        return code;
+    setWorkingDrawing(drawing.get());
+    const auto rows = areaTable(*drawing);
+    std::cout << (request.json ? areasJson(rows) : request.csv ? areasCsv(rows) : areasText(rows));
+    setWorkingDrawing(nullptr);
+    return finish(code);
+}
+
+int findRegions(const Request &request)
+{
+    std::vector<RegionAnswer> answers;
+    std::vector<boundary::Point> points;
+    std::size_t wrongLine = 0;
+    for (const std::string &text : request.points) {
+        if (!readPoints(text, points, wrongLine) || points.empty())
+            return complain(kWrongUse, "--point takes two numbers, as X,Y: " + text);
+    }
+    if (!request.pointsFile.empty()) {
+        std::ifstream stream(request.pointsFile, std::ios::binary);
+        std::ostringstream text;
+        if (!stream || !(text << stream.rdbuf()))
+            return complain(kBadInput, request.pointsFile + " can't be read or is empty");
+        if (!readPoints(text.str(), points, wrongLine))
+            return complain(kBadInput,
+                            fmt::format("{}:{}: two numbers are needed, as X,Y", request.pointsFile, wrongLine));
+    }
+    if (points.empty())
+        return complain(kWrongUse, "no point is given: use --point X,Y or --points FILE");
+
+    ExitCode code;
+    const auto drawing = openDrawing(request.file, code);
+    if (!drawing)
+        return code;
+    std::vector<std::wstring> layers;
+    for (const std::string &name : request.layers) {
+        layers.push_back(wide(name));
+        if (!drawing->findLayer(layers.back()))
+            return complain(kBadInput, fmt::format("{} has no layer \"{}\"", request.file, name));
+    }
+    auto &cache = drawing->component<LineworkCache>();
+    boundary::Linework &linework = layers.empty() ? cache.visible() : cache.ofLayers(layers);
+    for (const boundary::Point &point : points) {
+        const auto start = std::chrono::steady_clock::now();
+        RegionAnswer answer{point, linework.regionAt(point, {.islands = request.islands}), 0.0};
+        answer.milliseconds =
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+        answers.push_back(std::move(answer));
+    }
+    std::cout << (request.json ? regionsJson(answers) : regionsText(answers));
+    return finish(code);
+}
+
+int audit(const Request &request)
+{
+    LoadResult loaded = Drawing::load(request.file);
+    if (!loaded.drawing)
+        return complain(codeOf(loaded.status), loaded.message);
+    const LoadReport &report = loaded.report;
+    std::cout << fmt::format("{}: {}{}, {}\n", request.file, report.version, report.binary ? " binary" : "",
+                             report.codePage);
+    const auto table = [](const char *title, const std::map<std::string, std::size_t> &counts) {
+        std::cout << title << (counts.empty() ? ": none\n" : ":\n");
+        for (const auto &[kind, count] : counts)
+            std::cout << fmt::format("  {:<24} {:>9}\n", kind, count);
+    };
+    table("Read", report.read);
+    table("Kept unread", report.unread);
+    std::cout << (report.findings.empty() ? "Findings: none\n" : "Findings:\n");
+    for (const Finding &finding : report.findings) {
+        constexpr const char *kNames[] = {"note", "warning", "damage"};
+        std::cout << fmt::format("  line {}: {}: {}\n", finding.line, kNames[static_cast<int>(finding.severity)],
+                                 finding.text);
+    }
+    std::cout << (report.damaged() ? "The drawing is damaged\n" : "The drawing is sound\n");
+    return finish(report.damaged() ? kBadInput : kDone);
+}
+
+// --- Commands that need one
+// --------------------------------------------------------------------------------------------
+
+void useOffscreenPlatform()
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+/// Loads the module, and says why when it can't be loaded; the program goes on without its commands.
+void loadModule()
+{
+    if (const auto problem = ModuleLoader::load(ModuleLoader::pathOf(kModuleName)))
+        std::cerr << "velmor: the catchment commands are missing: " << *problem << std::endl;
+}
+
+int runScript(Request &request)
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(request.script, error))
+        return complain(kBadInput, request.script + " is a directory, not a script");
+    std::ifstream stream(request.script, std::ios::binary);
+    std::ostringstream text;
+    if (stream)
+        text << stream.rdbuf();
+    if (!stream || stream.bad())
+        return complain(kBadInput, request.script + ": no such script, or it can't be read");
+    useOffscreenPlatform();
+    QApplication application(request.argc, request.argv);
+    std::setlocale(LC_NUMERIC, "C");
+    Session session;
+    loadModule();
+    Script script(session, request.script, text.str(), std::cout, std::cerr);
+    const ScriptResult result = script.run();
+    return result.code == kDone ? finish(kDone) : complain(result.code, result.message);
+}
+
+int makePicture(Request &request)
+{
+    useOffscreenPlatform();
+    QApplication application(request.argc, request.argv);
+    std::setlocale(LC_NUMERIC, "C");
+    ExitCode code;
+    auto drawing = openDrawing(request.file, code);
+    if (!drawing)
+        return code;
+    setWorkingDrawing(drawing.get());
+    PictureOptions options;
+    options.size = {request.size[0], request.size[1]};
+    const SaveResult saved = savePicture(*drawing, request.output, options);
+    setWorkingDrawing(nullptr);
+    return saved ? finish(code) : complain(codeOf(saved.status), saved.message);
+}
+
+int openWindow(Request &request)
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
+        qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        return complain(kFailed, "there is no display for a window: use one of the commands (velmor --help)");
+    QApplication application(request.argc, request.argv);
+    std::setlocale(LC_NUMERIC, "C");
+    Session session;
+    loadModule();
+    return runWindow(session, request.file);
+}
+
+} // namespace
+
+int runProgram(int argc, char **argv)
+{
+    Request request;
+    request.argc = argc;
+    request.argv = argv;
+    CLI::App app("Catchment areas of sewage networks", "velmor");
+    app.set_version_flag("--version", "velmor " VELMOR_VERSION);
+    app.add_option("--language", request.language, "Language of texts: hr or en")->check(CLI::IsMember({"hr", "en"}));
+    app.add_option("FILE", request.file, "Drawing (DXF) or network (INP) to open in the window");
+    app.fallthrough();
+    int (*command)(Request &) = openWindow;
+    const auto add = [&](const char *name, const char *what, int (*run)(Request &)) {
+        CLI::App *sub = app.add_subcommand(name, what);
+        sub->set_version_flag("--version", "velmor " VELMOR_VERSION);
+        sub->callback([&command, run] { command = run; });
+        return sub;
+    };
+    const auto addDrawing = [&](CLI::App *sub) {
+        sub->add_option("DRAWING", request.file, "Drawing file")->required();
+    };
+
+    auto *run = add("run", "Run a script without a window", runScript);
+    run->add_option("SCRIPT", request.script, "Script file")->required();
+
+    auto *import = add("import", "Read a network file into a new drawing", [](Request &r) { return importNetwork(r); });
+    import->add_option("NETWORK", request.file, "Network file (INP)")->required();
+    import->add_option("-o,--output", request.output, "Drawing to write; an older one is kept as .bak")->required();
+    import->add_flag("--with-polygons", request.withPolygons, "Bring the file's polygons in as boundary linework");
+
+    auto *areas = add("areas", "List the catchment areas of a drawing", [](Request &r) { return listAreas(r); });
+    addDrawing(areas);
+    auto *json = areas->add_flag("--json", request.json, "As JSON");
+    areas->add_flag("--csv", request.csv, "As comma-separated values")->excludes(json);
+
+    auto *boundary =
+        add("boundary", "Find the closed regions around points", [](Request &r) { return findRegions(r); });
+    addDrawing(boundary);
+    boundary->add_option("--point", request.points, "A point as X,Y; may be repeated")->expected(1)->take_all();
+    boundary->add_option("--points", request.pointsFile, "A file with a point on each line");
+    boundary->add_option("--layers", request.layers, "Only linework of these layers, as A,B")->delimiter(',');
+    boundary->add_flag("--islands", request.islands, "Find the islands too");
+    boundary->add_flag("--json", request.json, "As JSON");
+
+    auto *picture = add("picture", "Paint a drawing into a picture file", makePicture);
+    addDrawing(picture);
+    picture->add_option("-o,--output", request.output, "Picture to write (PNG, or by its ending)")->required();
+    picture->add_option("--size", request.size, "Width and height in pixels")
+        ->expected(2)
+        ->check(CLI::Range(16, 20000));
+
+    auto *check = add("audit", "Tell what was read of a drawing, what was kept unread and what is damaged",
+                      [](Request &r) { return audit(r); });
+    addDrawing(check);
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        if (error.get_exit_code() == 0)
+            return app.exit(error);
+        return complain(kWrongUse, std::string(error.what()) + " (velmor --help tells more)");
+    }
+    try {
+        Services::instance().start({.language = request.language});
+        return command(request);
+    } catch (const std::exception &error) {
+        return complain(kFailed, error.what());
+    }
+}
+
+} // namespace velmor
