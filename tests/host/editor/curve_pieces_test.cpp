@@ -226,7 +226,7 @@ TEST_F(CurvePiecesTest, ASplineWithKnotsThatDoNotFitIsStillDrawnFromItsPoints)
 TEST_F(CurvePiecesTest, AnEvenlyScaledMirroredArcStaysOneArcTheOtherWayRound)
 {
     const auto pieces =
-        placed(std::make_unique<AcDbArc>(AcGePoint3d(0, 0), 1.0, 0.0, 0.5 * kPi), {.scaleX = -3, .scaleY = 3});
+        placed(std::make_unique<AcDbArc>(AcGePoint3d(0, 0), 1.0, 0.0, 0.5 * kPi), {.position = {}, .scaleX = -3, .scaleY = 3});
     ASSERT_EQ(pieces.size(), 1u);
     EXPECT_NEAR(pieces[0].bulge, -std::tan(0.125 * kPi), 1e-12);
     EXPECT_NEAR(pieces[0].a.x, -3.0, 1e-12);
@@ -236,7 +236,7 @@ TEST_F(CurvePiecesTest, AMirroredPolylineTurnsItsBulges)
 {
     const auto pieces =
         placed(std::make_unique<AcDbPolyline>(std::vector<AcDbPolyline::Vertex>{{0, 0, 0.5}, {10, 0, 0}}, false),
-               {.scaleX = 2, .scaleY = -2});
+               {.position = {}, .scaleX = 2, .scaleY = -2});
     ASSERT_EQ(pieces.size(), 1u);
     EXPECT_EQ(pieces[0].bulge, -0.5);
 }
@@ -254,7 +254,7 @@ TEST_F(CurvePiecesTest, AnUnevenlyScaledPolylineArcKeepsItsEndsAndItsArea)
     // A half disc of radius 5 on a chord of 10: scaled 2 by 3 its area is six times as large.
     const auto pieces =
         placed(std::make_unique<AcDbPolyline>(std::vector<AcDbPolyline::Vertex>{{0, 0, 1}, {10, 0, 0}}, true),
-               {.scaleX = 2, .scaleY = 3});
+               {.position = {}, .scaleX = 2, .scaleY = 3});
     expectConnected(pieces, true);
     EXPECT_NEAR(enclosed(pieces) / (0.5 * kPi * 25 * 6), 1.0, 2e-7);
 }
@@ -262,7 +262,7 @@ TEST_F(CurvePiecesTest, AnUnevenlyScaledPolylineArcKeepsItsEndsAndItsArea)
 TEST_F(CurvePiecesTest, AQuarterTurnKeepsCirclesToRounding)
 {
     const auto pieces = placed(std::make_unique<CircleEntity>(AcGePoint3d(1000, 2000), 3.0),
-                               {.scaleX = 7, .scaleY = 7, .rotation = 1.2345});
+                               {.position = {}, .scaleX = 7, .scaleY = 7, .rotation = 1.2345});
     EXPECT_EQ(pieces.size(), 2u);
 }
 

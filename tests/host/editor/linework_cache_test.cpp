@@ -152,7 +152,7 @@ TEST_F(LineworkCacheTest, RowsAndColumnsOfAReferenceAllCount)
 {
     BlockRecord &block = drawing().addBlock(L"Cell");
     drawing().append(rectangleEntity(0, 0, 1, 1), block);
-    reference(block, {.columns = 3, .rows = 2, .columnSpacing = 10, .rowSpacing = 20});
+    reference(block, {.position = {}, .columns = 3, .rows = 2, .columnSpacing = 10, .rowSpacing = 20});
     for (const double x : {0.5, 10.5, 20.5}) {
         EXPECT_DOUBLE_EQ(visibleArea(x, 0.5), 1.0);
         EXPECT_DOUBLE_EQ(visibleArea(x, 20.5), 1.0);
