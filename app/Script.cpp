@@ -228,7 +228,7 @@ void Script::executeInDialog(const Line &line)
     if (close) {
         if (!words.empty())
             return fail(L"close takes nothing more");
-        m_dialogs.back()->reject(); // as Escape and the window's own button do
+        static_cast<QDialog *>(m_dialogs.back())->reject(); // as Escape and the window's own button do
         return;
     }
     const auto control = words.empty() ? std::nullopt : wholeNumber(words[0].text);

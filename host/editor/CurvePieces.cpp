@@ -147,8 +147,10 @@ public:
         const int parts = std::max(1, static_cast<int>(std::ceil((to - from) / (0.5 * kPi) - 1e-9)));
         const double step = (to - from) / parts;
         for (int i = 0; i < parts; ++i)
-            appendArcChain(curve, from + i * step, i + 1 == parts ? closing(from, to) : from + (i + 1) * step,
-                           tolerance, m_source, m_pieces);
+            appendArcChain(curve, from + i * step, i + 1 == parts ? to : from + (i + 1) * step, tolerance, m_source,
+                           m_pieces);
+        if (closing(from, to) != to && !m_pieces.empty())
+            m_pieces.back().b = at(from);
     }
 
     void spline(const SplineEntity &entity)

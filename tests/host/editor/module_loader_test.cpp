@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <fstream>
+
 namespace velmor {
 namespace {
 
@@ -57,7 +59,10 @@ TEST_F(ModuleLoaderTest, WhatIsNoModuleIsRefusedAndLeavesNothingBehind)
     const std::size_t commands = stack.entries().size();
     EXPECT_THAT(loader.loadModule(modulePath("missing")), Optional(HasSubstr("no module at")));
     EXPECT_THAT(loader.loadModule(TEST_MODULE_DIR), Optional(HasSubstr("no module at")));
-    EXPECT_THAT(loader.loadModule(__FILE__), Optional(HasSubstr("can't load the module")));
+    const auto text = std::filesystem::path(testing::TempDir()) / "velmor_no_library.so";
+    std::ofstream(text) << "no library";
+    EXPECT_THAT(loader.loadModule(text), Optional(HasSubstr("can't load the module")));
+    std::filesystem::remove(text);
     EXPECT_THAT(loader.loadModule(modulePath("no_entry")), Optional(HasSubstr("entry point is missing")));
     EXPECT_THAT(loader.loadModule(modulePath("other_version")), Optional(HasSubstr("built for version")));
     EXPECT_THAT(loader.loadModule(modulePath("refusing")), Optional(HasSubstr("refused to start (answer 3)")));
