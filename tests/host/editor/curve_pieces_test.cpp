@@ -225,8 +225,8 @@ TEST_F(CurvePiecesTest, ASplineWithKnotsThatDoNotFitIsStillDrawnFromItsPoints)
 
 TEST_F(CurvePiecesTest, AnEvenlyScaledMirroredArcStaysOneArcTheOtherWayRound)
 {
-    const auto pieces =
-        placed(std::make_unique<AcDbArc>(AcGePoint3d(0, 0), 1.0, 0.0, 0.5 * kPi), {.position = {}, .scaleX = -3, .scaleY = 3});
+    const auto pieces = placed(std::make_unique<AcDbArc>(AcGePoint3d(0, 0), 1.0, 0.0, 0.5 * kPi),
+                               {.position = {}, .scaleX = -3, .scaleY = 3});
     ASSERT_EQ(pieces.size(), 1u);
     EXPECT_NEAR(pieces[0].bulge, -std::tan(0.125 * kPi), 1e-12);
     EXPECT_NEAR(pieces[0].a.x, -3.0, 1e-12);
