@@ -3,6 +3,8 @@
 
 #include "controls/WideText.h"
 
+#include <fstream>
+
 using namespace ZEMGis;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -351,6 +353,58 @@ TEST_F(Saving, WhileACommandOfTheFamilyRunsSaveDoesNothing)
     });
     EXPECT_THAT(alerts(), IsEmpty());
     EXPECT_THAT(areas(), IsEmpty());
+}
+
+TEST_F(Saving, AnAreaThatCannotBeMadeLeavesNoTraceButTheStampsOnItsIslands)
+{
+    // A line has no polygon, so the store makes nothing of it.
+    const AcDbObjectId line = addLine(0, 0, 10, 10, L"0");
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        dialog.type(215, "0.35");
+        dialog.type(329, "wanted");
+        dialog.addMainRow(line, 100, {m_first});
+        dialog.GetDlgItem(221)->setEnabled(true);
+        dialog.selectRows({0});
+        Journal::instance().setRecording(true);
+        dialog.click(221);
+        EXPECT_THAT(entriesOf("CCatchmentAreaManager::AssignCA"), IsEmpty());
+        EXPECT_EQ(dialog.text(329), "wanted");
+        EXPECT_EQ(dialog.text(281), "");
+    });
+    EXPECT_THAT(areas(), IsEmpty());
+    EXPECT_TRUE(attached(m_first, L"SLIV_MAIN_AREA").IsNotNull());
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
+TEST_F(Saving, TheTraceTellsTheTwoFunctionsTheirMarkersAndAFailedCreation)
+{
+    // The only test that switches the trace on: its file stays open from then on.
+    const auto log = m_userFolder / "trace.log";
+    setSetting("LOG_FILE", ToWide(QString::fromStdString(log.string())));
+    setSetting("LOGGING", 1);
+    const AcDbObjectId line = addLine(0, 0, 10, 10, L"0");
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        dialog.type(215, "0.35");
+        dialog.addMainRow(line, 100);
+        dialog.GetDlgItem(221)->setEnabled(true);
+        dialog.selectRows({0});
+        dialog.click(221);
+    });
+    setSetting("LOGGING", 0);
+    std::ifstream file(log);
+    std::vector<std::string> lines;
+    for (std::string text; std::getline(file, text);) {
+        const auto end = text.find("]", text.find("[CDlg"));
+        if (text.find("[CDlgCreateCatchmentArea::") != std::string::npos)
+            lines.push_back(text.substr(end + 3));
+    }
+    EXPECT_THAT(lines, ElementsAre("Entering function , CDlgCreateCatchmentArea::OnBtnSaveMain",
+                                   "Entering function , CDlgCreateCatchmentArea::WriteSlivData", "Marker", "Marker",
+                                   "Failed verification:  'ptrCA.get()!=0'",
+                                   "Exiting function , CDlgCreateCatchmentArea::WriteSlivData",
+                                   "Exiting function , CDlgCreateCatchmentArea::OnBtnSaveMain"));
 }
 
 class TypedArea : public Saving {

@@ -267,20 +267,32 @@ TEST_F(StartUp, KeyboardLettersAreUniqueAndEveryOfferedCaptionOfWeightHasOne)
     }
 }
 
-TEST_F(StartUp, NothingIsCutOffInEitherLanguage)
+TEST_F(StartUp, NothingIsCutOffInEitherLanguageAtTwiceTheFontToo)
 {
-    for (const char *language : {"hr", "en"}) {
-        velmor::Services::instance().start({.language = language}, velmor::Services::instance().paths());
-        run([](CDialogUnderTest &dialog) {
-            for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
-                const bool shows =
-                    qobject_cast<const QLabel *>(widget) || qobject_cast<const QAbstractButton *>(widget);
-                if (shows && widget->isVisible() && widget->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored) {
-                    EXPECT_GE(widget->width(), widget->sizeHint().width()) << widget->objectName().toStdString();
+    const QFont usual = QApplication::font();
+    for (const int scale : {1, 2}) {
+        QFont font = usual;
+        font.setPointSizeF(usual.pointSizeF() * scale);
+        QApplication::setFont(font);
+        for (const char *language : {"hr", "en"}) {
+            velmor::Services::instance().start({.language = language}, velmor::Services::instance().paths());
+            run([&](CDialogUnderTest &dialog) {
+                for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
+                    const bool shows = qobject_cast<const QLabel *>(widget) ||
+                                       qobject_cast<const QAbstractButton *>(widget) ||
+                                       qobject_cast<const QComboBox *>(widget);
+                    if (!shows || !widget->isVisible() ||
+                        widget->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored)
+                        continue;
+                    EXPECT_GE(widget->width(), widget->sizeHint().width())
+                        << widget->objectName().toStdString() << " at " << scale;
+                    EXPECT_GE(widget->height(), widget->minimumSizeHint().height())
+                        << widget->objectName().toStdString() << " at " << scale;
                 }
-            }
-        });
+            });
+        }
     }
+    QApplication::setFont(usual);
 }
 
 TEST_F(StartUp, ClosingClearsMarksAndTemporaryDrawing)
