@@ -4,8 +4,6 @@
 #include "controls/WideText.h"
 #include "definition/AreaNaming.h"
 
-#include <cmath>
-
 using namespace ZEMGis;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -45,23 +43,6 @@ protected:
         for (const auto &[section, share] : pairs)
             shares.emplace_back(section->GetName(), share);
         return shares;
-    }
-
-    /// A section that is half a circle of radius 20 around a point; its middle is 20 above the point.
-    AcDbObjectId addArcSection(double x, double y)
-    {
-        const std::size_t layer = drawing().ensureLayer(L"ARCS");
-        auto arc = std::make_unique<AcDbArc>(AcGePoint3d(x, y), 20.0, 0.0, std::acos(-1.0));
-        AcDbArc &entity = *arc;
-        const AcDbObjectId id = drawing().append(std::move(arc));
-        drawing().setLayerOf(entity, layer);
-        velmor::LayerImportOptions options;
-        options.sectionLayers = {L"ARCS"};
-        const auto imported = velmor::importLayers(drawing(), options);
-        EXPECT_TRUE(imported) << imported.message;
-        const auto section = network().GetSectionById(id);
-        EXPECT_TRUE(section && section->GetType() == Topology::kSectionArc);
-        return id;
     }
 
     std::wstring m_status, m_name;
@@ -212,7 +193,7 @@ TEST_F(Automatic, ABoundaryWithNoSectionInsideTakesTheNameThatStoodInTheEdit)
 {
     // The middle of an arc section is on its drawing entity; inside a boundary it is only ever looked for at the
     // origin, so its region holds no section.
-    const AcDbObjectId arc = addArcSection(150, 30);
+    const AcDbObjectId arc = addArcSection(L"B1", {150, 30}, 20);
     run([&](CDialogUnderTest &dialog) {
         m_session.setNextSelection({arc});
         dialog.click(203);
@@ -230,7 +211,7 @@ TEST_F(Automatic, ABoundaryWithNoSectionInsideTakesTheNameThatStoodInTheEdit)
 TEST_F(Automatic, EachBoundaryWithoutSectionsTakesTheNameThatTheLastSaveProposed)
 {
     // Two arc sections, each alone in its parcel: both boundaries hold no section, so both take the edit's name.
-    const AcDbObjectId first = addArcSection(150, 30), second = addArcSection(230, 30);
+    const AcDbObjectId first = addArcSection(L"B1", {150, 30}, 20), second = addArcSection(L"B2", {230, 30}, 20);
     run([&](CDialogUnderTest &dialog) {
         m_session.setNextSelection({first, second});
         dialog.click(203);
@@ -249,7 +230,7 @@ TEST_F(Automatic, EachBoundaryWithoutSectionsTakesTheNameThatTheLastSaveProposed
 TEST_F(Automatic, ANameThatIsTakenIsToldAndCountsAllTheSame)
 {
     runAuto({L"D1"});
-    const AcDbObjectId arc = addArcSection(150, 30);
+    const AcDbObjectId arc = addArcSection(L"B1", {150, 30}, 20);
     run([&](CDialogUnderTest &dialog) {
         m_session.setNextSelection({arc});
         dialog.click(203);
@@ -309,8 +290,7 @@ TEST_F(Automatic, OneAreaIsMadeInTheToldOrderOfCalls)
 TEST_F(Automatic, WithoutBoundaryLayersEverythingVisibleBounds)
 {
     m_session.setDrawing(velmor::Drawing::createNew());
-    velmor::importInpText(
-        drawing(), "[JUNCTIONS]\nA 0\nB 0\n[CONDUITS]\nP A B 10 0.01 0 0\n[COORDINATES]\nA 2 5\nB 8 5\n", "two.inp");
+    addSection(L"P", {2, 5}, {8, 5});
     addBox(0, 0, 10, 10, L"ANY");
     run([&](CDialogUnderTest &dialog) {
         select(dialog, {L"P"});

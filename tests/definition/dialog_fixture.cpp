@@ -2,7 +2,9 @@
 
 #include "controls/WideText.h"
 #include "definition/Mnemonics.h"
+#include "host/network/NetworkData.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <unistd.h>
 
@@ -29,42 +31,6 @@ fs::path newFolder()
     return folder;
 }
 
-/// Names and ends of the made network's sections. D1 and D2 lie in parcel A, D3 in B, D4 in C with the courtyard, D5
-/// in no parcel.
-constexpr const char *kNetwork = R"([TITLE]
-made
-[OPTIONS]
-FLOW_UNITS LPS
-[JUNCTIONS]
-N1 0
-N2 0
-N3 0
-N4 0
-N5 0
-N6 0
-N7 0
-N8 0
-N9 0
-N10 0
-[CONDUITS]
-D1 N1 N2 60 0.01 0 0
-D2 N3 N4 40 0.01 0 0
-D3 N5 N6 60 0.01 0 0
-D4 N7 N8 30 0.01 0 0
-D5 N9 N10 20 0.01 0 0
-[COORDINATES]
-N1 20 30
-N2 80 30
-N3 20 70
-N4 60 70
-N5 120 30
-N6 180 30
-N7 210 20
-N8 240 20
-N9 500 500
-N10 520 500
-)";
-
 } // namespace
 
 QString CDialogUnderTest::text(int control) const
@@ -90,8 +56,12 @@ DefinitionDialogTest::DefinitionDialogTest() : m_userFolder(newFolder())
                                        velmor::Paths({fs::path(source ? source : ".") / "resources"}, m_userFolder));
     m_session.setMessageSink([](velmor::MessageKind, const std::wstring &) {});
     m_session.setDrawing(velmor::Drawing::createNew());
-    const auto imported = velmor::importInpText(drawing(), kNetwork, "made.inp");
-    EXPECT_TRUE(imported) << imported.message;
+    // D1 and D2 lie in the first parcel, D3 in the second, D4 in the third with its courtyard, D5 in none.
+    addSection(L"D1", {20, 30}, {80, 30});
+    addSection(L"D2", {20, 70}, {60, 70});
+    addSection(L"D3", {120, 30}, {180, 30});
+    addSection(L"D4", {210, 20}, {240, 20});
+    addSection(L"D5", {500, 500}, {520, 500});
     addBox(0, 0, 100, 100);
     addLine(100, 0, 200, 0);
     addLine(200, 0, 200, 100);
@@ -127,6 +97,29 @@ void DefinitionDialogTest::select(CDialogUnderTest &dialog, std::initializer_lis
     }
     m_session.setNextSelection(std::move(ids));
     dialog.click(203);
+}
+
+AcDbObjectId DefinitionDialogTest::addSection(const std::wstring &name, const AcGePoint3d &from, const AcGePoint3d &to)
+{
+    return addSectionEntity(name, std::make_unique<AcDbLine>(from, to));
+}
+
+AcDbObjectId DefinitionDialogTest::addArcSection(const std::wstring &name, const AcGePoint3d &center, double radius)
+{
+    return addSectionEntity(name, std::make_unique<AcDbArc>(center, radius, 0.0, std::acos(-1.0)));
+}
+
+AcDbObjectId DefinitionDialogTest::addSectionEntity(const std::wstring &name, std::unique_ptr<AcDbEntity> entity)
+{
+    const std::size_t layer = drawing().ensureLayer(velmor::kSectionLayer);
+    AcDbEntity &section = *entity;
+    const AcDbObjectId id = drawing().append(std::move(entity));
+    drawing().setLayerOf(section, layer);
+    velmor::SectionData data;
+    data.guid = L"{" + name + L"}";
+    data.name = name;
+    drawing().setData(section, velmor::kSectionKey, velmor::itemsOf(data));
+    return id;
 }
 
 AcDbObjectId DefinitionDialogTest::addLine(double x1, double y1, double x2, double y2, const wchar_t *layer)

@@ -99,6 +99,9 @@ protected:
     velmor::Drawing &drawing() { return *m_session.drawing(); }
     velmor::Network &network() { return drawing().component<velmor::Network>(); }
     std::vector<std::wstring> &alerts() { return m_session.alerts(); }
+    AcDbObjectId addSection(const std::wstring &name, const AcGePoint3d &from, const AcGePoint3d &to);
+    /// A section that is the upper half of a circle; its middle is straight above the centre.
+    AcDbObjectId addArcSection(const std::wstring &name, const AcGePoint3d &center, double radius);
     AcDbObjectId addLine(double x1, double y1, double x2, double y2, const wchar_t *layer = L"PARCELS");
     AcDbObjectId addBox(double x1, double y1, double x2, double y2, const wchar_t *layer = L"PARCELS");
     void setLayers(const std::vector<std::wstring> &layers);
@@ -118,6 +121,10 @@ protected:
     static std::vector<std::string> calls(std::initializer_list<const char *> operations);
     static std::vector<velmor::JournalEntry> entriesOf(const char *operation);
 
+private:
+    AcDbObjectId addSectionEntity(const std::wstring &name, std::unique_ptr<AcDbEntity> entity);
+
+protected:
     std::filesystem::path m_userFolder;
     velmor::Session m_session;
 };

@@ -100,10 +100,8 @@ TEST_F(Saving, Method0WithoutSectionsCreatesTheAreaAndAssignsItToNothing)
 TEST_F(Saving, Method1SharesTheAreaByLength)
 {
     m_session.setDrawing(velmor::Drawing::createNew());
-    velmor::importInpText(drawing(),
-                          "[JUNCTIONS]\nA 0\nB 0\nC 0\n[CONDUITS]\nP A B 30 0.01 0 0\nQ B C 70 0.01 0 0\n"
-                          "[COORDINATES]\nA 0 0\nB 30 0\nC 100 0\n",
-                          "three.inp");
+    addSection(L"P", {0, 0}, {30, 0});
+    addSection(L"Q", {30, 0}, {100, 0});
     const AcDbObjectId box = addBox(0, 0, 10, 10, L"0");
     run([&](CDialogUnderTest &dialog) {
         select(dialog, {L"P", L"Q"});
