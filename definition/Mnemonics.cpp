@@ -1,6 +1,7 @@
 #include "definition/Mnemonics.h"
 
 #include <cwctype>
+#include <map>
 #include <set>
 
 namespace {
@@ -28,37 +29,85 @@ std::size_t ownMark(const std::wstring &caption)
     return std::wstring::npos;
 }
 
-/// The place of the letter to mark, or npos.
-std::size_t freeLetter(const std::wstring &caption, const std::set<wchar_t> &taken, bool wordStartsOnly)
+/// Places of letters that could be marked, the first letters of words first; each letter once.
+std::vector<std::size_t> candidates(const std::wstring &caption)
 {
-    for (std::size_t i = 0; i < caption.size(); ++i) {
-        const bool wordStart = i == 0 || !std::iswalnum(static_cast<std::wint_t>(caption[i - 1]));
-        if (isPlainLetter(caption[i]) && !taken.contains(folded(caption[i])) && (wordStart || !wordStartsOnly))
-            return i;
+    std::vector<std::size_t> places;
+    std::set<wchar_t> seen;
+    for (const bool wordStarts : {true, false}) {
+        for (std::size_t i = 0; i < caption.size(); ++i) {
+            const bool wordStart = i == 0 || !std::iswalnum(static_cast<std::wint_t>(caption[i - 1]));
+            if (isPlainLetter(caption[i]) && wordStart == wordStarts && seen.insert(folded(caption[i])).second)
+                places.push_back(i);
+        }
     }
-    return std::wstring::npos;
+    return places;
 }
+
+/// Gives letters to captions; a caption may move to another of its letters so that a later one gets any at all.
+class CLetterChoice {
+public:
+    CLetterChoice(std::span<const std::wstring> captions, const std::set<wchar_t> &reserved)
+        : m_captions(captions), m_reserved(reserved), m_place(captions.size(), std::wstring::npos)
+    {
+    }
+    void Choose(std::size_t caption)
+    {
+        m_asked.clear();
+        TryToPlace(caption);
+    }
+    std::size_t PlaceOf(std::size_t caption) const { return m_place[caption]; }
+
+private:
+    bool TryToPlace(std::size_t caption)
+    {
+        const std::vector<std::size_t> places = candidates(m_captions[caption]);
+        // A free letter goes before one that another caption would have to give up.
+        for (const std::size_t place : places) {
+            if (const wchar_t letter = LetterAt(caption, place);
+                !m_reserved.contains(letter) && !m_owner.contains(letter))
+                return Take(caption, place);
+        }
+        for (const std::size_t place : places) {
+            const wchar_t letter = LetterAt(caption, place);
+            if (m_owner.contains(letter) && m_asked.insert(letter).second && TryToPlace(m_owner[letter]))
+                return Take(caption, place);
+        }
+        return false;
+    }
+    bool Take(std::size_t caption, std::size_t place)
+    {
+        m_owner[LetterAt(caption, place)] = caption;
+        m_place[caption] = place;
+        return true;
+    }
+    wchar_t LetterAt(std::size_t caption, std::size_t place) const { return folded(m_captions[caption][place]); }
+
+    std::span<const std::wstring> m_captions;
+    const std::set<wchar_t> &m_reserved;
+    std::vector<std::size_t> m_place;
+    std::map<wchar_t, std::size_t> m_owner;
+    std::set<wchar_t> m_asked;
+};
 
 } // namespace
 
 std::vector<std::wstring> WithMnemonics(std::span<const std::wstring> captions)
 {
-    std::vector<std::wstring> marked(captions.begin(), captions.end());
-    std::set<wchar_t> taken;
-    for (const std::wstring &caption : marked) {
+    std::set<wchar_t> reserved;
+    for (const std::wstring &caption : captions) {
         if (const std::size_t mark = ownMark(caption); mark != std::wstring::npos)
-            taken.insert(folded(caption[mark + 1]));
+            reserved.insert(folded(caption[mark + 1]));
     }
-    for (std::wstring &caption : marked) {
-        if (ownMark(caption) != std::wstring::npos)
-            continue;
-        std::size_t place = freeLetter(caption, taken, true);
-        if (place == std::wstring::npos)
-            place = freeLetter(caption, taken, false);
-        if (place == std::wstring::npos)
-            continue;
-        taken.insert(folded(caption[place]));
-        caption.insert(place, 1, L'&');
+    CLetterChoice choice(captions, reserved);
+    std::vector<std::wstring> marked(captions.begin(), captions.end());
+    for (std::size_t i = 0; i < captions.size(); ++i) {
+        if (ownMark(captions[i]) == std::wstring::npos)
+            choice.Choose(i);
+    }
+    for (std::size_t i = 0; i < captions.size(); ++i) {
+        if (const std::size_t place = choice.PlaceOf(i); place != std::wstring::npos)
+            marked[i].insert(place, 1, L'&');
     }
     return marked;
 }

@@ -279,25 +279,29 @@ TEST_F(Automatic, WithTheLabelCheckEveryAreaOfTheRunIsLabelledFromTheCatalogue)
 TEST_F(Automatic, OneAreaIsMadeInTheToldOrderOfCalls)
 {
     runAuto({L"D1"}, false, true);
-    EXPECT_THAT(calls({"CUtility::CreateGUID", "CCatchmentAreaManager::CreateCA", "CCatchmentArea::SetName",
-                       "CCatchmentAreaManager::AssignCA", "CCatchmentAreaManager::WriteCatchmentLabel",
-                       "RefreshDrawingDisplay"}),
-                ElementsAre("CUtility::CreateGUID", "CCatchmentAreaManager::CreateCA", "CCatchmentArea::SetName",
-                            "CCatchmentAreaManager::AssignCA", "CCatchmentAreaManager::WriteCatchmentLabel",
-                            "RefreshDrawingDisplay"));
+    EXPECT_THAT(
+        calls({"CUtility::CreateGUID", "CCatchmentAreaManager::CreateCA", "CCatchmentArea::SetName",
+               "CCatchmentAreaManager::AssignCA", "CCatchmentAreaManager::WriteCatchmentLabel", "acedUpdateDisplay"}),
+        ElementsAre("CUtility::CreateGUID", "CCatchmentAreaManager::CreateCA", "CCatchmentArea::SetName",
+                    "CCatchmentAreaManager::AssignCA", "CCatchmentAreaManager::WriteCatchmentLabel",
+                    "acedUpdateDisplay"));
 }
 
-TEST_F(Automatic, WithoutBoundaryLayersEverythingVisibleBounds)
+TEST_F(Automatic, WithoutBoundaryLayersEverythingVisibleBoundsTheSectionsToo)
 {
     m_session.setDrawing(velmor::Drawing::createNew());
     addSection(L"P", {2, 5}, {8, 5});
     addBox(0, 0, 10, 10, L"ANY");
-    run([&](CDialogUnderTest &dialog) {
-        select(dialog, {L"P"});
-        dialog.choose(257, 2);
-        dialog.type(215, "1");
-        dialog.click(290);
-    });
+    runAuto({L"P"}); // its middle lies on the section itself
+    EXPECT_EQ(m_status, count(0));
+
+    const auto layer = drawing().findLayer(velmor::kSectionLayer);
+    ASSERT_TRUE(layer);
+    velmor::Layer off = drawing().layer(*layer);
+    off.on = false;
+    drawing().setLayer(*layer, off);
+    runAuto({L"P"});
+    EXPECT_EQ(m_status, count(1));
     EXPECT_THAT(areas(), SizeIs(1));
 }
 

@@ -16,6 +16,16 @@ TEST(Mnemonics, LettersInsideWordsServeWhenTheWordStartsAreTaken)
     EXPECT_EQ(WithMnemonics(Captions{L"Auto", L"Area"}), (Captions{L"&Auto", L"A&rea"}));
 }
 
+TEST(Mnemonics, AnEarlierCaptionMovesWhenALaterOneWouldGetNone)
+{
+    EXPECT_EQ(WithMnemonics(Captions{L"Tab", L"Tau", L"Ta"}), (Captions{L"Ta&b", L"T&au", L"&Ta"}));
+}
+
+TEST(Mnemonics, WhereLettersDoNotSufficeTheLaterCaptionGoesWithout)
+{
+    EXPECT_EQ(WithMnemonics(Captions{L"a b", L"b", L"a"}), (Captions{L"&a b", L"&b", L"a"}));
+}
+
 TEST(Mnemonics, UpperAndLowerCaseAreOneLetter)
 {
     EXPECT_EQ(WithMnemonics(Captions{L"a", L"A"}), (Captions{L"&a", L"A"}));

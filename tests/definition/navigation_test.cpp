@@ -15,10 +15,10 @@ namespace {
 using Navigation = DefinitionDialogTest;
 
 constexpr const char *kMark = "CCatchmentArea::Mark";
-constexpr const char *kDraw = "CSection::DrawTemporary";
+constexpr const char *kDraw = "CEntity::DrawTemporary";
 constexpr const char *kZoomTo = "CZEMCEdit::zoom";
 constexpr const char *kWipe = "acedRedraw";
-constexpr const char *kRefresh = "RefreshDrawingDisplay";
+constexpr const char *kRefresh = "acedUpdateDisplay";
 
 TEST_F(Navigation, ASelectionTellsItsNumberInBlue)
 {

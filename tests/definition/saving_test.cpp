@@ -56,9 +56,9 @@ TEST_F(Saving, WithNoRowSelectedOnlyTheStatusAndTheMarksChange)
         EXPECT_EQ(dialog.text(281), "");
         EXPECT_EQ(dialog.colour(281), 23551u);
         EXPECT_THAT(entriesOf("CCatchmentAreaManager::CreateCA"), IsEmpty());
-        EXPECT_THAT(calls({"CCatchmentAreaManager::UnMarkAllCatchments", "RefreshDrawingDisplay"}),
-                    ElementsAre("CCatchmentAreaManager::UnMarkAllCatchments", "RefreshDrawingDisplay",
-                                "RefreshDrawingDisplay"));
+        EXPECT_THAT(
+            calls({"CCatchmentAreaManager::UnMarkAllCatchments", "acedUpdateDisplay"}),
+            ElementsAre("CCatchmentAreaManager::UnMarkAllCatchments", "acedUpdateDisplay", "acedUpdateDisplay"));
     });
     EXPECT_THAT(areas(), IsEmpty());
 }

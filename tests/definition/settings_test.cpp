@@ -2,9 +2,11 @@
 #include "tests/definition/dialog_fixture.h"
 
 #include "controls/WideText.h"
+#include "host/editor/SelectionSets.h"
 
 using namespace ZEMGis;
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::SizeIs;
 using velmor::DataItems;
 using velmor::Journal;
@@ -18,6 +20,18 @@ protected:
     std::optional<DataItems> kept(const char *name)
     {
         return drawing().dictionaryEntry(kDictionary, std::string("ZEMX_CATCH_DEFINE_") + name);
+    }
+    /// Members of the one selection set that stands.
+    AcDbObjectIdArray selected()
+    {
+        EXPECT_EQ(m_session.selectionSets().size(), 1u);
+        constexpr std::int64_t kSearched = 100;
+        for (std::int64_t id = 0; id < kSearched; ++id) {
+            if (const velmor::SelectionSet *set = m_session.selectionSets().find(id))
+                return set->members();
+        }
+        ADD_FAILURE() << "no set";
+        return {};
     }
     void expectKept(const char *name, int code, const decltype(velmor::DataItem::value) &value)
     {
@@ -190,21 +204,17 @@ TEST_F(Settings, TheLayerSelectionHoldsTheEntitiesOfThoseLayersInAllBlocksNamesC
     addLine(0, 0, 3, 3, L"OTHER");
 
     setLayers({L"ONLY"});
-    Journal::instance().setRecording(true);
-    run([&](CDialogUnderTest &) {
-        // One call makes the set, one each adds the two entities.
-        EXPECT_THAT(entriesOf("acedSSAdd"), SizeIs(3));
-    });
+    run([&](CDialogUnderTest &) { EXPECT_THAT(selected(), SizeIs(2)); });
     setLayers({L"only"});
-    Journal::instance().setRecording(true);
-    run([&](CDialogUnderTest &) { EXPECT_THAT(entriesOf("acedSSAdd"), SizeIs(1)); });
+    run([&](CDialogUnderTest &) { EXPECT_THAT(selected(), IsEmpty()); });
+    setLayers({L"OTHER", L"ONLY"});
+    run([&](CDialogUnderTest &) { EXPECT_THAT(selected(), SizeIs(3)); });
 }
 
 TEST_F(Settings, TheDialogFreesItsSelectionSet)
 {
-    Journal::instance().setRecording(true);
-    run([](CDialogUnderTest &) {});
-    EXPECT_THAT(entriesOf("acedSSFree"), SizeIs(1));
+    run([&](CDialogUnderTest &) { EXPECT_EQ(m_session.selectionSets().size(), 1u); });
+    EXPECT_EQ(m_session.selectionSets().size(), 0u);
 }
 
 } // namespace
