@@ -1,0 +1,416 @@
+#include "host/network/InpReader.h"
+
+#include "host/drawing/dxf/TextCodec.h"
+#include "host/services/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <unordered_map>
+
+namespace velmor {
+
+namespace {
+
+/// A table of the file that is read; what a node or a link is called in findings.
+enum class Table { Options, Node, Conduit, OtherLink, Subcatchment, Coordinates, Vertices, Polygons, None };
+
+struct TableName {
+    std::string_view prefix; ///< SWMM takes a table by the first letters of its name
+    Table table;
+    const char *kind;
+};
+constexpr auto kTables = std::to_array<TableName>({
+    {"[OPTION", Table::Options, ""},
+    {"[JUNC", Table::Node, "junction"},
+    {"[OUTF", Table::Node, "outfall"},
+    {"[STOR", Table::Node, "storage"},
+    {"[DIVI", Table::Node, "divider"},
+    {"[COND", Table::Conduit, "conduit"},
+    {"[PUMP", Table::OtherLink, "pump"},
+    {"[ORIF", Table::OtherLink, "orifice"},
+    {"[WEIR", Table::OtherLink, "weir"},
+    {"[OUTL", Table::OtherLink, "outlet"},
+    {"[SUBC", Table::Subcatchment, "subcatchment"},
+    {"[COOR", Table::Coordinates, ""},
+    {"[VERT", Table::Vertices, ""},
+    {"[POLY", Table::Polygons, ""},
+});
+
+/// Farther out no drawing lies; a number beyond it is a slip.
+constexpr double kFarthest = 1e12;
+
+struct Row {
+    std::size_t line = 0;
+    const TableName *table = nullptr;
+    std::vector<std::string_view> words;
+};
+
+std::vector<std::string_view> splitRow(std::string_view line)
+{
+    constexpr std::string_view kBlanks = " \t\r\f\v";
+    std::vector<std::string_view> words;
+    for (std::size_t i = 0; i < line.size();) {
+        if (line[i] == ';')
+            break;
+        if (kBlanks.find(line[i]) != std::string_view::npos) {
+            ++i;
+            continue;
+        }
+        std::size_t end;
+        if (line[i] == '"') {
+            const auto closing = line.find('"', i + 1);
+            end = closing == std::string_view::npos ? line.size() : closing;
+            words.push_back(line.substr(i + 1, end - i - 1));
+            i = end + 1;
+            continue;
+        }
+        end = std::min(line.find_first_of(" \t\r\f\v;", i), line.size());
+        words.push_back(line.substr(i, end - i));
+        i = end;
+    }
+    return words;
+}
+
+std::optional<double> parseNumber(std::string_view word)
+{
+    if (word.starts_with('+'))
+        word.remove_prefix(1);
+    double value = 0.0;
+    const auto [rest, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+    if (error != std::errc() || rest != word.data() + word.size() || !(std::abs(value) <= kFarthest))
+        return std::nullopt;
+    return value;
+}
+
+std::string upper(std::string_view text)
+{
+    std::string folded(text);
+    for (char &c : folded)
+        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+    return folded;
+}
+
+/// Names with their numbers. A name that fits exactly comes before one that fits but for its case.
+class Names {
+public:
+    /// False when the very name is taken.
+    bool add(std::string_view name, std::size_t number)
+    {
+        m_folded.emplace(upper(name), number);
+        return m_exact.emplace(name, number).second;
+    }
+    std::optional<std::size_t> find(std::string_view name) const
+    {
+        if (const auto exact = m_exact.find(name); exact != m_exact.end())
+            return exact->second;
+        const auto folded = m_folded.find(upper(name));
+        return folded == m_folded.end() ? std::nullopt : std::optional(folded->second);
+    }
+
+private:
+    std::unordered_map<std::string_view, std::size_t> m_exact;
+    std::unordered_map<std::string, std::size_t> m_folded;
+};
+
+class Reader {
+public:
+    Reader(std::string_view text, bool withPolygons) : m_withPolygons(withPolygons)
+    {
+        if (!isUtf8(text)) {
+            m_codec = TextCodec::forDrawing("AC1015", "ANSI_1250");
+            note(0, "the text is not UTF-8; names were read as code page 1250");
+        }
+        splitTables(text);
+    }
+
+    InpNetwork read(const std::string &name)
+    {
+        if (!m_sawTable) {
+            fail(FileStatus::NotADrawing, name + " is not a SWMM network file: it has no [TABLE]");
+            return std::move(m_result);
+        }
+        readUnits();
+        readNodes();
+        readCoordinates();
+        if (m_result.status == FileStatus::Ok && m_placed.empty()) {
+            fail(FileStatus::NotADrawing,
+                 name + (m_nodes.empty() ? " defines no nodes, so there is no network to draw"
+                                         : " has no coordinates for its nodes, so there is nothing to draw; export the "
+                                           "network with its map"));
+            return std::move(m_result);
+        }
+        readConduits();
+        if (m_result.conduits.empty())
+            warn(0, "the file has no conduit that can be drawn");
+        readVertices();
+        if (m_withPolygons)
+            readPolygons();
+        std::ranges::stable_sort(m_result.findings, {}, &Finding::line);
+        return std::move(m_result);
+    }
+
+private:
+    struct NodeRow {
+        std::string_view name;
+        std::size_t line;
+        const char *kind;
+        std::optional<std::size_t> placed; ///< number in the result
+    };
+
+    void note(std::size_t line, std::string text)
+    {
+        m_result.findings.push_back({Severity::Note, line, std::move(text)});
+    }
+    void warn(std::size_t line, std::string text)
+    {
+        m_result.findings.push_back({Severity::Warning, line, std::move(text)});
+    }
+    void fail(FileStatus status, std::string message)
+    {
+        m_result = InpNetwork();
+        m_result.status = status;
+        m_result.message = std::move(message);
+    }
+    std::wstring decoded(std::string_view word) const { return m_codec ? m_codec->decode(word) : wide(word); }
+    /// A name as it stands in a finding.
+    std::string shown(std::string_view word) const { return utf8(decoded(word)); }
+
+    void splitTables(std::string_view text)
+    {
+        if (text.starts_with("\xEF\xBB\xBF"))
+            text.remove_prefix(3);
+        const TableName *table = nullptr;
+        for (std::size_t number = 1; !text.empty(); ++number) {
+            const auto end = text.find('\n');
+            const std::string_view line = text.substr(0, end);
+            text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+            std::vector<std::string_view> words = splitRow(line);
+            if (words.empty())
+                continue;
+            if (words.front().starts_with('[')) {
+                const std::string title = upper(words.front());
+                const auto found =
+                    std::ranges::find_if(kTables, [&](const TableName &t) { return title.starts_with(t.prefix); });
+                table = found == kTables.end() ? nullptr : &*found;
+                m_sawTable = true;
+                continue;
+            }
+            if (table)
+                m_rows[static_cast<std::size_t>(table->table)].push_back({number, table, std::move(words)});
+        }
+    }
+
+    const std::vector<Row> &rows(Table table) const { return m_rows[static_cast<std::size_t>(table)]; }
+
+    void readUnits()
+    {
+        constexpr auto kFeet = std::to_array<std::string_view>({"CFS", "GPM", "MGD"});
+        constexpr auto kMetres = std::to_array<std::string_view>({"CMS", "LPS", "MLD"});
+        m_result.inFeet = true; // SWMM's own default is CFS
+        bool told = false;
+        for (const Row &row : rows(Table::Options)) {
+            if (!equalNoCase(row.words[0], "FLOW_UNITS"))
+                continue;
+            const std::string unit = row.words.size() > 1 ? upper(row.words[1]) : std::string();
+            const bool feet = std::ranges::find(kFeet, unit) != kFeet.end();
+            told = feet || std::ranges::find(kMetres, unit) != kMetres.end();
+            if (told)
+                m_result.inFeet = feet;
+            else
+                warn(row.line, "flow units \"" + shown(unit) + "\" are not known");
+        }
+        if (!told)
+            warn(0, "no flow units are given; CFS is taken as SWMM does, so coordinates are in feet");
+    }
+
+    void readNodes()
+    {
+        for (const Row &row : rows(Table::Node)) {
+            if (m_nodeNames.add(row.words[0], m_nodes.size()))
+                m_nodes.push_back({row.words[0], row.line, row.table->kind, std::nullopt});
+            else
+                warn(row.line, fmt::format("node {} is defined already; this {} was left out", shown(row.words[0]),
+                                           row.table->kind));
+        }
+    }
+
+    /// The point in the second and third word of a row; told and nothing when it is none.
+    std::optional<InpPoint> pointOf(const Row &row, std::string_view what)
+    {
+        const auto x = row.words.size() > 1 ? parseNumber(row.words[1]) : std::nullopt;
+        const auto y = row.words.size() > 2 ? parseNumber(row.words[2]) : std::nullopt;
+        if (x && y)
+            return InpPoint{*x, *y};
+        warn(row.line, fmt::format("{} {} needs two numbers; the row was left out", what, shown(row.words[0])));
+        return std::nullopt;
+    }
+
+    void readCoordinates()
+    {
+        std::vector<std::optional<InpPoint>> places(m_nodes.size());
+        for (const Row &row : rows(Table::Coordinates)) {
+            const auto node = m_nodeNames.find(row.words[0]);
+            if (!node) {
+                note(row.line,
+                     fmt::format("coordinates of {}, which is no node; the row was left out", shown(row.words[0])));
+                continue;
+            }
+            const auto point = pointOf(row, "the place of node");
+            if (point && places[*node])
+                warn(row.line, fmt::format("node {} has coordinates already; these count", shown(row.words[0])));
+            if (point)
+                places[*node] = point;
+        }
+        for (std::size_t i = 0; i < m_nodes.size(); ++i) {
+            NodeRow &node = m_nodes[i];
+            if (!places[i]) {
+                warn(node.line, fmt::format("{} {} has no coordinates and was left out", node.kind, shown(node.name)));
+                continue;
+            }
+            node.placed = m_result.nodes.size();
+            m_result.nodes.push_back({decoded(node.name), node.line, *places[i]});
+            m_placed.push_back(i);
+        }
+    }
+
+    /// The drawn node of that name; told and nothing when there is none.
+    std::optional<std::size_t> endOf(const Row &row, std::size_t word)
+    {
+        const auto node = m_nodeNames.find(row.words[word]);
+        if (node && m_nodes[*node].placed)
+            return m_nodes[*node].placed;
+        warn(row.line, fmt::format("conduit {} ends at {}, which {}; it was left out", shown(row.words[0]),
+                                   shown(row.words[word]), node ? "has no coordinates" : "no table defines"));
+        return std::nullopt;
+    }
+
+    void readConduits()
+    {
+        for (const Row &row : rows(Table::Conduit)) {
+            const std::string_view name = row.words[0];
+            if (row.words.size() < 3) {
+                warn(row.line, fmt::format("conduit {} needs two nodes; the row was left out", shown(name)));
+                m_otherLinks.add(name, 0);
+                continue;
+            }
+            const auto from = endOf(row, 1);
+            const auto to = from ? endOf(row, 2) : std::nullopt;
+            if (!from || !to) {
+                m_otherLinks.add(name, 0);
+                continue;
+            }
+            if (!m_conduitNames.add(name, m_result.conduits.size())) {
+                warn(row.line, fmt::format("conduit {} is defined already; this one was left out", shown(name)));
+                continue;
+            }
+            double length = 0.0;
+            if (const auto given = row.words.size() > 3 ? parseNumber(row.words[3]) : 0.0; !given || *given < 0.0)
+                warn(row.line, fmt::format("\"{}\" is no length of conduit {}; its drawn length counts",
+                                           shown(row.words[3]), shown(name)));
+            else if (*given == 0.0)
+                note(row.line, fmt::format("conduit {} has no length; its drawn length counts", shown(name)));
+            else
+                length = *given;
+            m_result.conduits.push_back({decoded(name), row.line, *from, *to, length, {}});
+        }
+        for (const Row &row : rows(Table::OtherLink)) {
+            note(row.line,
+                 fmt::format("{} {} is not a conduit and was left out", row.table->kind, shown(row.words[0])));
+            m_otherLinks.add(row.words[0], 0);
+        }
+    }
+
+    void readVertices()
+    {
+        for (const Row &row : rows(Table::Vertices)) {
+            const auto conduit = m_conduitNames.find(row.words[0]);
+            if (!conduit) {
+                // The bends of a link that was left out went with it, and that was told.
+                if (!m_otherLinks.find(row.words[0]))
+                    note(row.line,
+                         fmt::format("a bend of {}, which is no conduit; the row was left out", shown(row.words[0])));
+                continue;
+            }
+            if (const auto point = pointOf(row, "a bend of conduit"))
+                m_result.conduits[*conduit].bends.push_back(*point);
+        }
+        for (InpConduit &conduit : m_result.conduits)
+            dropRepeats(conduit);
+    }
+
+    /// Bends that stand on their neighbour (or on the node at the end) make no way.
+    void dropRepeats(InpConduit &conduit)
+    {
+        const InpPoint &from = m_result.nodes[conduit.from].at, &to = m_result.nodes[conduit.to].at;
+        auto &bends = conduit.bends;
+        bends.erase(std::unique(bends.begin(), bends.end()), bends.end());
+        if (!bends.empty() && bends.front() == from)
+            bends.erase(bends.begin());
+        if (!bends.empty() && bends.back() == to)
+            bends.pop_back();
+        if (bends.empty() && from == to)
+            note(conduit.line,
+                 "conduit " + utf8(conduit.name) + " begins and ends at one place and is drawn as a point");
+    }
+
+    void readPolygons()
+    {
+        Names names;
+        for (const Row &row : rows(Table::Polygons)) {
+            auto number = names.find(row.words[0]);
+            if (!number) {
+                number = m_result.polygons.size();
+                names.add(row.words[0], *number);
+                m_result.polygons.push_back({decoded(row.words[0]), row.line, {}});
+            }
+            if (const auto point = pointOf(row, "a corner of polygon"))
+                m_result.polygons[*number].ring.push_back(*point);
+        }
+        for (const Row &row : rows(Table::Subcatchment))
+            if (!names.find(row.words[0]))
+                note(row.line, fmt::format("subcatchment {} has no polygon", shown(row.words[0])));
+        std::erase_if(m_result.polygons, [&](InpPolygon &polygon) {
+            auto &ring = polygon.ring;
+            ring.erase(std::unique(ring.begin(), ring.end()), ring.end());
+            while (ring.size() > 1 && ring.front() == ring.back())
+                ring.pop_back();
+            if (ring.size() >= 3)
+                return false;
+            warn(polygon.line, "polygon " + utf8(polygon.name) + " has fewer than three corners and was left out");
+            return true;
+        });
+    }
+
+    bool m_withPolygons;
+    bool m_sawTable = false;
+    std::optional<TextCodec> m_codec; ///< none: UTF-8
+    std::array<std::vector<Row>, static_cast<std::size_t>(Table::None)> m_rows;
+    std::vector<NodeRow> m_nodes;
+    std::vector<std::size_t> m_placed;
+    Names m_nodeNames, m_conduitNames, m_otherLinks;
+    InpNetwork m_result;
+};
+
+} // namespace
+
+InpNetwork readInp(std::string_view text, const std::string &name, bool withPolygons)
+{
+    InpNetwork refused;
+    if (text.empty()) {
+        refused.status = FileStatus::Empty;
+        refused.message = name + " is empty";
+        return refused;
+    }
+    if (text.find('\0') != std::string_view::npos) {
+        refused.status = FileStatus::NotADrawing;
+        refused.message = name + " is not a SWMM network file: it is not a text file";
+        return refused;
+    }
+    return Reader(text, withPolygons).read(name);
+}
+
+} // namespace velmor
