@@ -4,6 +4,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <bit>
 #include <deque>
 #include <unordered_map>
@@ -26,30 +27,32 @@ class Registry {
 public:
     using Pointer = boost::shared_ptr<Contract>;
 
-    explicit Registry(const char *key) : m_key(key) {}
+    Registry(Drawing &drawing, const char *key) : m_drawing(drawing), m_key(key) {}
 
-    void build(Drawing &drawing)
+    void build()
     {
         std::unordered_set<const AcDbEntity *> carriers;
-        for (AcDbEntity *entity : drawing.entitiesWithData(m_key))
+        for (AcDbEntity *entity : m_drawing.entitiesWithData(m_key))
             carriers.insert(entity);
         if (carriers.empty())
             return;
-        for (AcDbEntity *entity : drawing.modelSpace().entities())
+        m_building = true;
+        for (AcDbEntity *entity : m_drawing.modelSpace().entities())
             if (carriers.contains(entity))
-                update(drawing, *entity);
+                update(*entity);
+        m_building = false;
     }
 
     /// Takes up what the entity's data says now.
-    void update(Drawing &drawing, AcDbEntity &entity)
+    void update(AcDbEntity &entity)
     {
-        const auto items = drawing.data(entity, m_key);
+        const auto items = m_drawing.data(entity, m_key);
         auto data = items ? Parse(*items) : std::nullopt;
         const auto known = m_byId.find(idOf(entity));
         if (known == m_byId.end()) {
             const BlockRecord *owner = data ? ownerOf(entity) : nullptr;
             if (owner && owner->isModelSpace())
-                add(boost::make_shared<Entity>(drawing, entity, std::move(*data)));
+                add(boost::make_shared<Entity>(m_drawing, entity, std::move(*data)));
             return;
         }
         Entity &present = *known->second;
@@ -89,8 +92,25 @@ private:
     {
         m_all.push_back(made);
         m_byId.emplace(made->GetObjectId(), made);
-        if (!m_stale)
-            enter(made);
+        // What was drawn earlier than others and got its data later belongs before them.
+        if (m_building || m_drawing.modelSpace().entities().back() == &made->entity()) {
+            if (!m_stale)
+                enter(made);
+        } else {
+            m_stale = m_unordered = true;
+        }
+    }
+
+    /// One walk over model space puts everything into the drawing's order.
+    void sort() const
+    {
+        m_unordered = false;
+        std::unordered_map<const AcDbEntity *, std::size_t> places;
+        const auto &entities = m_drawing.modelSpace().entities();
+        for (std::size_t i = 0; i < entities.size(); ++i)
+            if (m_byId.contains(idOf(*entities[i])))
+                places.emplace(entities[i], i);
+        std::ranges::sort(m_all, {}, [&](const auto &entity) { return places[&entity->entity()]; });
     }
 
     /// The first of several with one GUID or name keeps its place.
@@ -106,6 +126,8 @@ private:
         if (!m_stale)
             return;
         m_stale = false;
+        if (m_unordered)
+            sort();
         m_list.clear();
         m_byGuid.clear();
         m_byName.clear();
@@ -114,8 +136,11 @@ private:
                 enter(entity);
     }
 
+    Drawing &m_drawing;
     const char *m_key;
-    std::vector<boost::shared_ptr<Entity>> m_all; ///< in the drawing's order, erased ones too
+    bool m_building = false;                              ///< entities come in the drawing's order
+    mutable std::vector<boost::shared_ptr<Entity>> m_all; ///< in the drawing's order, erased ones too
+    mutable bool m_unordered = false;                     ///< but for those added since
     std::unordered_map<AcDbObjectId, boost::shared_ptr<Entity>, IdHash> m_byId;
     mutable bool m_stale = false; ///< the three below are to be made anew
     mutable std::vector<Pointer> m_list;
@@ -133,14 +158,14 @@ struct Network::Private {
         if (built)
             return;
         built = true;
-        nodes.build(drawing);
-        sections.build(drawing);
+        nodes.build();
+        sections.build();
     }
 
     Drawing &drawing;
     bool built = false;
-    Registry<SectionEntity, ZEMGis::Topology::CSection, sectionDataOf> sections{kSectionKey};
-    Registry<NodeEntity, ZEMGis::Topology::CNode, nodeDataOf> nodes{kNodeKey};
+    Registry<SectionEntity, ZEMGis::Topology::CSection, sectionDataOf> sections{drawing, kSectionKey};
+    Registry<NodeEntity, ZEMGis::Topology::CNode, nodeDataOf> nodes{drawing, kNodeKey};
 };
 
 Network::Network(Drawing &drawing) : d(std::make_unique<Private>(drawing))
@@ -161,8 +186,8 @@ void Network::entityModified(AcDbEntity &entity)
 {
     if (!d->built)
         return;
-    d->nodes.update(d->drawing, entity);
-    d->sections.update(d->drawing, entity);
+    d->nodes.update(entity);
+    d->sections.update(entity);
 }
 
 void Network::entityErased(AcDbEntity &entity, bool /*erased*/)

@@ -73,10 +73,10 @@ NetworkImportResult importInpText(Drawing &drawing, std::string_view text, const
                                   const NetworkImportOptions &options = {});
 
 struct LayerImportOptions {
-    std::vector<std::wstring> sectionLayers; ///< lines, arcs and polylines of these layers become sections
-    std::vector<std::wstring> nameLayers;    ///< texts and block attributes that name nodes; empty: all layers
-    double endTolerance = 0.01;              ///< ends nearer than this are one node
-    double nameDistance = 5.0;               ///< how far a text may stand from its node
+    std::vector<std::wstring> sectionLayers = {}; ///< lines, arcs and polylines of these layers become sections
+    std::vector<std::wstring> nameLayers = {};    ///< texts and block attributes that name nodes; empty: all layers
+    double endTolerance = 0.01;                   ///< ends nearer than this are one node
+    double nameDistance = 5.0;                    ///< how far a text may stand from its node
 };
 /// Makes sections (and nodes at their ends) of linework that is already in the drawing.
 NetworkImportResult importLayers(Drawing &drawing, const LayerImportOptions &options);

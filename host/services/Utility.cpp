@@ -6,14 +6,19 @@
 #include <array>
 #include <random>
 
+#include <unistd.h>
+
 namespace ZEMGis::Utility {
 
 std::wstring CUtility::CreateGUID()
 {
-    static std::random_device device; // the system's own source: no seed that two runs could share
     std::array<std::uint32_t, 4> words{};
-    for (auto &word : words)
-        word = device();
+    // The system's own source: no seed that two runs could share.
+    if (::getentropy(words.data(), sizeof words) != 0) {
+        std::random_device device;
+        for (auto &word : words)
+            word = device();
+    }
     words[1] = (words[1] & 0xFFFF0FFF) | 0x00004000; // version 4
     words[2] = (words[2] & 0x3FFFFFFF) | 0x80000000; // the standard variant
     std::wstring guid = L"{";
