@@ -1,0 +1,117 @@
+// The store follows the drawing: entities erased, brought back, edited, and records that something else wrote.
+#include "tests/host/sewage/AreaWorld.h"
+
+#include "host/sewage/AreaRecord.h"
+
+namespace velmor::test {
+namespace {
+
+class Following : public AreaWorld {};
+
+TEST_F(Following, RefreshingDropsAreasWhoseEntityWasErased)
+{
+    const AreaPtr area = create(L"{G}", kSquare, L"gone");
+    create(L"{O}", kFarSquare, L"stays");
+    area->Mark(1, 1.0, 0.0, L"ANSI31", 0);
+    drawing().erase(entityOf(area));
+    EXPECT_TRUE(manager().RefreshExistingCatchments());
+    EXPECT_EQ(names(), Names{L"stays"});
+    EXPECT_FALSE(manager().GetCatchmentAreaByGuid(L"{G}"));
+    EXPECT_TRUE(area->GetObjectId().isNull());
+}
+
+TEST_F(Following, AnErasedAreaIsGoneWithoutARefreshToo)
+{
+    const AreaPtr area = create(L"{G}", kSquare, L"gone");
+    drawing().erase(entityOf(area));
+    EXPECT_TRUE(names().empty());
+}
+
+TEST_F(Following, AnEntityBroughtBackBringsItsAreaBack)
+{
+    const AreaPtr area = create(L"{G}", kSquare, L"back");
+    manager().AssignCA({{section(L"S1"), 1.0}}, area);
+    AcDbEntity &entity = entityOf(area);
+    drawing().erase(entity);
+    EXPECT_TRUE(names().empty());
+    drawing().erase(entity, false);
+    EXPECT_EQ(names(), Names{L"back"});
+    EXPECT_EQ(namesBySection(L"S1"), Names{L"back"});
+    EXPECT_EQ(manager().GetCatchmentAreaByGuid(L"{G}")->GetArea(), 1.0);
+}
+
+TEST_F(Following, ARecordThatWasPutBackIsReadAnew)
+{
+    // As an undo does it.
+    const AreaPtr area = create(L"{G}", kSquare, L"before");
+    AcDbEntity &entity = entityOf(area);
+    const DataItems old = *drawing().data(entity, kAreaDataKey);
+    area->SetName(L"after");
+    manager().AssignCA({{section(L"S1"), 1.0}}, area);
+    drawing().setData(entity, kAreaDataKey, old);
+    EXPECT_EQ(names(), Names{L"before"});
+    EXPECT_TRUE(namesBySection(L"S1").empty());
+    EXPECT_EQ(manager().GetCatchmentAreaByGuid(L"{G}"), area) << "the same area goes on";
+}
+
+TEST_F(Following, ANewValueIsNotWrittenOverARecordThatWasPutBack)
+{
+    const AreaPtr area = create(L"{G}", kSquare, L"before");
+    AcDbEntity &entity = entityOf(area);
+    const DataItems old = *drawing().data(entity, kAreaDataKey);
+    area->SetName(L"after");
+    drawing().setData(entity, kAreaDataKey, old);
+    area->SetFlowCoeff(0.5);
+    EXPECT_EQ(area->GetName(), L"before");
+    EXPECT_EQ(area->GetFlowCoeff(), 0.5);
+}
+
+TEST_F(Following, AnAreaWhoseRecordWasTakenAwayIsGone)
+{
+    const AreaPtr area = create(L"{G}", kSquare);
+    drawing().setData(entityOf(area), kAreaDataKey, {});
+    EXPECT_TRUE(names().empty());
+}
+
+TEST_F(Following, ARecordThatWasDamagedElsewhereIsLeftAsItIs)
+{
+    const AreaPtr area = create(L"{G}", kSquare);
+    AcDbEntity &entity = entityOf(area);
+    DataItems damaged = *drawing().data(entity, kAreaDataKey);
+    damaged.resize(4);
+    drawing().setData(entity, kAreaDataKey, damaged);
+    EXPECT_TRUE(manager().RefreshExistingCatchments());
+    EXPECT_TRUE(names().empty());
+    EXPECT_EQ(drawing().data(entity, kAreaDataKey), damaged) << "a later version may read what this one can't";
+}
+
+TEST_F(Following, ACopyWithTheSameGuidIsNoSecondArea)
+{
+    const AreaPtr area = create(L"{G}", kSquare, L"one");
+    const DataItems items = *drawing().data(entityOf(area), kAreaDataKey);
+    auto copy = std::make_unique<AcDbPolyline>(std::vector<AcDbPolyline::Vertex>{{0, 0}, {1, 0}, {1, 1}}, true);
+    AcDbEntity &entity = *copy;
+    drawing().append(std::move(copy));
+    drawing().setData(entity, kAreaDataKey, items);
+    EXPECT_EQ(names(), Names{L"one"});
+    EXPECT_EQ(manager().GetCatchmentAreaByGuid(L"{G}"), area);
+
+    manager().DeleteCA(area);
+    EXPECT_FALSE(entity.isErased()) << "the copy is the user's";
+    manager().RefreshExistingCatchments();
+    EXPECT_EQ(names(), Names{L"one"}) << "now the copy is the only area of that GUID";
+}
+
+TEST_F(Following, AForeignEntityOfTheLayerIsNoArea)
+{
+    const std::size_t layer = drawing().ensureLayer(L"VELMOR_CATCHMENTS");
+    auto made = std::make_unique<AcDbPolyline>(std::vector<AcDbPolyline::Vertex>{{0, 0}, {1, 0}, {1, 1}}, true);
+    AcDbEntity &entity = *made;
+    drawing().append(std::move(made));
+    drawing().setLayerOf(entity, layer);
+    manager().RefreshExistingCatchments();
+    EXPECT_TRUE(names().empty());
+}
+
+} // namespace
+} // namespace velmor::test
