@@ -1,27 +1,82 @@
 // Data attached to objects, named dictionaries and header variables, as the drawing keeps them in memory.
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/dxf/DataTags.h"
+#include "host/drawing/dxf/Tags.h"
 
 namespace velmor {
+
+namespace {
+
+/// Values in the type that their code has in a file.
+DataItems normalized(const DataItems &items)
+{
+    DataItems result = items;
+    for (DataItem &item : result) {
+        const auto kind = dxf::valueKindOf(item.code);
+        if (const auto *whole = std::get_if<std::int64_t>(&item.value); whole && kind == dxf::ValueKind::Real)
+            item.value = static_cast<double>(*whole);
+        else if (const auto *real = std::get_if<double>(&item.value); real && kind == dxf::ValueKind::Integer)
+            item.value = static_cast<std::int64_t>(*real);
+    }
+    return result;
+}
+
+/// Sets or takes out a record; false when it says that already.
+bool setRecord(Drawing::Private &d, DataDictionary &dictionary, const std::string &key, const DataItems &items)
+{
+    const auto found = dictionary.records.find(key);
+    const bool known = found != dictionary.records.end() && found->second.isPresent();
+    if (known ? d.itemsOf(found->second) == items : items.empty())
+        return false;
+    DataRecord &record = dictionary.records[key];
+    record.items = items;
+    record.changed = true;
+    dictionary.changed = true;
+    return true;
+}
+
+std::optional<DataItems> itemsUnder(Drawing::Private &d, DataDictionary &dictionary, const std::string &key)
+{
+    const auto found = dictionary.records.find(key);
+    if (found == dictionary.records.end())
+        return std::nullopt;
+    const DataItems &items = d.itemsOf(found->second);
+    return items.empty() ? std::nullopt : std::optional(items);
+}
+
+std::vector<std::string> keysOf(const DataDictionary &dictionary)
+{
+    std::vector<std::string> keys;
+    for (const auto &[key, record] : dictionary.records)
+        if (record.isPresent())
+            keys.push_back(key);
+    return keys;
+}
+
+} // namespace
+
+const DataItems &Drawing::Private::itemsOf(DataRecord &record)
+{
+    if (!record.items)
+        record.items = record.source ? dxf::readRecord(file, *record.source) : DataItems();
+    return *record.items;
+}
 
 void Drawing::setData(AcDbObject &object, const std::string &key, const DataItems &items)
 {
     const auto found = d->attached.find(&object);
-    const bool known = found != d->attached.end() && found->second.contains(key);
-    if (items.empty() && !known)
+    if (found == d->attached.end() && items.empty())
         return;
-    if (known && found->second.at(key) == items)
+    if (!setRecord(*d, found == d->attached.end() ? d->attached[&object] : found->second, key, normalized(items)))
         return;
     const std::uint64_t handle = d->giveHandle(object);
-    if (items.empty()) {
-        found->second.erase(key);
+    const bool isEntity = ObjectAccess::has(object, kIsEntity);
+    if (isEntity && items.empty())
         d->entitiesByKey[key].erase(handle);
-    } else {
-        d->attached[&object][key] = items;
-        if (ObjectAccess::has(object, kIsEntity))
-            d->entitiesByKey[key][handle] = static_cast<AcDbEntity *>(&object);
-    }
+    else if (isEntity)
+        d->entitiesByKey[key][handle] = static_cast<AcDbEntity *>(&object);
     d->touch(object, kPatchData);
-    if (ObjectAccess::has(object, kIsEntity))
+    if (isEntity)
         entityChanged(static_cast<AcDbEntity &>(object));
     else
         d->changed();
@@ -30,19 +85,13 @@ void Drawing::setData(AcDbObject &object, const std::string &key, const DataItem
 std::optional<DataItems> Drawing::data(const AcDbObject &object, const std::string &key) const
 {
     const auto found = d->attached.find(&object);
-    if (found == d->attached.end())
-        return std::nullopt;
-    const auto items = found->second.find(key);
-    return items == found->second.end() ? std::nullopt : std::optional(items->second);
+    return found == d->attached.end() ? std::nullopt : itemsUnder(*d, found->second, key);
 }
 
 std::vector<std::string> Drawing::dataKeys(const AcDbObject &object) const
 {
-    std::vector<std::string> keys;
-    if (const auto found = d->attached.find(&object); found != d->attached.end())
-        for (const auto &entry : found->second)
-            keys.push_back(entry.first);
-    return keys;
+    const auto found = d->attached.find(&object);
+    return found == d->attached.end() ? std::vector<std::string>() : keysOf(found->second);
 }
 
 std::vector<AcDbEntity *> Drawing::entitiesWithData(const std::string &key) const
@@ -57,33 +106,22 @@ std::vector<AcDbEntity *> Drawing::entitiesWithData(const std::string &key) cons
 
 void Drawing::setDictionaryEntry(const std::string &dictionary, const std::string &key, const DataItems &items)
 {
-    auto &entries = d->dictionaries[dictionary];
-    const auto found = entries.find(key);
-    if (found == entries.end() ? items.empty() : found->second == items)
+    if (items.empty() && !d->dictionaries.contains(dictionary))
         return;
-    if (items.empty())
-        entries.erase(found);
-    else
-        entries[key] = items;
-    d->changed();
+    if (setRecord(*d, d->dictionaries[dictionary], key, normalized(items)))
+        d->changed();
 }
 
 std::optional<DataItems> Drawing::dictionaryEntry(const std::string &dictionary, const std::string &key) const
 {
-    const auto entries = d->dictionaries.find(dictionary);
-    if (entries == d->dictionaries.end())
-        return std::nullopt;
-    const auto found = entries->second.find(key);
-    return found == entries->second.end() ? std::nullopt : std::optional(found->second);
+    const auto found = d->dictionaries.find(dictionary);
+    return found == d->dictionaries.end() ? std::nullopt : itemsUnder(*d, found->second, key);
 }
 
 std::vector<std::string> Drawing::dictionaryKeys(const std::string &dictionary) const
 {
-    std::vector<std::string> keys;
-    if (const auto entries = d->dictionaries.find(dictionary); entries != d->dictionaries.end())
-        for (const auto &entry : entries->second)
-            keys.push_back(entry.first);
-    return keys;
+    const auto found = d->dictionaries.find(dictionary);
+    return found == d->dictionaries.end() ? std::vector<std::string>() : keysOf(found->second);
 }
 
 std::optional<std::string> Drawing::headerVariable(std::string_view name) const
@@ -94,7 +132,10 @@ std::optional<std::string> Drawing::headerVariable(std::string_view name) const
 
 void Drawing::setHeaderVariable(const std::string &name, int code, const std::string &value)
 {
-    d->header[name] = {code, value};
+    HeaderVariable &variable = d->header[name];
+    if (variable.code == code && variable.value == value)
+        return;
+    variable = {code, value, true};
     d->changed();
 }
 

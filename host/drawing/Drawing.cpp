@@ -98,11 +98,39 @@ std::uint64_t Drawing::Private::giveHandle(AcDbObject &object)
     if (handle != 0)
         return handle;
     handle = nextHandle++;
-    handles.insert(object);
+    if (handlesListed)
+        handles.insert(object);
     // Somebody may keep it, so the file has to hold it from now on.
     if (ObjectAccess::host(object).sourceLength != 0)
         touch(object, 0);
     return handle;
+}
+
+AcDbObject *Drawing::Private::find(std::uint64_t handle)
+{
+    if (!handlesListed) {
+        handlesListed = true;
+        const auto add = [this](AcDbObject &object) {
+            if (ObjectAccess::host(object).handle != 0)
+                handles.insert(object);
+        };
+        std::size_t count = file.rawObjects.size() + blocks.size();
+        for (const auto &block : blocks)
+            count += block->entities().size();
+        handles.reserve(count);
+        for (const auto &block : blocks) {
+            add(*block);
+            for (AcDbEntity *entity : block->entities()) {
+                add(*entity);
+                if (kindOf(*entity) == EntityKind::BlockReference)
+                    for (const AcDbObjectId id : ObjectAccess::attributes(static_cast<AcDbBlockReference &>(*entity)))
+                        add(*ObjectAccess::object(id));
+            }
+        }
+        for (dxf::RawObject *object : file.rawObjects)
+            add(*object);
+    }
+    return handles.find(handle);
 }
 
 std::uint64_t handleOf(const AcDbObject &object)
@@ -209,16 +237,6 @@ Drawing::~Drawing()
         s_working = nullptr;
 }
 
-std::unique_ptr<Drawing> Drawing::createNew()
-{
-    std::unique_ptr<Drawing> drawing(new Drawing);
-    Private &p = *drawing->d;
-    p.addLayer({L"0"});
-    p.modelSpace = &p.makeBlock(L"*Model_Space");
-    p.makeBlock(L"*Paper_Space");
-    return drawing;
-}
-
 const LoadReport &Drawing::loadReport() const
 {
     return d->report;
@@ -269,7 +287,10 @@ std::size_t Drawing::ensureLayer(const std::wstring &name, int color)
     if (const auto index = findLayer(name))
         return *index;
     d->changed();
-    return d->addLayer({name, color});
+    const std::size_t index = d->addLayer({name, color});
+    d->file.layers.resize(index + 1);
+    d->file.layers[index].needsRecord = true;
+    return index;
 }
 
 void Drawing::setLayer(std::size_t index, const Layer &layer)
@@ -278,6 +299,8 @@ void Drawing::setLayer(std::size_t index, const Layer &layer)
     std::wstring name = std::move(own.name);
     own = layer;
     own.name = std::move(name);
+    dxf::LayerSource &source = d->file.layers.at(index);
+    (source.length != 0 ? source.changed : source.needsRecord) = true;
     d->changed();
 }
 
@@ -432,7 +455,7 @@ void Drawing::setAttributeText(AttributeEntity &attribute, const std::wstring &t
 
 AcDbObject *Drawing::findByHandle(std::uint64_t handle) const
 {
-    return d->handles.find(handle);
+    return d->find(handle);
 }
 
 void Drawing::entityChanged(AcDbEntity &entity)

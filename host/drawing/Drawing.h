@@ -101,7 +101,8 @@ public:
 struct SaveOptions {
     /// A file that was damaged when it was read is only overwritten when this is set.
     bool overwriteDamaged = false;
-    bool backup = true; ///< keep the last version as NAME.bak
+    bool backup = true;  ///< keep the last version as NAME.bak
+    bool isCopy = false; ///< a copy beside the drawing's own file (an autosave): the drawing stays modified
 };
 struct SaveResult {
     FileStatus status = FileStatus::Ok;

@@ -3,8 +3,9 @@
 
 #include "host/drawing/Arena.h"
 #include "host/drawing/ObjectAccess.h"
+#include "host/drawing/dxf/DxfFile.h"
 
-#include <unordered_set>
+#include <algorithm>
 
 namespace velmor {
 
@@ -40,9 +41,29 @@ private:
 struct HeaderVariable {
     int code = 1;
     std::string value;
+    bool changed = false;
 };
 
-using DataByKey = std::map<std::string, DataItems>;
+/// Data under a key. What stands in the file is read when it is first asked for.
+struct DataRecord {
+    dxf::RawObject *source = nullptr; ///< the object of the file that holds the items
+    std::optional<DataItems> items;   ///< no value: still to be read from source; none in it: taken out
+    bool changed = false;             ///< the file does not say this yet
+    bool inDataBlock = false;         ///< R12: it stands in the data block
+    std::uint64_t handle = 0;         ///< of a record that is made
+    bool isPresent() const { return !items || !items->empty(); }
+};
+/// Records of one object or of one named dictionary.
+struct DataDictionary {
+    dxf::RawObject *source = nullptr; ///< the dictionary in the file
+    std::map<std::string, DataRecord> records;
+    bool changed = false;
+    std::uint64_t handle = 0; ///< of a dictionary that is made
+    bool hasRecords() const
+    {
+        return std::any_of(records.begin(), records.end(), [](const auto &r) { return r.second.isPresent(); });
+    }
+};
 
 /// Upper case for comparing names, in any script.
 std::wstring foldedName(std::wstring_view name);
@@ -71,12 +92,16 @@ struct Drawing::Private {
 
     std::vector<AcDbEntity *> added;   ///< entities without tags of their own, in the order of appending
     std::vector<AcDbObject *> touched; ///< objects whose tags no longer say what they are
-    mutable HandleTable handles;
+    HandleTable handles;
+    bool handlesListed = true; ///< false: the objects that were read are not in the table yet
     std::uint64_t nextHandle = 0x20;
+    AcDbObject *find(std::uint64_t handle);
+    dxf::FileText file;
 
-    std::unordered_map<const AcDbObject *, DataByKey> attached;
+    std::unordered_map<const AcDbObject *, DataDictionary> attached;
     std::map<std::string, std::map<std::uint64_t, AcDbEntity *>> entitiesByKey; ///< by handle
-    std::map<std::string, DataByKey> dictionaries;
+    std::map<std::string, DataDictionary> dictionaries;
+    const DataItems &itemsOf(DataRecord &record);
     std::map<std::string, HeaderVariable, std::less<>> header;
 
     std::vector<DrawingObserver *> observers;

@@ -1,0 +1,140 @@
+// Drawings from files and into files.
+#include "host/drawing/dxf/AtomicFile.h"
+#include "host/drawing/dxf/BinaryDxf.h"
+#include "host/drawing/dxf/DxfReader.h"
+#include "host/drawing/dxf/DxfWriter.h"
+#include "host/drawing/dxf/Skeleton.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace velmor {
+
+namespace {
+
+LoadResult refused(FileStatus status, std::string message)
+{
+    LoadResult result;
+    result.status = status;
+    result.message = std::move(message);
+    return result;
+}
+
+/// Why bytes that hold no section are no drawing.
+std::string reasonOf(std::string_view bytes)
+{
+    if (bytes.size() > 6 && bytes.starts_with("AC1") && bytes.substr(0, 6).find('\n') == std::string_view::npos)
+        return "this is a DWG file, which can't be read here; save it as DXF in the program that made it";
+    return "no DXF section was found in it; it is not a drawing, or all of it is damaged";
+}
+
+bool isSameFile(const std::filesystem::path &a, const std::filesystem::path &b)
+{
+    std::error_code error;
+    if (std::filesystem::equivalent(a, b, error) && !error)
+        return true;
+    const auto absoluteA = std::filesystem::weakly_canonical(a, error),
+               absoluteB = std::filesystem::weakly_canonical(b, error);
+    return !error && absoluteA == absoluteB;
+}
+
+} // namespace
+
+std::unique_ptr<Drawing> Drawing::createNew()
+{
+    LoadResult result = read(newDrawingText());
+    assert(result.drawing);
+    result.drawing->d->report = {};
+    result.drawing->d->report.version = result.drawing->d->version;
+    result.drawing->d->report.codePage = result.drawing->d->file.codec.name();
+    return std::move(result.drawing);
+}
+
+LoadResult Drawing::load(const std::filesystem::path &path)
+{
+    ReadFileResult file = readWholeFile(path);
+    if (!file)
+        return refused(file.status, std::move(file.message));
+    LoadResult result = read(std::move(file.bytes));
+    if (result.drawing)
+        result.drawing->d->file.path = std::filesystem::absolute(path);
+    else
+        result.message = path.string() + ": " + result.message;
+    return result;
+}
+
+LoadResult Drawing::read(std::string bytes)
+{
+    if (bytes.empty())
+        return refused(FileStatus::Empty, "the file is empty");
+    std::optional<BinaryDxfText> binary;
+    if (isBinaryDxf(bytes)) {
+        binary = binaryToText(bytes);
+        bytes = std::move(binary->text);
+    }
+    if (bytes.find('\n') == std::string::npos)
+        std::replace(bytes.begin(), bytes.end(), '\r', '\n'); // lines of an old Macintosh
+
+    std::vector<Finding> cuts;
+    // A text that was cut off is closed properly and read again, once.
+    for (int pass = 0;; ++pass) {
+        std::unique_ptr<Drawing> drawing(new Drawing);
+        Private &p = *drawing->d;
+        p.file.text = std::move(bytes);
+        dxf::DxfReader reader(p);
+        const bool isDrawing = reader.run();
+        const dxf::DxfReader::Cut &cut = reader.cut();
+        const bool isCut = isDrawing && cut.offset != dxf::kNowhere;
+        if (!isDrawing || (isCut && pass > 0))
+            return refused(FileStatus::NotADrawing, cuts.empty()
+                                                        ? reasonOf(p.file.text)
+                                                        : "line " + std::to_string(cuts[0].line) + ": " + cuts[0].text);
+        if (isCut) {
+            cuts.push_back({Severity::Damage, cut.line, cut.message});
+            bytes = p.file.text.substr(0, cut.offset);
+            if (!bytes.empty() && bytes.back() != '\n')
+                bytes += p.file.lineEnd;
+            bytes += cut.closing;
+            continue;
+        }
+        auto &findings = p.report.findings;
+        findings.insert(findings.end(), cuts.begin(), cuts.end());
+        p.report.binary = binary.has_value();
+        if (binary) {
+            for (Finding &finding : findings)
+                if (finding.line != 0)
+                    finding.line = binary->offsetOfLine(finding.line);
+            findings.insert(findings.begin(), binary->findings.begin(), binary->findings.end());
+        }
+        p.revision = 1;
+        LoadResult result;
+        result.report = p.report;
+        result.drawing = std::move(drawing);
+        return result;
+    }
+}
+
+std::string Drawing::write()
+{
+    return dxf::DxfWriter(*d).text();
+}
+
+SaveResult Drawing::save(const std::filesystem::path &path, const SaveOptions &options)
+{
+    if (d->report.damaged() && !options.overwriteDamaged && !d->file.path.empty() && isSameFile(path, d->file.path))
+        return {FileStatus::Refused,
+                path.string() +
+                    ": the file was damaged when it was read and is kept as it is; save under another name"};
+    dxf::DxfWriter writer(*d);
+    const auto pieces = writer.pieces();
+    SaveResult result = writeFileAtomically(path, pieces, options.backup);
+    if (result && !options.isCopy) {
+        d->modified = false;
+        // From now on the whole drawing stands there, so saving again destroys nothing.
+        if (options.overwriteDamaged && !d->file.path.empty() && isSameFile(path, d->file.path))
+            d->file.path.clear();
+    }
+    return result;
+}
+
+} // namespace velmor
