@@ -4,6 +4,8 @@
 #include "host/editor/HostCommands.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Session.h"
+#include "host/editor/UiMessage.h"
+#include "host/services/Messages.h"
 
 #include <fmt/xchar.h>
 
@@ -44,28 +46,26 @@ std::wstring describe(const Region &region)
 {
     switch (region.status) {
     case boundary::Status::Found:
-        return L"A closed region was found";
+        return uiText("ui.boundary.found");
     case boundary::Status::OnEdge:
-        return L"The point lies on the linework itself";
+        return uiText("ui.boundary.onEdge");
     case boundary::Status::NotEnclosed:
-        return L"Nothing goes round the point";
+        return uiText("ui.boundary.notEnclosed");
     case boundary::Status::Open:
         break;
     }
-    std::wstring text = L"The linework round the point is not closed";
-    if (!region.gaps.empty()) {
-        const auto &gap = region.gaps.front();
-        text +=
-            fmt::format(L": a loose end at {:.10g},{:.10g}, {:.6g} from the next", gap.from.x, gap.from.y, gap.width);
-    }
-    return text;
+    if (region.gaps.empty())
+        return uiText("ui.boundary.open");
+    const auto &gap = region.gaps.front();
+    return uiMessage("ui.boundary.gap",
+                     {fmt::format(L"{:.10g},{:.10g}", gap.from.x, gap.from.y), fmt::format(L"{:.6g}", gap.width)});
 }
 
 Command::Next BoundaryCommand::start(Session &session)
 {
     if (session.drawing())
         return Next::Ask;
-    session.status(L"There is no drawing");
+    session.status(uiText("ui.drawing.none"));
     return Next::Revert;
 }
 
@@ -74,22 +74,20 @@ Prompt BoundaryCommand::prompt() const
     switch (m_state) {
     case State::Point:
         if (m_form == Form::OnePoint)
-            return {.kind = PromptKind::Point, .text = L"Internal point:"};
-        return {.kind = PromptKind::Point, .text = L"Internal point or [Advanced options]:", .keywords = kPointWords};
+            return {.kind = PromptKind::Point, .text = uiText("ui.prompt.boundary.only")};
+        return {.kind = PromptKind::Point, .text = uiText("ui.prompt.boundary.point"), .keywords = kPointWords};
     case State::Advanced:
-        return {.kind = PromptKind::Keyword,
-                .text = L"Option [Boundary set/Island detection/Object type]:",
-                .keywords = kOptionWords};
+        return {.kind = PromptKind::Keyword, .text = uiText("ui.prompt.boundary.advanced"), .keywords = kOptionWords};
     case State::BoundarySet:
-        return {.kind = PromptKind::Keyword, .text = L"Boundary set [New/Everything]:", .keywords = kSetWords};
+        return {.kind = PromptKind::Keyword, .text = uiText("ui.prompt.boundary.set"), .keywords = kSetWords};
     case State::Selecting:
-        return {.kind = PromptKind::Selection, .text = L"Select objects:"};
+        return {.kind = PromptKind::Selection, .text = uiText("ui.prompt.objects")};
     case State::Islands:
-        return {.kind = PromptKind::Keyword, .text = L"Island detection [Yes/No] <Yes>:", .keywords = kYesNo};
+        return {.kind = PromptKind::Keyword, .text = uiText("ui.prompt.boundary.islands"), .keywords = kYesNo};
     case State::RayCasting:
-        return {.kind = PromptKind::Keyword, .text = L"Ray direction <nearest>:", .keywords = {L"Nearest"}};
+        return {.kind = PromptKind::Keyword, .text = uiText("ui.prompt.boundary.ray"), .keywords = {L"Nearest"}};
     case State::ObjectType:
-        return {.kind = PromptKind::Keyword, .text = L"Object type [Polyline/Region]:", .keywords = kObjectWords};
+        return {.kind = PromptKind::Keyword, .text = uiText("ui.prompt.boundary.type"), .keywords = kObjectWords};
     }
     return {};
 }
@@ -212,7 +210,7 @@ Command::Next BoundaryCommand::finish(Session &session)
     if (m_found.empty())
         return Next::Commit;
     if (m_regions) {
-        session.status(L"Regions are not available in this host: nothing was made");
+        session.status(uiText("ui.boundary.regions"));
         return Next::Commit;
     }
     std::size_t made = 0;
@@ -222,7 +220,7 @@ Command::Next BoundaryCommand::finish(Session &session)
             session.drawing()->append(polylineOf(island));
         made += 1 + region.islands.size();
     }
-    session.status(fmt::format(L"{} polyline(s) made", made));
+    session.status(uiMessage("ui.boundary.made", {std::to_wstring(made)}));
     return Next::Commit;
 }
 

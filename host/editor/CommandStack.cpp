@@ -1,7 +1,9 @@
 #include "host/editor/CommandStack.h"
 
 #include "host/editor/Session.h"
+#include "host/editor/UiMessage.h"
 #include "host/editor/Words.h"
+#include "host/services/Messages.h"
 #include "host/services/Text.h"
 
 #include <algorithm>
@@ -109,13 +111,13 @@ bool CommandStack::run(const std::wstring &line, std::wstring *reason)
         case RunStatus::Done:
             return true;
         case RunStatus::Unknown:
-            why = L"unknown command \"" + name + L"\"";
+            why = uiMessage("ui.run.unknown", {name});
             break;
         case RunStatus::InputRefused:
-            why = name + L": an answer was not accepted";
+            why = uiMessage("ui.run.refused", {name});
             break;
         case RunStatus::Cancelled:
-            why = name + L" was cancelled";
+            why = uiMessage("ui.run.cancelled", {name});
             break;
         case RunStatus::Busy:
             why = m_session.lastStatus();
@@ -126,7 +128,7 @@ bool CommandStack::run(const std::wstring &line, std::wstring *reason)
             break;
         }
     } else if (words) {
-        why = L"no command is named";
+        why = uiText("ui.run.none");
     }
     if (reason)
         *reason = why;
@@ -139,8 +141,7 @@ RunStatus CommandStack::start(std::wstring_view name, std::span<const Answer> an
     if (!entry)
         return RunStatus::Unknown;
     if (!entry->isTransparent() && (isRunning() || m_session.documentLocks() > 0)) {
-        m_session.status(isRunning() ? L"Refused: the command " + m_running.back() + L" is still running"
-                                     : std::wstring(L"Refused: the drawing is locked"));
+        m_session.status(isRunning() ? uiMessage("ui.run.running", {m_running.back()}) : uiText("ui.run.locked"));
         return RunStatus::Busy;
     }
     const RunStatus status = runEntry(*entry, answers, true);

@@ -220,7 +220,7 @@ private:
 } // namespace
 
 PieceMaker::PieceMaker(const Drawing &drawing, LayerFilter filter)
-    : m_drawing(drawing), m_filter(std::move(filter)), m_layerZero(drawing.findLayer(L"0").value_or(0))
+    : m_filter(std::move(filter)), m_layerZero(drawing.findLayer(L"0").value_or(0))
 {
 }
 

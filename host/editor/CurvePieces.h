@@ -50,7 +50,6 @@ private:
     void appendReference(const AcDbBlockReference &reference, const Placed &placed,
                          std::vector<boundary::Piece> &pieces) const;
 
-    const Drawing &m_drawing;
     LayerFilter m_filter;
     std::size_t m_layerZero;
 };

@@ -1,7 +1,9 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/Session.h"
+#include "host/editor/UiMessage.h"
 #include "host/network/Network.h"
+#include "host/services/Messages.h"
 #include "host/services/Text.h"
 
 #include <charconv>
@@ -16,62 +18,72 @@ std::filesystem::path pathFromText(const std::wstring &text)
     return {utf8(text)};
 }
 
+/// A question of a command: a text under the name of its prompt, or one of the keywords.
+struct Question {
+    const char *message = nullptr;           ///< name of the prompt's text; without one the keyword stands for it
+    std::vector<std::wstring> keywords = {}; ///< the only answers; none: any text
+    bool optional = false;
+
+    Prompt prompt() const
+    {
+        return {.kind = keywords.empty() ? PromptKind::Text : PromptKind::Keyword,
+                .text = message ? uiText(message) : keywords.front(),
+                .keywords = keywords,
+                .optional = optional};
+    }
+};
+
+Question optionalWord(const wchar_t *keyword)
+{
+    return {.message = nullptr, .keywords = {keyword}, .optional = true};
+}
+
 /// Asks a fixed list of questions and then does its work with the answers, all of them texts.
 class QuestionCommand final : public Command {
 public:
     using Answers = std::vector<std::wstring>;
     using Work = std::function<Next(Session &, const Answers &)>;
-    /// The first question stands only while guard (may be empty) says so.
-    QuestionCommand(std::vector<Prompt> prompts, Work work) : m_prompts(std::move(prompts)), m_work(std::move(work)) {}
+    QuestionCommand(std::vector<Question> questions, Work work)
+        : m_questions(std::move(questions)), m_work(std::move(work))
+    {
+    }
 
-    Next start(Session &session) override { return m_prompts.empty() ? m_work(session, {}) : Next::Ask; }
-    Prompt prompt() const override { return m_prompts[m_answers.size()]; }
+    Next start(Session &session) override { return m_questions.empty() ? m_work(session, {}) : Next::Ask; }
+    Prompt prompt() const override { return m_questions[m_answers.size()].prompt(); }
     Next take(Session &session, const Answer &answer) override
     {
-        const Prompt &asked = m_prompts[m_answers.size()];
+        const Question &asked = m_questions[m_answers.size()];
         std::wstring text = answer.text() ? *answer.text() : std::wstring();
-        if (asked.kind == PromptKind::Keyword && !text.empty()) {
+        if (!asked.keywords.empty() && !text.empty()) {
             const std::wstring *keyword = matchKeyword(asked.keywords, text);
             if (!keyword)
                 return Next::Refused;
             text = *keyword;
         }
-        if (text.empty() && !(answer.isEnter() && (asked.optional || asked.kind == PromptKind::Keyword)))
+        if (text.empty() && !(answer.isEnter() && (asked.optional || !asked.keywords.empty())))
             return Next::Refused;
         m_answers.push_back(std::move(text));
-        return m_answers.size() == m_prompts.size() ? m_work(session, m_answers) : Next::Ask;
+        return m_answers.size() == m_questions.size() ? m_work(session, m_answers) : Next::Ask;
     }
 
 private:
-    std::vector<Prompt> m_prompts;
+    std::vector<Question> m_questions;
     Work m_work;
     Answers m_answers;
 };
 
-Prompt textPrompt(std::wstring text)
-{
-    return {.kind = PromptKind::Text, .text = std::move(text)};
-}
-
-Prompt optionalWord(std::wstring keyword)
-{
-    return {.kind = PromptKind::Keyword, .text = keyword, .keywords = {keyword}, .optional = true};
-}
-
 /// Puts the question about unsaved changes behind the command's own ones.
-CommandFactory replacingDrawing(std::vector<Prompt> prompts, QuestionCommand::Work work)
+CommandFactory replacingDrawing(std::vector<Question> questions, QuestionCommand::Work work)
 {
-    return [prompts = std::move(prompts), work = std::move(work)]() -> std::unique_ptr<Command> {
+    return [questions = std::move(questions), work = std::move(work)]() -> std::unique_ptr<Command> {
         const Drawing *drawing = Session::current().drawing();
         if (!drawing || !drawing->isModified())
-            return std::make_unique<QuestionCommand>(prompts, work);
-        auto asked = prompts;
-        asked.push_back({.kind = PromptKind::Keyword,
-                         .text = L"The drawing has changes that were not saved. Drop them? [Yes/No] <No>:",
-                         .keywords = {L"Yes", L"No"}});
+            return std::make_unique<QuestionCommand>(questions, work);
+        auto asked = questions;
+        asked.push_back({.message = "ui.prompt.unsaved", .keywords = {L"Yes", L"No"}});
         return std::make_unique<QuestionCommand>(asked, [work](Session &session, QuestionCommand::Answers answers) {
             if (answers.back() != L"Yes") {
-                session.alert(L"Nothing was done: the drawing has changes that were not saved");
+                session.alert(uiText("ui.drawing.kept"));
                 return Command::Next::Revert;
             }
             answers.pop_back();
@@ -94,10 +106,10 @@ Command::Next openDrawing(Session &session, const std::wstring &file)
         session.alert(wide(loaded.message));
         return Command::Next::BadInput;
     }
-    std::wstring note = L"Opened " + file;
+    std::wstring note = uiMessage("ui.drawing.opened", {file});
     if (loaded.report.damaged()) {
         const auto worst = std::ranges::find(loaded.report.findings, Severity::Damage, &Finding::severity);
-        note += L", which is damaged: line " + std::to_wstring(worst->line) + L": " + wide(worst->text);
+        note = uiMessage("ui.drawing.damaged", {file, std::to_wstring(worst->line), wide(worst->text)});
     }
     session.setDrawing(std::move(loaded.drawing), path);
     session.status(note);
@@ -107,12 +119,12 @@ Command::Next openDrawing(Session &session, const std::wstring &file)
 Command::Next saveDrawing(Session &session, const std::wstring &file, bool overwriteDamaged)
 {
     if (!session.drawing()) {
-        session.alert(L"There is no drawing to save");
+        session.alert(uiText("ui.drawing.none"));
         return Command::Next::Revert;
     }
     const auto path = file.empty() ? session.path() : pathFromText(file);
     if (path.empty()) {
-        session.alert(L"The drawing has no file yet: name one");
+        session.alert(uiText("ui.drawing.nofile"));
         return Command::Next::Revert;
     }
     const SaveResult saved = session.drawing()->save(path, {.overwriteDamaged = overwriteDamaged});
@@ -121,7 +133,7 @@ Command::Next saveDrawing(Session &session, const std::wstring &file, bool overw
         return Command::Next::Revert;
     }
     session.setPath(path);
-    session.status(L"Saved " + path.wstring());
+    session.status(uiMessage("ui.save.done", {wide(path.string())}));
     return Command::Next::Commit;
 }
 
@@ -134,16 +146,18 @@ Command::Next importNetwork(Session &session, const std::wstring &file, bool wit
         session.alert(wide(result.message));
         return Command::Next::BadInput;
     }
-    session.status(L"Imported " + std::to_wstring(result.sections) + L" sections, " + std::to_wstring(result.nodes) +
-                   L" nodes, " + std::to_wstring(result.polygons) + L" polygons" +
-                   (result.convertedFromFeet ? L"; feet were converted to metres" : L""));
+    std::wstring note = uiMessage("ui.import.done", {std::to_wstring(result.sections), std::to_wstring(result.nodes),
+                                                     std::to_wstring(result.polygons)});
+    if (result.convertedFromFeet)
+        note += L" " + uiText("ui.import.feet");
+    session.status(note);
     return Command::Next::Commit;
 }
 
 Command::Next makeLayerCurrent(Session &session, const std::wstring &name)
 {
     if (!session.drawing()) {
-        session.alert(L"There is no drawing");
+        session.alert(uiText("ui.drawing.none"));
         return Command::Next::Revert;
     }
     session.drawing()->setCurrentLayer(session.drawing()->ensureLayer(name));
@@ -166,11 +180,11 @@ VariableValue valueFromText(const std::wstring &text)
 Command::Next setHostVariable(Session &session, const std::wstring &name, const std::wstring &value)
 {
     if (!session.variable(name)) {
-        session.alert(L"There is no host variable " + name);
+        session.alert(uiMessage("ui.variable.unknown", {name}));
         return Command::Next::BadInput;
     }
     if (!session.setVariable(name, valueFromText(value))) {
-        session.alert(L"The host variable " + name + L" does not take " + value);
+        session.alert(uiMessage("ui.variable.refused", {name, value}));
         return Command::Next::BadInput;
     }
     return Command::Next::Commit;
@@ -181,28 +195,26 @@ Command::Next setHostVariable(Session &session, const std::wstring &name, const 
 void addFileCommands(CommandStack &stack)
 {
     using Answers = QuestionCommand::Answers;
-    const auto add = [&stack](const wchar_t *name, std::vector<Prompt> prompts, QuestionCommand::Work work) {
-        stack.addHostCommand(name, 0, [prompts = std::move(prompts), work = std::move(work)] {
-            return std::make_unique<QuestionCommand>(prompts, work);
+    const auto add = [&stack](const wchar_t *name, std::vector<Question> questions, QuestionCommand::Work work) {
+        stack.addHostCommand(name, 0, [questions = std::move(questions), work = std::move(work)] {
+            return std::make_unique<QuestionCommand>(questions, work);
         });
     };
     stack.addHostCommand(L"NEW", 0,
                          replacingDrawing({}, [](Session &session, const Answers &) { return newDrawing(session); }));
-    stack.addHostCommand(L"OPEN", 0,
-                         replacingDrawing({textPrompt(L"Drawing file:")}, [](Session &session, const Answers &answers) {
-                             return openDrawing(session, answers[0]);
-                         }));
-    auto file = textPrompt(L"File, or Enter for the drawing's own:");
-    file.optional = true;
-    add(L"SAVE", {file, optionalWord(L"OVERWRITE-DAMAGED")},
+    stack.addHostCommand(
+        L"OPEN", 0, replacingDrawing({{.message = "ui.prompt.open"}}, [](Session &session, const Answers &answers) {
+            return openDrawing(session, answers[0]);
+        }));
+    add(L"SAVE", {{.message = "ui.prompt.save", .optional = true}, optionalWord(L"OVERWRITE-DAMAGED")},
         [](Session &session, const Answers &answers) { return saveDrawing(session, answers[0], !answers[1].empty()); });
-    add(L"IMPORT", {textPrompt(L"Network file:"), optionalWord(L"WITH-POLYGONS")},
+    add(L"IMPORT", {{.message = "ui.prompt.import"}, optionalWord(L"WITH-POLYGONS")},
         [](Session &session, const Answers &answers) {
             return importNetwork(session, answers[0], !answers[1].empty());
         });
-    add(L"LAYER", {textPrompt(L"Layer:")},
+    add(L"LAYER", {{.message = "ui.prompt.layer"}},
         [](Session &session, const Answers &answers) { return makeLayerCurrent(session, answers[0]); });
-    add(L"SETVAR", {textPrompt(L"Variable:"), textPrompt(L"Value:")},
+    add(L"SETVAR", {{.message = "ui.prompt.variable"}, {.message = "ui.prompt.value"}},
         [](Session &session, const Answers &answers) { return setHostVariable(session, answers[0], answers[1]); });
 }
 

@@ -22,7 +22,7 @@ struct Prompt {
     std::optional<AcGePoint3d> base = {};    ///< where a rubber band starts
     std::vector<std::wstring> keywords = {}; ///< words that are taken besides the value itself; capitals abbreviate
     std::function<std::wstring(const AcGePoint3d &)> tip = {}; ///< text beside the pointer at a place; may be empty
-    bool optional = false;                   ///< with no answer prepared it is not asked: that counts as Enter
+    bool optional = false; ///< with no answer prepared it is not asked: that counts as Enter
 };
 
 /// An answer: a point, a text (a point may be given as "x,y"), an entity, a selection, Enter or Escape.

@@ -2,7 +2,9 @@
 
 #include "host/editor/EntityPick.h"
 #include "host/editor/Session.h"
+#include "host/editor/UiMessage.h"
 #include "host/network/Network.h"
+#include "host/services/Messages.h"
 
 #include <algorithm>
 
@@ -35,24 +37,24 @@ std::optional<std::vector<AcDbObjectId>> sectionsByWords(Drawing &drawing, std::
             const SectionPtr section =
                 form == L"name" ? network.sectionByName(name.text) : network.GetSectionByHandle(name.text.c_str());
             if (!section) {
-                reason = L"there is no section of " + form + L" \"" + name.text + L"\"";
+                reason = uiMessage("ui.sections.none", {form, name.text});
                 return std::nullopt;
             }
             addOnce(ids, section->GetObjectId());
         }
     } else if (form == L"upstream" && names.size() == 1) {
         if (!network.nodeByName(names[0].text) && !network.sectionByName(names[0].text)) {
-            reason = L"there is no node or section \"" + names[0].text + L"\"";
+            reason = uiMessage("ui.sections.nowhere", {names[0].text});
             return std::nullopt;
         }
         for (const SectionPtr &section : network.upstreamOf(names[0].text))
             ids.push_back(section->GetObjectId());
     } else {
-        reason = std::wstring(L"sections are chosen by ") + kSectionForms;
+        reason = uiMessage("ui.sections.forms", {kSectionForms});
         return std::nullopt;
     }
     if (ids.empty()) {
-        reason = L"the drawing has no such sections";
+        reason = uiText("ui.sections.empty");
         return std::nullopt;
     }
     return ids;
@@ -64,7 +66,7 @@ std::optional<std::vector<AcDbObjectId>> askForSections(Session &session)
     if (!drawing)
         return std::nullopt;
     const Prompt prompt{.kind = PromptKind::Selection,
-                        .text = std::wstring(L"Select sections (") + kSectionForms + L"):",
+                        .text = uiMessage("ui.prompt.sections", {kSectionForms}),
                         .keywords = {L"all", L"name", L"handle", L"upstream"}};
     std::vector<AcDbObjectId> ids;
     for (;;) {
@@ -73,7 +75,7 @@ std::optional<std::vector<AcDbObjectId>> askForSections(Session &session)
             return std::nullopt;
         if (answer.isEnter())
             return ids;
-        std::wstring reason = L"nothing was found there";
+        std::wstring reason = uiText("ui.input.nothing");
         std::vector<AcDbObjectId> chosen;
         if (const auto *list = std::get_if<AcDbObjectIdArray>(&answer.value)) {
             chosen.assign(list->begin(), list->end());

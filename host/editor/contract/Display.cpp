@@ -7,6 +7,7 @@
 #include "host/editor/LineworkCache.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Session.h"
+#include "host/services/Messages.h"
 
 #include <cmath>
 
@@ -58,8 +59,8 @@ int acedSSGet(const wchar_t *mode, const void *first, const void *second, const 
     journal("acedSSGet");
     SelectionSet &selected = session->selectionSets().create();
     for (;;) {
-        const Answer answer =
-            session->ask({.kind = velmor::PromptKind::Selection, .text = L"Select objects:", .keywords = {L"all"}});
+        const Answer answer = session->ask(
+            {.kind = velmor::PromptKind::Selection, .text = velmor::uiText("ui.prompt.objects"), .keywords = {L"all"}});
         if (answer.isEnter() || answer.isEscape()) {
             const bool some = answer.isEnter() && !selected.members().empty();
             if (some)
@@ -69,7 +70,7 @@ int acedSSGet(const wchar_t *mode, const void *first, const void *second, const 
             return some ? RTNORM : answer.isEnter() ? RTERROR : RTCAN;
         }
         if (!addSelected(*session, answer, selected))
-            session->status(L"Nothing was found there");
+            session->status(velmor::uiText("ui.input.nothing"));
     }
 }
 

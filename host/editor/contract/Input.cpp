@@ -4,6 +4,7 @@
 #include "host/drawing/Journal.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/Session.h"
+#include "host/services/Messages.h"
 #include "host/services/Text.h"
 
 #include <QFileDialog>
@@ -65,11 +66,10 @@ std::string valueText(const velmor::VariableValue &value)
     return std::visit([](const auto &held) { return velmor::journalText(held); }, value);
 }
 
-/// Says once more that something is not offered, in the same words each time.
-void notAvailable(const wchar_t *what)
+void notAvailable(const char *message)
 {
     if (Session *session = Session::currentOrNull())
-        session->alert(std::wstring(what) + L" is not available in this host");
+        session->alert(velmor::uiText(message));
 }
 
 } // namespace
@@ -93,7 +93,7 @@ int acedGetPoint(const ads_point base, const wchar_t *prompt, ads_point result)
             fromPoint(*point, result);
             return RTNORM;
         }
-        session->status(L"A point is needed, as x,y");
+        session->status(velmor::uiText("ui.input.point"));
     }
 }
 
@@ -217,18 +217,18 @@ void acedAlert(const wchar_t *text)
 
 bool acedHatchPalletteDialog(const wchar_t *, bool, std::wstring &)
 {
-    notAvailable(L"Choosing a hatch pattern");
+    notAvailable("ui.notAvailable.pattern");
     return false;
 }
 
 bool acedSetColorDialog(int &, bool, int)
 {
-    notAvailable(L"Choosing a colour");
+    notAvailable("ui.notAvailable.color");
     return false;
 }
 
 bool acdbDisplayPreviewFromDwg(const wchar_t *, void *)
 {
-    notAvailable(L"The preview of a drawing file");
+    notAvailable("ui.notAvailable.preview");
     return false;
 }

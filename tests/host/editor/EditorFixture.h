@@ -6,6 +6,7 @@
 #include "host/editor/ModuleLoader.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Session.h"
+#include "host/services/Services.h"
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,7 @@ class EditorFixture : public testing::Test {
 protected:
     EditorFixture()
     {
+        Services::instance().start({.language = "en"}); // some tests read texts
         session.setMessageSink({});
         session.setDrawing(Drawing::createNew());
     }
