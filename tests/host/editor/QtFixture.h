@@ -14,4 +14,9 @@ inline QApplication &application()
     return app;
 }
 
+/// First base of a fixture whose members are widgets.
+struct QtReady {
+    QtReady() { application(); }
+};
+
 } // namespace velmor::test

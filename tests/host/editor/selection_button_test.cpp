@@ -44,11 +44,10 @@ public:
     }
 };
 
-class SelectionButtonTest : public test::EditorFixture {
+class SelectionButtonTest : private test::QtReady, public test::EditorFixture {
 protected:
     SelectionButtonTest()
     {
-        test::application();
         EXPECT_TRUE(importInpText(drawing(), kNetwork, "net.inp"));
         button.setParentDialog(&dialog, true);
         button.SetButtonTopologyType(1);
