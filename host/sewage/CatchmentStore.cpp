@@ -9,12 +9,15 @@
 namespace velmor {
 namespace {
 
-using ZEMGis::Data::CDataBox;
-
 constexpr int kAreaColour = 92;
 constexpr wchar_t kGuidTag[] = L"CA_GUID";
-constexpr wchar_t kIslandsTag[] = L"CA_ISLANDS";
-constexpr double kSquareMetresPerHectare = 10000.0;
+
+/// An area that came into a block definition together with its record is part of that block's picture.
+bool standsInModelSpace(const AcDbEntity &entity)
+{
+    const BlockRecord *owner = ownerOf(entity);
+    return owner && owner->isModelSpace();
+}
 
 } // namespace
 
@@ -104,7 +107,7 @@ void CatchmentStore::bringUpToDate()
 void CatchmentStore::readEntity(AcDbEntity &entity)
 {
     std::optional<AreaRecord> record;
-    if (!entity.isErased())
+    if (!entity.isErased() && standsInModelSpace(entity))
         if (const auto items = m_drawing.data(entity, kAreaDataKey))
             record = recordFromItems(*items);
 
@@ -146,7 +149,7 @@ void CatchmentStore::refresh()
     m_labels.clear();
     for (AcDbEntity *label : m_drawing.entitiesWithData(kLabelDataKey)) {
         const auto items = m_drawing.data(*label, kLabelDataKey);
-        if (items && !items->empty())
+        if (items && !items->empty() && standsInModelSpace(*label))
             if (const auto *guid = std::get_if<std::wstring>(&items->front().value))
                 m_labels[*guid].push_back(label);
     }

@@ -102,6 +102,19 @@ TEST_F(Following, ACopyWithTheSameGuidIsNoSecondArea)
     EXPECT_EQ(names(), Names{L"one"}) << "now the copy is the only area of that GUID";
 }
 
+TEST_F(Following, ARecordInABlockDefinitionIsNoArea)
+{
+    const AreaPtr area = create(L"{G}", kSquare, L"one");
+    DataItems items = *drawing().data(entityOf(area), kAreaDataKey);
+    items[2].value = std::wstring(L"{COPY}");
+    auto copy = std::make_unique<AcDbPolyline>(std::vector<AcDbPolyline::Vertex>{{0, 0}, {1, 0}, {1, 1}}, true);
+    AcDbEntity &entity = *copy;
+    drawing().append(std::move(copy), drawing().addBlock(L"PLAN"));
+    drawing().setData(entity, kAreaDataKey, items);
+    manager().RefreshExistingCatchments();
+    EXPECT_EQ(names(), Names{L"one"});
+}
+
 TEST_F(Following, AForeignEntityOfTheLayerIsNoArea)
 {
     const std::size_t layer = drawing().ensureLayer(L"VELMOR_CATCHMENTS");
