@@ -1,0 +1,116 @@
+// The module in the embedded host: it comes, it is used, it goes.
+#include "contracts/HostDialog.h"
+#include "host/drawing/Drawing.h"
+#include "host/drawing/Journal.h"
+#include "host/editor/CommandStack.h"
+#include "host/editor/ModuleLoader.h"
+#include "host/editor/Session.h"
+
+#include <QApplication>
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+class ModuleInHost : public testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        static int argc = 1;
+        static char name[] = "test";
+        static char *argv[] = {name, nullptr};
+        static QApplication application(argc, argv);
+    }
+    ModuleInHost()
+    {
+        session.setMessageSink({});
+        session.setDrawing(velmor::Drawing::createNew());
+    }
+    void load() { ASSERT_EQ(session.modules().loadModule(VELMOR_MODULE_FILE), std::nullopt); }
+    std::vector<std::wstring> moduleCommands()
+    {
+        std::vector<std::wstring> names;
+        for (const velmor::CommandInfo &info : session.commands().list()) {
+            if (info.group == L"ZEMXVelmor")
+                names.push_back(info.name);
+        }
+        return names;
+    }
+    velmor::Session session;
+};
+
+} // namespace
+
+TEST_F(ModuleInHost, LoadingRegistersTwoTransparentCommands)
+{
+    EXPECT_THAT(moduleCommands(), IsEmpty());
+    load();
+    EXPECT_THAT(moduleCommands(), ElementsAre(L"zemsewage_create", L"zemsewage_edit"));
+    for (const wchar_t *name : {L"zemsewage_create", L"zemsewage_edit"}) {
+        const velmor::CommandEntry *entry = session.commands().find(name);
+        ASSERT_NE(entry, nullptr);
+        EXPECT_EQ(entry->group, L"ZEMXVelmor");
+        EXPECT_EQ(entry->localName, name);
+        EXPECT_EQ(entry->flags, 1);
+    }
+    ASSERT_THAT(session.modules().modules(), SizeIs(1));
+    EXPECT_TRUE(session.modules().modules()[0]->unlocked);
+    EXPECT_TRUE(session.modules().modules()[0]->mdiAware);
+}
+
+TEST_F(ModuleInHost, UnloadingLeavesNeitherCommandKnown)
+{
+    for (int round = 0; round < 3; ++round) {
+        load();
+        ASSERT_EQ(session.modules().unloadModule(VELMOR_MODULE_FILE), std::nullopt);
+        EXPECT_THAT(moduleCommands(), IsEmpty());
+        EXPECT_EQ(session.commands().find(L"zemsewage_create"), nullptr);
+        EXPECT_EQ(session.commands().find(L"_zemsewage_edit"), nullptr);
+        std::wstring reason;
+        EXPECT_FALSE(session.commands().run(L"zemsewage_edit", &reason));
+    }
+}
+
+TEST_F(ModuleInHost, OtherMessagesAnswerZeroAndTouchNothing)
+{
+    load();
+    const velmor::Module &module = *session.modules().modules()[0];
+    velmor::Journal::instance().setRecording(true);
+    for (const int message : {0, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 1000, -1})
+        EXPECT_EQ(module.entry(message, session.modules().modules()[0].get()), 0) << message;
+    EXPECT_THAT(velmor::Journal::instance().entries(), IsEmpty());
+    velmor::Journal::instance().setRecording(false);
+    EXPECT_THAT(moduleCommands(), SizeIs(2));
+}
+
+TEST_F(ModuleInHost, CreateOpensOneModalDialogAndDestroysIt)
+{
+    load();
+    int opened = 0;
+    session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
+        ++opened;
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(dialog.parentWidget(), nullptr);
+    });
+    const auto widgetsBefore = QApplication::topLevelWidgets().size();
+    for (int run = 1; run <= 2; ++run) {
+        std::wstring reason;
+        EXPECT_TRUE(session.commands().run(L"zemsewage_create", &reason))
+            << QString::fromStdWString(reason).toStdString();
+        EXPECT_EQ(opened, run);
+        EXPECT_EQ(session.documentLocks(), 0);
+        EXPECT_EQ(QApplication::topLevelWidgets().size(), widgetsBefore);
+    }
+}
+
+TEST_F(ModuleInHost, EditSaysThatTheReviewIsNotThereYet)
+{
+    load();
+    session.commands().run(L"zemsewage_edit");
+    ASSERT_THAT(session.alerts(), SizeIs(1));
+    EXPECT_NE(session.alerts()[0].find(L"zemsewage_edit"), std::wstring::npos);
+}
