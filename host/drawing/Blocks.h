@@ -8,10 +8,10 @@
 
 namespace velmor {
 
-/// Tags of a definition's attribute definitions in their order; those of nested blocks do not count.
+/// Tags of a definition's attribute definitions in their order; constant ones and those of nested blocks do not count.
 std::vector<std::wstring> attributeTagsOf(const BlockRecord &definition);
 
-/// Places a definition in a record with an attribute for each of its attribute definitions, which starts with the
+/// Places a definition in a record with an attribute for each of its tags, which starts with the
 /// definition's default text. An attribute whose definition stands on layer "0" goes to the reference's layer.
 AcDbObjectId appendReference(Drawing &drawing, BlockRecord &definition, const AcDbBlockReference::Placement &placement,
                              std::size_t layer, BlockRecord &owner);

@@ -102,6 +102,9 @@ struct Drawing::Private {
     std::map<std::string, std::map<std::uint64_t, AcDbEntity *>> entitiesByKey; ///< by handle
     std::map<std::string, DataDictionary> dictionaries;
     const DataItems &itemsOf(DataRecord &record);
+    /// Tags of entities that came from another drawing, behind type, handle, owner, layer and colour; they are written
+    /// in place of what is made from the object.
+    std::unordered_map<const AcDbObject *, std::string> carried;
     std::map<std::string, HeaderVariable, std::less<>> header;
 
     std::vector<DrawingObserver *> observers;

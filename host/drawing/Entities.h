@@ -151,8 +151,10 @@ private:
 /// What a block definition gives its references: tag, prompt, default text and place.
 class AttributeDefinitionEntity final : public TextEntity {
 public:
-    AttributeDefinitionEntity(std::wstring tag, std::wstring prompt, TextShape shape, bool invisible = false)
-        : TextEntity(std::move(shape)), m_tag(std::move(tag)), m_prompt(std::move(prompt)), m_invisible(invisible)
+    AttributeDefinitionEntity(std::wstring tag, std::wstring prompt, TextShape shape, bool invisible = false,
+                              bool constant = false)
+        : TextEntity(std::move(shape)), m_tag(std::move(tag)), m_prompt(std::move(prompt)), m_invisible(invisible),
+          m_constant(constant)
     {
     }
     static AcRxClass *desc();
@@ -160,10 +162,12 @@ public:
     const std::wstring &tag() const { return m_tag; }
     const std::wstring &prompt() const { return m_prompt; }
     bool isInvisible() const { return m_invisible; }
+    /// The same text in every reference, which gets no attribute for it.
+    bool isConstant() const { return m_constant; }
 
 private:
     std::wstring m_tag, m_prompt;
-    bool m_invisible;
+    bool m_invisible, m_constant;
 };
 
 /// Any kind that is kept as it was read.

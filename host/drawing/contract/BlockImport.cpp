@@ -1,6 +1,8 @@
 // A drawing taken into another one as a block definition.
 #include "host/drawing/Blocks.h"
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/dxf/CarriedTags.h"
+#include "host/drawing/dxf/Tags.h"
 
 #include <algorithm>
 
@@ -11,7 +13,7 @@ namespace {
 class Importer {
 public:
     Importer(Drawing &target, const Drawing &source, std::wstring name, const std::set<std::wstring> &replaceable)
-        : m_target(target), m_source(source), m_name(std::move(name))
+        : m_target(target), m_source(source), m_name(std::move(name)), m_carrier(source, target)
     {
         for (const std::wstring &known : replaceable)
             m_replaceable.insert(foldedName(known));
@@ -22,6 +24,9 @@ private:
     void fill(BlockRecord &to, const BlockRecord &from);
     void copy(BlockRecord &to, const AcDbEntity &entity);
     void copyReference(BlockRecord &to, const AcDbBlockReference &reference);
+    void copyPicture(BlockRecord &to, const AcDbEntity &entity);
+    std::wstring dimensionBlock(const AcDbEntity &entity) const;
+    AcGePoint3d basePoint() const;
     std::unique_ptr<AcDbEntity> copyOf(const AcDbEntity &entity);
     std::unique_ptr<AcDbEntity> copyOf(const AcDbHatch &hatch);
     BlockRecord *definitionFor(const BlockRecord &definition);
@@ -32,6 +37,7 @@ private:
     Drawing &m_target;
     const Drawing &m_source;
     std::wstring m_name;
+    dxf::TagCarrier m_carrier;
     std::set<std::wstring> m_replaceable; ///< folded
     std::map<const BlockRecord *, BlockRecord *> m_done;
     std::vector<const BlockRecord *> m_open; ///< definitions whose contents are being copied
@@ -42,6 +48,7 @@ BlockImport Importer::run()
 {
     m_result.block = &m_target.addBlock(m_name);
     fill(*m_result.block, m_source.modelSpace());
+    ObjectAccess::basePoint(*m_result.block) = basePoint();
     return std::move(m_result);
 }
 
@@ -63,13 +70,64 @@ void Importer::copy(BlockRecord &to, const AcDbEntity &entity)
 {
     if (kindOf(entity) == EntityKind::BlockReference)
         return copyReference(to, static_cast<const AcDbBlockReference &>(entity));
+    auto tags = m_carrier.carry(entity);
+    if (kindOf(entity) == EntityKind::Unknown && !tags)
+        return copyPicture(to, entity);
     auto made = copyOf(entity);
-    if (!made) {
+    takeLook(*made, entity);
+    AcDbEntity &copied = *made;
+    m_target.append(std::move(made), to);
+    if (tags)
+        m_target.priv().carried.emplace(&copied, std::move(*tags));
+}
+
+/// A dimension shows the block that was made for it; in place of the dimension, that block is placed.
+void Importer::copyPicture(BlockRecord &to, const AcDbEntity &entity)
+{
+    const std::wstring name = dimensionBlock(entity);
+    const BlockRecord *picture = name.empty() ? nullptr : m_source.findBlock(name);
+    BlockRecord *definition = picture ? definitionFor(*picture) : nullptr;
+    if (!definition) {
         ++m_result.leftOut[typeNameOf(entity)];
         return;
     }
+    auto made = std::make_unique<AcDbBlockReference>(idOf(*definition), AcDbBlockReference::Placement());
     takeLook(*made, entity);
     m_target.append(std::move(made), to);
+}
+
+std::wstring Importer::dimensionBlock(const AcDbEntity &entity) const
+{
+    const auto &host = ObjectAccess::host(entity);
+    if (host.sourceLength == 0 || typeNameOf(entity) != "DIMENSION")
+        return {};
+    const dxf::FileText &file = const_cast<Drawing &>(m_source).priv().file;
+    const char *first = file.text.data() + host.sourceOffset, *start = nullptr;
+    dxf::TagCursor cursor(first, first + host.sourceLength);
+    for (dxf::Tag tag; cursor.next(tag, start);)
+        if (tag.code == 2)
+            return file.codec.decode(tag.name());
+    return {};
+}
+
+/// Where the source wants to be taken hold of: $INSBASE, three tags of which the drawing knows the first.
+AcGePoint3d Importer::basePoint() const
+{
+    const dxf::FileText &file = const_cast<Drawing &>(m_source).priv().file;
+    const auto found = file.header.find("$INSBASE");
+    AcGePoint3d base;
+    if (found == file.header.end() || !m_source.headerVariable("$INSBASE"))
+        return base;
+    const char *first = file.text.data() + found->second.valueOffset, *last = file.text.data() + file.text.size();
+    const char *lineEnd = std::find(first, last, '\n');
+    dxf::parseReal(first, lineEnd, base.x);
+    if (lineEnd == last)
+        return base;
+    dxf::TagCursor cursor(lineEnd + 1, last);
+    const char *start = nullptr;
+    for (dxf::Tag tag; cursor.next(tag, start) && (tag.code == 20 || tag.code == 30);)
+        tag.real(tag.code == 20 ? base.y : base.z);
+    return base;
 }
 
 void Importer::copyReference(BlockRecord &to, const AcDbBlockReference &reference)
@@ -131,7 +189,7 @@ std::unique_ptr<AcDbEntity> Importer::copyOf(const AcDbEntity &entity)
     case EntityKind::AttributeDefinition: {
         const auto &attribute = static_cast<const AttributeDefinitionEntity &>(entity);
         return std::make_unique<AttributeDefinitionEntity>(attribute.tag(), attribute.prompt(), attribute.shape(),
-                                                           attribute.isInvisible());
+                                                           attribute.isInvisible(), attribute.isConstant());
     }
     case EntityKind::Hatch:
         return copyOf(static_cast<const AcDbHatch &>(entity));
@@ -140,7 +198,7 @@ std::unique_ptr<AcDbEntity> Importer::copyOf(const AcDbEntity &entity)
     case EntityKind::Unknown:
         break;
     }
-    return nullptr;
+    return std::make_unique<UnknownEntity>(typeNameOf(entity));
 }
 
 std::unique_ptr<AcDbEntity> Importer::copyOf(const AcDbHatch &hatch)

@@ -6,12 +6,29 @@
 
 namespace velmor {
 
+namespace {
+
+/// Definitions of which every reference gets an attribute.
+std::vector<const AttributeDefinitionEntity *> attributeDefinitionsOf(const BlockRecord &definition)
+{
+    std::vector<const AttributeDefinitionEntity *> attributes;
+    for (const AcDbEntity *entity : definition.entities()) {
+        if (entity->isErased() || kindOf(*entity) != EntityKind::AttributeDefinition)
+            continue;
+        const auto *attribute = static_cast<const AttributeDefinitionEntity *>(entity);
+        if (!attribute->isConstant())
+            attributes.push_back(attribute);
+    }
+    return attributes;
+}
+
+} // namespace
+
 std::vector<std::wstring> attributeTagsOf(const BlockRecord &definition)
 {
     std::vector<std::wstring> tags;
-    for (const AcDbEntity *entity : definition.entities())
-        if (!entity->isErased() && kindOf(*entity) == EntityKind::AttributeDefinition)
-            tags.push_back(static_cast<const AttributeDefinitionEntity *>(entity)->tag());
+    for (const AttributeDefinitionEntity *attribute : attributeDefinitionsOf(definition))
+        tags.push_back(attribute->tag());
     return tags;
 }
 
@@ -36,10 +53,8 @@ AcDbObjectId appendReference(Drawing &drawing, BlockRecord &definition, const Ac
     AcDbBlockReference &reference = *made;
     ObjectAccess::host(reference).layer = static_cast<std::uint32_t>(layer);
     const AcDbObjectId id = drawing.append(std::move(made), owner);
-    for (const AcDbEntity *entity : definition.entities()) {
-        if (entity->isErased() || kindOf(*entity) != EntityKind::AttributeDefinition)
-            continue;
-        const auto &attribute = static_cast<const AttributeDefinitionEntity &>(*entity);
+    for (const AttributeDefinitionEntity *pointer : attributeDefinitionsOf(definition)) {
+        const AttributeDefinitionEntity &attribute = *pointer;
         auto text = std::make_unique<AttributeEntity>(attribute.tag(),
                                                       placedShape(attribute.shape(), definition.basePoint(), placement),
                                                       attribute.isInvisible());

@@ -284,10 +284,11 @@ EntityReader::Result EntityReader::readSimple(EntityKind kind, std::span<const T
         const bool invisible = (f.integer(70) & 1) != 0;
         if (kind == EntityKind::Attribute)
             return {m_arena.make<AttributeEntity>(decode(f.text[2]), std::move(shape), invisible), {}, nullptr};
-        return {
-            m_arena.make<AttributeDefinitionEntity>(decode(f.text[2]), decode(f.text[3]), std::move(shape), invisible),
-            {},
-            nullptr};
+        const bool constant = (f.integer(70) & 2) != 0;
+        return {m_arena.make<AttributeDefinitionEntity>(decode(f.text[2]), decode(f.text[3]), std::move(shape),
+                                                        invisible, constant),
+                {},
+                nullptr};
     }
     case EntityKind::MText: {
         if (!f.has({10, 20}))

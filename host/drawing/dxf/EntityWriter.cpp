@@ -52,6 +52,12 @@ void EntityWriter::begin(TagWriter &w, const char *type, AcDbEntity &entity, boo
 void EntityWriter::write(std::string &out, AcDbEntity &entity, std::string &blocks)
 {
     TagWriter w(out, f);
+    if (const auto carried = d.carried.find(&entity); carried != d.carried.end()) {
+        begin(w, typeNameOf(entity).c_str(), entity);
+        out += carried->second;
+        finish(w, entity);
+        return;
+    }
     switch (kindOf(entity)) {
     case EntityKind::Line: {
         const auto &line = static_cast<AcDbLine &>(entity);
@@ -285,7 +291,7 @@ void EntityWriter::writeText(TagWriter &w, TextEntity &entity)
         w.integer(280, 0);
     w.text(3, definition.prompt());
     w.text(2, definition.tag());
-    w.integer(70, definition.isInvisible() ? 1 : 0);
+    w.integer(70, (definition.isInvisible() ? 1 : 0) | (definition.isConstant() ? 2 : 0));
     if (shape.vertical != 0)
         w.integer(74, shape.vertical);
     finish(w, entity);

@@ -1,7 +1,11 @@
 // Drawings taken into other drawings as block definitions.
 #include "host/drawing/Blocks.h"
 #include "host/drawing/Drawing.h"
+#include "host/drawing/dxf/Skeleton.h"
 
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
 #include <gmock/gmock.h>
 
 using namespace velmor;
@@ -244,4 +248,310 @@ TEST_F(BlockImportTest, HatchesKeepTheirPattern)
     EXPECT_EQ(copy.patternName(), L"ANSI37");
     EXPECT_EQ(copy.lines(), lines);
     EXPECT_FALSE(lines.empty());
+}
+
+// --- Files
+// ---------------------------------------------------------------------------------------------------------------
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A drawing with these entities (groups as "code value" lines) in model space.
+std::string drawingWith(const std::string &entities)
+{
+    std::string text = newDrawingText();
+    const std::string mark = "  2\nENTITIES\n";
+    std::string groups;
+    std::size_t at = 0;
+    while (at < entities.size()) {
+        const auto end = entities.find('\n', at);
+        const std::string line = entities.substr(at, end - at);
+        const auto blank = line.find(' ');
+        groups += line.substr(0, blank) + "\n" + line.substr(blank + 1) + "\n";
+        at = end + 1;
+    }
+    return text.insert(text.find(mark) + mark.size(), groups);
+}
+
+const std::string kTag = R"(0 ATTDEF
+5 A0
+330 1F
+100 AcDbEntity
+8 Oznake
+62 3
+100 AcDbText
+10 1.0
+20 2.0
+30 0.0
+40 2.5
+1 default
+7 NoSuchStyle
+41 0.8
+100 AcDbAttributeDefinition
+3 prompt
+2 ATT1
+70 0
+)";
+const std::string kSolid = R"(0 SOLID
+5 A1
+330 1F
+100 AcDbEntity
+8 Oznake
+62 5
+370 35
+100 AcDbTrace
+10 0.0
+20 0.0
+30 0.0
+11 1.0
+21 0.0
+31 0.0
+12 0.0
+22 1.0
+32 0.0
+13 1.0
+23 1.0
+33 0.0
+)";
+
+class BlockFiles : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::string pattern = (fs::temp_directory_path() / "velmor-block-XXXXXX").string();
+        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+        m_folder = pattern;
+        m_drawing = Drawing::createNew();
+        setWorkingDrawing(m_drawing.get());
+    }
+    void TearDown() override
+    {
+        setWorkingDrawing(nullptr);
+        fs::remove_all(m_folder);
+    }
+    std::wstring put(const std::string &name, const std::string &content)
+    {
+        std::ofstream(m_folder / name, std::ios::binary) << content;
+        return (m_folder / name).wstring();
+    }
+    BlockRecord *insert(const wchar_t *name, const std::wstring &path)
+    {
+        const AcDbObjectId id = CZEMCDraw::insertBlockDefinition(name, path.c_str());
+        BlockRecord *record = m_drawing->findBlock(name ? name : L"");
+        EXPECT_TRUE(id.isNull() || !record || id == idOf(*record));
+        return id.isNull() ? nullptr : record;
+    }
+    fs::path m_folder;
+    std::unique_ptr<Drawing> m_drawing;
+};
+
+} // namespace
+
+TEST_F(BlockFiles, AFileBecomesADefinitionWithItsAttributes)
+{
+    BlockRecord *label = insert(L"CatchLabel", put("CatchLabel.dxf", drawingWith(kTag + kSolid)));
+    ASSERT_NE(label, nullptr);
+    EXPECT_THAT(attributeTagsOf(*label), ElementsAre(L"ATT1"));
+    EXPECT_THAT(presentIn(*label), SizeIs(2));
+    EXPECT_TRUE(m_drawing->findLayer(L"Oznake"));
+    EXPECT_THAT(m_drawing->modelSpace().entities(), IsEmpty());
+}
+
+TEST_F(BlockFiles, WhatCannotBeReadGivesNoDefinition)
+{
+    EXPECT_EQ(insert(L"A", (m_folder / "missing.dxf").wstring()), nullptr);
+    EXPECT_EQ(insert(L"A", m_folder.wstring()), nullptr);
+    EXPECT_EQ(insert(L"A", put("empty.dxf", "")), nullptr);
+    EXPECT_EQ(insert(L"A", put("garbage.dxf", "this is no drawing\nat all\n")), nullptr);
+    EXPECT_EQ(insert(L"A", put("closed.dwg", "AC1027 closed format")), nullptr);
+    EXPECT_TRUE(CZEMCDraw::insertBlockDefinition(L"A", nullptr).isNull());
+    EXPECT_TRUE(CZEMCDraw::insertBlockDefinition(L"A", L"").isNull());
+    EXPECT_EQ(m_drawing->findBlock(L"A"), nullptr);
+    const std::wstring path = put("good.dxf", drawingWith(kTag));
+    setWorkingDrawing(nullptr);
+    EXPECT_TRUE(CZEMCDraw::insertBlockDefinition(L"A", path.c_str()).isNull());
+}
+
+TEST_F(BlockFiles, ASecondCallAnswersTheSameDefinitionAndChangesNothing)
+{
+    const std::wstring path = put("CatchLabel.dxf", drawingWith(kTag));
+    const BlockRecord *first = insert(L"CatchLabel", path);
+    const auto revision = m_drawing->revision();
+    EXPECT_EQ(insert(L"catchlabel", path), first);
+    EXPECT_EQ(insert(L"CatchLabel", put("a copy.dxf", drawingWith(kTag))), first);
+    EXPECT_EQ(m_drawing->revision(), revision);
+}
+
+TEST_F(BlockFiles, AnotherContentRenewsTheDefinition)
+{
+    BlockRecord *first = insert(L"CatchLabel", put("CatchLabel.dxf", drawingWith(kTag)));
+    std::string other = kTag;
+    other.replace(other.find("2 ATT1"), 6, "2 NAME");
+    BlockRecord *second = insert(L"CatchLabel", put("CatchLabel.dxf", drawingWith(other + kSolid)));
+    EXPECT_EQ(second, first);
+    EXPECT_THAT(attributeTagsOf(*second), ElementsAre(L"NAME"));
+    EXPECT_THAT(presentIn(*second), SizeIs(2));
+    EXPECT_EQ(insert(L"CatchLabel", (m_folder / "gone.dxf").wstring()), nullptr);
+    EXPECT_THAT(attributeTagsOf(*second), ElementsAre(L"NAME"));
+}
+
+TEST_F(BlockFiles, WhereTheDefinitionCameFromIsKeptInTheFile)
+{
+    const std::wstring path = put("CatchLabel.dxf", drawingWith(kTag));
+    ASSERT_NE(insert(L"CatchLabel", path), nullptr);
+    const std::string text = m_drawing->write();
+    auto again = Drawing::read(text);
+    ASSERT_TRUE(again.drawing);
+    setWorkingDrawing(again.drawing.get());
+    EXPECT_FALSE(CZEMCDraw::insertBlockDefinition(L"CatchLabel", path.c_str()).isNull());
+    EXPECT_EQ(again.drawing->write(), text) << "the same file changes nothing";
+    put("CatchLabel.dxf", drawingWith(kSolid));
+    EXPECT_FALSE(CZEMCDraw::insertBlockDefinition(L"CatchLabel", path.c_str()).isNull());
+    EXPECT_THAT(attributeTagsOf(*again.drawing->findBlock(L"CatchLabel")), IsEmpty());
+    setWorkingDrawing(nullptr);
+}
+
+TEST_F(BlockFiles, ADefinitionThatCameWithTheDrawingIsKept)
+{
+    BlockRecord &own = m_drawing->addBlock(L"CatchLabel");
+    m_drawing->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(42, 0)), own);
+    EXPECT_EQ(insert(L"CatchLabel", put("CatchLabel.dxf", drawingWith(kTag))), &own);
+    EXPECT_EQ(lengthOfLineIn(own), 42.0);
+    // From then on, its file is known, and another one renews it.
+    EXPECT_EQ(insert(L"CatchLabel", put("CatchLabel.dxf", drawingWith(kTag + kSolid))), &own);
+    EXPECT_THAT(attributeTagsOf(own), ElementsAre(L"ATT1"));
+}
+
+TEST_F(BlockFiles, AMissingDwgIsTheDxfBesideIt)
+{
+    put("CatchLabel.dxf", drawingWith(kTag));
+    EXPECT_NE(insert(L"CatchLabel", (m_folder / "CatchLabel.dwg").wstring()), nullptr);
+    put("Other.DXF", drawingWith(kTag));
+    EXPECT_NE(insert(L"Other", (m_folder / "Other.DWG").wstring()), nullptr);
+    put("Third.dxf", drawingWith(kTag));
+    EXPECT_NE(insert(L"Third", put("Third.dwg", "AC1018 closed format")), nullptr);
+}
+
+TEST_F(BlockFiles, TheNameIsMadeFitForAFile)
+{
+    const std::wstring path = put("Oznaka sliva.dxf", drawingWith(kTag));
+    EXPECT_FALSE(CZEMCDraw::insertBlockDefinition(nullptr, path.c_str()).isNull());
+    EXPECT_NE(m_drawing->findBlock(L"Oznaka sliva"), nullptr);
+    EXPECT_FALSE(CZEMCDraw::insertBlockDefinition(L"*a/b|c", path.c_str()).isNull());
+    EXPECT_NE(m_drawing->findBlock(L"_a_b_c"), nullptr);
+    const auto space = CZEMCDraw::insertBlockDefinition(L"*Model_Space", path.c_str());
+    EXPECT_NE(space, idOf(m_drawing->modelSpace()));
+    EXPECT_THAT(m_drawing->modelSpace().entities(), IsEmpty());
+}
+
+TEST_F(BlockFiles, TagsThatAreNotUnderstoodComeAlong)
+{
+    ASSERT_NE(insert(L"CatchLabel", put("CatchLabel.dxf", drawingWith(kTag + kSolid))), nullptr);
+    const std::string text = m_drawing->write();
+    EXPECT_THAT(text, HasSubstr("AcDbTrace\n 10\n0.0\n 20\n0.0\n 30\n0.0\n 11\n1.0\n"));
+    EXPECT_THAT(text, HasSubstr("370\n35\n"));
+    EXPECT_THAT(text, HasSubstr(" 41\n0.8\n"));
+    EXPECT_THAT(text, Not(HasSubstr("NoSuchStyle")));
+    const auto again = Drawing::read(text);
+    ASSERT_TRUE(again.drawing);
+    EXPECT_FALSE(again.report.damaged());
+    EXPECT_EQ(again.report.unread.at("SOLID"), 1u);
+    EXPECT_THAT(attributeTagsOf(*again.drawing->findBlock(L"CatchLabel")), ElementsAre(L"ATT1"));
+}
+
+TEST_F(BlockFiles, AConstantAttributeStaysConstant)
+{
+    std::string constant = kTag;
+    constant.replace(constant.find("70 0"), 4, "70 2");
+    constant.replace(constant.find("2 ATT1"), 6, "2 FIXED");
+    constant.replace(constant.find("5 A0"), 4, "5 A2");
+    BlockRecord *label = insert(L"CatchLabel", put("CatchLabel.dxf", drawingWith(kTag + constant)));
+    ASSERT_NE(label, nullptr);
+    EXPECT_THAT(attributeTagsOf(*label), ElementsAre(L"ATT1"));
+    const auto again = Drawing::read(m_drawing->write());
+    EXPECT_THAT(attributeTagsOf(*again.drawing->findBlock(L"CatchLabel")), ElementsAre(L"ATT1"));
+}
+
+TEST_F(BlockFiles, TextChangesItsCodePage)
+{
+    std::string source = drawingWith(kTag);
+    source.replace(source.find("AC1027"), 6, "AC1015");
+    source.replace(source.find("ANSI_1252"), 9, "ANSI_1250");
+    source.replace(source.find("default"), 7, "to\xE8ka");
+    BlockRecord *label = insert(L"CatchLabel", put("CatchLabel.dxf", source));
+    ASSERT_NE(label, nullptr);
+    EXPECT_EQ(static_cast<AttributeDefinitionEntity *>(label->entities()[0])->shape().text, L"to\u010Dka");
+    EXPECT_THAT(m_drawing->write(), HasSubstr("to\u010Dka"));
+}
+
+TEST_F(BlockFiles, TheBasePointOfTheFileIsThatOfTheDefinition)
+{
+    std::string source = drawingWith(kTag);
+    const std::string before = "$INSBASE\n 10\n0.0\n 20\n0.0\n";
+    ASSERT_NE(source.find(before), std::string::npos);
+    source.replace(source.find(before), before.size(), "$INSBASE\n 10\n 1.5\n 20\n-2.5\n");
+    BlockRecord *label = insert(L"CatchLabel", put("CatchLabel.dxf", source));
+    ASSERT_NE(label, nullptr);
+    EXPECT_EQ(label->basePoint(), AcGePoint3d(1.5, -2.5, 0));
+}
+
+TEST_F(BlockFiles, AnotherProgramsFileComesInAndTheResultPassesItsAudit)
+{
+    const std::string python = "/usr/bin/python3";
+    const auto run = [](const std::string &command) { return std::system((command + " >/dev/null 2>&1").c_str()); };
+    if (run(python + " -c 'import ezdxf'") != 0)
+        GTEST_SKIP() << "python3-ezdxf is not installed";
+    std::ofstream(m_folder / "make.py") << R"(import sys, ezdxf
+for version in ('R12', 'R2000', 'R2018'):
+    doc = ezdxf.new(version, setup=True)
+    inner = doc.blocks.new('INNER', base_point=(1, 1))
+    inner.add_circle((0, 0), 1)
+    inner.add_attdef('INNERTAG', (0, 0), 'x')
+    space = doc.modelspace()
+    space.add_attdef('ATT1', (0, 0), 'text', dxfattribs={'height': 2.5, 'prompt': 'Name'})
+    space.add_attdef('ATT2', (0, -4), 'text')
+    reference = space.add_blockref('INNER', (5, 5), dxfattribs={'rotation': 30})
+    reference.add_attrib('INNERTAG', 'value', (5, 5))
+    space.add_solid([(0, 0), (1, 0), (0, 1), (1, 1)])
+    space.add_line((0, 0), (10, 0), dxfattribs={'linetype': 'DASHED', 'color': 1})
+    space.add_text('label', dxfattribs={'style': 'OpenSans', 'height': 1})
+    if version != 'R12':
+        space.add_lwpolyline([(0, 0, .1, .1, 0), (5, 0, .1, .1, 1), (5, 5, .1, .1, 0)], close=True)
+        space.add_mtext('two\\Plines')
+        hatch = space.add_hatch(dxfattribs={'hatch_style': 0})
+        hatch.set_pattern_fill('ANSI37', scale=0.5)
+        hatch.paths.add_polyline_path([(0, 0), (10, 0, 1), (10, 10)], is_closed=True)
+    dimension = space.add_linear_dim((0, 3), (0, 0), (10, 0))
+    dimension.render()
+    doc.saveas(sys.argv[1] + '/' + version + '.dxf')
+)";
+    std::ofstream(m_folder / "audit.py") << R"(import sys, ezdxf
+doc = ezdxf.readfile(sys.argv[1])
+audit = doc.audit()
+for error in list(audit.errors) + list(audit.fixes): print(error.code, error.message)
+sys.exit(1 if audit.errors or audit.fixes else 0)
+)";
+    const std::string folder = m_folder.string();
+    ASSERT_EQ(run(python + " " + folder + "/make.py " + folder), 0);
+    for (const wchar_t *version : {L"R12", L"R2000", L"R2018"}) {
+        BlockRecord *label = insert(version, (m_folder / version).wstring() + L".dxf");
+        ASSERT_NE(label, nullptr) << version;
+        EXPECT_THAT(attributeTagsOf(*label), ElementsAre(L"ATT1", L"ATT2"));
+        CZEMCDraw::insertBlockReference(idOf(*label), {100, 100}, nullptr, 3.0, nullptr);
+    }
+    EXPECT_NE(m_drawing->findBlock(L"INNER"), nullptr);
+    EXPECT_NE(m_drawing->findBlock(L"R2000$0$INNER"), nullptr);
+    const std::string written = folder + "/written.dxf";
+    ASSERT_TRUE(m_drawing->save(written));
+    EXPECT_EQ(std::system((python + " " + folder + "/audit.py " + written).c_str()), 0);
+    const auto again = Drawing::load(written);
+    ASSERT_TRUE(again.drawing);
+    EXPECT_FALSE(again.report.damaged());
+    EXPECT_EQ(again.report.unread.at("SOLID"), 2u); // not that of R12, whose tags are of another kind
+    for (const wchar_t *version : {L"R12", L"R2000", L"R2018"})
+        EXPECT_EQ(presentIn(*again.drawing->findBlock(version)).size(),
+                  presentIn(*m_drawing->findBlock(version)).size());
 }

@@ -109,6 +109,18 @@ TEST_F(Wrappers, AnObjectThatIsNoEntityGives34)
     EXPECT_TRUE(isClosed(idOf(m_drawing->modelSpace())));
 }
 
+TEST_F(Wrappers, ALayerRecordOpenedAsAnEntityGives34)
+{
+    const wchar_t *layerZero = L"10"; // the handle of layer "0" in a new drawing
+    AcDbObjectId id;
+    ASSERT_EQ(m_drawing->getAcDbObjectId(id, false, AcDbHandle(layerZero), 0), Acad::eOk);
+    EXPECT_TRUE(id.isValid());
+    CZEMCEntityPtr record(layerZero, AcDb::kForRead);
+    EXPECT_EQ(record.openStatus(), 34);
+    EXPECT_FALSE(record.isOpen());
+    EXPECT_TRUE(isClosed(id));
+}
+
 TEST_F(Wrappers, AnEntityOfAnotherClassGives34AndStaysClosed)
 {
     const auto text = add(std::make_unique<TextEntity>(TextShape{}));
@@ -566,6 +578,15 @@ TEST_F(BlockReferences, TagsOfADefinitionComeInItsOrder)
     m_drawing->erase(*m_definition->entities()[1]);
     EXPECT_THAT(attributeTagsOf(*m_definition), ElementsAre(L"ATT2"));
     EXPECT_THAT(attributeTagsOf(m_drawing->modelSpace()), IsEmpty());
+}
+
+TEST_F(BlockReferences, AConstantAttributeIsPartOfTheDefinitionOnly)
+{
+    m_drawing->append(std::make_unique<AttributeDefinitionEntity>(L"FIXED", L"", TextShape{}, false, true),
+                      *m_definition);
+    EXPECT_THAT(attributeTagsOf(*m_definition), ElementsAre(L"ATT1", L"ATT2"));
+    const auto id = CZEMCDraw::insertBlockReference(idOf(*m_definition), {0, 0}, nullptr, 1.0, nullptr);
+    EXPECT_THAT(attributesOf(static_cast<AcDbBlockReference &>(entityOf(id))), SizeIs(2));
 }
 
 TEST_F(BlockReferences, ATurnedAndScaledReferenceTurnsItsTexts)
