@@ -6,8 +6,8 @@
 A small town on a slope above a brook: a fan of old streets round a roundabout, two newer streets below it. Every run
 gives the same bytes. The town is made in metres around the roundabout, then turned and moved to its place on the map.
 
-Layer "Granice slivova" bounds a catchment around each sewer section. As in a drawing made by hand, its lines and arcs
-overrun their crossings and are not split there. Some catchments hold two or three sections, some hold islands that
+Layer "Granice slivova" bounds a catchment around each sewer section. As in a drawing made by hand, its lines, chains
+and arcs overrun their crossings and are not split there. Some catchments hold two or three sections, some hold islands that
 drain by themselves, one has an open end, and the last section to the brook lies outside of them all.
 """
 
@@ -23,7 +23,7 @@ TURN = math.radians(12.3)
 RADIALS = [math.radians(a) for a in (8.0, 45.0, 82.0, 115.0, 149.0, 181.0)]
 RINGS = [120.0, 230.0, 330.0]
 MIDS = [175.0, 280.0, 385.0]  # backs of the parcels: behind each ring street
-CORE = 24.0                   # catchment of the roundabout
+CORE = 24.0                   # catchment of the roundabout, a ring of sixteen straight sides
 STRIP = 6.0                   # half a street with its footpaths: property line from the axis
 CURB = 3.5                    # half a carriageway
 MAIN_CUTS = [-70.0, -120.0, -210.0, -262.0]
@@ -53,6 +53,12 @@ def beside(angle, along, offset):
     """Point of a radial street: along its axis from the centre, offset to its left."""
     c, s = math.cos(angle), math.sin(angle)
     return (along * c - offset * s, along * s + offset * c)
+
+
+def chain(radius, start, end, side=16.0):
+    """Points of a ring of straight sides along a circle, as between surveyed corners."""
+    count = max(1, round((end - start) * radius / side))
+    return [polar(radius, start + (end - start) * n / count) for n in range(count + 1)]
 
 
 def on_circle(angle, radius, offset):
@@ -175,6 +181,11 @@ def box(x1, y1, x2, y2, fillet=0.0):
     q = bulge_of(math.pi / 2)
     return [(x1 + fillet, y1, 0.0), (x2 - fillet, y1, q), (x2, y1 + fillet, 0.0), (x2, y2 - fillet, q),
             (x2 - fillet, y2, 0.0), (x1 + fillet, y2, q), (x1, y2 - fillet, 0.0), (x1, y1 + fillet, q)]
+
+
+def regular(count, radius, bulge=0.0):
+    """Counter-clockwise ring of equal sides round the centre."""
+    return [(*polar(radius, 2 * math.pi * n / count), bulge) for n in range(count)]
 
 
 def placed(ring, centre, angle):
@@ -432,9 +443,9 @@ def draw_catchments(plan):
     """Boundary linework, and the ring of each catchment as (name, vertices)."""
     rings = []
     first, last = 0, len(RADIALS) - 1
-    plan.circle(EDGE, (0.0, 0.0), CORE)
-    q = bulge_of(math.pi)
-    rings.append([(CORE, 0.0, q), (-CORE, 0.0, q)])
+    core = regular(16, CORE + 0.3)
+    plan.ring(EDGE, core)
+    rings.append(core)
 
     for i, angle in enumerate(RADIALS):
         end = 452.0 if i == 3 else MIDS[2] + 1.5
@@ -458,13 +469,13 @@ def draw_catchments(plan):
                           (*on_circle(angle, RINGS[2], STRIP), -bulge_of(2 * half))])
         else:
             reach = (STRIP + OVERRUN) / MIDS[2]
-            plan.arc(EDGE, (0.0, 0.0), MIDS[2], angle - reach, angle + reach)
+            plan.arc(EDGE, (0.0, 0.0), MIDS[2], angle - reach, angle + reach)  # closes the street's end
 
     for i in range(first, last):
         a, b = RADIALS[i], RADIALS[i + 1]
         for radius in MIDS:
             inset = (STRIP - OVERRUN) / radius
-            plan.arc(EDGE, (0.0, 0.0), radius, a + inset, b - inset)
+            plan.ring(EDGE, [(*p, 0.0) for p in chain(radius, a + inset, b - inset)], closed=False)
         for k in range(len(RINGS)):
             inner, outer = ([CORE] + MIDS)[k], MIDS[k]
             whole = k == 0 or (k, i) in ((2, 1), (2, 3))  # both sections in one catchment
@@ -480,10 +491,13 @@ def draw_catchments(plan):
                 rings.append([(*p, 0.0), (*r, bulge_of(out)), (*polar(outer, high), 0.0),
                               (*polar(inner, high), bulge_of(back))])
 
-    # The bent street beyond the fan: one closed outline with arcs for its long sides.
-    a0, a1 = math.radians(31.0), math.radians(50.0)
-    outline = [(*polar(388.0, a0), 0.0), (*polar(500.0, a0), bulge_of(a1 - a0)), (*polar(500.0, a1), 0.0),
-               (*polar(388.0, a1), -bulge_of(a1 - a0))]
+    # The bent street beyond the fan: one closed outline whose long sides are runs of arcs.
+    low, high = math.radians(31.0), math.radians(50.0)
+    steps = [low + (high - low) * n / 6 for n in range(7)]
+    outline = [(*polar(500.0, t), (0.05, 0.09)[n % 2]) for n, t in enumerate(steps[:-1])]
+    outline += [(*polar(500.0, high), 0.0)]
+    outline += [(*polar(390.0, t), (-0.04, 0.02)[n % 2]) for n, t in enumerate(reversed(steps[1:]))]
+    outline += [(*polar(390.0, low), 0.0)]
     plan.ring(EDGE, outline)
     rings.append(outline)
 
@@ -504,7 +518,6 @@ def draw_catchments(plan):
     for y in sorted({y for _, upper, lower in ROWS for y in (upper, lower)}, reverse=True):
         plan.line(EDGE, (-STRIP + OVERRUN, y), (west - 6.0, y))
         plan.line(EDGE, (STRIP - OVERRUN, y), (east + 18.0, y))
-    bow = (190.0, -112.5, 60.0)
     for row, (_, upper, lower) in enumerate(ROWS):
         for side, end in ((-1, west), (1, east)):
             cuts = [side * 70.0, side * 140.0]
@@ -517,11 +530,10 @@ def draw_catchments(plan):
                 rings.append(box(min(x1, x2), lower, max(x1, x2), upper))
             x1 = cuts[-1]
             if (row, side) == (0, 1):
-                reach = math.sqrt(bow[2] ** 2 - (upper - bow[1]) ** 2)
-                angle = math.asin((upper - bow[1]) / bow[2])
-                plan.arc(EDGE, bow[:2], bow[2], -angle - 0.01, angle + 0.01)
-                rings.append([(x1, lower, 0.0), (bow[0] + reach, lower, bulge_of(2 * angle)),
-                              (bow[0] + reach, upper, 0.0), (x1, upper, 0.0)])
+                turning = [(212.0, upper + 3.0), (221.0, -78.0), (225.0, -100.0), (225.0, -125.0), (221.0, -147.0),
+                           (212.0, lower - 3.0)]
+                plan.ring(EDGE, [(*p, 0.0) for p in turning], closed=False)
+                rings.append([(x1, lower, 0.0), *((*p, 0.0) for p in reversed(turning)), (x1, upper, 0.0)])
             elif (row, side) == (1, -1):
                 pass  # nobody has closed this one yet
             else:
@@ -532,27 +544,22 @@ def draw_catchments(plan):
 
 def draw_islands(plan):
     """Grounds that drain by themselves: closed outlines inside of catchments. Their rings."""
-    q = bulge_of(math.pi)
     islands = []
-
-    def circle(centre, radius):
-        plan.circle(EDGE, centre, radius)
-        islands.append([(centre[0] + radius, centre[1], q), (centre[0] - radius, centre[1], q)])
 
     def outline(ring):
         plan.ring(EDGE, ring)
         islands.append(ring)
 
-    circle((0.0, 0.0), 6.0)                                                   # green of the roundabout
+    outline(placed(regular(8, 6.4), (0.7, -0.4), 0.2))                        # green of the roundabout
     school = placed(box(-17.0, -11.0, 17.0, 11.0, 4.0), polar(204.0, math.radians(20.0)), math.radians(20.0))
     outline(school)
-    circle(polar(257.0, math.radians(17.0)), 10.0)                            # pond
+    pond = [(10.0, -2.0, 0.25), (6.0, 8.0, 0.2), (-6.0, 6.0, 0.3), (-9.0, -5.0, -0.1), (1.0, -6.0, 0.25)]
+    outline(placed(pond, polar(257.0, math.radians(17.0)), 0.3))
     church, east = polar(92.0, math.radians(98.5)), math.radians(98.5)
     outline(placed(box(-12.0, -13.0, 12.0, 13.0, 5.0), church, east))
     plan.ring(EDGE, placed(box(-5.0, -8.0, 5.0, 8.0), church, east))          # within an island
     outline(placed(box(-12.0, -9.0, 12.0, 9.0), polar(357.0, math.radians(139.0)), math.radians(139.0)))
-    outline(placed([(-14.0, -10.0, 0.0), (14.0, -10.0, q), (14.0, 10.0, 0.0), (-14.0, 10.0, q)],
-                   (-105.0, -140.0), 0.0))                                    # sports ground
+    outline(placed(box(-20.0, -11.0, 20.0, 11.0, 4.0), (-105.0, -140.0), 0.0))  # sports ground
     outline(placed(box(-10.0, -8.0, 10.0, 8.0), (60.0, -187.0), 0.0))
     outline(placed([(-8.0, -8.0, 0.0), (8.0, -8.0, 0.0), (8.0, 0.0, 0.0), (0.0, 0.0, 0.0), (0.0, 8.0, 0.0),
                     (-8.0, 8.0, 0.0)], (105.0, -234.0), 0.0))
