@@ -272,7 +272,7 @@ class Plan:
         path.write_bytes(text.encode("utf-8"))
 
     def header(self):
-        tags = [(0, "SECTION"), (2, "HEADER"), (9, "$ACADVER"), (1, "AC1027"), (9, "$DWGCODEPAGE"), (3, "ANSI_1250"),
+        tags = [(0, "SECTION"), (2, "HEADER"), (9, "$ACADVER"), (1, "AC1027"), (9, "$DWGCODEPAGE"), (3, "ANSI_1252"),
                 (9, "$EXTMIN"), (10, f"{self.low[0]:.3f}"), (20, f"{self.low[1]:.3f}"), (30, "0.0"),
                 (9, "$EXTMAX"), (10, f"{self.high[0]:.3f}"), (20, f"{self.high[1]:.3f}"), (30, "0.0"),
                 (9, "$INSUNITS"), (70, "6"), (9, "$MEASUREMENT"), (70, "1"),
