@@ -203,6 +203,9 @@ void DxfReader::readObjectsOf(const char *first, const char *last)
 
 void DxfReader::readObject()
 {
+    // A polyline or a reference that lacks its end is only in doubt when the file ends right behind it.
+    if (m_more)
+        m_compoundStart = nullptr;
     if (isType("SECTION")) {
         if (m_section != Section::None) {
             find(Severity::Damage, m_start, "section " + m_sectionName + " does not end before the next begins");
@@ -361,6 +364,7 @@ void DxfReader::readTables()
         if (m_inTable)
             find(Severity::Damage, m_start, "table " + m_tableName + " does not end before the next begins");
         m_inTable = true;
+        m_tableStart = m_start;
         m_tableName.clear();
         std::uint64_t handle = 0;
         for (const Tag &tag : m_tags) {
@@ -394,6 +398,7 @@ void DxfReader::readTables()
     if (!m_inTable) {
         find(Severity::Damage, m_start, "a record of the kind " + printable(m_type) + " stands outside of its table");
         m_inTable = true;
+        m_tableStart = m_start;
         m_tableName = m_type;
     }
     if (isType("LAYER"))
@@ -628,13 +633,17 @@ void DxfReader::noteCut()
     } else {
         // The last object can't be trusted unless it is the end of something.
         const bool isWhole = isType("ENDSEC") || isType("ENDTAB") || isType("ENDBLK");
-        m_cut.offset = isWhole ? f.end : offsetOf(m_compoundStart ? m_compoundStart : m_start);
+        const char *last = m_tags.empty() ? m_type.data() + m_type.size() : m_tags.back().value + m_tags.back().length;
+        const std::size_t lineEnd = f.text.find('\n', offsetOf(last));
+        m_cut.offset = !isWhole                        ? offsetOf(m_compoundStart ? m_compoundStart : m_start)
+                       : lineEnd == std::string::npos ? f.end
+                                                      : lineEnd + 1;
         m_cut.message = isWhole ? "the file ends without its mark of the end"
                                 : "the file ends inside of " + printable(m_type) + ", which is left out";
     }
     m_cut.line = 1 + static_cast<std::size_t>(std::count(f.text.data(), f.text.data() + m_cut.offset, '\n'));
     // Opening a section, a table or a block by its last object is undone with that object.
-    const bool dropsSection = !m_seenEof && isType("SECTION"), dropsTable = !m_seenEof && isType("TABLE"),
+    const bool dropsSection = !m_seenEof && isType("SECTION"), dropsTable = !m_seenEof && m_tableStart == m_start,
                dropsBlock = !m_seenEof && isType("BLOCK");
     const std::string end = f.lineEnd;
     const std::string zero = (f.padCodes ? "  0" : "0") + end;

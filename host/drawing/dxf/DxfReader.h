@@ -88,6 +88,7 @@ private:
     bool m_inTable = false, m_seenTables = false, m_seenSection = false, m_seenBlocks = false, m_deferring = true;
     bool m_seenEof = false;
     std::string m_tableName;
+    const char *m_tableStart = nullptr; ///< the object that opened the table
     BlockRecord *m_block = nullptr;
     bool m_inBlock = false, m_inDataBlock = false;
     std::vector<std::pair<const char *, const char *>> m_deferred;

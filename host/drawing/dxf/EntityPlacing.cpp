@@ -145,7 +145,7 @@ void DxfReader::readEntity(BlockRecord *block)
     // The attributes follow, whether the reference says so or not.
     m_compoundStart = start;
     const bool understood = kindOf(entity) == EntityKind::BlockReference;
-    bool hasAttributes = false;
+    bool hasAttributes = false, hasEnd = true;
     while (m_more && m_zero.name() == "ATTRIB") {
         hasAttributes = true;
         advance();
@@ -161,10 +161,11 @@ void DxfReader::readEntity(BlockRecord *block)
         advance();
         m_highestHandle = std::max(m_highestHandle, EntityReader::common(m_tags).handle);
     } else if (hasAttributes && m_more) {
+        hasEnd = false;
         find(Severity::Warning, m_zeroStart, "the attributes of a block reference do not end with SEQEND");
     }
     ObjectAccess::host(entity).sourceLength = static_cast<std::uint32_t>(m_objectEnd - start);
-    if (m_more)
+    if (m_more && hasEnd)
         m_compoundStart = nullptr;
 }
 
@@ -177,7 +178,7 @@ void DxfReader::readPolyline(BlockRecord *block)
     m_polyline.heights.clear();
     m_polyline.problem.clear();
     EntityReader::begin(m_polyline, m_tags, common);
-    bool bad = m_objectBad;
+    bool bad = m_objectBad, hasEnd = true;
     // Kept for the data that the entity gets when it is made.
     const auto headTags = common.ownData != 0 ? m_tags : std::vector<Tag>();
     while (m_more && m_zero.name() == "VERTEX") {
@@ -191,6 +192,7 @@ void DxfReader::readPolyline(BlockRecord *block)
         advance();
         m_highestHandle = std::max(m_highestHandle, EntityReader::common(m_tags).handle);
     } else if (m_more) {
+        hasEnd = false;
         find(Severity::Warning, m_zeroStart, "the vertices of a polyline do not end with SEQEND");
     }
     AcDbEntity *entity = bad ? nullptr : m_entities.finish(m_polyline);
@@ -208,7 +210,7 @@ void DxfReader::readPolyline(BlockRecord *block)
         m_tags = headTags;
         noteExtras(*entity, common);
     }
-    if (m_more)
+    if (m_more && hasEnd)
         m_compoundStart = nullptr;
 }
 
