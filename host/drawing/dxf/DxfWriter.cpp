@@ -206,7 +206,8 @@ void DxfWriter::writeHeader()
     // Nothing was numbered in a file that has no handles and got none.
     const auto seed = d.header.find("$HANDSEED");
     const std::uint64_t statedSeed = seed != d.header.end() ? parseHandle(seed->second.value) : 0;
-    const bool numbered = !m_edits.empty() || !m_newEntities.empty() || !m_newObjects.empty();
+    const bool numbered = !m_edits.empty() || !m_newLayers.empty() || !m_newBlocks.empty() || !m_newEntities.empty() ||
+                          !m_newObjects.empty();
     if (numbered && m_nextHandle > statedSeed && (f.hasHandles || m_nextHandle > 0x20)) {
         if (m_isR12 && seed == d.header.end())
             setVariable("$HANDLING", 70, "1");
