@@ -1,5 +1,7 @@
 #include "host/sewage/AreaLabels.h"
 
+#include "host/drawing/Blocks.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -87,28 +89,16 @@ void place(CatchmentStore &store, const StoredArea &area, BlockRecord &block, do
     AcDbBlockReference::Placement placement;
     placement.position = area.GetCenterPoint();
     placement.scaleX = placement.scaleY = placement.scaleZ = scale;
-    auto made = std::make_unique<AcDbBlockReference>(idOf(block), placement);
-    AcDbBlockReference &reference = *made;
-    drawing.append(std::move(made));
-    drawing.setLayerOf(reference, drawing.ensureLayer(kLabelLayer, kLabelColour));
-
-    const AcGePoint3d &base = block.basePoint();
+    const std::size_t layer = drawing.ensureLayer(kLabelLayer, kLabelColour);
+    const AcDbObjectId id = appendReference(drawing, block, placement, layer, drawing.modelSpace());
+    auto &reference = static_cast<AcDbBlockReference &>(*store.objectOf(id));
     std::size_t next = 0;
-    for (const AttributeDefinitionEntity *definition : definitionsOf(block)) {
-        TextShape shape = definition->shape();
-        shape.position =
-            placement.position + AcGeVector3d{(shape.position.x - base.x) * scale, (shape.position.y - base.y) * scale,
-                                              (shape.position.z - base.z) * scale};
-        shape.height *= scale;
-        shape.text = texts[next++];
-        drawing.appendAttribute(reference, std::make_unique<AttributeEntity>(definition->tag(), std::move(shape),
-                                                                             definition->isInvisible()));
-    }
+    for (AttributeEntity *attribute : attributesOf(reference))
+        drawing.setAttributeText(*attribute, texts[next++]);
     store.addLabel(area, reference);
 }
 
-// --- Blocks of the catalogue's types
-// ----------------------------------------------------------------------------------
+// --- Blocks of the catalogue's types ------------------------------------------------------------------------
 
 struct Line {
     std::wstring tag;

@@ -84,7 +84,7 @@ std::string shareText(const AreaRow::Section &section)
                                                             : fmt::format("{:.1f}%", section.share * 100.0);
 }
 
-// --- Plain table -----------------------------------------------------------------------------------------------------
+// --- Plain table --------------------------------------------------------------------------------------------
 
 constexpr std::size_t kColumns = 9;
 using Cells = std::array<std::string, kColumns>;

@@ -70,8 +70,7 @@ void CatchmentStore::drawTemporary(const StoredArea &area, int colour)
     }
 }
 
-// --- Labels
-// --------------------------------------------------------------------------------------------------------------
+// --- Labels -------------------------------------------------------------------------------------------------
 
 std::vector<AcDbEntity *> CatchmentStore::labelsOf(const StoredArea &area)
 {
@@ -96,8 +95,7 @@ int CatchmentStore::eraseLabels(const StoredArea &area)
     return static_cast<int>(standing.size());
 }
 
-// --- Picks
-// ---------------------------------------------------------------------------------------------------------------
+// --- Picks --------------------------------------------------------------------------------------------------
 
 void CatchmentStore::setPickIndex(boost::shared_ptr<ZEMGis::Topology::CSpatialIndex> index)
 {

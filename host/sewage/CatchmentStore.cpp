@@ -71,8 +71,7 @@ CatchmentStore::Key CatchmentStore::keyOf(const StoredArea &area)
     return {area.m_record.order, handleOf(*area.m_entity)};
 }
 
-// --- Following the drawing
-// ---------------------------------------------------------------------------------------------
+// --- Following the drawing ----------------------------------------------------------------------------------
 
 void CatchmentStore::entityModified(AcDbEntity &entity)
 {
@@ -204,8 +203,7 @@ void CatchmentStore::unindex(StoredArea &area)
     m_areas.erase(key);
 }
 
-// --- Queries
-// -----------------------------------------------------------------------------------------------------------
+// --- Queries ------------------------------------------------------------------------------------------------
 
 void CatchmentStore::collect(Areas &areas, unsigned mask)
 {
@@ -267,8 +265,7 @@ double CatchmentStore::netHectares(const StoredArea &area)
     return net;
 }
 
-// --- Changes
-// -----------------------------------------------------------------------------------------------------------
+// --- Changes ------------------------------------------------------------------------------------------------
 
 std::optional<AreaRecord> CatchmentStore::newRecord(const std::wstring &name, int type, const PropertiesPtr &properties)
 {
@@ -391,8 +388,7 @@ void CatchmentStore::rename(StoredArea &area, const std::wstring &name)
     write(area);
 }
 
-// --- Sections
-// ------------------------------------------------------------------------------------------------------------
+// --- Sections -----------------------------------------------------------------------------------------------
 
 CatchmentStore::SectionPtr CatchmentStore::section(const std::wstring &guid)
 {

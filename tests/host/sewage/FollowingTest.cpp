@@ -1,6 +1,7 @@
 // The store follows the drawing: entities erased, brought back, edited, and records that something else wrote.
 #include "tests/host/sewage/AreaWorld.h"
 
+#include "host/drawing/Transient.h"
 #include "host/sewage/AreaRecord.h"
 
 namespace velmor::test {
@@ -100,6 +101,25 @@ TEST_F(Following, ACopyWithTheSameGuidIsNoSecondArea)
     EXPECT_FALSE(entity.isErased()) << "the copy is the user's";
     manager().RefreshExistingCatchments();
     EXPECT_EQ(names(), Names{L"one"}) << "now the copy is the only area of that GUID";
+}
+
+TEST_F(Following, ARingThatGotAnArcElsewhereCountsItInAreaAndMark)
+{
+    // A half circle of radius 50 stands on the upper side of the square.
+    const AreaPtr area = create(L"{G}", kSquare, L"one");
+    const DataItems items = *drawing().data(entityOf(area), kAreaDataKey);
+    manager().DeleteCA(area);
+    auto edited = std::make_unique<AcDbPolyline>(
+        std::vector<AcDbPolyline::Vertex>{{0, 0}, {100, 0}, {100, 100, 1.0}, {0, 100}}, true);
+    AcDbEntity &entity = *edited;
+    drawing().append(std::move(edited));
+    drawing().setData(entity, kAreaDataKey, items);
+    const AreaPtr again = manager().GetCatchmentAreaByGuid(L"{G}");
+    ASSERT_TRUE(again);
+    EXPECT_NEAR(again->GetArea(), 1.0 + 3.14159265358979 * 2500.0 / 2.0 / 10000.0, 1e-12);
+    EXPECT_EQ(again->GetCenterPoint(), AcGePoint3d(50, 50)) << "the centre goes by the chords";
+    again->Mark(1, 1.0, 0.0, L"ANSI31", 0);
+    EXPECT_EQ(drawing().component<TransientGraphics>().marks().at(L"{G}").rings[0][2].bulge, 1.0);
 }
 
 TEST_F(Following, ARecordInABlockDefinitionIsNoArea)

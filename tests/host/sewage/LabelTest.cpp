@@ -192,8 +192,7 @@ TEST_F(Label, LeavesOutWhatTheTypeDoesNotHave)
     EXPECT_EQ(texts(), (Texts{{L"COEFF", L""}, {L"DENSITY", L"120.00"}}));
 }
 
-// --- From the catalogue
-// ------------------------------------------------------------------------------------------------
+// --- From the catalogue -------------------------------------------------------------------------------------
 
 TEST_F(Label, OfACatalogueTypeHasALineForEachOfItsLines)
 {
@@ -260,7 +259,7 @@ TEST_F(Label, EveryTypeOfTheShippedCatalogueWritesALabel)
     EXPECT_EQ(written, 3);
 }
 
-// --- The shipped block ----------------------------------------------------------------------------------------------
+// --- The shipped block --------------------------------------------------------------------------------------
 
 TEST_F(Label, TheShippedBlockTakesAllFourValues)
 {

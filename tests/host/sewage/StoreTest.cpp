@@ -174,7 +174,7 @@ TEST_F(Store, NamesNeedNotBeUniqueAndTypesChangeAtOnce)
     EXPECT_EQ(first->GetType(), 4);
 }
 
-// --- Sections and shares ---------------------------------------------------------------------------------------------
+// --- Sections and shares ------------------------------------------------------------------------------------
 
 TEST_F(Store, AnAreaWithoutSectionsAnswersZero)
 {
@@ -268,7 +268,7 @@ TEST_F(Store, TheAreasOfASectionAreThoseOfTheMaskInOrder)
     EXPECT_TRUE(areas.empty());
 }
 
-// --- Deleting --------------------------------------------------------------------------------------------------------
+// --- Deleting -----------------------------------------------------------------------------------------------
 
 TEST_F(Store, ADeletedAreaIsGoneFromEveryLookup)
 {
