@@ -261,14 +261,6 @@ TEST_F(ImportOfANetwork, PolygonsAreLeftAsideUnlessAskedFor)
     EXPECT_FALSE(drawing->findLayer(kPolygonLayer));
 }
 
-TEST_F(ImportOfANetwork, AnOldDrawingGetsOldPolylines)
-{
-    // Only what the drawing's version knows may be put into it; a new drawing takes light-weight polylines.
-    EXPECT_FALSE(drawing->isR12());
-    ASSERT_TRUE(import(kSmall, true));
-    EXPECT_NE(dynamic_cast<const AcDbPolyline *>(onLayer(kPolygonLayer)[0]), nullptr);
-}
-
 TEST_F(ImportOfANetwork, AFileThatHoldsNoNetworkLeavesTheDrawingAsItWas)
 {
     const auto revision = drawing->revision();
