@@ -322,6 +322,16 @@ public:
     };
     /// The pattern's lines, evaluated when they are not yet.
     const std::vector<Line> &lines() const;
+    /// One set of parallel lines of a pattern, turned and scaled as the hatch has it.
+    struct Family {
+        double angle = 0.0;                  ///< direction of the lines, radians
+        double baseX = 0.0, baseY = 0.0;     ///< a point on one of them
+        double offsetX = 0.0, offsetY = 0.0; ///< from a line to the next
+        std::vector<double> dashes;          ///< lengths, negative for gaps, 0 for dots; empty: unbroken
+        bool operator==(const Family &) const = default;
+    };
+    /// The pattern as the file defines it, until the pattern is set anew; else by its name.
+    std::vector<Family> families() const;
 
 private:
     friend class velmor::ObjectAccess;
@@ -335,6 +345,7 @@ private:
     int m_patternType = kPreDefined, m_style = kNormal;
     bool m_associative = false;
     std::vector<Loop> m_loops;
+    std::vector<Family> m_families; ///< empty: by the pattern's name
 };
 
 // --- The drawing ---------------------------------------------------------------------------------------------------

@@ -30,6 +30,7 @@ const std::vector<PatternShape> &knownPatterns()
 {
     static const std::vector<PatternShape> patterns{
         {L"SOLID", {}},
+        {L"", {}},
         {L"ANSI31", {{45.0, kLining, 0.0}}},
         {L"ANSI32", {{45.0, 3.0 * kLining, 0.0}, {45.0, 3.0 * kLining, kLining}}},
         {L"ANSI37", {{45.0, kLining, 0.0}, {135.0, kLining, 0.0}}},
@@ -73,15 +74,21 @@ private:
     void addArc(const Vertex &from, const Vertex &to);
     template <class Place>
     void addMonotone(double v1, double v2, Place place);
+    void appendPiece(std::vector<PatternLine> &lines, double line, double u1, double u2) const;
 
     Frame m_frame;
+    const HatchFamily &m_family;
+    double m_period = 0.0;                     ///< length of the dashes and gaps together; 0 for unbroken lines
     double m_first = 0.0;                      ///< number of the first line that may cross
     double m_step = 1.0;                       ///< every how many-th line is drawn
     std::vector<std::vector<double>> m_places; ///< u of the crossings, by line
 };
 
-Crossings::Crossings(const HatchFamily &family, std::span<const std::vector<Vertex>> rings) : m_frame(family)
+Crossings::Crossings(const HatchFamily &family, std::span<const std::vector<Vertex>> rings)
+    : m_frame(family), m_family(family)
 {
+    for (const double dash : family.dashes)
+        m_period += std::abs(dash);
     double low = HUGE_VAL, high = -HUGE_VAL;
     const auto cover = [&](double x, double y, double reach) {
         const double v = m_frame.v(x, y);
@@ -98,11 +105,14 @@ Crossings::Crossings(const HatchFamily &family, std::span<const std::vector<Vert
             cover(a.x, a.y, reach);
             cover(b.x, b.y, reach);
         }
-    if (!(m_frame.spacing > 0.0) || !std::isfinite(low) || !std::isfinite(high))
+    if (!(m_frame.spacing > 0.0) || !std::isfinite(m_frame.spacing) || !std::isfinite(low) || !std::isfinite(high))
         return;
     while ((high - low) / m_step > kMostPatternLines)
         m_step *= 2.0;
     m_first = std::ceil(low / m_step);
+    // So far from the origin, for such a spacing, lines can't be told apart any more.
+    if (!(std::abs(m_first) < 1e15))
+        return;
     m_places.resize(static_cast<std::size_t>(std::max(0.0, std::floor(high / m_step) - m_first + 1.0)));
     for (const auto &ring : rings)
         for (std::size_t i = 0; i < ring.size(); ++i) {
@@ -172,16 +182,44 @@ void Crossings::addArc(const Vertex &from, const Vertex &to)
 
 void Crossings::appendInside(std::vector<PatternLine> &lines)
 {
-    for (std::size_t i = 0; i < m_places.size(); ++i) {
-        auto &places = m_places[i];
+    double length = 0.0;
+    for (auto &places : m_places) {
         std::sort(places.begin(), places.end());
-        const double across = m_frame.across((m_first + static_cast<double>(i)) * m_step);
-        for (std::size_t k = 0; k + 1 < places.size(); k += 2) {
-            if (places[k] == places[k + 1])
-                continue;
-            const auto x = [&](double u) { return u * m_frame.cosine - across * m_frame.sine; };
-            const auto y = [&](double u) { return u * m_frame.sine + across * m_frame.cosine; };
-            lines.push_back({x(places[k]), y(places[k]), x(places[k + 1]), y(places[k + 1])});
+        for (std::size_t k = 0; k + 1 < places.size(); k += 2)
+            length += places[k + 1] - places[k];
+    }
+    const double dashes = m_period > 0.0 ? length / m_period * static_cast<double>(m_family.dashes.size()) : 0.0;
+    if (!(dashes <= kMostDashes))
+        m_period = 0.0;
+    for (std::size_t i = 0; i < m_places.size(); ++i)
+        for (std::size_t k = 0; k + 1 < m_places[i].size(); k += 2)
+            if (m_places[i][k] < m_places[i][k + 1])
+                appendPiece(lines, (m_first + static_cast<double>(i)) * m_step, m_places[i][k], m_places[i][k + 1]);
+}
+
+void Crossings::appendPiece(std::vector<PatternLine> &lines, double line, double u1, double u2) const
+{
+    const double across = m_frame.across(line);
+    const auto add = [&](double from, double to) {
+        const auto x = [&](double u) { return u * m_frame.cosine - across * m_frame.sine; };
+        const auto y = [&](double u) { return u * m_frame.sine + across * m_frame.cosine; };
+        lines.push_back({x(from), y(from), x(to), y(to)});
+    };
+    if (!(m_period > 0.0))
+        return add(u1, u2);
+    // Each line starts its dashes anew, moved by the offset along the lines.
+    const double offsetAcross = m_family.offsetY * m_frame.cosine - m_family.offsetX * m_frame.sine;
+    const double number = offsetAcross < 0.0 ? -line : line;
+    const double start =
+        m_frame.u(m_family.baseX, m_family.baseY) + number * m_frame.u(m_family.offsetX, m_family.offsetY);
+    const double first = std::floor((u1 - start) / m_period), count = (u2 - u1) / m_period + 2.0;
+    for (double turn = 0.0; turn < count; turn += 1.0) {
+        double at = start + (first + turn) * m_period;
+        for (const double dash : m_family.dashes) {
+            const double end = at + std::abs(dash);
+            if (dash >= 0.0 && end >= u1 && at <= u2)
+                add(std::max(at, u1), std::min(end, u2));
+            at = end;
         }
     }
 }

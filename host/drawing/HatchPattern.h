@@ -9,18 +9,11 @@
 
 namespace velmor {
 
-/// One set of parallel lines of a pattern, as a drawing file has it.
-struct HatchFamily {
-    double angle = 0.0;                  ///< direction of the lines, radians
-    double baseX = 0.0, baseY = 0.0;     ///< a point on one of them
-    double offsetX = 0.0, offsetY = 0.0; ///< from a line to the next
-    std::vector<double> dashes;          ///< lengths, negative for gaps; empty: unbroken
-    bool operator==(const HatchFamily &) const = default;
-};
+using HatchFamily = AcDbHatch::Family;
 
 /// The lines of a named pattern, turned by angle (radians) and enlarged by scale; for scale 1, "ANSI31" has lines at 45
-/// degrees and 3.175 drawing units apart. Upper and lower case are alike. "SOLID" has none; a name that is not known
-/// gives the lines of "ANSI31". A scale that is not positive counts as 1.
+/// degrees and 3.175 drawing units apart. Upper and lower case are alike. "SOLID" and no name have none; a name that is
+/// not known gives the lines of "ANSI31". A scale that is not positive counts as 1.
 std::vector<HatchFamily> hatchFamilies(std::wstring_view pattern, double angle, double scale);
 
 using PatternLine = AcDbHatch::Line;
@@ -36,5 +29,6 @@ std::vector<PatternLine> patternLines(std::span<const std::vector<AcDbPolyline::
 std::vector<PatternLine> patternLines(std::span<const std::vector<AcDbPolyline::Vertex>> rings,
                                       std::span<const HatchFamily> families);
 inline constexpr int kMostPatternLines = 5000;
+inline constexpr int kMostDashes = 100000;
 
 } // namespace velmor

@@ -77,11 +77,12 @@ public:
         int &patternType, &style;
         bool &associative;
         std::vector<AcDbHatch::Loop> &loops;
+        std::vector<AcDbHatch::Family> &families;
     };
     static HatchParts parts(AcDbHatch &h)
     {
         return {h.m_normal,      h.m_elevation, h.m_patternAngle, h.m_patternScale, h.m_patternName,
-                h.m_patternType, h.m_style,     h.m_associative,  h.m_loops};
+                h.m_patternType, h.m_style,     h.m_associative,  h.m_loops,        h.m_families};
     }
 };
 

@@ -215,6 +215,7 @@ std::unique_ptr<AcDbEntity> Importer::copyOf(const AcDbHatch &hatch)
     to.style = from.style;
     to.associative = false; // its curves are other entities now
     to.loops = from.loops;
+    to.families = from.families;
     return made;
 }
 

@@ -68,8 +68,10 @@ Acad::ErrorStatus AcDbHatch::setPatternAngle(double radians)
     if (!std::isfinite(radians))
         return Acad::eInvalidInput;
     const Acad::ErrorStatus status = change();
-    if (status == Acad::eOk)
+    if (status == Acad::eOk) {
         m_patternAngle = radians;
+        m_families.clear();
+    }
     return status;
 }
 
@@ -79,8 +81,10 @@ Acad::ErrorStatus AcDbHatch::setPatternScale(double scale)
     if (!(scale > 0.0) || !std::isfinite(scale))
         return Acad::eInvalidInput;
     const Acad::ErrorStatus status = change();
-    if (status == Acad::eOk)
+    if (status == Acad::eOk) {
         m_patternScale = scale;
+        m_families.clear();
+    }
     return status;
 }
 
@@ -93,6 +97,7 @@ Acad::ErrorStatus AcDbHatch::setPattern(HatchPatternType type, const wchar_t *na
     if (status == Acad::eOk) {
         m_patternType = type;
         m_patternName = name;
+        m_families.clear();
     }
     return status;
 }
@@ -157,8 +162,13 @@ Acad::ErrorStatus AcDbHatch::evaluateHatch(bool underestimateLines)
 const std::vector<AcDbHatch::Line> &AcDbHatch::lines() const
 {
     if (!m_evaluated) {
-        m_lines = velmor::patternLines(ringsOf(m_loops), m_patternName, m_patternAngle, m_patternScale);
+        m_lines = velmor::patternLines(ringsOf(m_loops), families());
         m_evaluated = true;
     }
     return m_lines;
+}
+
+std::vector<AcDbHatch::Family> AcDbHatch::families() const
+{
+    return m_families.empty() ? velmor::hatchFamilies(m_patternName, m_patternAngle, m_patternScale) : m_families;
 }

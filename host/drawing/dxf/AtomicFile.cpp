@@ -195,6 +195,7 @@ private:
     SaveResult checkTarget();
     bool openTemporary();
     bool writeAll(std::string_view bytes);
+    bool writePieces(std::span<const std::string_view> pieces);
     bool finishTemporary();
     SaveResult keepOld();
     bool copyOld(const fs::path &to);
@@ -281,6 +282,27 @@ bool Save::writeAll(std::string_view bytes)
     return true;
 }
 
+/// Small pieces are gathered, since each call of the system costs as much as copying many of them.
+bool Save::writePieces(std::span<const std::string_view> pieces)
+{
+    constexpr std::size_t kLarge = 1 << 16;
+    std::string gathered;
+    for (const std::string_view piece : pieces) {
+        if (gathered.size() + piece.size() > kLarge) {
+            if (!writeAll(gathered))
+                return false;
+            gathered.clear();
+        }
+        if (piece.size() > kLarge) {
+            if (!writeAll(piece))
+                return false;
+        } else {
+            gathered += piece;
+        }
+    }
+    return writeAll(gathered);
+}
+
 bool Save::finishTemporary()
 {
     if (m_old) {
@@ -352,10 +374,7 @@ SaveResult Save::run(std::span<const std::string_view> pieces, bool backup)
     if (SaveResult wrong = checkTarget(); !wrong)
         return wrong;
     removeLeftovers(m_path);
-    bool good = openTemporary();
-    for (auto piece = pieces.begin(); good && piece != pieces.end(); ++piece)
-        good = writeAll(*piece);
-    if (!good || !finishTemporary())
+    if (!openTemporary() || !writePieces(pieces) || !finishTemporary())
         return failed(errno);
     if (m_old && backup)
         if (SaveResult wrong = keepOld(); !wrong)

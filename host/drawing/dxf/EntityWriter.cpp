@@ -426,7 +426,7 @@ void EntityWriter::writeHatch(TagWriter &w, AcDbHatch &entity)
         w.real(52, parts.angle * kDegrees);
         w.real(41, parts.scale);
         w.integer(77, 0);
-        const auto families = hatchFamilies(parts.pattern, parts.angle, parts.scale);
+        const auto families = entity.families();
         w.integer(78, static_cast<std::int64_t>(families.size()));
         for (const HatchFamily &family : families) {
             w.real(53, family.angle * kDegrees);

@@ -196,6 +196,25 @@ AcDbHatch::Loop readLoop(Scanner &scan)
     return loop;
 }
 
+/// The lines of a pattern, from their count (group 78) on; none when they are not complete.
+std::vector<AcDbHatch::Family> readFamilies(Scanner &scan, bool mirrored)
+{
+    std::vector<AcDbHatch::Family> families(scan.count(78));
+    const double side = mirrored ? -1.0 : 1.0;
+    for (AcDbHatch::Family &family : families) {
+        const double angle = scan.real(53) * kRadians;
+        family.angle = mirrored ? std::numbers::pi - angle : angle;
+        family.baseX = side * scan.real(43);
+        family.baseY = scan.real(44);
+        family.offsetX = side * scan.real(45);
+        family.offsetY = scan.real(46);
+        family.dashes.resize(scan.count(79));
+        for (double &dash : family.dashes)
+            dash = scan.real(49);
+    }
+    return scan.good() ? families : std::vector<AcDbHatch::Family>();
+}
+
 } // namespace
 
 EntityReader::Result EntityReader::readHatch(std::span<const Tag> tags, const CommonTags &common)
@@ -242,6 +261,9 @@ EntityReader::Result EntityReader::readHatch(std::span<const Tag> tags, const Co
         else if (tag.code == 41 && tag.real(number))
             parts.scale = number;
     }
+    // A gradient or a solid fill has no lines.
+    if (std::any_of(scan.rest().begin(), scan.rest().end(), [](const Tag &tag) { return tag.code == 78; }))
+        parts.families = readFamilies(scan, mirrored);
     if (mirrored) {
         for (AcDbHatch::Loop &loop : loops)
             for (Vertex &v : loop.vertices) {

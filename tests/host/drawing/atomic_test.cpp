@@ -150,6 +150,30 @@ TEST_F(AtomicFile, PiecesAreWrittenInOrderAndNothingElseIsLeft)
     EXPECT_THAT(names(), testing::ElementsAre("town.dxf"));
 }
 
+TEST_F(AtomicFile, ManySmallAndSomeLargePiecesKeepTheirOrder)
+{
+    std::vector<std::string> parts;
+    std::string expected;
+    for (int i = 0; i < 20000; ++i)
+        parts.push_back(i % 5000 == 7 ? std::string(100000, static_cast<char>('a' + i % 26))
+                                      : std::to_string(i) + "\n");
+    for (const std::string &part : parts)
+        expected += part;
+    class Counting : public FileOperations {
+    public:
+        int writes = 0;
+        ssize_t write(int file, const char *bytes, std::size_t count) override
+        {
+            ++writes;
+            return FileOperations::write(file, bytes, count);
+        }
+    } operations;
+    const std::vector<std::string_view> pieces(parts.begin(), parts.end());
+    ASSERT_TRUE(writeFileAtomically(m_file, pieces, true, operations));
+    EXPECT_EQ(contentOf(m_file), expected);
+    EXPECT_LT(operations.writes, 20);
+}
+
 TEST_F(AtomicFile, TheLastVersionStaysAsBackup)
 {
     ASSERT_TRUE(save(m_file, "first"));

@@ -2,10 +2,14 @@
 #include "host/drawing/Drawing.h"
 #include "host/drawing/HatchPattern.h"
 #include "host/drawing/Journal.h"
+#include "host/drawing/dxf/Skeleton.h"
 
+#include <cstdlib>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <numbers>
 #include <random>
+#include <tuple>
 
 using namespace velmor;
 using testing::IsEmpty;
@@ -214,6 +218,54 @@ TEST(PatternLines, NamesAreKnownInAnyCaseAndUnknownOnesStandIn)
     EXPECT_GT(patternLines(rings, L"NET", 0.0, 1.0).size(), lining.size());
 }
 
+TEST(PatternLines, BrokenLinesComeAsTheirDashes)
+{
+    // Lines of y = k; dashes of 1 and gaps of 1.5, which start 0.25 farther on each next line.
+    const HatchFamily family{0.0, 0.5, 0.0, 0.25, 1.0, {1.0, -1.5}};
+    const auto lines = patternLines(std::vector<Ring>{square(0.1, 0.1, 50)}, std::vector{family});
+    double length = 0.0;
+    for (const PatternLine &line : lines) {
+        const double start = 0.5 + 0.25 * std::round(line.y1);
+        const double from = line.x1 - start, phase = from - std::floor(from / 2.5 + 1e-9) * 2.5;
+        EXPECT_LE(phase + line.x2 - line.x1, 1.0 + 1e-9) << line.x1 << " " << line.y1;
+        EXPECT_EQ(line.y1, line.y2);
+        EXPECT_GE(line.x1, 0.1);
+        EXPECT_LE(line.x2, 50.1);
+        length += line.x2 - line.x1;
+    }
+    EXPECT_NEAR(length, 50 * 50 / 2.5, 50.0);
+}
+
+TEST(PatternLines, DashesFollowADownwardOffsetToo)
+{
+    const std::vector<Ring> rings{square(0, 0, 20)};
+    const HatchFamily up{0.3, 1.0, 2.0, 0.4, 1.0, {1.0, -0.5, 0.0, -0.5}};
+    HatchFamily down = up;
+    down.offsetX = -up.offsetX;
+    down.offsetY = -up.offsetY;
+    auto a = patternLines(rings, std::vector{up}), b = patternLines(rings, std::vector{down});
+    ASSERT_EQ(a.size(), b.size());
+    const auto order = [](const PatternLine &l, const PatternLine &r) {
+        return std::tie(l.y1, l.x1) < std::tie(r.y1, r.x1);
+    };
+    std::sort(a.begin(), a.end(), order);
+    std::sort(b.begin(), b.end(), order);
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        EXPECT_NEAR(a[i].x1, b[i].x1, 1e-9);
+        EXPECT_NEAR(a[i].y2, b[i].y2, 1e-9);
+    }
+}
+
+TEST(PatternLines, MoreDashesThanAnybodySeesAreDrawnUnbroken)
+{
+    const HatchFamily family{0.0, 0.0, 0.0, 0.0, 1.0, {1e-9, -1e-9}};
+    EXPECT_THAT(patternLines(std::vector<Ring>{square(0.5, 0.5, 10)}, std::vector{family}), SizeIs(10));
+    const HatchFamily fine{0.0, 0.0, 0.0, 0.0, 1e-7, {1e-15, -1e-15}};
+    EXPECT_LE(patternLines(std::vector<Ring>{square(5e6, 5e6, 1e-6)}, std::vector{fine}).size(), 400000u);
+    const HatchFamily broken{0.0, 0.0, 0.0, 0.0, INFINITY, {}};
+    EXPECT_THAT(patternLines(std::vector<Ring>{square(0, 0, 10)}, std::vector{broken}), IsEmpty());
+}
+
 // --- The hatch of the contract
 // ---------------------------------------------------------------------------------------------
 
@@ -325,6 +377,200 @@ TEST_F(HatchTest, ItsLoopsAreItsOwn)
     entity->close();
     EXPECT_THAT(hatch->loops(), SizeIs(1));
     EXPECT_FALSE(hatch->lines().empty());
+}
+
+namespace {
+
+/// A drawing with the pattern's own lines: horizontal, 2 apart.
+const std::string kForeignHatch = R"(  0
+HATCH
+  5
+A0
+330
+1F
+100
+AcDbEntity
+  8
+0
+100
+AcDbHatch
+ 10
+0.0
+ 20
+0.0
+ 30
+0.0
+210
+0.0
+220
+0.0
+230
+1.0
+  2
+MYPATTERN
+ 70
+0
+ 71
+0
+ 91
+1
+ 92
+3
+ 72
+0
+ 73
+1
+ 93
+4
+ 10
+0.0
+ 20
+0.5
+ 10
+10.0
+ 20
+0.5
+ 10
+10.0
+ 20
+10.5
+ 10
+0.0
+ 20
+10.5
+ 97
+0
+ 75
+0
+ 76
+2
+ 52
+0.0
+ 41
+1.0
+ 77
+0
+ 78
+1
+ 53
+0.0
+ 43
+0.0
+ 44
+0.0
+ 45
+0.0
+ 46
+2.0
+ 79
+0
+ 98
+0
+)";
+
+std::string newDrawingWith(const std::string &entities)
+{
+    std::string text = newDrawingText();
+    const std::string mark = "  2\nENTITIES\n";
+    return text.insert(text.find(mark) + mark.size(), entities);
+}
+
+} // namespace
+
+TEST_F(HatchTest, TheLinesOfAFilesOwnPatternAreUsedUntilItIsSetAnew)
+{
+    const auto loaded = Drawing::read(newDrawingWith(kForeignHatch));
+    ASSERT_TRUE(loaded.drawing);
+    ASSERT_THAT(loaded.drawing->modelSpace().entities(), SizeIs(1));
+    AcDbEntity *entity = loaded.drawing->modelSpace().entities()[0];
+    ASSERT_EQ(entity->isA(), AcDbHatch::desc());
+    auto &hatch = static_cast<AcDbHatch &>(*entity);
+    ASSERT_THAT(hatch.lines(), SizeIs(5)); // 2, 4, 6, 8, 10
+    for (const auto &line : hatch.lines())
+        EXPECT_NEAR(line.x2 - line.x1, 10.0, 1e-9);
+    EXPECT_NEAR(hatch.lines()[0].y1, 2.0, 1e-12);
+    ASSERT_EQ(acdbOpenAcDbEntity(entity, idOf(hatch), AcDb::kForWrite), Acad::eOk);
+    EXPECT_EQ(hatch.setPattern(AcDbHatch::kPreDefined, L"ANSI31"), Acad::eOk);
+    entity->close();
+    EXPECT_EQ(hatch.families(), hatchFamilies(L"ANSI31", 0.0, 1.0));
+}
+
+TEST_F(HatchTest, WrittenAndReadBackItIsTheSame)
+{
+    Ring ring = square(0, 0, 100);
+    ring[1].bulge = 0.5;
+    AcDbHatch *hatch = preview(addRing(ring), {addRing(circle(50, 50, 10))}, 2.5, 45.0).release();
+    hatch->setColorIndex(30);
+    AcDbObjectId id;
+    CZEMCDraw::appendToModelSpace(hatch, id);
+    hatch->close();
+    const auto again = Drawing::read(m_drawing->write());
+    ASSERT_TRUE(again.drawing);
+    EXPECT_FALSE(again.report.damaged());
+    const auto &back = static_cast<AcDbHatch &>(*again.drawing->modelSpace().entities().back());
+    ASSERT_EQ(back.isA(), AcDbHatch::desc());
+    EXPECT_EQ(back.patternName(), L"ANSI31");
+    EXPECT_NEAR(back.patternAngle(), hatch->patternAngle(), 1e-12);
+    EXPECT_EQ(back.patternScale(), 2.5);
+    EXPECT_EQ(back.colorIndex(), 30);
+    ASSERT_THAT(back.loops(), SizeIs(2));
+    EXPECT_EQ(back.loops()[0].vertices, ring);
+    ASSERT_EQ(back.lines().size(), hatch->lines().size());
+    for (std::size_t i = 0; i < back.lines().size(); ++i)
+        EXPECT_NEAR(back.lines()[i].x1, hatch->lines()[i].x1, 1e-9);
+}
+
+TEST_F(HatchTest, AnotherProgramReadsItsPathsAndPattern)
+{
+    const std::string python = "/usr/bin/python3";
+    if (std::system((python + " -c 'import ezdxf' >/dev/null 2>&1").c_str()) != 0)
+        GTEST_SKIP() << "python3-ezdxf is not installed";
+    AcDbObjectId id;
+    AcDbHatch *hatch = preview(addRing(square(0, 0, 100)), {addRing(circle(50, 50, 10))}, 2.0, 45.0).release();
+    CZEMCDraw::appendToModelSpace(hatch, id);
+    hatch->close();
+    std::string folder = (std::filesystem::temp_directory_path() / "velmor-hatch-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(folder.data()), nullptr);
+    ASSERT_TRUE(m_drawing->save(folder + "/hatch.dxf"));
+    std::ofstream(folder + "/check.py") << R"(import sys, math, ezdxf
+doc = ezdxf.readfile(sys.argv[1])
+audit = doc.audit()
+assert not audit.errors and not audit.fixes, audit.errors + audit.fixes
+hatch, = doc.modelspace().query('HATCH')
+assert hatch.dxf.pattern_name == 'ANSI31' and hatch.dxf.associative == 0 and hatch.dxf.hatch_style == 0
+assert hatch.dxf.pattern_type == 1 and hatch.dxf.pattern_scale == 2 and abs(hatch.dxf.pattern_angle - 45) < 1e-9
+assert [len(path.vertices) for path in hatch.paths] == [4, 2]
+assert [path.path_type_flags & 1 for path in hatch.paths] == [1, 1]
+assert hatch.paths[1].vertices[0][2] == 1
+line, = hatch.pattern.lines
+assert abs(line.angle - 90) < 1e-9 and abs(abs(line.offset[0]) - 6.35) < 1e-9 and abs(line.offset[1]) < 1e-9
+)";
+    EXPECT_EQ(std::system((python + " " + folder + "/check.py " + folder + "/hatch.dxf").c_str()), 0);
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(HatchTest, InADrawingThatKnowsNoHatchesItsLinesAreWritten)
+{
+    const auto old = Drawing::read("  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1009\n  0\nENDSEC\n  0\nSECTION\n"
+                                   "  2\nENTITIES\n  0\nENDSEC\n  0\nEOF\n");
+    ASSERT_TRUE(old.drawing);
+    setWorkingDrawing(old.drawing.get());
+    const auto outer = old.drawing->append(std::make_unique<AcDbPolyline>(square(0, 0, 100), true));
+    AcDbHatch *hatch = preview(outer, {}, 1.0, 0.0).release();
+    AcDbObjectId id;
+    CZEMCDraw::appendToModelSpace(hatch, id);
+    hatch->close();
+    const std::string text = old.drawing->write();
+    EXPECT_THAT(text, testing::Not(testing::HasSubstr("HATCH\n")));
+    const auto again = Drawing::read(text);
+    ASSERT_TRUE(again.drawing);
+    std::size_t lines = 0;
+    for (const auto &block : again.drawing->blocks())
+        if (!block->isLayout())
+            for (const AcDbEntity *entity : block->entities())
+                lines += kindOf(*entity) == EntityKind::Line;
+    EXPECT_EQ(lines, hatch->lines().size());
+    setWorkingDrawing(m_drawing.get());
 }
 
 TEST_F(HatchTest, BadValuesAreRefused)
