@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -66,6 +67,28 @@ bool WalkPolylines(Visit visit)
         }
     }
     return true;
+}
+
+/// Sorts ids that come in a few rising runs, as a walk gives them, by merging neighbours; far quicker than a sort that
+/// has to find that out.
+void SortRuns(IdSet::sequence_type &ids)
+{
+    std::vector<std::size_t> starts = {0};
+    for (std::size_t i = 1; i < ids.size(); ++i) {
+        if (ids[i] < ids[i - 1])
+            starts.push_back(i);
+    }
+    while (starts.size() > 1) {
+        std::vector<std::size_t> merged;
+        for (std::size_t run = 0; run < starts.size(); run += 2) {
+            merged.push_back(starts[run]);
+            if (run + 1 == starts.size())
+                break;
+            const std::size_t end = run + 2 < starts.size() ? starts[run + 2] : ids.size();
+            std::inplace_merge(ids.data() + starts[run], ids.data() + starts[run + 1], ids.data() + end);
+        }
+        starts.swap(merged);
+    }
 }
 
 bool IsEmpty(const ads_name selection)
@@ -236,10 +259,10 @@ bool CZEMCBoundary::CreateBoundary(const AcGePoint3dArray &points, AcDbObjectId 
 
 void CZEMCBoundary::RememberPolylines()
 {
-    IdSet::sequence_type ids;
+    IdSet::sequence_type ids = KnownPolylineIds().extract_sequence(); // its memory serves again
+    ids.clear();
     WalkPolylines([&ids](AcDbObjectId id) { ids.push_back(id); });
-    std::sort(ids.begin(), ids.end());
-    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+    SortRuns(ids);
     KnownPolylineIds().adopt_sequence(boost::container::ordered_unique_range, std::move(ids));
 }
 

@@ -359,6 +359,33 @@ TEST_F(Boundary, TheLastPolylineOfALargeDrawingIsFoundAmongTheKnownOnes)
     EXPECT_THAT(found, ElementsAre(fresh));
 }
 
+TEST_F(Boundary, KnownPolylinesAreKnownHoweverTheirIdsLieInTheBlocks)
+{
+    // Made by turns in five blocks, so that the ids come in several runs along the walk.
+    std::vector<velmor::BlockRecord *> blocks = {&host.drawing().modelSpace()};
+    for (const wchar_t *name : {L"A", L"B", L"C", L"D"})
+        blocks.push_back(&host.drawing().addBlock(name));
+    const auto add = [&](velmor::BlockRecord &block) {
+        return host.drawing().append(
+            std::make_unique<AcDbPolyline>(std::vector<AcDbPolyline::Vertex>{{0, 0}, {1, 0}, {1, 1}}, true), block);
+    };
+    for (int i = 0; i < 300; ++i) {
+        for (std::size_t turn = 0; turn < blocks.size(); ++turn)
+            add(*blocks[(turn * 3 + std::size_t(i)) % blocks.size()]);
+    }
+    CZEMCBoundary::RememberPolylines();
+    AcDbObjectIdArray found, fresh;
+    EXPECT_TRUE(CZEMCBoundary::FindNewPoly(found));
+    EXPECT_THAT(found, IsEmpty());
+    for (velmor::BlockRecord *block : blocks)
+        fresh.push_back(add(*block));
+    EXPECT_TRUE(CZEMCBoundary::FindNewPoly(found));
+    EXPECT_THAT(found, testing::UnorderedElementsAreArray(fresh));
+    EXPECT_EQ(found.front(), fresh.front()) << "model space stands first";
+    EXPECT_TRUE(CZEMCBoundary::FindNewPoly(found));
+    EXPECT_THAT(found, IsEmpty());
+}
+
 TEST_F(Boundary, WithoutADrawingNothingIsFound)
 {
     host.addSquare(0, 0, 1);
