@@ -305,6 +305,35 @@ TEST_F(Automatic, WithoutBoundaryLayersEverythingVisibleBoundsTheSectionsToo)
     EXPECT_THAT(areas(), SizeIs(1));
 }
 
+/// A square in a square, their centres 0.0005 apart, with a section between the two and one in the inner one.
+class NearCentres : public Automatic {
+protected:
+    NearCentres()
+    {
+        addBox(1000, 1000, 1100, 1100);
+        addBox(1040.0005, 1040, 1060.0005, 1060);
+        addSection(L"R", {1010, 1010}, {1020, 1010});
+        addSection(L"I", {1045, 1050}, {1055, 1050});
+    }
+};
+
+TEST_F(NearCentres, WithoutTheIslandCheckAFoundCentreNearerThanAThousandthIsADouble)
+{
+    runAuto({L"R", L"I"}, false);
+    EXPECT_EQ(m_status, count(1));
+    EXPECT_THAT(areas(), SizeIs(1));
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
+TEST_F(NearCentres, WithTheIslandCheckOnlyAnEqualCentreIsADoubleAndTheSaveRefusesTheNearOnes)
+{
+    runAuto({L"R", L"I"}, true);
+    // Attempted: the outer one, its island, and the inner one once more as a boundary of its own.
+    EXPECT_EQ(m_status, count(3));
+    EXPECT_THAT(alerts(), ElementsAre(message(2005), message(2005)));
+    EXPECT_THAT(areas(), SizeIs(1));
+}
+
 TEST_F(Automatic, TheCounterEditIsEmptied)
 {
     run([&](CDialogUnderTest &dialog) {

@@ -231,6 +231,30 @@ TEST_F(Navigation, HideBringsTheDialogBackAfterAnAnswer)
     });
 }
 
+TEST_F(Navigation, TheSectionsInformationToolRunsWithTheDialogAway)
+{
+    run([&](CDialogUnderTest &dialog) {
+        Journal::instance().setRecording(true);
+        dialog.click(100);
+        EXPECT_THAT(entriesOf("CCatchmentAreaManager::StartCAInfoTooltipSections"), SizeIs(1));
+        EXPECT_TRUE(dialog.isVisible());
+    });
+}
+
+TEST_F(Navigation, TheAreasInformationToolSetsItsIndexFirst)
+{
+    run([&](CDialogUnderTest &dialog) {
+        Journal::instance().setRecording(true);
+        dialog.click(101);
+        EXPECT_THAT(
+            calls({"CCatchmentAreaManager::GetAllCatchmentAreas", "CTopoEditor::CreateCustomSpatialIndex",
+                   "CCatchmentAreaManager::SetSpatialIndexCA", "CCatchmentAreaManager::StartCAInfoTooltipAreas"}),
+            ElementsAre("CCatchmentAreaManager::GetAllCatchmentAreas", "CTopoEditor::CreateCustomSpatialIndex",
+                        "CCatchmentAreaManager::SetSpatialIndexCA", "CCatchmentAreaManager::StartCAInfoTooltipAreas"));
+        EXPECT_TRUE(dialog.isVisible());
+    });
+}
+
 class SectionMarks : public DefinitionDialogTest {
 protected:
     boost::shared_ptr<Sewage::CCatchmentArea> addArea(const std::wstring &name, int mask, double x,

@@ -295,6 +295,40 @@ TEST_F(Saving, NamesAndCentresOfAreasThatStoodBeforeAreTaken)
     EXPECT_THAT(areas(), SizeIs(1));
 }
 
+TEST_F(Saving, CentresNearerThanAThousandthInXAndYAreOne)
+{
+    const auto saveBox = [&](double shiftX, double shiftY) {
+        const AcDbObjectId box = addBox(2000 + shiftX, shiftY, 2010 + shiftX, 10 + shiftY, L"0");
+        run([&](CDialogUnderTest &dialog) {
+            select(dialog, {L"D1"});
+            dialog.type(215, "0.35");
+            dialog.addMainRow(box, 100);
+            dialog.GetDlgItem(221)->setEnabled(true);
+            dialog.selectRows({0});
+            dialog.click(221);
+        });
+        return areas().size();
+    };
+    EXPECT_EQ(saveBox(0, 0), 1u);
+    EXPECT_EQ(saveBox(0.0009, -0.0009), 1u);
+    EXPECT_EQ(saveBox(0.0011, 0), 2u);
+    EXPECT_EQ(saveBox(0, 0.0021), 3u);
+}
+
+TEST_F(Saving, TwoShapesOfOneCentreCountAsOne)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        dialog.click(221);
+        dialog.addMainRow(addBox(1040, 20, 1060, 80, L"0"), 1200);
+        dialog.selectRows({3});
+        dialog.click(221);
+    });
+    EXPECT_THAT(alerts(), ElementsAre(message(2005)));
+    EXPECT_THAT(areas(), SizeIs(1));
+}
+
 TEST_F(Saving, ARefusedRowDoesNotStopTheLaterOnes)
 {
     run([&](CDialogUnderTest &dialog) {
