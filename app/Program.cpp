@@ -46,20 +46,6 @@ int complain(ExitCode code, const std::string &message)
     return code;
 }
 
-ExitCode codeOf(FileStatus status)
-{
-    switch (status) {
-    case FileStatus::Ok:
-        return kDone;
-    case FileStatus::NotWritable:
-    case FileStatus::DiskFull:
-    case FileStatus::Refused:
-        return kFailed;
-    default:
-        return kBadInput;
-    }
-}
-
 /// Flushes the results; a full disk or a closed pipe behind the standard output is a failure too.
 int finish(ExitCode code)
 {
@@ -73,7 +59,7 @@ std::unique_ptr<Drawing> openDrawing(const std::string &file, ExitCode &code)
 {
     LoadResult loaded = Drawing::load(file);
     if (!loaded.drawing) {
-        code = codeOf(loaded.status);
+        code = kBadInput;
         complain(code, loaded.message);
         return nullptr;
     }
@@ -97,14 +83,14 @@ int importNetwork(const Request &request)
     const auto drawing = Drawing::createNew();
     const NetworkImportResult imported = importInp(*drawing, request.file, {.withPolygons = request.withPolygons});
     if (!imported)
-        return complain(codeOf(imported.status), imported.message);
+        return complain(kBadInput, imported.message);
     constexpr std::size_t kMostLines = 20;
     for (std::size_t i = 0; i < std::min(kMostLines, imported.findings.size()); ++i)
         std::cerr << fmt::format("{}:{}: {}\n", request.file, imported.findings[i].line, imported.findings[i].text);
     if (imported.findings.size() > kMostLines)
         std::cerr << fmt::format("{}: {} more notes\n", request.file, imported.findings.size() - kMostLines);
     if (const SaveResult saved = drawing->save(request.output); !saved)
-        return complain(codeOf(saved.status), saved.message);
+        return complain(kFailed, saved.message);
     std::cout << fmt::format("{}: {} sections, {} nodes, {} polygons{}\n", request.output, imported.sections,
                              imported.nodes, imported.polygons,
                              imported.convertedFromFeet ? "; feet were converted to metres" : "");
@@ -172,7 +158,7 @@ int audit(const Request &request)
 {
     LoadResult loaded = Drawing::load(request.file);
     if (!loaded.drawing)
-        return complain(codeOf(loaded.status), loaded.message);
+        return complain(kBadInput, loaded.message);
     const LoadReport &report = loaded.report;
     std::cout << fmt::format("{}: {}{}, {}\n", request.file, report.version, report.binary ? " binary" : "",
                              report.codePage);
@@ -196,10 +182,15 @@ int audit(const Request &request)
 // --- Commands that need one
 // --------------------------------------------------------------------------------------------
 
+/// Nobody sees a window: what the toolkit has to say about windows is of no use, only its errors are.
 void useOffscreenPlatform()
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
+        if (type == QtCriticalMsg || type == QtFatalMsg)
+            std::cerr << text.toStdString() << std::endl;
+    });
 }
 
 /// Loads the module, and says why when it can't be loaded; the program goes on without its commands.
@@ -244,7 +235,7 @@ int makePicture(Request &request)
     options.size = {request.size[0], request.size[1]};
     const SaveResult saved = savePicture(*drawing, request.output, options);
     setWorkingDrawing(nullptr);
-    return saved ? finish(code) : complain(codeOf(saved.status), saved.message);
+    return saved ? finish(code) : complain(kFailed, saved.message);
 }
 
 int openWindow(Request &request)
@@ -268,13 +259,17 @@ int runProgram(int argc, char **argv)
     request.argv = argv;
     CLI::App app("Catchment areas of sewage networks", "velmor");
     app.set_version_flag("--version", "velmor " VELMOR_VERSION);
-    app.add_option("--language", request.language, "Language of texts: hr or en")->check(CLI::IsMember({"hr", "en"}));
+    const auto addLanguage = [&](CLI::App *to) {
+        to->add_option("--language", request.language, "Language of texts: hr or en")
+            ->check(CLI::IsMember({"hr", "en"}));
+    };
+    addLanguage(&app);
     app.add_option("FILE", request.file, "Drawing (DXF) or network (INP) to open in the window");
-    app.fallthrough();
     int (*command)(Request &) = openWindow;
     const auto add = [&](const char *name, const char *what, int (*run)(Request &)) {
         CLI::App *sub = app.add_subcommand(name, what);
         sub->set_version_flag("--version", "velmor " VELMOR_VERSION);
+        addLanguage(sub);
         sub->callback([&command, run] { command = run; });
         return sub;
     };

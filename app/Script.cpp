@@ -1,7 +1,7 @@
 #include "app/Script.h"
 
-#include "app/ControlEvents.h"
 #include "host/editor/CommandStack.h"
+#include "host/editor/ControlEvents.h"
 #include "host/editor/SectionChoice.h"
 #include "host/services/Text.h"
 #include "host/sewage/AreaTable.h"
@@ -13,9 +13,6 @@
 namespace velmor {
 
 namespace {
-
-constexpr char kSettingsDictionary[] = "ZEMX_LSD2";
-constexpr char kLayersKey[] = "ZEMX_CATCH_DEFINE_LAYERS";
 
 std::optional<int> wholeNumber(const std::wstring &text)
 {
@@ -153,8 +150,6 @@ void Script::execute(const Line &line)
         m_out << utf8(words.size() == 1 ? words[0].text : line.text) << std::endl;
     else if (verb == L"answer" || verb == L"escape")
         fail(L"nothing asks for an answer here");
-    else if (verb == L"boundary-layers")
-        setBoundaryLayers(words);
     else if (verb == L"expect-alert") {
         const auto &alerts = m_session.alerts();
         if (words.size() != 1)
@@ -290,29 +285,6 @@ void Script::select(Words words)
     if (!ids)
         return fail(reason);
     m_session.setNextSelection(std::move(*ids));
-}
-
-void Script::setBoundaryLayers(Words words)
-{
-    Drawing *drawing = m_session.drawing();
-    if (!drawing)
-        return fail(L"there is no drawing");
-    DataItems layers;
-    for (const Word &word : words) {
-        std::wstring_view names = word.text;
-        while (!names.empty()) {
-            const std::size_t comma = word.quoted ? names.size() : std::min(names.find(L','), names.size());
-            const std::wstring name(names.substr(0, comma));
-            names.remove_prefix(std::min(comma + 1, names.size()));
-            const auto index = drawing->findLayer(name);
-            if (!index)
-                return fail(L"the drawing has no layer \"" + name + L"\"");
-            layers.push_back({1, drawing->layer(*index).name});
-        }
-    }
-    if (layers.empty())
-        return fail(L"the names of layers are missing");
-    drawing->setDictionaryEntry(kSettingsDictionary, kLayersKey, layers);
 }
 
 void Script::print(Words words)

@@ -6,7 +6,6 @@
 //   escape                           the same with Escape
 //   select all | name N ... | handle H ... | upstream N
 //                                    the sections that the selection tool gives next
-//   boundary-layers A,B ...          the layers whose entities bound areas, kept in the drawing
 //   print areas | areas-csv | areas-json | CONTROL
 //   echo TEXT ...                    prints the words
 //   expect-alert TEXT                the last alert so far
@@ -63,7 +62,6 @@ private:
     void executeInDialog(const Line &line);
     void runCommand(const Line &line);
     void select(Words words);
-    void setBoundaryLayers(Words words);
     void print(Words words);
     void fail(std::wstring reason, ExitCode code = kBadInput);
     const Line &current() const { return m_lines[m_current]; }

@@ -210,7 +210,7 @@ Command::Next BoundaryCommand::finish(Session &session)
     if (m_found.empty())
         return Next::Commit;
     if (m_regions) {
-        session.status(uiText("ui.boundary.regions"));
+        session.alert(uiText("ui.boundary.regions"));
         return Next::Commit;
     }
     std::size_t made = 0;

@@ -150,6 +150,11 @@ RunStatus CommandStack::start(std::wstring_view name, std::span<const Answer> an
 
 RunStatus CommandStack::runScripted(std::span<const Answer> arguments)
 {
+    struct Depth {
+        explicit Depth(int &depth) : m_depth(++depth) {}
+        ~Depth() { --m_depth; }
+        int &m_depth;
+    } const depth(m_scripted);
     RunStatus status = RunStatus::InputRefused;
     bool refused = arguments.empty();
     while (!arguments.empty()) {

@@ -70,6 +70,8 @@ public:
     RunStatus runScripted(std::span<const Answer> arguments);
 
     bool isRunning() const { return !m_running.empty(); }
+    /// True while runScripted works.
+    bool isScripted() const { return m_scripted > 0; }
     /// Names of the running commands, outermost first.
     const std::vector<std::wstring> &running() const { return m_running; }
 
@@ -81,6 +83,7 @@ private:
     const void *m_owner = nullptr;
     std::vector<CommandEntry> m_entries;
     std::vector<std::wstring> m_running;
+    int m_scripted = 0;
 };
 
 } // namespace velmor

@@ -221,6 +221,7 @@ void addFileCommands(CommandStack &stack)
 void addHostCommands(CommandStack &stack)
 {
     addFileCommands(stack);
+    addLayerCommands(stack);
     addBoundaryCommands(stack);
 }
 

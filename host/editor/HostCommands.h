@@ -6,6 +6,8 @@
 //   IMPORT FILE [WITH-POLYGONS]      reads a network file into the drawing
 //   LAYER NAME                       makes a layer current, and the layer itself when there is none
 //   SETVAR NAME VALUE                sets a host variable
+//   BOUNDARY-LAYERS NAME[,NAME] ...  the layers whose entities bound areas, kept in the drawing for those that define
+//                                    areas; a name with a comma stands alone
 //   BOUNDARY POINT                   draws the region around a point, with its islands
 //   -BOUNDARY                        the same prompt by prompt, with all its options
 //
@@ -18,6 +20,7 @@ class CommandStack;
 
 void addHostCommands(CommandStack &stack);
 void addFileCommands(CommandStack &stack);
+void addLayerCommands(CommandStack &stack);
 void addBoundaryCommands(CommandStack &stack);
 
 } // namespace velmor

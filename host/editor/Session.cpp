@@ -183,6 +183,8 @@ void Session::alert(const std::wstring &text)
 void Session::status(const std::wstring &text)
 {
     d->lastStatus = text;
+    if (d->commands.isScripted())
+        return;
     if (d->view)
         d->view->showStatus(text);
     else if (d->sink)

@@ -80,7 +80,7 @@ public:
     SessionView *view() const;
     /// Shows an alert: in the view, or through the sink of a headless program.
     void alert(const std::wstring &text);
-    /// One line about what a command found or did.
+    /// One line about what a command found or did. While code (not a person) runs a command it is only kept.
     void status(const std::wstring &text);
     const std::wstring &lastStatus() const;
     /// Alerts shown so far, oldest first; a test reads and clears them.

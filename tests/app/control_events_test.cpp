@@ -1,4 +1,4 @@
-#include "app/ControlEvents.h"
+#include "host/editor/ControlEvents.h"
 #include "tests/app/ScriptDialog.h"
 #include "tests/host/editor/EditorFixture.h"
 #include "tests/host/editor/QtFixture.h"

@@ -134,7 +134,7 @@ TEST_F(BoundaryCommandTest, PointsAsRegionsMakeNothingAndSaySo)
     const Chain chain({L"_-BOUNDARY", L"_A", L"_I", L"_N", L"", L"_O", L"_R", L""}, nullptr, {}, {{10, 10}, {80, 50}});
     EXPECT_EQ(acedCmd(chain.head()), RTNORM);
     EXPECT_TRUE(newAreas().empty());
-    EXPECT_THAT(session.lastStatus(), testing::HasSubstr(L"Regions are not available"));
+    EXPECT_THAT(session.alerts(), testing::ElementsAre(testing::HasSubstr(L"Regions are not available")));
 }
 
 TEST_F(BoundaryCommandTest, PointsAsRegionsOverASetMakeNothingAndSaySo)
@@ -143,7 +143,7 @@ TEST_F(BoundaryCommandTest, PointsAsRegionsOverASetMakeNothingAndSaySo)
                       {{10, 10}});
     EXPECT_EQ(acedCmd(chain.head()), RTNORM);
     EXPECT_TRUE(newAreas().empty());
-    EXPECT_THAT(session.lastStatus(), testing::HasSubstr(L"Regions are not available"));
+    EXPECT_THAT(session.alerts(), testing::ElementsAre(testing::HasSubstr(L"Regions are not available")));
 }
 
 // --- What comes out ------------------------------------------------------------------------------------------------

@@ -1,4 +1,4 @@
-#include "app/ControlEvents.h"
+#include "host/editor/ControlEvents.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
