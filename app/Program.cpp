@@ -319,6 +319,8 @@ int runProgram(int argc, char **argv)
     }
     try {
         Services::instance().start({.language = request.language});
+        for (const FileFinding &finding : Services::instance().findings())
+            std::cerr << "velmor: " << finding.message() << '\n';
         return command(request);
     } catch (const std::exception &error) {
         return complain(kFailed, error.what());

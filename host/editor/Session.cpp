@@ -5,6 +5,7 @@
 #include "host/editor/HostVariables.h"
 #include "host/editor/ModuleLoader.h"
 #include "host/editor/SelectionSets.h"
+#include "host/services/Services.h"
 #include "host/services/Text.h"
 
 #include <cstdio>
@@ -49,12 +50,14 @@ Session::Session() : d(std::make_unique<Private>(*this))
         std::abort();
     }
     theSession = this;
+    Services::instance().setNotice([this](const std::wstring &text) { status(text); });
     addHostCommands(d->commands);
 }
 
 Session::~Session()
 {
     d->modules.unloadAll(); // while their unload handlers still find the session
+    Services::instance().setNotice({});
     setDrawing(nullptr);
     d.reset();
     theSession = nullptr;

@@ -5,6 +5,7 @@
 #include "host/editor/EntityPick.h"
 #include "host/editor/Session.h"
 #include "host/services/Messages.h"
+#include "host/services/Services.h"
 #include "host/services/Text.h"
 
 #include <QFileDialog>
@@ -169,9 +170,7 @@ int acedFindFile(const wchar_t *name, std::wstring &path)
     if (wanted.is_relative()) {
         if (const Session *session = Session::currentOrNull(); session && !session->path().empty())
             candidates.push_back(session->path().parent_path() / wanted);
-        const std::wstring support = ZEMGis::CModuleConfiguration::Instance()->GetPath(L"Support");
-        if (!support.empty())
-            candidates.push_back(fs::path(velmor::utf8(support)) / wanted);
+        candidates.push_back(velmor::Services::instance().paths().supportFile(wanted));
     }
     for (const fs::path &candidate : candidates) {
         std::error_code error;

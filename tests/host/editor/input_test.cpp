@@ -1,5 +1,6 @@
 #include "host/drawing/Journal.h"
 #include "host/drawing/Transient.h"
+#include "host/services/Services.h"
 #include "tests/host/editor/EditorFixture.h"
 
 #include <gmock/gmock.h>
@@ -219,6 +220,32 @@ TEST_F(InputTest, FilesAreFoundBesideTheDrawing)
     EXPECT_EQ(acedFindFile(L"beside.cfg", path), RTNORM);
     EXPECT_EQ(path, (folder / "beside.cfg").wstring());
     EXPECT_EQ(acedFindFile(L"nowhere.cfg", path), RTERROR);
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(InputTest, FilesAreFoundAlongTheSupportPath)
+{
+    const auto folder = std::filesystem::path(testing::TempDir()) / "velmor_support";
+    for (const char *name : {"first/own.cfg", "second/own.cfg", "second/only.cfg", "user/support/users.cfg"}) {
+        std::filesystem::create_directories((folder / name).parent_path());
+        std::FILE *file = std::fopen((folder / name).c_str(), "w");
+        ASSERT_NE(file, nullptr);
+        std::fclose(file);
+    }
+    const Paths before = Services::instance().paths();
+    Services::instance().start({.language = "en"}, Paths({}, folder / "user"));
+    Services::instance().set("SUPPORT_PATH", (folder / "first;").wstring() + (folder / "second").wstring());
+    std::wstring path;
+
+    EXPECT_EQ(acedFindFile(L"own.cfg", path), RTNORM);
+    EXPECT_EQ(path, (folder / "first/own.cfg").wstring());
+    EXPECT_EQ(acedFindFile(L"only.cfg", path), RTNORM);
+    EXPECT_EQ(path, (folder / "second/only.cfg").wstring());
+    EXPECT_EQ(acedFindFile(L"users.cfg", path), RTNORM);
+    EXPECT_EQ(path, (folder / "user/support/users.cfg").wstring());
+    EXPECT_EQ(acedFindFile(L"nowhere.cfg", path), RTERROR);
+
+    Services::instance().start({.language = "en"}, before);
     std::filesystem::remove_all(folder);
 }
 
