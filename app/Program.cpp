@@ -10,6 +10,7 @@
 #include "host/network/Network.h"
 #include "host/services/Services.h"
 #include "host/services/Text.h"
+#include "host/sewage/AreaMarks.h"
 #include "host/sewage/AreaTable.h"
 
 #include <CLI/CLI.hpp>
@@ -28,6 +29,8 @@ namespace velmor {
 namespace {
 
 constexpr char kModuleName[] = "zemxvelmor";
+constexpr int kMarkColor = 3;               ///< of areas in a picture: green
+constexpr double kHatchLinesInHeight = 150; ///< lines of their hatch over a picture's height
 
 /// What the command line asks for.
 struct Request {
@@ -35,7 +38,7 @@ struct Request {
     std::vector<std::string> points, layers;
     std::string pointsFile;
     bool withPolygons = false, json = false, csv = false, islands = false;
-    std::vector<int> size{1600, 1200};
+    std::string size = "1600x1200";
     int argc = 0;
     char **argv = nullptr;
 };
@@ -223,6 +226,10 @@ int runScript(Request &request)
 
 int makePicture(Request &request)
 {
+    int width = 0, height = 0, taken = 0;
+    if (std::sscanf(request.size.c_str(), "%5dx%5d%n", &width, &height, &taken) != 2 ||
+        taken != static_cast<int>(request.size.size()) || std::min(width, height) < 16)
+        return complain(kWrongUse, "--size takes width and height in pixels, as 1600x1200: " + request.size);
     useOffscreenPlatform();
     QApplication application(request.argc, request.argv);
     std::setlocale(LC_NUMERIC, "C");
@@ -232,7 +239,14 @@ int makePicture(Request &request)
         return code;
     setWorkingDrawing(drawing.get());
     PictureOptions options;
-    options.size = {request.size[0], request.size[1]};
+    options.size = {width, height};
+    const Extents shown = visibleExtents(*drawing);
+    if (!shown.isEmpty()) {
+        // The picture shows the extents whole, so its height follows the side that fills it.
+        const double pictureHeight =
+            std::max(shown.maxY - shown.minY, (shown.maxX - shown.minX) * height / static_cast<double>(width));
+        markAllAreas(kMarkColor, pictureHeight / kHatchLinesInHeight);
+    }
     const SaveResult saved = savePicture(*drawing, request.output, options);
     setWorkingDrawing(nullptr);
     return saved ? finish(code) : complain(kFailed, saved.message);
@@ -302,9 +316,7 @@ int runProgram(int argc, char **argv)
     auto *picture = add("picture", "Paint a drawing into a picture file", makePicture);
     addDrawing(picture);
     picture->add_option("-o,--output", request.output, "Picture to write (PNG, or by its ending)")->required();
-    picture->add_option("--size", request.size, "Width and height in pixels")
-        ->expected(2)
-        ->check(CLI::Range(16, 20000));
+    picture->add_option("--size", request.size, "Width and height in pixels, as 1600x1200");
 
     auto *check = add("audit", "Tell what was read of a drawing, what was kept unread and what is damaged",
                       [](Request &r) { return audit(r); });

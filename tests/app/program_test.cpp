@@ -97,6 +97,7 @@ TEST_F(ProgramTest, WrongUseIsOneLineAndExitCodeOne)
              {"boundary", "town.dxf", "--point", "1"},
              {"boundary", "town.dxf", "--point", "a,b"},
              {"picture", "town.dxf"},
+             {"picture", "town.dxf", "-o", "x.png", "--size", "big"},
              {"audit", "town.dxf", "more"},
              {"--nosuch"},
              {"areas", "town.dxf", "--language", "xx"},
