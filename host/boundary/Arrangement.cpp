@@ -46,9 +46,17 @@ bool within(double ax, double ay, double bx, double by, double reach)
     return (ax - bx) * (ax - bx) + (ay - by) * (ay - by) <= reach * reach;
 }
 
+/// Along the piece from a to b, of any length.
+Vector tangentAt(const Stored &piece, const Arrangement::Node &node)
+{
+    if (piece.bulge == 0.0)
+        return {piece.bx - piece.ax, piece.by - piece.ay};
+    return Frame(piece).tangent(node.x, node.y);
+}
+
 double curvatureOf(const Stored &piece)
 {
-    const double length = std::hypot(piece.bx - piece.ax, piece.by - piece.ay);
+    const double length = lengthOf(piece.bx - piece.ax, piece.by - piece.ay);
     return 4.0 * std::abs(piece.bulge) / (length * (1.0 + piece.bulge * piece.bulge));
 }
 
@@ -78,7 +86,7 @@ Curve Arrangement::curve(HalfEdge h) const
         const List &l = m_lists[m_listOf[slot.piece] - 1];
         bulge = l.count == 2
                     ? piece.bulge
-                    : std::copysign(bulgeOfChord(std::hypot(b.x - a.x, b.y - a.y), curvatureOf(piece)), piece.bulge);
+                    : std::copysign(bulgeOfChord(lengthOf(b.x - a.x, b.y - a.y), curvatureOf(piece)), piece.bulge);
     }
     return (h & 1U) == 0 ? Curve{a.x, a.y, b.x, b.y, bulge} : Curve{b.x, b.y, a.x, a.y, -bulge};
 }
@@ -250,7 +258,10 @@ Arrangement::List Arrangement::list(std::uint32_t number)
     });
 
     List made{number, static_cast<std::uint32_t>(m_slots.size()), 0};
-    for (const Meeting &m : m_meetings) {
+    for (std::size_t i = 0; i < m_meetings.size(); ++i) {
+        const Meeting &m = m_meetings[i];
+        if (i > 0 && m.x == m_meetings[i - 1].x && m.y == m_meetings[i - 1].y)
+            continue; // most pieces share their ends with others
         const std::uint32_t node = nodeAt(m.x, m.y, number);
         // The same node may come again after another one that lies within tolerance: the piece stays in it.
         for (std::size_t back = m_slots.size();
@@ -369,13 +380,8 @@ HalfEdge Arrangement::quickNext(HalfEdge h)
     const Node &node = m_nodes[at];
     if (node.starCount > 8)
         return kNoHalfEdge;
-    const auto tangentAt = [&node](const Stored &p) {
-        if (p.bulge == 0.0)
-            return Vector{p.bx - p.ax, p.by - p.ay};
-        return Frame(p).tangent(node.x, node.y);
-    };
     const bool forward = (h & 1U) == 0;
-    Vector from = tangentAt(m_index.pieces()[piece]);
+    Vector from = tangentAt(m_index.pieces()[piece], node);
     if (forward)
         from = {-from.x, -from.y};
     double angles[16];
@@ -390,7 +396,7 @@ HalfEdge Arrangement::quickNext(HalfEdge h)
         const bool atB = within(p.bx, p.by, node.x, node.y, 2.0 * m_tolerance);
         if (atA && atB)
             return kNoHalfEdge;
-        const Vector t = tangentAt(p);
+        const Vector t = tangentAt(p, node);
         const auto consider = [&](const Vector &direction, bool goesForward) {
             if (number == piece && goesForward != forward)
                 return;
@@ -431,18 +437,29 @@ HalfEdge Arrangement::next(HalfEdge h)
     return found != kNoHalfEdge ? found : twin(h);
 }
 
-bool Arrangement::standsAlone(HalfEdge h)
+bool Arrangement::isEndAt(const Stored &piece, const Node &node) const
+{
+    return within(piece.ax, piece.ay, node.x, node.y, 2.0 * m_tolerance) ||
+           within(piece.bx, piece.by, node.x, node.y, 2.0 * m_tolerance);
+}
+
+bool Arrangement::standsAlone(HalfEdge h) const
 {
     const Node &node = m_nodes[startNode(h)];
     const std::uint32_t piece = pieceOf(h);
-    Vector own = Frame(m_index.pieces()[piece]).tangent(node.x, node.y);
+    Vector own = tangentAt(m_index.pieces()[piece], node);
     if ((h & 1U) != 0)
         own = {-own.x, -own.y};
     for (std::uint32_t i = node.starAt; i < node.starAt + node.starCount; ++i) {
         if (m_stars[i] == piece)
             continue;
-        const Vector t = Frame(m_index.pieces()[m_stars[i]]).tangent(node.x, node.y);
-        if (std::abs(cross(own.x, own.y, t.x, t.y)) < kNearDirections)
+        const Stored &other = m_index.pieces()[m_stars[i]];
+        const Vector t = tangentAt(other, node);
+        const double angle = clockwise(own, t);
+        const bool isAlong = angle < kNearDirections || angle > 4.0 - kNearDirections;
+        const bool isAgainst = std::abs(angle - 2.0) < kNearDirections;
+        if ((isAlong && !within(other.bx, other.by, node.x, node.y, 2.0 * m_tolerance)) ||
+            (isAgainst && !within(other.ax, other.ay, node.x, node.y, 2.0 * m_tolerance)))
             return false;
     }
     return true;
@@ -464,7 +481,7 @@ HalfEdge Arrangement::representative(HalfEdge h)
 
 HalfEdge Arrangement::leaving(std::uint32_t node, Vector direction, double reach)
 {
-    const double length = std::hypot(direction.x, direction.y);
+    const double length = lengthOf(direction.x, direction.y);
     const Vector unit{direction.x / length, direction.y / length};
     const Node &n = m_nodes[node];
     const Leaf from{kNoHalfEdge, 0xffffffffU, {n.x, n.y, n.x + unit.x * reach, n.y + unit.y * reach, 0.0}, unit};
@@ -490,7 +507,7 @@ HalfEdge Arrangement::facing(std::uint32_t number, double x, double y, double fr
         const Node &n = m_nodes[number2];
         if (within(n.x, n.y, x, y, 4.0 * m_tolerance)) {
             const Vector direction{fromX - n.x, fromY - n.y};
-            return leaving(number2, direction, std::hypot(direction.x, direction.y));
+            return leaving(number2, direction, lengthOf(direction.x, direction.y));
         }
     }
     bool isLeft = frame.beside(fromX, fromY) > 0;
@@ -498,7 +515,7 @@ HalfEdge Arrangement::facing(std::uint32_t number, double x, double y, double fr
         const Vector t = frame.tangent(x, y);
         const double side = cross(t.x, t.y, fromX - x, fromY - y);
         // A glance along the tangent comes from outside of the circle.
-        isLeft = std::abs(side) > 1e-6 * std::hypot(fromX - x, fromY - y) ? side > 0 : piece.bulge < 0;
+        isLeft = std::abs(side) > 1e-6 * lengthOf(fromX - x, fromY - y) ? side > 0 : piece.bulge < 0;
     }
     return representative((s << 1) | (isLeft ? 0U : 1U));
 }
@@ -512,6 +529,26 @@ bool Arrangement::endsLoose(std::uint32_t piece, bool atA)
     return next(h) == twin(h);
 }
 
+bool Arrangement::mayRunThrough(std::uint32_t number, const Vector &direction) const
+{
+    // A piece in that direction that does not end here, or that was cut here.
+    const Node &node = m_nodes[number];
+    const std::vector<Stored> &pieces = m_index.pieces();
+    for (std::uint32_t i = node.starAt; i < node.starAt + node.starCount; ++i) {
+        const std::uint32_t n = m_stars[i];
+        const Vector t = tangentAt(pieces[n], node);
+        if (std::abs(cross(t.x, t.y, direction.x, direction.y)) > kNearDirections * std::sqrt(dot(t.x, t.y, t.x, t.y)))
+            continue;
+        if (!isEndAt(pieces[n], node))
+            return true;
+        for (std::uint32_t j = node.starAt; j < node.starAt + node.starCount; ++j) {
+            if (j != i && pieces[m_stars[j]].origin == pieces[n].origin)
+                return true;
+        }
+    }
+    return false;
+}
+
 bool Arrangement::runsThrough(HalfEdge first, HalfEdge second)
 {
     const std::uint32_t p = pieceOf(first), q = pieceOf(second);
@@ -522,6 +559,8 @@ bool Arrangement::runsThrough(HalfEdge first, HalfEdge second)
         return true;
     const Leaf back = leaf(twin(first)), ahead = leaf(second);
     if (dot(back.tangent.x, back.tangent.y, ahead.tangent.x, ahead.tangent.y) > -0.999)
+        return false;
+    if (!mayRunThrough(startNode(second), ahead.tangent))
         return false;
     collectLeaves(startNode(second));
     for (const Leaf &l : m_leaves) {
@@ -539,18 +578,14 @@ bool Arrangement::runsThrough(HalfEdge first, HalfEdge second)
 bool Arrangement::isVertex(std::uint32_t number) const
 {
     const Node &node = m_nodes[number];
-    const auto endsHere = [&](const Stored &p) {
-        return within(p.ax, p.ay, node.x, node.y, 2.0 * m_tolerance) ||
-               within(p.bx, p.by, node.x, node.y, 2.0 * m_tolerance);
-    };
     for (std::uint32_t i = 0; i < node.starCount; ++i) {
         const Stored &p = m_index.pieces()[m_stars[node.starAt + i]];
-        if (!endsHere(p))
+        if (!isEndAt(p, node))
             continue;
         bool isCut = false;
         for (std::uint32_t j = 0; j < node.starCount; ++j) {
             const Stored &q = m_index.pieces()[m_stars[node.starAt + j]];
-            isCut = isCut || (i != j && p.origin == q.origin && endsHere(q));
+            isCut = isCut || (i != j && p.origin == q.origin && isEndAt(q, node));
         }
         if (!isCut)
             return true;

@@ -113,7 +113,9 @@ private:
     /// The half-edges of the piece that leave the node, forward and backward; kNoHalfEdge where there is none.
     std::pair<HalfEdge, HalfEdge> halvesAt(std::uint32_t piece, std::uint32_t node);
     HalfEdge quickNext(HalfEdge h);
-    bool standsAlone(HalfEdge h);
+    bool isEndAt(const Stored &piece, const Node &node) const;
+    bool standsAlone(HalfEdge h) const;
+    bool mayRunThrough(std::uint32_t node, const Vector &direction) const;
     Leaf leaf(HalfEdge h) const;
     void collectLeaves(std::uint32_t node);
     bool coincide(const Leaf &a, const Leaf &b) const;

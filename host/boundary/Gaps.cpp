@@ -27,7 +27,7 @@ Vector nearestPoint(const Stored &piece, double x, double y)
     const double u = f.along(x, y), v = f.beside(x, y);
     double pu = std::clamp(u, -f.half, f.half), pv = 0.0;
     if (piece.bulge != 0.0) {
-        const double centre = f.kappa / f.k, away = std::hypot(u, v - centre);
+        const double centre = f.kappa / f.k, away = lengthOf(u, v - centre);
         if (away > 0) {
             pu = u / away / f.k;
             pv = centre + (v - centre) / away / f.k;
@@ -57,8 +57,8 @@ std::vector<LooseEnd> looseEnds(const PieceIndex &index, Arrangement &arrangemen
                 const Stored &other = index.pieces()[n];
                 if (n == i || !isLoose || distance(other, end.x, end.y) > reach)
                     return;
-                const bool otherAtA = std::hypot(other.ax - end.x, other.ay - end.y) <= reach;
-                const bool otherAtB = std::hypot(other.bx - end.x, other.by - end.y) <= reach;
+                const bool otherAtA = lengthOf(other.ax - end.x, other.ay - end.y) <= reach;
+                const bool otherAtB = lengthOf(other.bx - end.x, other.by - end.y) <= reach;
                 const Vector t = looseEnd(other, n, otherAtA).ahead;
                 // Only a piece that ends here in the same direction can be the same one drawn twice.
                 isDoubtful = otherAtA != otherAtB && dot(t.x, t.y, end.ahead.x, end.ahead.y) > 0.99;
@@ -91,7 +91,7 @@ std::vector<Piece> joints(const PieceIndex &index, Arrangement &arrangement, dou
         double nearest = none;
         Vector to{0, 0};
         const auto take = [&](const Vector &p) {
-            const double away = std::hypot(p.x - end.x, p.y - end.y);
+            const double away = lengthOf(p.x - end.x, p.y - end.y);
             if (away <= gapTolerance &&
                 (away < nearest || (away == nearest && std::tie(p.x, p.y) < std::tie(to.x, to.y)))) {
                 nearest = away;
@@ -109,7 +109,7 @@ std::vector<Piece> joints(const PieceIndex &index, Arrangement &arrangement, dou
                     return;
                 const Vector p = nearestPoint(index.pieces()[n], end.x, end.y);
                 const double along = dot(p.x - end.x, p.y - end.y, end.ahead.x, end.ahead.y);
-                if (along >= kAhead * std::hypot(p.x - end.x, p.y - end.y))
+                if (along >= kAhead * lengthOf(p.x - end.x, p.y - end.y))
                     take(p);
             });
         }

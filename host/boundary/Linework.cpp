@@ -57,7 +57,7 @@ void Linework::Private::insert(std::span<const Piece> pieces)
         unsigned exponent = 0;
         while (below + magnitudes[exponent] < (total + 1) / 2)
             below += magnitudes[exponent++];
-        tolerance = std::max(std::ldexp(kNodeTolerance, static_cast<int>(exponent) - 1024), 1e-200);
+        tolerance = std::max(std::ldexp(kNodeTolerance, static_cast<int>(exponent) - 1024), 1e-140);
     }
     std::vector<Stored> cut;
     cut.reserve(pieces.size());

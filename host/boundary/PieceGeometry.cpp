@@ -84,7 +84,7 @@ void cut(const Piece &piece, std::uint32_t origin, double tolerance, std::vector
         if (!(std::abs(v) <= kLargestCoordinate))
             return;
     }
-    const double length = std::hypot(b.x - a.x, b.y - a.y);
+    const double length = lengthOf(b.x - a.x, b.y - a.y);
     if (!(length > tolerance) || !std::isfinite(bulge))
         return;
     if (std::abs(bulge) * length * 0.5 <= tolerance) {
@@ -127,7 +127,7 @@ bool canonicalLess(const Stored &a, const Stored &b)
 
 double distance(const Stored &piece, double x, double y)
 {
-    const double toA = std::hypot(x - piece.ax, y - piece.ay), toB = std::hypot(x - piece.bx, y - piece.by);
+    const double toA = lengthOf(x - piece.ax, y - piece.ay), toB = lengthOf(x - piece.bx, y - piece.by);
     const double ends = std::min(toA, toB);
     const Frame frame(piece);
     const double u = frame.along(x, y);
@@ -142,7 +142,7 @@ double distance(const Stored &piece, double x, double y)
     if (!inSector)
         return ends;
     const double twice = frame.equation(x, y);
-    return std::min(ends, std::abs(twice) / (1.0 + frame.k * std::hypot(u, v - centre)));
+    return std::min(ends, std::abs(twice) / (1.0 + frame.k * lengthOf(u, v - centre)));
 }
 
 Box boxOf(const Stored &piece)
@@ -326,7 +326,7 @@ Contacts arcContacts(const Stored &a, const Stored &b, double tolerance)
         bool known = false;
         for (int j = 0; j < found.count && !known; ++j) {
             const Vector &other = found.at[static_cast<std::size_t>(j)];
-            known = std::hypot(at.x - other.x, at.y - other.y) <= 2.0 * tolerance ||
+            known = lengthOf(at.x - other.x, at.y - other.y) <= 2.0 * tolerance ||
                     parting(f, g, other, at) <= (j < ends ? tolerance : 0.0);
         }
         if (!known)

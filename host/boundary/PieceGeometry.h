@@ -31,6 +31,12 @@ inline double dot(double ax, double ay, double bx, double by)
     return ax * bx + ay * by;
 }
 
+/// Coordinates stay below 1e12, so that squares need no care.
+inline double lengthOf(double x, double y)
+{
+    return std::sqrt(x * x + y * y);
+}
+
 /// The frame of a chord, and the arc's equation in it: k (|p - m|^2 - h^2) - 2 kappa n.(p - m), which is about twice
 /// the distance from the arc. A straight piece has k = 0 and kappa = 1.
 struct Frame {
@@ -97,7 +103,7 @@ double bulgeOfChord(double chord, double k);
 /// A curve that leaves from (x0, y0) to (x1, y1) with a bulge: an edge between two nodes.
 struct Curve {
     double x0, y0, x1, y1, bulge;
-    double chord() const { return std::hypot(x1 - x0, y1 - y0); }
+    double chord() const { return lengthOf(x1 - x0, y1 - y0); }
     Vector startTangent() const;
     /// Unit vector from the start to the point of the curve at that distance; distance <= chord().
     Vector towards(double distance) const;

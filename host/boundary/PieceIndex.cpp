@@ -193,7 +193,8 @@ void PieceIndex::sortPieces(std::uint32_t begin, std::uint32_t end)
     const double spanX = xs[xs.size() - 1 - cutOff] - xs[cutOff], spanY = ys[ys.size() - 1 - cutOff] - ys[cutOff];
     const double span = std::max({spanX, spanY, 1e-300});
     const double left = xs[cutOff] - span, down = ys[cutOff] - span, scale = 4294967295.0 / (3.0 * span);
-    m_spacing = std::max(typical, span / std::sqrt(static_cast<double>(n)));
+    if (begin == 0) // the eldest tree holds most pieces
+        m_spacing = std::max(typical, span / std::sqrt(static_cast<double>(n)));
 
     struct Key {
         std::uint64_t place;

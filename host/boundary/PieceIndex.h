@@ -43,7 +43,7 @@ public:
     {
         const Query q =
             query({std::min(ax, bx) - pad, std::min(ay, by) - pad, std::max(ax, bx) + pad, std::max(ay, by) + pad});
-        const double length = std::hypot(bx - ax, by - ay);
+        const double length = lengthOf(bx - ax, by - ay);
         const Strip strip{static_cast<float>((by - ay) / length), static_cast<float>((ax - bx) / length),
                           ((by - ay) * (ax - m_originX) - (bx - ax) * (ay - m_originY)) / length,
                           pad + 1e-5 * (std::abs(ax - m_originX) + std::abs(ay - m_originY) + length)};

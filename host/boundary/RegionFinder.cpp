@@ -265,7 +265,7 @@ void RegionFinder::explain(const Vector &point, Region &region)
         const Arrangement::Node &n = m_arrangement.nodes()[m_arrangement.endNode(h)];
         return Point{n.x, n.y};
     };
-    const auto apart = [](const Point &a, const Point &b) { return std::hypot(a.x - b.x, a.y - b.y); };
+    const auto apart = [](const Point &a, const Point &b) { return lengthOf(a.x - b.x, a.y - b.y); };
     std::sort(ends.begin(), ends.end(), [&](HalfEdge a, HalfEdge b) {
         const Point p = place(a), q = place(b);
         const double toP = apart(p, {point.x, point.y}), toQ = apart(q, {point.x, point.y});

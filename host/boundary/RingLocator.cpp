@@ -16,7 +16,7 @@ Circle circleOf(double x0, double y0, double x1, double y1, double bulge)
 {
     const double t = (1.0 - bulge * bulge) / (4.0 * bulge);
     const double x = x0 + (x1 - x0) * 0.5 - (y1 - y0) * t, y = y0 + (y1 - y0) * 0.5 + (x1 - x0) * t;
-    return {x, y, std::hypot(x1 - x0, y1 - y0) * (1.0 + bulge * bulge) / (4.0 * std::abs(bulge))};
+    return {x, y, lengthOf(x1 - x0, y1 - y0) * (1.0 + bulge * bulge) / (4.0 * std::abs(bulge))};
 }
 
 } // namespace
@@ -87,10 +87,10 @@ RingLocator::Place RingLocator::locate(double x, double y) const
             if (s.bulge == 0.0) {
                 const double ux = s.x1 - s.x0, uy = s.y1 - s.y0, length2 = ux * ux + uy * uy;
                 const double t = std::clamp(dot(ux, uy, x - s.x0, y - s.y0) / length2, 0.0, 1.0);
-                on |= std::hypot(s.x0 + t * ux - x, s.y0 + t * uy - y) <= m_tolerance;
+                on |= lengthOf(s.x0 + t * ux - x, s.y0 + t * uy - y) <= m_tolerance;
             } else if (left == (s.bulge < 0) || side == 0.0 || std::abs(s.bulge) > 1.0) {
                 const Circle c = circleOf(s.x0, s.y0, s.x1, s.y1, s.bulge);
-                on |= std::abs(std::hypot(x - c.x, y - c.y) - c.radius) <= m_tolerance;
+                on |= std::abs(lengthOf(x - c.x, y - c.y) - c.radius) <= m_tolerance;
             }
         }
     };
