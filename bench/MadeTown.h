@@ -96,7 +96,10 @@ private:
         for (int i = 0; i < 5; ++i) {
             const double turned = angle + uniform(-0.3, 0.3), length = uniform(60, 200);
             const Point to{at.x + length * std::cos(turned), at.y + length * std::sin(turned)};
-            add(at, to);
+            // Avenues stay open: nothing runs across them.
+            const auto district = [](double v) { return std::floor((v + kStreet) / (kPitch * kAvenueEvery)); };
+            if (district(at.x) == district(to.x) && district(at.y) == district(to.y))
+                add(at, to);
             at = to;
         }
     }

@@ -23,10 +23,17 @@ double clockwise(const Vector &from, const Vector &to)
     return c < 0 ? 2.0 - part : s < 0 ? 4.0 + part : part;
 }
 
+bool within(double ax, double ay, double bx, double by, double reach)
+{
+    return (ax - bx) * (ax - bx) + (ay - by) * (ay - by) <= reach * reach;
+}
+
 bool isNear(const Stored &piece, double x, double y, double reach)
 {
-    if (piece.bulge != 0.0)
-        return distance(piece, x, y) <= reach;
+    if (piece.bulge != 0.0) {
+        return within(piece.ax, piece.ay, x, y, reach) || within(piece.bx, piece.by, x, y, reach) ||
+               distance(piece, x, y) <= reach;
+    }
     if (x < piece.ax - reach || x > piece.bx + reach || y < std::min(piece.ay, piece.by) - reach ||
         y > std::max(piece.ay, piece.by) + reach) {
         return false;
@@ -39,11 +46,6 @@ bool isNear(const Stored &piece, double x, double y, double reach)
         return (wx - ux) * (wx - ux) + (wy - uy) * (wy - uy) <= rr;
     const double c = cross(ux, uy, wx, wy);
     return c * c <= rr * uu;
-}
-
-bool within(double ax, double ay, double bx, double by, double reach)
-{
-    return (ax - bx) * (ax - bx) + (ay - by) * (ay - by) <= reach * reach;
 }
 
 /// Along the piece from a to b, of any length.
@@ -65,6 +67,7 @@ double curvatureOf(const Stored &piece)
 void Arrangement::reset(double tolerance)
 {
     m_tolerance = tolerance;
+    m_perCell = 1.0 / (16.0 * tolerance);
     for (const List &l : m_lists)
         m_listOf[l.piece] = 0;
     m_listOf.resize(m_index.pieces().size(), 0);
@@ -93,6 +96,13 @@ Curve Arrangement::curve(HalfEdge h) const
 
 // ---- Nodes
 
+double Arrangement::cell(double v) const
+{
+    // Adding and taking away so much rounds to whole numbers, without a call; adding 0 makes both zeros the same bits.
+    constexpr double kRound = 6755399441055744.0;
+    return (v * m_perCell + kRound) - kRound + 0.0;
+}
+
 std::size_t Arrangement::cellOf(double column, double row) const
 {
     std::uint64_t key = std::bit_cast<std::uint64_t>(column) * 0x9e3779b97f4a7c15ULL;
@@ -103,10 +113,8 @@ std::size_t Arrangement::cellOf(double column, double row) const
 
 std::uint32_t Arrangement::findNode(double x, double y) const
 {
-    // Adding 0 makes both zeros the same bits.
-    const double scale = 1.0 / (16.0 * m_tolerance);
-    const double c0 = std::floor((x - m_tolerance) * scale) + 0.0, c1 = std::floor((x + m_tolerance) * scale) + 0.0;
-    const double r0 = std::floor((y - m_tolerance) * scale) + 0.0, r1 = std::floor((y + m_tolerance) * scale) + 0.0;
+    const double c0 = cell(x - m_tolerance), c1 = cell(x + m_tolerance);
+    const double r0 = cell(y - m_tolerance), r1 = cell(y + m_tolerance);
     std::uint32_t found = 0;
     const auto search = [&](double column, double row) {
         for (std::uint32_t n = m_cells[cellOf(column, row)]; n != 0; n = m_nodes[n - 1].nextInCell) {
@@ -130,12 +138,11 @@ std::uint32_t Arrangement::findNode(double x, double y) const
 void Arrangement::growCells()
 {
     m_cells.assign(m_cells.size() * 4, 0);
-    const double scale = 1.0 / (16.0 * m_tolerance);
     for (std::uint32_t i = 0; i < m_nodes.size(); ++i) {
         Node &node = m_nodes[i];
-        std::uint32_t &cell = m_cells[cellOf(std::floor(node.x * scale) + 0.0, std::floor(node.y * scale) + 0.0)];
-        node.nextInCell = cell;
-        cell = i + 1;
+        std::uint32_t &first = m_cells[cellOf(cell(node.x), cell(node.y))];
+        node.nextInCell = first;
+        first = i + 1;
     }
 }
 
@@ -205,10 +212,9 @@ std::uint32_t Arrangement::nodeAt(double x, double y, std::uint32_t piece)
     if (m_nodes.size() * 2 >= m_cells.size())
         growCells();
     const auto number = static_cast<std::uint32_t>(m_nodes.size());
-    const double scale = 1.0 / (16.0 * m_tolerance);
-    std::uint32_t &cell = m_cells[cellOf(std::floor(at.x * scale) + 0.0, std::floor(at.y * scale) + 0.0)];
-    Node node{at.x, at.y, 0, static_cast<std::uint32_t>(m_stars.size()), 0, cell};
-    cell = number + 1;
+    std::uint32_t &first = m_cells[cellOf(cell(at.x), cell(at.y))];
+    Node node{at.x, at.y, 0, static_cast<std::uint32_t>(m_stars.size()), 0, first};
+    first = number + 1;
     for (const std::uint32_t n : m_nearNode) {
         if (isNear(pieces[n], at.x, at.y, 2.0 * m_tolerance))
             m_stars.push_back(n);
@@ -222,11 +228,15 @@ std::uint32_t Arrangement::nodeAt(double x, double y, std::uint32_t piece)
 
 void Arrangement::collectNear(const Stored &piece, std::uint32_t number)
 {
-    const double pad = 4.0 * m_tolerance;
+    const double pad = 6.0 * m_tolerance;
     m_near.clear();
     const auto take = [this, number](std::uint32_t n) {
-        if (n != number)
-            m_near.push_back(n);
+        if (n == number)
+            return;
+        m_near.push_back(n);
+        __builtin_prefetch(&m_index.pieces()[n]);
+        __builtin_prefetch(&m_index.pieces()[n].bulge);
+        __builtin_prefetch(&m_listOf[n]);
     };
     Box box = boxOf(piece);
     const double width = box.x1 - box.x0, height = box.y1 - box.y0;
@@ -245,7 +255,11 @@ Arrangement::List Arrangement::list(std::uint32_t number)
     collectNear(piece, number);
     const Frame frame(piece);
     m_meetings.clear();
-    const auto meet = [this, &frame](double x, double y) { m_meetings.push_back({frame.along(x, y), x, y}); };
+    const auto meet = [this, &frame](double x, double y) {
+        m_meetings.push_back({frame.along(x, y), x, y});
+        // The places of nodes are spread over memory: ask for all of them before the first is needed.
+        __builtin_prefetch(&m_cells[cellOf(cell(x), cell(y))]);
+    };
     meet(piece.ax, piece.ay);
     meet(piece.bx, piece.by);
     for (const std::uint32_t n : m_near) {

@@ -109,6 +109,7 @@ private:
     std::uint32_t findNode(double x, double y) const;
     Vector settledPlace(double x, double y, const std::vector<std::uint32_t> &near) const;
     void growCells();
+    double cell(double coordinate) const;
     std::size_t cellOf(double column, double row) const;
     /// The half-edges of the piece that leave the node, forward and backward; kNoHalfEdge where there is none.
     std::pair<HalfEdge, HalfEdge> halvesAt(std::uint32_t piece, std::uint32_t node);
@@ -125,7 +126,7 @@ private:
     bool comesFirst(HalfEdge a, HalfEdge b) const;
 
     const PieceIndex &m_index;
-    double m_tolerance = 0.0;
+    double m_tolerance = 0.0, m_perCell = 1.0;
     std::vector<std::uint32_t> m_listOf; ///< list + 1 of each piece, 0 when not reached
     std::vector<List> m_lists;
     std::vector<Slot> m_slots;

@@ -125,11 +125,12 @@ bool canonicalLess(const Stored &a, const Stored &b)
     return std::tie(a.ax, a.ay, a.bx, a.by, a.bulge) < std::tie(b.ax, b.ay, b.bx, b.by, b.bulge);
 }
 
-double distance(const Stored &piece, double x, double y)
+namespace {
+
+double distanceIn(const Frame &frame, const Stored &piece, double x, double y)
 {
     const double toA = lengthOf(x - piece.ax, y - piece.ay), toB = lengthOf(x - piece.bx, y - piece.by);
     const double ends = std::min(toA, toB);
-    const Frame frame(piece);
     const double u = frame.along(x, y);
     if (piece.bulge == 0.0)
         return std::abs(u) <= frame.half ? std::abs(frame.beside(x, y)) : ends;
@@ -143,6 +144,13 @@ double distance(const Stored &piece, double x, double y)
         return ends;
     const double twice = frame.equation(x, y);
     return std::min(ends, std::abs(twice) / (1.0 + frame.k * lengthOf(u, v - centre)));
+}
+
+} // namespace
+
+double distance(const Stored &piece, double x, double y)
+{
+    return distanceIn(Frame(piece), piece, x, y);
 }
 
 Box boxOf(const Stored &piece)
@@ -272,21 +280,22 @@ Roots lineRoots(const Frame &f, double pu, double pv, double du, double dv, doub
 Contacts arcContacts(const Stored &a, const Stored &b, double tolerance)
 {
     Contacts found;
-    const auto near = [tolerance](const Stored &piece, double x, double y) {
-        return distance(piece, x, y) <= tolerance;
+    Frame f(a), g(b);
+    const auto near = [tolerance](const Frame &frame, const Stored &piece, double x, double y) {
+        return (x == piece.ax && y == piece.ay) || (x == piece.bx && y == piece.by) ||
+               distanceIn(frame, piece, x, y) <= tolerance;
     };
-    if (near(b, a.ax, a.ay))
+    if (near(g, b, a.ax, a.ay))
         found.add(a.ax, a.ay);
-    if (near(b, a.bx, a.by))
+    if (near(g, b, a.bx, a.by))
         found.add(a.bx, a.by);
-    if (near(a, b.ax, b.ay))
+    if (near(f, a, b.ax, b.ay))
         found.add(b.ax, b.ay);
-    if (near(a, b.bx, b.by))
+    if (near(f, a, b.bx, b.by))
         found.add(b.bx, b.by);
     const int ends = found.count;
 
     // f is the more curved of both.
-    Frame f(a), g(b);
     if (f.k < g.k)
         std::swap(f, g);
     double pu, pv, du, dv;

@@ -3,42 +3,43 @@
 #include <algorithm>
 #include <cmath>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 namespace velmor::boundary::detail {
 
 namespace {
 
-float below(double v)
-{
-    const float f = static_cast<float>(v);
-    return static_cast<double>(f) > v ? std::nextafterf(f, -std::numeric_limits<float>::infinity()) : f;
-}
+struct Centre {
+    float x, y;
+    std::uint32_t piece;
+};
 
-float above(double v)
+/// Orders centres so that the pieces of each block, and the blocks of each block above, lie together: halves a range
+/// across its longer side, at the multiple of the highest power of a block's width nearest to its middle.
+void arrange(std::vector<Centre> &centres, std::size_t begin, std::size_t end, std::size_t width)
 {
-    const float f = static_cast<float>(v);
-    return static_cast<double>(f) < v ? std::nextafterf(f, std::numeric_limits<float>::infinity()) : f;
-}
-
-/// Position along Hilbert's curve of order 32.
-std::uint64_t hilbert(std::uint32_t x, std::uint32_t y)
-{
-    std::uint64_t key = 0;
-    for (int bit = 31; bit >= 0; --bit) {
-        const std::uint32_t rx = (x >> bit) & 1U, ry = (y >> bit) & 1U;
-        key = (key << 2) | ((3U * rx) ^ ry);
-        if (ry == 0) {
-            if (rx == 1) {
-                x = ~x;
-                y = ~y;
-            }
-            std::swap(x, y);
-        }
+    std::size_t cutAt = 0;
+    for (std::size_t u = width; u < end; u *= width) {
+        const std::size_t first = (begin / u + 1) * u;
+        if (first >= end)
+            break;
+        const std::size_t last = (end - 1) / u * u;
+        cutAt = first + (last - first) / u / 2 * u;
     }
-    return key;
+    if (cutAt == 0)
+        return;
+    float x0 = centres[begin].x, x1 = x0, y0 = centres[begin].y, y1 = y0;
+    for (std::size_t i = begin; i < end; ++i) {
+        x0 = std::min(x0, centres[i].x);
+        x1 = std::max(x1, centres[i].x);
+        y0 = std::min(y0, centres[i].y);
+        y1 = std::max(y1, centres[i].y);
+    }
+    const auto at = [&centres](std::size_t i) { return centres.begin() + static_cast<std::ptrdiff_t>(i); };
+    if (x1 - x0 > y1 - y0)
+        std::nth_element(at(begin), at(cutAt), at(end), [](const Centre &a, const Centre &b) { return a.x < b.x; });
+    else
+        std::nth_element(at(begin), at(cutAt), at(end), [](const Centre &a, const Centre &b) { return a.y < b.y; });
+    arrange(centres, begin, cutAt, width);
+    arrange(centres, cutAt, end, width);
 }
 
 double middle(std::vector<double> &values)
@@ -72,25 +73,6 @@ PieceIndex::Query PieceIndex::Block::hull() const
             *std::max_element(y1, y1 + kWide)};
 }
 
-unsigned PieceIndex::Block::meets(const Query &q) const
-{
-#if defined(__SSE2__)
-    unsigned bits = 0;
-    const __m128 qx0 = _mm_set1_ps(q.x0), qy0 = _mm_set1_ps(q.y0), qx1 = _mm_set1_ps(q.x1), qy1 = _mm_set1_ps(q.y1);
-    for (unsigned i = 0; i < kWide; i += 4) {
-        const __m128 x = _mm_and_ps(_mm_cmple_ps(_mm_load_ps(x0 + i), qx1), _mm_cmpge_ps(_mm_load_ps(x1 + i), qx0));
-        const __m128 y = _mm_and_ps(_mm_cmple_ps(_mm_load_ps(y0 + i), qy1), _mm_cmpge_ps(_mm_load_ps(y1 + i), qy0));
-        bits |= static_cast<unsigned>(_mm_movemask_ps(_mm_and_ps(x, y))) << i;
-    }
-    return bits;
-#else
-    unsigned bits = 0;
-    for (unsigned i = 0; i < kWide; ++i)
-        bits |= static_cast<unsigned>((x0[i] <= q.x1) & (x1[i] >= q.x0) & (y0[i] <= q.y1) & (y1[i] >= q.y0)) << i;
-    return bits;
-#endif
-}
-
 unsigned PieceIndex::Block::meets(const Strip &s) const
 {
     unsigned bits = 0;
@@ -101,11 +83,6 @@ unsigned PieceIndex::Block::meets(const Strip &s) const
         bits |= static_cast<unsigned>(far <= std::abs(s.nx) * hx + std::abs(s.ny) * hy + s.halfWidth) << i;
     }
     return bits;
-}
-
-PieceIndex::Query PieceIndex::query(const Box &box) const
-{
-    return {below(box.x0 - m_originX), below(box.y0 - m_originY), above(box.x1 - m_originX), above(box.y1 - m_originY)};
 }
 
 std::uint32_t PieceIndex::insert(std::vector<Stored> added)
@@ -177,61 +154,34 @@ void PieceIndex::remove(std::uint32_t piece)
 void PieceIndex::sortPieces(std::uint32_t begin, std::uint32_t end)
 {
     const std::uint32_t n = end - begin;
-    // The curve runs over the part where most pieces lie; what is farther out is drawn to its edge.
-    std::vector<double> xs, ys, sizes;
-    const std::uint32_t step = n / 4096 + 1;
-    for (std::uint32_t i = begin; i < end; i += step) {
-        const Stored &p = m_pieces[i];
-        xs.push_back((p.ax + p.bx) * 0.5);
-        ys.push_back((p.ay + p.by) * 0.5);
-        sizes.push_back(std::max(std::abs(p.bx - p.ax), std::abs(p.by - p.ay)));
+    if (begin == 0) { // the eldest tree holds most pieces
+        std::vector<double> sizes;
+        for (std::uint32_t i = begin; i < end; i += n / 4096 + 1)
+            sizes.push_back(
+                std::max(std::abs(m_pieces[i].bx - m_pieces[i].ax), std::abs(m_pieces[i].by - m_pieces[i].ay)));
+        m_spacing = middle(sizes);
     }
-    const double typical = middle(sizes);
-    std::sort(xs.begin(), xs.end());
-    std::sort(ys.begin(), ys.end());
-    const std::size_t cutOff = xs.size() / 50;
-    const double spanX = xs[xs.size() - 1 - cutOff] - xs[cutOff], spanY = ys[ys.size() - 1 - cutOff] - ys[cutOff];
-    const double span = std::max({spanX, spanY, 1e-300});
-    const double left = xs[cutOff] - span, down = ys[cutOff] - span, scale = 4294967295.0 / (3.0 * span);
-    if (begin == 0) // the eldest tree holds most pieces
-        m_spacing = std::max(typical, span / std::sqrt(static_cast<double>(n)));
-
-    struct Key {
-        std::uint64_t place;
-        std::uint32_t piece;
-        std::uint32_t sizeClass;
-    };
-    std::vector<Key> keys(n);
+    std::vector<Centre> centres(n);
     for (std::uint32_t i = 0; i < n; ++i) {
         const Stored &p = m_pieces[begin + i];
-        const double x = std::clamp(((p.ax + p.bx) * 0.5 - left) * scale, 0.0, 4294967295.0);
-        const double y = std::clamp(((p.ay + p.by) * 0.5 - down) * scale, 0.0, 4294967295.0);
-        // Long pieces stand by themselves, so that they don't widen the boxes of short ones.
-        const double size = std::max(std::abs(p.bx - p.ax), std::abs(p.by - p.ay));
-        std::uint32_t sizeClass = 0;
-        for (double limit = 16.0 * typical; size > limit && sizeClass < 4; limit *= 8.0)
-            ++sizeClass;
-        keys[i] = {hilbert(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y)), i, sizeClass};
+        centres[i] = {static_cast<float>((p.ax + p.bx) * 0.5 - m_originX),
+                      static_cast<float>((p.ay + p.by) * 0.5 - m_originY), i};
     }
-    std::sort(keys.begin(), keys.end(), [](const Key &a, const Key &b) {
-        return a.sizeClass != b.sizeClass ? a.sizeClass < b.sizeClass
-               : a.place != b.place       ? a.place < b.place
-                                          : a.piece < b.piece;
-    });
+    arrange(centres, 0, n, kWide);
     // Follow the cycles of the order, so that no second copy of the pieces is needed.
     for (std::uint32_t i = 0; i < n; ++i) {
-        if (keys[i].piece == i)
+        if (centres[i].piece == i)
             continue;
         const Stored first = m_pieces[begin + i];
         std::uint32_t at = i;
-        while (keys[at].piece != i) {
-            const std::uint32_t from = keys[at].piece;
+        while (centres[at].piece != i) {
+            const std::uint32_t from = centres[at].piece;
             m_pieces[begin + at] = m_pieces[begin + from];
-            keys[at].piece = at;
+            centres[at].piece = at;
             at = from;
         }
         m_pieces[begin + at] = first;
-        keys[at].piece = at;
+        centres[at].piece = at;
     }
 }
 

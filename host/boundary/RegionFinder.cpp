@@ -152,7 +152,7 @@ void RegionFinder::findIslands(std::uint32_t face)
     };
     std::vector<Candidate> inside;
     const Box &box = outer.box();
-    m_index.inBox(box, [&](std::uint32_t n) {
+    m_index.within(box, [&](std::uint32_t n) {
         const Stored &piece = m_index.pieces()[n];
         const Box own = boxOf(piece);
         if (own.x0 < box.x0 || own.y0 < box.y0 || own.x1 > box.x1 || own.y1 > box.y1)

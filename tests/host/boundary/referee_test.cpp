@@ -186,7 +186,7 @@ TEST(RegionsAgainstTheReferee, LinesAndArcs)
 TEST(RegionsAgainstTheReferee, EqualAndOverlappingArcsAndTangents)
 {
     const Sum sum = judge(
-        5000, 30, [](auto &random) { return curvedLattice(random, 150, 12); }, 1e-6, 200, 0x1p-30);
+        5000, 30, [](auto &random) { return curvedLattice(random, 150, 12); }, 1e-6, 64, 0x1p-30);
     EXPECT_GT(sum.found * 5, sum.points);
 }
 
