@@ -30,8 +30,20 @@ std::wstring FileTitle(const std::wstring &path)
 
 std::wstring FormatCount(const std::wstring &message, int count)
 {
-    const std::size_t place = message.find(L"%d");
-    if (place == std::wstring::npos)
-        return message;
-    return message.substr(0, place) + std::to_wstring(count) + message.substr(place + 2);
+    std::wstring text;
+    bool placed = false;
+    for (std::size_t i = 0; i < message.size(); ++i) {
+        const wchar_t next = message[i] == L'%' && i + 1 < message.size() ? message[i + 1] : L'\0';
+        if (next == L'%') {
+            text += L'%';
+            ++i;
+        } else if (next == L'd' && !placed) {
+            text += std::to_wstring(count);
+            placed = true;
+            ++i;
+        } else {
+            text += message[i];
+        }
+    }
+    return text;
 }

@@ -23,6 +23,6 @@ int SmallestFreeNumber(const std::set<int> &used, int from = 1);
 /// that another system wrote.
 std::wstring FileTitle(const std::wstring &path);
 
-/// Puts a number in place of the first "%d" of a message. A message without one comes back as it is, so that a text
-/// edited by the user can't do harm.
+/// Puts a number in place of the first "%d" of a message and "%" in place of each "%%". Every other placeholder comes
+/// back as it is, so that a text edited by the user can't do harm.
 std::wstring FormatCount(const std::wstring &message, int count);

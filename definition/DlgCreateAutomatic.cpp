@@ -88,7 +88,8 @@ void CDlgCreateCatchmentArea::SearchBoundaries(AutoSearch &search)
     }
 }
 
-// The two searches test for doubles differently, and must.
+// The two searches are required to test for doubles differently: with islands a region is one if its centre equals that
+// of another found in this run, without islands already if it lies within a thousandth of it.
 
 void CDlgCreateCatchmentArea::SearchWithIslands(const AcGePoint3d &point, AutoSearch &search)
 {

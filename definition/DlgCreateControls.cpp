@@ -10,7 +10,7 @@ using namespace ControlId;
 
 namespace {
 
-constexpr char kToldColour[] = "textColour"; ///< property: the colour as told, in blue, green, red byte order
+constexpr char kTextColour[] = "textColour"; ///< property: the required colour, in blue, green, red byte order
 
 } // namespace
 
@@ -70,17 +70,18 @@ void CDlgCreateCatchmentArea::SetColouredText(QLabel *label, const std::wstring 
     QFont font = label->font();
     font.setBold(true);
     label->setFont(font);
-    label->setProperty(kToldColour, colour);
+    label->setProperty(kTextColour, colour);
     ApplyColour(label);
 }
 
 void CDlgCreateCatchmentArea::ApplyColour(QLabel *label)
 {
-    const QVariant told = label->property(kToldColour);
-    if (!told.isValid())
+    const QVariant required = label->property(kTextColour);
+    if (!required.isValid())
         return;
     QPalette colours = label->palette();
-    colours.setColor(QPalette::WindowText, ReadableColour(ColourOf(told.toUInt()), palette().color(QPalette::Window)));
+    colours.setColor(QPalette::WindowText,
+                     ReadableColour(ColourOf(required.toUInt()), palette().color(QPalette::Window)));
     label->setPalette(colours);
 }
 

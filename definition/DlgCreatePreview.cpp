@@ -98,9 +98,9 @@ void CDlgCreateCatchmentArea::CreatePreviewHatch(AcDbObjectId &outId, AcDbObject
         hatch->appendLoop(AcDbHatch::kExternal, {island});
     hatch->evaluateHatch(false);
     hatch->setColorIndex(colour, true);
-    if (CZEMCDraw::appendToModelSpace(hatch.get(), outId) != Acad::eOk)
-        return;
-    hatch.release()->close(); // the drawing owns it now
+    if (CZEMCDraw::appendToModelSpace(hatch.get(), outId) == Acad::eOk)
+        hatch.release()->close(); // the drawing owns it now
+    // The id of a hatch that was not taken can't be opened, and erasing passes it over.
     if (islandIds.empty())
         m_noIslandHatches.push_back(outId);
     m_tempHatches.push_back(outId);

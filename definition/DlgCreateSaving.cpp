@@ -113,7 +113,9 @@ void CDlgCreateCatchmentArea::SaveSelectedRows()
     }
 }
 
-// The two kinds of rows take their label from different places, and must.
+// The two kinds of rows are required to take their label from different places: an island's comes from the label block,
+// a main area's from the catalogue item of the dialog. So a main area is labelled anew by its own form when one of its
+// islands was saved.
 
 void CDlgCreateCatchmentArea::SaveIslandRow(const CCatchItemData &item)
 {

@@ -203,7 +203,6 @@ void CDlgCreateCatchmentArea::SetTexts()
     const std::wstring info = Msg(MessageId::kInfoWord) + L" - ";
     setCaption(m_ui->btnInfoSections, ToQString(info + Msg(MessageId::kSectionTitle)));
     setCaption(m_ui->btnInfoAreas, ToQString(info + Msg(MessageId::kAreasTitle)));
-    m_ui->editNumber->setPlaceholderText(ToQString(Msg(1988)));
 
     std::vector<std::wstring> captions;
     for (const int control : kMnemonicOrder)
@@ -304,7 +303,7 @@ void CDlgCreateCatchmentArea::SetUpList()
     constexpr int kFirstColumn = 78, kSecondColumn = 76;
     QTreeWidget *list = m_ui->listAreas;
     list->setHeaderLabels({ToQString(Msg(MessageId::kListColumn)), ToQString(Msg(MessageId::kAreaWord))});
-    // The told widths, or more where a font or a language needs it.
+    // These widths, or more where a font or a language needs it.
     QHeaderView *header = list->header();
     const auto widthOf = [&](unsigned message) {
         constexpr int kCellMargins = 16;

@@ -34,15 +34,15 @@ double ContrastOf(const QColor &one, const QColor &other)
 
 QColor ReadableColour(const QColor &wanted, const QColor &background)
 {
-    const bool lighten = ContrastOf(Qt::white, background) > ContrastOf(Qt::black, background);
+    if (ContrastOf(Qt::black, background) >= ContrastOf(Qt::white, background))
+        return wanted;
     float hue = 0, saturation = 0, lightness = 0;
     wanted.getHslF(&hue, &saturation, &lightness);
     QColor colour = wanted;
     constexpr int kSteps = 100;
     for (int step = 1; step <= kSteps && ContrastOf(colour, background) < kReadableContrast; ++step) {
         const float part = static_cast<float>(step) / kSteps;
-        const float goal = lighten ? 1.0F : 0.0F;
-        colour = QColor::fromHslF(std::max(hue, 0.0F), saturation, lightness + (goal - lightness) * part);
+        colour = QColor::fromHslF(std::max(hue, 0.0F), saturation, lightness + (1.0F - lightness) * part);
     }
     return colour;
 }

@@ -32,6 +32,7 @@ protected:
             m_status = ToWide(dialog.text(281));
             m_statusColour = dialog.colour(281);
             m_name = ToWide(dialog.text(329));
+            m_labelItem = dialog.text(135).toStdString();
         });
     }
     std::wstring count(int areas) { return FormatCount(message(2007), areas); }
@@ -46,6 +47,7 @@ protected:
     }
 
     std::wstring m_status, m_name;
+    std::string m_labelItem;
     unsigned m_statusColour = 0;
 };
 
@@ -270,13 +272,18 @@ TEST_F(Automatic, PolylinesOfTheRunStayUntilTheDialogEndsAndDoublesGoAtOnce)
 TEST_F(Automatic, WithTheLabelCheckEveryAreaOfTheRunIsLabelledFromTheCatalogue)
 {
     runAuto({L"D1", L"D4"}, true, true);
-    EXPECT_THAT(areas(), SizeIs(3));
-    EXPECT_THAT(entriesOf("CCatchmentAreaManager::WriteCatchmentLabel"), SizeIs(3));
+    ASSERT_THAT(areas(), SizeIs(3));
+    const auto labels = entriesOf("CCatchmentAreaManager::WriteCatchmentLabel");
+    ASSERT_THAT(labels, SizeIs(3));
+    ASSERT_NE(m_labelItem, "");
+    // Area and catalogue item, for islands too; the form of the label block has a third argument.
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        EXPECT_THAT(labels[i].arguments, ElementsAre(velmor::journalText(areas()[i]->GetGuid()), m_labelItem)) << i;
     runAuto({L"D3"}, false, false);
     EXPECT_THAT(entriesOf("CCatchmentAreaManager::WriteCatchmentLabel"), IsEmpty());
 }
 
-TEST_F(Automatic, OneAreaIsMadeInTheToldOrderOfCalls)
+TEST_F(Automatic, OneAreaIsMadeInTheRequiredOrderOfCalls)
 {
     runAuto({L"D1"}, false, true);
     EXPECT_THAT(

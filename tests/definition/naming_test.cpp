@@ -73,6 +73,14 @@ TEST(CountMessages, ATextWithoutPlaceholderOrWithAForeignOneStays)
 {
     EXPECT_EQ(FormatCount(L"ready", 7), L"ready");
     EXPECT_EQ(FormatCount(L"%s%n", 7), L"%s%n");
+    EXPECT_EQ(FormatCount(L"50%", 7), L"50%");
+}
+
+TEST(CountMessages, ADoubledPercentSignStandsForOne)
+{
+    EXPECT_EQ(FormatCount(L"%d areas, 100%%", 7), L"7 areas, 100%");
+    EXPECT_EQ(FormatCount(L"100%% ready", 7), L"100% ready");
+    EXPECT_EQ(FormatCount(L"%%d of %d", 7), L"%d of 7");
 }
 
 } // namespace

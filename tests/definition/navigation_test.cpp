@@ -337,4 +337,54 @@ TEST_F(SectionMarks, HiddenAreasAreNotMarked)
     });
 }
 
+/// Polylines that an automatic run left, which go with the next step of the navigation.
+class TemporaryBoundaries : public DefinitionDialogTest {
+protected:
+    void trace(CDialogUnderTest &dialog)
+    {
+        dialog.choose(257, 2);
+        dialog.type(215, "0.35");
+        dialog.click(290);
+        dialog.choose(257, 0);
+    }
+};
+
+TEST_F(TemporaryBoundaries, ANewSelectionErasesThem)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1", L"D3"});
+        trace(dialog);
+        ASSERT_THAT(loosePolylines(), SizeIs(2));
+        select(dialog, {L"D1"});
+        EXPECT_THAT(loosePolylines(), IsEmpty());
+        EXPECT_THAT(areas(), SizeIs(2)); // which need them no longer
+    });
+}
+
+TEST_F(TemporaryBoundaries, TheNextSectionErasesThem)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1", L"D3"});
+        trace(dialog);
+        ASSERT_THAT(loosePolylines(), SizeIs(2));
+        dialog.click(205);
+        EXPECT_EQ(dialog.text(266), "D3");
+        EXPECT_THAT(loosePolylines(), IsEmpty());
+    });
+}
+
+TEST_F(TemporaryBoundaries, ThePreviousSectionErasesThem)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1", L"D3"});
+        dialog.choose(257, 0);
+        dialog.click(205);
+        trace(dialog);
+        ASSERT_THAT(loosePolylines(), SizeIs(2));
+        dialog.click(204);
+        EXPECT_EQ(dialog.text(266), "D1");
+        EXPECT_THAT(loosePolylines(), IsEmpty());
+    });
+}
+
 } // namespace

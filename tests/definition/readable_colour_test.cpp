@@ -4,29 +4,36 @@
 
 namespace {
 
-TEST(ReadableColours, ToldColoursStandInBlueGreenRedOrder)
+TEST(ReadableColours, ColoursOfTheSeamStandInBlueGreenRedOrder)
 {
     EXPECT_EQ(ColourOf(kColourGuidance), QColor(0, 0, 255));
     EXPECT_EQ(ColourOf(kColourResult), QColor(255, 91, 0));
 }
 
-TEST(ReadableColours, AReadableColourStaysAsTold)
+TEST(ReadableColours, OnALightBackgroundEveryColourStaysAsGiven)
 {
-    EXPECT_EQ(ReadableColour(ColourOf(kColourGuidance), Qt::white), QColor(0, 0, 255));
-    EXPECT_EQ(ReadableColour(Qt::black, Qt::white), QColor(Qt::black));
-}
-
-TEST(ReadableColours, EveryColourReachesTheContrastOnLightAndDark)
-{
-    for (const QColor &background : {QColor(Qt::white), QColor(239, 239, 239), QColor(45, 45, 45), QColor(Qt::black)}) {
-        for (const std::uint32_t told : {kColourGuidance, kColourResult, kColourPlain})
-            EXPECT_GE(ContrastOf(ReadableColour(ColourOf(told), background), background), 4.5);
+    for (const QColor &background : {QColor(Qt::white), QColor(239, 239, 239), QColor(192, 192, 192)}) {
+        for (const std::uint32_t given : {kColourGuidance, kColourResult, kColourPlain})
+            EXPECT_EQ(ReadableColour(ColourOf(given), background), ColourOf(given));
     }
 }
 
-TEST(ReadableColours, OrangeStaysOrangeAndBlueBlue)
+TEST(ReadableColours, OnADarkBackgroundAReadableColourStaysAsGiven)
 {
-    const QColor orange = ReadableColour(ColourOf(kColourResult), Qt::white);
+    EXPECT_EQ(ReadableColour(ColourOf(kColourResult), Qt::black), QColor(255, 91, 0));
+}
+
+TEST(ReadableColours, EveryColourReachesTheContrastOnDark)
+{
+    for (const QColor &background : {QColor(45, 45, 45), QColor(Qt::black)}) {
+        for (const std::uint32_t given : {kColourGuidance, kColourResult, kColourPlain})
+            EXPECT_GE(ContrastOf(ReadableColour(ColourOf(given), background), background), 4.5);
+    }
+}
+
+TEST(ReadableColours, OrangeStaysOrangeAndBlueBlueOnDark)
+{
+    const QColor orange = ReadableColour(ColourOf(kColourResult), QColor(90, 90, 90));
     EXPECT_NEAR(orange.hslHue(), ColourOf(kColourResult).hslHue(), 2);
     const QColor blue = ReadableColour(ColourOf(kColourGuidance), QColor(45, 45, 45));
     EXPECT_NEAR(blue.hslHue(), ColourOf(kColourGuidance).hslHue(), 2);

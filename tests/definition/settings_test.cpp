@@ -2,6 +2,7 @@
 #include "tests/definition/dialog_fixture.h"
 
 #include "controls/WideText.h"
+#include "definition/ReadableColour.h"
 #include "host/editor/SelectionSets.h"
 
 using namespace ZEMGis;
@@ -63,7 +64,7 @@ TEST_F(Settings, ClosingWritesEverythingWithItsGroupCodeEvenIfNothingWasDefined)
     expectKept("m_strBlockName", 1, std::wstring(L"CatchLabel"));
 }
 
-TEST_F(Settings, ClosingWritesInTheToldOrder)
+TEST_F(Settings, ClosingWritesInTheRequiredOrder)
 {
     Journal::instance().setRecording(true);
     run([](CDialogUnderTest &) { Journal::instance().clear(); });
@@ -215,6 +216,35 @@ TEST_F(Settings, TheDialogFreesItsSelectionSet)
 {
     run([&](CDialogUnderTest &) { EXPECT_EQ(m_session.selectionSets().size(), 1u); });
     EXPECT_EQ(m_session.selectionSets().size(), 0u);
+}
+
+TEST_F(Settings, ScaleAndColourOfTheHatchComeFromTheSettings)
+{
+    setSetting("CATCH_HATCH_SCALE", 3.5);
+    setSetting("CATCH_HATCH_COLOR_TEMP", 6);
+    const AcDbObjectId box = addBox(0, 0, 10, 10, L"0");
+    run([&](CDialogUnderTest &dialog) {
+        EXPECT_EQ(dialog.GetDlgItem(333)->palette().color(QPalette::Window), ColourOf(acedGetRGB(6)));
+        select(dialog, {L"D1"});
+        dialog.addMainRow(box, 100);
+        dialog.selectRows({0});
+        ASSERT_THAT(hatches(), SizeIs(1));
+        const CZEMCEntityPtr entity(hatches().front(), AcDb::kForRead);
+        const auto &hatch = static_cast<const AcDbHatch &>(*entity.get());
+        EXPECT_DOUBLE_EQ(hatch.patternScale(), 3.5);
+        EXPECT_EQ(hatch.colorIndex(), 6);
+    });
+}
+
+TEST_F(Settings, SuffixAndCounterDelimiterOfANameComeFromTheSettings)
+{
+    setSetting("CATCH_NAME_PREFIX", std::wstring(L"<"));
+    setSetting("CATCH_NAME_SUFIX", std::wstring(L">"));
+    setSetting("CATCH_COUNTER_DELIMITER", std::wstring(L"#"));
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        EXPECT_EQ(dialog.text(329), "<D1>#1");
+    });
 }
 
 } // namespace

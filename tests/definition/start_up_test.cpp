@@ -197,7 +197,7 @@ TEST_F(StartUp, TheLabelCatalogueFillsItsComboInKeyOrderAndTheFirstIsChosen)
     });
 }
 
-TEST_F(StartUp, TheListHasItsTwoColumnsAtLeastAsWideAsTold)
+TEST_F(StartUp, TheListHasItsTwoColumnsAtLeastAsWideAsRequired)
 {
     run([&](CDialogUnderTest &dialog) {
         const QTreeWidget &list = *dialog.list();
@@ -340,6 +340,42 @@ TEST_F(StartUp, WithoutADrawingTheDialogOpensEmpty)
         EXPECT_EQ(dialog.text(281), ToQString(message(658)));
         dialog.choose(257, 2);
         EXPECT_EQ(dialog.text(281), ToQString(message(658)));
+    });
+}
+
+TEST_F(StartUp, TheSelectionButtonSaysWhatItDoesInBothLanguages)
+{
+    for (const auto &[language, caption] :
+         {std::pair("hr", QStringLiteral("Odaberi dionice")), std::pair("en", QStringLiteral("Select sections"))}) {
+        velmor::Services::instance().start({.language = language}, velmor::Services::instance().paths());
+        run([&, caption = caption](CDialogUnderTest &dialog) { EXPECT_EQ(dialog.text(203), caption); });
+    }
+}
+
+TEST_F(StartUp, TheCounterEditShowsNothing)
+{
+    run([](CDialogUnderTest &dialog) { EXPECT_EQ(dialog.Control<QLineEdit>(326)->placeholderText(), ""); });
+}
+
+TEST_F(StartUp, BlueAndOrangeAreDrawnAsRequiredOnALightWindowAndReadablyOnADarkOne)
+{
+    run([](CDialogUnderTest &dialog) {
+        const auto drawn = [&] { return dialog.GetDlgItem(281)->palette().color(QPalette::WindowText); };
+        const auto setWindow = [&](const QColor &colour) {
+            QPalette palette = dialog.palette();
+            palette.setColor(QPalette::Window, colour);
+            dialog.setPalette(palette);
+        };
+        const QColor light(239, 239, 239), dark(45, 45, 45);
+        setWindow(light);
+        EXPECT_EQ(drawn(), QColor(0, 0, 255));
+        setWindow(dark);
+        EXPECT_NE(drawn(), QColor(0, 0, 255));
+        EXPECT_GE(ContrastOf(drawn(), dark), 4.5);
+        setWindow(light);
+        dialog.choose(257, 2);
+        dialog.click(290); // a result
+        EXPECT_EQ(drawn(), QColor(255, 91, 0));
     });
 }
 
