@@ -1,5 +1,6 @@
 #include "contracts/HostDialog.h"
 
+#include "host/drawing/Journal.h"
 #include "host/editor/Session.h"
 
 #include <QAbstractButton>
@@ -98,6 +99,7 @@ int CAdUiBaseDialog::DoModal()
 
 void CAdUiBaseDialog::EndDialog(int result)
 {
+    velmor::journal("CAdUiBaseDialog::EndDialog", result);
     if (!d->open)
         return;
     d->result = result;
@@ -109,6 +111,7 @@ void CAdUiBaseDialog::EndDialog(int result)
 
 void CAdUiBaseDialog::BeginEditorCommand()
 {
+    velmor::journal("CAdUiBaseDialog::BeginEditorCommand");
     if (d->editorCommands++ > 0)
         return;
     d->focus = focusWidget();
@@ -123,6 +126,7 @@ void CAdUiBaseDialog::BeginEditorCommand()
 
 void CAdUiBaseDialog::CompleteEditorCommand(int restore)
 {
+    velmor::journal("CAdUiBaseDialog::CompleteEditorCommand", restore);
     if (d->editorCommands == 0 || --d->editorCommands > 0)
         return;
     const auto hidden = std::exchange(d->hidden, {});

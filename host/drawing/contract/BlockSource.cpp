@@ -117,11 +117,10 @@ AcDbObjectId CZEMCDraw::insertBlockDefinition(const wchar_t *name, const wchar_t
     const auto source = Drawing::read(std::move(file->bytes));
     if (!source.drawing)
         return {};
-    // A definition that came with the drawing is the user's own; from now on its file is known.
-    if (known && !record) {
-        remember(*drawing, key, {fingerprint, {}});
+    // A definition that came with the drawing is the user's own. The file is not remembered as its content, which it
+    // is not: once the definition is out of the way, the file comes in.
+    if (known && !record)
         return idOf(*known);
-    }
     const auto imported =
         importBlockInto(*drawing, blockName, *source.drawing, record ? record->nested : std::set<std::wstring>());
     remember(*drawing, key, {fingerprint, imported.nested});

@@ -138,7 +138,10 @@ int acedRedraw(const std::int64_t *entity, int mode)
     if (!session)
         return RTERROR;
     journal("acedRedraw", mode);
-    if (!entity && mode == 4 && session->drawing())
+    constexpr int kWipeTemporary = 4;
+    if (entity || mode != kWipeTemporary)
+        return RTREJ; // drawing or highlighting single entities is not offered
+    if (session->drawing())
         session->drawing()->component<velmor::TransientGraphics>().clearTemporary();
     if (session->view())
         session->view()->redraw();

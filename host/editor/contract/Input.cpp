@@ -214,20 +214,23 @@ void acedAlert(const wchar_t *text)
         session->alert(textOrEmpty(text));
 }
 
-bool acedHatchPalletteDialog(const wchar_t *, bool, std::wstring &)
+bool acedHatchPalletteDialog(const wchar_t *current, bool showCustom, std::wstring &)
 {
+    journal("acedHatchPalletteDialog", current, showCustom);
     notAvailable("ui.notAvailable.pattern");
     return false;
 }
 
-bool acedSetColorDialog(int &, bool, int)
+bool acedSetColorDialog(int &colorIndex, bool allowMetaColor, int layerColor)
 {
+    journal("acedSetColorDialog", colorIndex, allowMetaColor, layerColor);
     notAvailable("ui.notAvailable.color");
     return false;
 }
 
-bool acdbDisplayPreviewFromDwg(const wchar_t *, void *)
+bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *)
 {
+    journal("acdbDisplayPreviewFromDwg", path);
     notAvailable("ui.notAvailable.preview");
     return false;
 }

@@ -129,10 +129,10 @@ int acedUndef(const wchar_t *name, short code)
     return RTNORM;
 }
 
-int acedRegFunc(int (*function)(), int code)
+int acedRegFunc(int (*)(), int code)
 {
     journal("acedRegFunc", code);
-    return function && functionNames().contains(code) ? RTNORM : RTERROR;
+    return RTERROR; // a function that is never called is not kept either
 }
 
 int acedGetFunCode()

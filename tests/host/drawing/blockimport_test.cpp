@@ -418,11 +418,14 @@ TEST_F(BlockFiles, ADefinitionThatCameWithTheDrawingIsKept)
 {
     BlockRecord &own = m_drawing->addBlock(L"CatchLabel");
     m_drawing->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(42, 0)), own);
+    const auto revision = m_drawing->revision();
     EXPECT_EQ(insert(L"CatchLabel", put("CatchLabel.dxf", drawingWith(kTag))), &own);
     EXPECT_EQ(lengthOfLineIn(own), 42.0);
-    // From then on, its file is known, and another one renews it.
+    // It stays the user's own, whatever the file holds later, and nothing claims that it came from there.
     EXPECT_EQ(insert(L"CatchLabel", put("CatchLabel.dxf", drawingWith(kTag + kSolid))), &own);
-    EXPECT_THAT(attributeTagsOf(own), ElementsAre(L"ATT1"));
+    EXPECT_EQ(lengthOfLineIn(own), 42.0);
+    EXPECT_THAT(attributeTagsOf(own), IsEmpty());
+    EXPECT_EQ(m_drawing->revision(), revision);
 }
 
 TEST_F(BlockFiles, AMissingDwgIsTheDxfBesideIt)

@@ -1,4 +1,5 @@
 #include "contracts/HostDialog.h"
+#include "host/drawing/Journal.h"
 #include "tests/host/editor/EditorFixture.h"
 #include "tests/host/editor/QtFixture.h"
 
@@ -206,6 +207,22 @@ TEST_F(HostDialogTest, AnEditorCommandHidesTheDialogAndBringsItBackWithItsFocus)
         EXPECT_FALSE(shown.IsEditorCommandRunning());
         EXPECT_EQ(shown.focusWidget(), shown.GetDlgItem(10));
     });
+}
+
+TEST_F(HostDialogTest, WhatADialogAsksOfTheHostStandsInTheJournal)
+{
+    TestDialog dialog;
+    Journal::instance().setRecording(true);
+    drive(dialog, [](CAdUiBaseDialog &shown) {
+        shown.BeginEditorCommand();
+        shown.CompleteEditorCommand(0);
+        shown.EndDialog(42);
+    });
+    Journal::instance().setRecording(false);
+    const std::vector<JournalEntry> expected{{"CAdUiBaseDialog::BeginEditorCommand", {}},
+                                             {"CAdUiBaseDialog::CompleteEditorCommand", {"0"}},
+                                             {"CAdUiBaseDialog::EndDialog", {"42"}}};
+    EXPECT_EQ(Journal::instance().entries(), expected);
 }
 
 TEST_F(HostDialogTest, TheOpenersAreHiddenToo)

@@ -158,9 +158,15 @@ TEST_F(InputTest, WhatIsNotAvailableSaysSoAndAnswersFalse)
 {
     std::wstring pattern = L"ANSI31";
     int color = 3;
+    Journal::instance().setRecording(true);
     EXPECT_FALSE(acedHatchPalletteDialog(L"ANSI31", true, pattern));
     EXPECT_FALSE(acedSetColorDialog(color, false, 7));
     EXPECT_FALSE(acdbDisplayPreviewFromDwg(L"x.dwg", nullptr));
+    Journal::instance().setRecording(false);
+    EXPECT_THAT(Journal::instance().entries(),
+                testing::ElementsAre(JournalEntry{"acedHatchPalletteDialog", {"ANSI31", "1"}},
+                                     JournalEntry{"acedSetColorDialog", {"3", "0", "7"}},
+                                     JournalEntry{"acdbDisplayPreviewFromDwg", {"x.dwg"}}));
     EXPECT_EQ(pattern, L"ANSI31");
     EXPECT_EQ(color, 3);
     EXPECT_EQ(session.alerts().size(), 3u);
@@ -171,7 +177,10 @@ TEST_F(InputTest, RedrawWithModeFourWipesTemporaryDrawing)
 {
     auto &transient = drawing().component<TransientGraphics>();
     transient.drawTemporary(TransientPath{{{0, 0, 0}, {1, 1, 0}}, false, 2});
-    EXPECT_EQ(acedRedraw(nullptr, 1), RTNORM);
+    for (const int mode : {0, 1, 2, 3, 5})
+        EXPECT_EQ(acedRedraw(nullptr, mode), RTREJ) << mode;
+    ads_name entity{};
+    EXPECT_EQ(acedRedraw(entity, 4), RTREJ);
     EXPECT_EQ(transient.temporary().size(), 1u);
     EXPECT_EQ(acedRedraw(nullptr, 4), RTNORM);
     EXPECT_TRUE(transient.temporary().empty());

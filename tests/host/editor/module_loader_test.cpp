@@ -102,11 +102,17 @@ TEST(ModuleStrings, AModulesStringTableIsReadByIdAndCutToTheBuffer)
 TEST(ExternalFunctions, NamesStandUnderTheirCodesTillTheyAreUndefined)
 {
     EXPECT_EQ(acedDefun(L"c:test", 3), RTNORM);
-    EXPECT_EQ(acedRegFunc([] { return 0; }, 3), RTNORM);
-    EXPECT_EQ(acedRegFunc([] { return 0; }, 4), RTERROR);
     EXPECT_EQ(acedUndef(L"c:other", 3), RTERROR);
     EXPECT_EQ(acedUndef(L"c:test", 3), RTNORM);
     EXPECT_EQ(acedUndef(L"c:test", 3), RTERROR);
+}
+
+TEST(ExternalFunctions, AreNotCalledHereSoRegisteringOneIsRefused)
+{
+    EXPECT_EQ(acedDefun(L"c:test", 3), RTNORM);
+    EXPECT_EQ(acedRegFunc([] { return 0; }, 3), RTERROR);
+    EXPECT_EQ(acedGetFunCode(), RTERROR);
+    EXPECT_EQ(acedUndef(L"c:test", 3), RTNORM);
 }
 
 } // namespace
