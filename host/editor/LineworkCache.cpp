@@ -79,17 +79,20 @@ Linework LineworkCache::build(const std::vector<const AcDbEntity *> &entities, b
     return Linework(std::move(pieces));
 }
 
+void LineworkCache::dropVisibleIfLayersChanged()
+{
+    // New layers come at the end; only a change of those that were there makes the linework stale.
+    auto states = layerStates();
+    if (states.size() < m_layerStates.size() || !std::equal(m_layerStates.begin(), m_layerStates.end(), states.begin()))
+        m_visible.reset();
+    else
+        m_layerStates = std::move(states);
+}
+
 Linework &LineworkCache::visible()
 {
-    if (m_visible && m_checkedRevision != m_drawing.revision()) {
-        // New layers come at the end; only a change of those that were there makes the linework stale.
-        auto states = layerStates();
-        if (states.size() < m_layerStates.size() ||
-            !std::equal(m_layerStates.begin(), m_layerStates.end(), states.begin()))
-            m_visible.reset();
-        else
-            m_layerStates = std::move(states);
-    }
+    if (m_visible && m_checkedRevision != m_drawing.revision())
+        dropVisibleIfLayersChanged();
     if (!m_visible) {
         std::vector<const AcDbEntity *> entities;
         for (const AcDbEntity *entity : m_drawing.modelSpace().entities()) {
@@ -203,6 +206,10 @@ void LineworkCache::update(AcDbEntity &entity, bool present)
         maker.append(entity, source, pieces);
         linework.insert(pieces);
     };
+    // A layer may be hidden now and shown again before the next question: what is inserted goes by the layers of now,
+    // so they must be those that the rest was built with.
+    if (m_visible)
+        dropVisibleIfLayersChanged();
     if (m_visible)
         renew(*m_visible, present && isVisible(layerIndexOf(entity)), true);
     for (SetLinework &entry : m_sets) {

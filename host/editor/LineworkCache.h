@@ -58,11 +58,12 @@ private:
     void update(AcDbEntity &entity, bool present);
     void forgetAll();
     std::vector<bool> layerStates() const;
+    void dropVisibleIfLayersChanged();
     boundary::Linework build(const std::vector<const AcDbEntity *> &entities, bool onlyVisible);
 
     Drawing &m_drawing;
     std::optional<boundary::Linework> m_visible;
-    std::vector<bool> m_layerStates;     ///< those that m_visible was built with
+    std::vector<bool> m_layerStates;     ///< those that m_visible goes by
     std::uint64_t m_checkedRevision = 0; ///< of the drawing, when the layers were last compared
     std::list<SetLinework> m_sets;       ///< most recently used first
     std::optional<boundary::Linework> m_other;

@@ -81,6 +81,26 @@ TEST_F(LineworkCacheTest, WhatStandsOnALayerThatIsOffOrFrozenDoesNotCount)
     EXPECT_DOUBLE_EQ(visibleArea(2, 5), 50.0);
 }
 
+TEST_F(LineworkCacheTest, WhatCameWhileItsLayerWasHiddenCountsWhenTheLayerShowsAgain)
+{
+    rectangle(0, 0, 10, 10);
+    drawing().ensureLayer(L"Bars");
+    EXPECT_DOUBLE_EQ(visibleArea(2, 5), 100.0);
+    setLayer(L"Bars", false, false);
+    onLayer(line(5, -1, 5, 11), L"Bars");
+    setLayer(L"Bars", true, false);
+    EXPECT_DOUBLE_EQ(visibleArea(2, 5), 50.0);
+}
+
+TEST_F(LineworkCacheTest, ALayerThatCameAfterTheLastQuestionHidesItsLines)
+{
+    rectangle(0, 0, 10, 10);
+    EXPECT_DOUBLE_EQ(visibleArea(2, 5), 100.0);
+    onLayer(line(5, -1, 5, 11), L"New");
+    setLayer(L"New", false, false);
+    EXPECT_DOUBLE_EQ(visibleArea(2, 5), 100.0);
+}
+
 TEST_F(LineworkCacheTest, ASetHoldsItsMembersOnlyWhateverTheirLayersShow)
 {
     SelectionSet &set = session.selectionSets().create();
