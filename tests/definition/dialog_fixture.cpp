@@ -18,8 +18,9 @@ QApplication &application()
     static int count = 1;
     static char name[] = "definition_test";
     static char *arguments[] = {name, nullptr};
-    static QApplication app(count, arguments);
-    return app;
+    // Never destroyed: at the program's end its devices would outlive what the toolkit keeps of them.
+    static auto *app = new QApplication(count, arguments);
+    return *app;
 }
 
 fs::path newFolder()

@@ -23,7 +23,9 @@ protected:
         static int argc = 1;
         static char name[] = "test";
         static char *argv[] = {name, nullptr};
-        static QApplication application(argc, argv);
+        // Never destroyed: at the program's end its devices would outlive what the toolkit keeps of them.
+        static auto *application = new QApplication(argc, argv);
+        Q_UNUSED(application);
     }
     ModuleInHost()
     {

@@ -10,8 +10,9 @@ inline QApplication &application()
     static int argc = 1;
     static char name[] = "test";
     static char *argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
+    // Never destroyed: at the program's end its devices would outlive what the toolkit keeps of them.
+    static auto *app = new QApplication(argc, argv);
+    return *app;
 }
 
 /// First base of a fixture whose members are widgets.
