@@ -70,12 +70,17 @@ std::wstring fixed(double value, int decimals)
     return {buffer.data(), written.ptr};
 }
 
+/// Those that a reference has an attribute for, in the order of its attributes; constant ones have none.
 std::vector<const AttributeDefinitionEntity *> definitionsOf(const BlockRecord &block)
 {
     std::vector<const AttributeDefinitionEntity *> definitions;
-    for (const AcDbEntity *entity : block.entities())
-        if (!entity->isErased() && entity->isA() == AttributeDefinitionEntity::desc())
-            definitions.push_back(static_cast<const AttributeDefinitionEntity *>(entity));
+    for (const AcDbEntity *entity : block.entities()) {
+        if (entity->isErased() || entity->isA() != AttributeDefinitionEntity::desc())
+            continue;
+        const auto *definition = static_cast<const AttributeDefinitionEntity *>(entity);
+        if (!definition->isConstant())
+            definitions.push_back(definition);
+    }
     return definitions;
 }
 

@@ -60,12 +60,16 @@ Pick ask(Session &session, std::string_view prompt, std::function<std::wstring(c
     question.kind = PromptKind::Point;
     question.text = uiText(prompt);
     question.tip = std::move(tip);
-    const Answer answer = session.ask(question);
-    if (const auto *pick = std::get_if<Answer::Pick>(&answer.value))
-        return {Picked::Entity, pick->point, pick->id};
-    if (const auto point = answer.point())
-        return {Picked::Point, *point, {}};
-    return {};
+    for (;;) {
+        const Answer answer = session.ask(question);
+        if (const auto *pick = std::get_if<Answer::Pick>(&answer.value))
+            return {Picked::Entity, pick->point, pick->id};
+        if (const auto point = answer.point())
+            return {Picked::Point, *point, {}};
+        if (!answer.text() || answer.isEnter())
+            return {};
+        session.status(uiText("ui.input.point")); // a slip of the keyboard does not end the picking
+    }
 }
 
 void show(Session &session, const std::wstring &text)

@@ -40,6 +40,7 @@ void StoredArea::DrawTemporary(int colour, int flag)
 
 int StoredArea::GetPropertyData(const wchar_t *tag, CDataBox &box) const
 {
+    box = CDataBox();
     if (!tag)
         return 0;
     if (tag == std::wstring_view(kGuidTag)) {

@@ -83,6 +83,20 @@ TEST_F(Label, LeavesAnUnknownTagAndOneThatWasNotAskedForAtTheirDefault)
     EXPECT_EQ(texts(), (Texts{{L"NAME", L"North"}, {L"REMARK", L"see plan"}, {L"AREA", L"area?"}}));
 }
 
+TEST_F(Label, AConstantDefinitionBetweenTheOthersTakesNoValue)
+{
+    const AcDbObjectId id = block({{L"NAME", L"?"}});
+    auto &record = static_cast<BlockRecord &>(*store().objectOf(id));
+    drawing().append(std::make_unique<AttributeDefinitionEntity>(
+                         L"COEFF", L"COEFF", TextShape{.position = {1, 0}, .text = L"fixed"}, false, true),
+                     record);
+    drawing().append(
+        std::make_unique<AttributeDefinitionEntity>(L"AREA", L"AREA", TextShape{.position = {1, 0}, .text = L"?"}),
+        record);
+    EXPECT_NE(manager().WriteCatchmentLabel(area(), id, CStringArray{L"NAME", L"AREA", L"COEFF"}), 0);
+    EXPECT_EQ(texts(), (Texts{{L"NAME", L"North"}, {L"AREA", L"1.0000"}}));
+}
+
 TEST_F(Label, GoesByThePlaceInTheListWhenNoTagHasAMeaning)
 {
     // The label dialog gives the tags of name, area, coefficient and density in this order, empty where there is none.

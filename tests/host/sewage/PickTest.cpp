@@ -105,6 +105,27 @@ TEST_F(Pick, APointMayBeTyped)
     EXPECT_EQ(picked(), far.get());
 }
 
+TEST_F(Pick, TypedTextThatIsNoPointIsAskedForAgain)
+{
+    useIndex();
+    session.answers().push({std::wstring(L"52o,20")});
+    session.answers().push({std::wstring(L"here")});
+    session.answers().push({AcGePoint3d(520, 20)});
+    EXPECT_EQ(CCatchmentAreaManager::StartCAInfoTooltipAreas(), RTNORM);
+    EXPECT_EQ(picked(), far.get());
+    EXPECT_EQ(session.answers().size(), 0u);
+}
+
+TEST_F(Pick, AnEmptyTextEndsItLikeEnter)
+{
+    useIndex();
+    session.answers().push({std::wstring()});
+    session.answers().push({AcGePoint3d(520, 20)});
+    EXPECT_NE(CCatchmentAreaManager::StartCAInfoTooltipAreas(), RTNORM);
+    EXPECT_EQ(session.answers().size(), 1u);
+    session.answers().clear();
+}
+
 TEST_F(Pick, AnAreasOwnEntityCountsWhereverItWasPicked)
 {
     useIndex();

@@ -135,11 +135,17 @@ TEST_F(Store, AnyPropertyKeepsItsType)
         EXPECT_EQ(propertyOf(area, L"ANY_TAG"), value);
     }
     EXPECT_NE(area->SetPropertyData(L"ANY_TAG", CDataBox()), 0);
-    CDataBox untouched(L"mine");
-    EXPECT_EQ(area->GetPropertyData(L"ANY_TAG", untouched), 0);
-    EXPECT_EQ(untouched, CDataBox(L"mine"));
     EXPECT_EQ(area->SetPropertyData(nullptr, CDataBox(1)), 0);
-    EXPECT_EQ(area->GetPropertyData(nullptr, untouched), 0);
+}
+
+TEST_F(Store, ABoxOfAnotherPropertyIsNullAfterAskingForAnAbsentOne)
+{
+    const AreaPtr area = create(L"{G}", kSquare);
+    for (const wchar_t *absent : {L"ANY_TAG", static_cast<const wchar_t *>(nullptr)}) {
+        CDataBox box(L"of another");
+        EXPECT_EQ(area->GetPropertyData(absent, box), 0);
+        EXPECT_FALSE(box.IsNotNull());
+    }
 }
 
 TEST_F(Store, TheGuidCannotBeChanged)
