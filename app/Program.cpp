@@ -3,6 +3,7 @@
 #include "app/RegionReport.h"
 #include "app/Script.h"
 #include "host/drawing/Drawing.h"
+#include "host/drawing/Findings.h"
 #include "host/editor/LineworkCache.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/ModuleLoader.h"
@@ -72,8 +73,9 @@ std::unique_ptr<Drawing> openDrawing(const std::string &file, ExitCode &code)
         const auto first = std::ranges::find(findings, Severity::Damage, &Finding::severity);
         const auto others = std::ranges::count(findings, Severity::Damage, &Finding::severity) - 1;
         code = kBadInput;
-        complain(code, fmt::format("{}:{}: the drawing is damaged and was read in part: {}{}", file, first->line,
-                                   first->text, others > 0 ? fmt::format(" (and {} more places)", others) : ""));
+        const std::string text = fmt::format("the drawing is damaged and was read in part: {}{}", first->text,
+                                             others > 0 ? fmt::format(" (and {} more places)", others) : "");
+        complain(code, findingLine(file, {first->severity, first->line, text}));
     }
     return std::move(loaded.drawing);
 }
@@ -87,11 +89,8 @@ int importNetwork(const Request &request)
     const NetworkImportResult imported = importInp(*drawing, request.file, {.withPolygons = request.withPolygons});
     if (!imported)
         return complain(kBadInput, imported.message);
-    constexpr std::size_t kMostLines = 20;
-    for (std::size_t i = 0; i < std::min(kMostLines, imported.findings.size()); ++i)
-        std::cerr << fmt::format("{}:{}: {}\n", request.file, imported.findings[i].line, imported.findings[i].text);
-    if (imported.findings.size() > kMostLines)
-        std::cerr << fmt::format("{}: {} more notes\n", request.file, imported.findings.size() - kMostLines);
+    for (const std::string &line : findingLines(request.file, imported.findings))
+        std::cerr << line << '\n';
     if (const SaveResult saved = drawing->save(request.output); !saved)
         return complain(kFailed, saved.message);
     std::cout << fmt::format("{}: {} sections, {} nodes, {} polygons{}\n", request.output, imported.sections,
@@ -175,8 +174,8 @@ int audit(const Request &request)
     std::cout << (report.findings.empty() ? "Findings: none\n" : "Findings:\n");
     for (const Finding &finding : report.findings) {
         constexpr const char *kNames[] = {"note", "warning", "damage"};
-        std::cout << fmt::format("  line {}: {}: {}\n", finding.line, kNames[static_cast<int>(finding.severity)],
-                                 finding.text);
+        const std::string text = fmt::format("{}: {}", kNames[static_cast<int>(finding.severity)], finding.text);
+        std::cout << "  " << findingLine({}, {finding.severity, finding.line, text}) << '\n';
     }
     std::cout << (report.damaged() ? "The drawing is damaged\n" : "The drawing is sound\n");
     return finish(report.damaged() ? kBadInput : kDone);
@@ -257,11 +256,18 @@ int openWindow(Request &request)
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
         qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         return complain(kFailed, "there is no display for a window: use one of the commands (velmor --help)");
+    OpenedFile opened;
+    if (!request.file.empty()) {
+        opened = readForWindow(request.file);
+        if (!opened.drawing)
+            return complain(kBadInput, opened.message);
+    }
     QApplication application(request.argc, request.argv);
+    QApplication::setApplicationVersion(QStringLiteral(VELMOR_VERSION));
     std::setlocale(LC_NUMERIC, "C");
     Session session;
     loadModule();
-    return runWindow(session, request.file);
+    return runWindow(session, std::move(opened));
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
+#include "host/editor/QuestionCommand.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
-#include "host/network/Network.h"
 #include "host/services/Messages.h"
 #include "host/services/Text.h"
 
@@ -17,60 +17,6 @@ std::filesystem::path pathFromText(const std::wstring &text)
 {
     return {utf8(text)};
 }
-
-/// A question of a command: a text under the name of its prompt, or one of the keywords.
-struct Question {
-    const char *message = nullptr;           ///< name of the prompt's text; without one the keyword stands for it
-    std::vector<std::wstring> keywords = {}; ///< the only answers; none: any text
-    bool optional = false;
-
-    Prompt prompt() const
-    {
-        return {.kind = keywords.empty() ? PromptKind::Text : PromptKind::Keyword,
-                .text = message ? uiText(message) : keywords.front(),
-                .keywords = keywords,
-                .optional = optional};
-    }
-};
-
-Question optionalWord(const wchar_t *keyword)
-{
-    return {.message = nullptr, .keywords = {keyword}, .optional = true};
-}
-
-/// Asks a fixed list of questions and then does its work with the answers, all of them texts.
-class QuestionCommand final : public Command {
-public:
-    using Answers = std::vector<std::wstring>;
-    using Work = std::function<Next(Session &, const Answers &)>;
-    QuestionCommand(std::vector<Question> questions, Work work)
-        : m_questions(std::move(questions)), m_work(std::move(work))
-    {
-    }
-
-    Next start(Session &session) override { return m_questions.empty() ? m_work(session, {}) : Next::Ask; }
-    Prompt prompt() const override { return m_questions[m_answers.size()].prompt(); }
-    Next take(Session &session, const Answer &answer) override
-    {
-        const Question &asked = m_questions[m_answers.size()];
-        std::wstring text = answer.text() ? *answer.text() : std::wstring();
-        if (!asked.keywords.empty() && !text.empty()) {
-            const std::wstring *keyword = matchKeyword(asked.keywords, text);
-            if (!keyword)
-                return Next::Refused;
-            text = *keyword;
-        }
-        if (text.empty() && !(answer.isEnter() && (asked.optional || !asked.keywords.empty())))
-            return Next::Refused;
-        m_answers.push_back(std::move(text));
-        return m_answers.size() == m_questions.size() ? m_work(session, m_answers) : Next::Ask;
-    }
-
-private:
-    std::vector<Question> m_questions;
-    Work m_work;
-    Answers m_answers;
-};
 
 /// Puts the question about unsaved changes behind the command's own ones.
 CommandFactory replacingDrawing(std::vector<Question> questions, QuestionCommand::Work work)
@@ -109,7 +55,9 @@ Command::Next openDrawing(Session &session, const std::wstring &file)
     std::wstring note = uiMessage("ui.drawing.opened", {file});
     if (loaded.report.damaged()) {
         const auto worst = std::ranges::find(loaded.report.findings, Severity::Damage, &Finding::severity);
-        note = uiMessage("ui.drawing.damaged", {file, std::to_wstring(worst->line), wide(worst->text)});
+        const std::wstring place =
+            worst->line ? uiMessage("ui.line", {std::to_wstring(worst->line)}) + L": " : std::wstring();
+        note = uiMessage("ui.drawing.damaged", {file, place + wide(worst->text)});
     }
     session.setDrawing(std::move(loaded.drawing), path);
     session.status(note);
@@ -134,23 +82,6 @@ Command::Next saveDrawing(Session &session, const std::wstring &file, bool overw
     }
     session.setPath(path);
     session.status(uiMessage("ui.save.done", {wide(path.string())}));
-    return Command::Next::Commit;
-}
-
-Command::Next importNetwork(Session &session, const std::wstring &file, bool withPolygons)
-{
-    if (!session.drawing())
-        session.setDrawing(Drawing::createNew());
-    const auto result = importInp(*session.drawing(), pathFromText(file), {.withPolygons = withPolygons});
-    if (!result) {
-        session.alert(wide(result.message));
-        return Command::Next::BadInput;
-    }
-    std::wstring note = uiMessage("ui.import.done", {std::to_wstring(result.sections), std::to_wstring(result.nodes),
-                                                     std::to_wstring(result.polygons)});
-    if (result.convertedFromFeet)
-        note += L" " + uiText("ui.import.feet");
-    session.status(note);
     return Command::Next::Commit;
 }
 
@@ -208,10 +139,6 @@ void addFileCommands(CommandStack &stack)
         }));
     add(L"SAVE", {{.message = "ui.prompt.save", .optional = true}, optionalWord(L"OVERWRITE-DAMAGED")},
         [](Session &session, const Answers &answers) { return saveDrawing(session, answers[0], !answers[1].empty()); });
-    add(L"IMPORT", {{.message = "ui.prompt.import"}, optionalWord(L"WITH-POLYGONS")},
-        [](Session &session, const Answers &answers) {
-            return importNetwork(session, answers[0], !answers[1].empty());
-        });
     add(L"LAYER", {{.message = "ui.prompt.layer"}},
         [](Session &session, const Answers &answers) { return makeLayerCurrent(session, answers[0]); });
     add(L"SETVAR", {{.message = "ui.prompt.variable"}, {.message = "ui.prompt.value"}},
@@ -221,6 +148,7 @@ void addFileCommands(CommandStack &stack)
 void addHostCommands(CommandStack &stack)
 {
     addFileCommands(stack);
+    addNetworkCommands(stack);
     addLayerCommands(stack);
     addBoundaryCommands(stack);
 }

@@ -4,6 +4,9 @@
 //   OPEN FILE                        reads a drawing
 //   SAVE [FILE [OVERWRITE-DAMAGED]]  writes the drawing, to its own file when none is named
 //   IMPORT FILE [WITH-POLYGONS]      reads a network file into the drawing
+//   SECTIONS LAYER[,LAYER...] [NAMES LAYER[,LAYER...]]
+//                                    makes sections of the lines, arcs and open polylines of layers, and nodes at
+//                                    their ends, which texts name: those of the layers behind NAMES, else all
 //   LAYER NAME                       makes a layer current, and the layer itself when there is none
 //   SETVAR NAME VALUE                sets a host variable
 //   BOUNDARY-LAYERS NAME[,NAME] ...  the layers whose entities bound areas, kept in the drawing for those that define
@@ -20,6 +23,7 @@ class CommandStack;
 
 void addHostCommands(CommandStack &stack);
 void addFileCommands(CommandStack &stack);
+void addNetworkCommands(CommandStack &stack);
 void addLayerCommands(CommandStack &stack);
 void addBoundaryCommands(CommandStack &stack);
 

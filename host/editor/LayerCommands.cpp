@@ -1,7 +1,7 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
+#include "host/editor/LayerNames.h"
 #include "host/editor/Session.h"
-#include "host/editor/UiMessage.h"
 #include "host/services/Messages.h"
 
 namespace velmor {
@@ -38,30 +38,15 @@ public:
         }
         if (!answer.text())
             return Next::Refused;
-        if (add(*session.drawing(), *answer.text())) // a name may hold a comma
-            return Next::Ask;
-        std::wstring_view names = *answer.text();
-        while (!names.empty()) {
-            const std::size_t comma = std::min(names.find(L','), names.size());
-            const std::wstring_view name = names.substr(0, comma);
-            if (!add(*session.drawing(), name)) {
-                session.alert(uiMessage("ui.layer.unknown", {name}));
-                return Next::BadInput;
-            }
-            names.remove_prefix(std::min(comma + 1, names.size()));
-        }
+        std::vector<std::wstring> names;
+        if (!readLayerNames(session, *answer.text(), names))
+            return Next::BadInput;
+        for (const std::wstring &name : names)
+            m_layers.push_back({1, name});
         return Next::Ask;
     }
 
 private:
-    bool add(const Drawing &drawing, std::wstring_view name)
-    {
-        const auto index = drawing.findLayer(name);
-        if (index)
-            m_layers.push_back({1, drawing.layer(*index).name});
-        return index.has_value();
-    }
-
     DataItems m_layers;
 };
 

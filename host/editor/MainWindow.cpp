@@ -1,10 +1,13 @@
 #include "host/editor/MainWindow.h"
 
+#include "host/drawing/Findings.h"
 #include "host/editor/CommandLine.h"
 #include "host/editor/CommandStack.h"
+#include "host/editor/UiMessage.h"
 #include "host/editor/Viewport.h"
 #include "host/network/Network.h"
 #include "host/services/Messages.h"
+#include "host/services/Text.h"
 
 #include <QAction>
 #include <QApplication>
@@ -123,35 +126,56 @@ void MainWindow::buildMenus()
                            }}});
 }
 
-bool MainWindow::openFile(const std::filesystem::path &file)
+OpenedFile readForWindow(const std::filesystem::path &file)
 {
-    LoadResult loaded;
+    OpenedFile opened;
+    const auto note = [&](const std::vector<std::string> &lines) {
+        for (const std::string &line : lines)
+            opened.notes.push_back(wide(line));
+    };
+    const std::string name = file.filename().string();
     if (file.extension() == ".inp" || file.extension() == ".INP") {
         auto drawing = Drawing::createNew();
         const NetworkImportResult imported = importInp(*drawing, file, {.withPolygons = true});
         if (!imported) {
-            showFailure(imported.message);
-            return false;
+            opened.message = imported.message;
+            return opened;
         }
-        m_commandLine->say(ui("ui.import.done").arg(imported.sections).arg(imported.nodes).arg(imported.polygons));
+        note(findingLines(name, imported.findings));
+        opened.notes.push_back(
+            uiMessage("ui.import.done", {std::to_wstring(imported.sections), std::to_wstring(imported.nodes),
+                                         std::to_wstring(imported.polygons)}));
         if (imported.convertedFromFeet)
-            m_commandLine->say(ui("ui.import.feet"));
-        m_session.setDrawing(std::move(drawing));
-    } else {
-        loaded = Drawing::load(file);
-        if (!loaded.drawing) {
-            showFailure(loaded.message);
-            return false;
-        }
-        const bool damaged = loaded.report.damaged();
-        for (const Finding &finding : loaded.report.findings)
-            if (finding.severity == Severity::Damage)
-                m_commandLine->say(QString::fromStdString(file.filename().string()) +
-                                   QStringLiteral(":%1: ").arg(finding.line) + QString::fromStdString(finding.text));
-        m_session.setDrawing(std::move(loaded.drawing), file);
-        if (damaged)
-            showAlert(uiText("ui.open.damaged"));
+            opened.notes.push_back(uiText("ui.import.feet"));
+        opened.drawing = std::move(drawing);
+        return opened;
     }
+    LoadResult loaded = Drawing::load(file);
+    opened.message = loaded.message;
+    opened.path = file;
+    opened.damaged = loaded.report.damaged();
+    std::erase_if(loaded.report.findings, [](const Finding &f) { return f.severity != Severity::Damage; });
+    note(findingLines(name, loaded.report.findings));
+    opened.drawing = std::move(loaded.drawing);
+    return opened;
+}
+
+bool MainWindow::openFile(const std::filesystem::path &file)
+{
+    return showFile(readForWindow(file));
+}
+
+bool MainWindow::showFile(OpenedFile opened)
+{
+    if (!opened.drawing) {
+        showFailure(opened.message);
+        return false;
+    }
+    for (const std::wstring &note : opened.notes)
+        m_commandLine->say(QString::fromStdWString(note));
+    m_session.setDrawing(std::move(opened.drawing), opened.path);
+    if (opened.damaged)
+        showAlert(uiText("ui.open.damaged"));
     m_viewport->setDrawing(m_session.drawing());
     refreshTitle();
     return true;
@@ -179,6 +203,7 @@ void MainWindow::showAlert(const std::wstring &text)
 
 void MainWindow::showStatus(const std::wstring &text)
 {
+    m_commandLine->say(QString::fromStdWString(text)); // where all of several lines stay
     statusBar()->showMessage(QString::fromStdWString(text));
 }
 
@@ -345,14 +370,14 @@ void MainWindow::showFailure(const std::string &message)
     QMessageBox::critical(this, QStringLiteral("Velmor"), text);
 }
 
-int runWindow(Session &session, const std::filesystem::path &file)
+int runWindow(Session &session, OpenedFile opened)
 {
     if (session.drawing() == nullptr)
         session.setDrawing(Drawing::createNew());
     MainWindow window(session);
     window.show();
-    if (!file.empty())
-        window.openFile(file);
+    if (opened.drawing)
+        window.showFile(std::move(opened));
     return QApplication::exec();
 }
 

@@ -18,6 +18,17 @@ namespace velmor {
 class CommandLine;
 class Viewport;
 
+/// What a file gave for a window.
+struct OpenedFile {
+    std::unique_ptr<Drawing> drawing; ///< null: the file can't be opened, and the message says why
+    std::filesystem::path path;       ///< the drawing's own file; empty for an imported network
+    std::vector<std::wstring> notes;  ///< what was found on the way, line by line
+    bool damaged = false;
+    std::string message;
+};
+/// Reads a drawing, or imports a network file (its name ends in .inp) into a new one.
+OpenedFile readForWindow(const std::filesystem::path &file);
+
 /// One session's window. It answers the session's prompts by clicks in the drawing and by typed text.
 class MainWindow final : public QMainWindow, public SessionView, public PromptSource {
     Q_OBJECT
@@ -27,6 +38,8 @@ public:
 
     /// Opens a drawing, or imports a network file into a new one. False when it failed; the message was shown.
     bool openFile(const std::filesystem::path &file);
+    /// The same for what was read of a file.
+    bool showFile(OpenedFile opened);
 
     // SessionView
     void redraw() override;
@@ -65,7 +78,8 @@ private:
     std::optional<Answer> m_answer;
 };
 
-/// Runs the window on a file (may be empty) until it is closed; the program's exit code.
-int runWindow(Session &session, const std::filesystem::path &file);
+/// Runs the window on an opened file (or without a drawing: on an empty one) until it is closed; the program's exit
+/// code.
+int runWindow(Session &session, OpenedFile opened);
 
 } // namespace velmor

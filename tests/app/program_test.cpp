@@ -117,7 +117,26 @@ TEST_F(ProgramTest, WithoutADisplayTheWindowSaysSo)
     EXPECT_THAT(outcome.err, HasSubstr("no display"));
 }
 
+TEST_F(ProgramTest, AFileThatCannotBeOpenedStartsNoWindow)
+{
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    writeFile(folder / "text.dxf", "This is a letter.\n");
+    writeFile(folder / "empty.inp", "");
+    for (const char *name : {"nofile.dxf", "nofile.inp", "text.dxf", "empty.inp"})
+        expectBadInput(run({name}), name);
+}
+
 // --- Import
+
+TEST_F(ProgramTest, ANoteAboutTheWholeNetworkFileNamesNoLine)
+{
+    const std::string network = kNetwork;
+    writeFile(folder / "net.inp", network.substr(network.find("[JUNCTIONS]")));
+    const Outcome outcome = run({"import", "net.inp", "-o", "net.dxf"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_THAT(outcome.err, HasSubstr("net.inp: no flow units"));
+    EXPECT_THAT(outcome.err, testing::Not(HasSubstr(":0:")));
+}
 
 TEST_F(ProgramTest, ImportMakesADrawingThatHoldsTheNetwork)
 {

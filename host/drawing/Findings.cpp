@@ -1,0 +1,27 @@
+#include "host/drawing/Findings.h"
+
+#include <algorithm>
+
+namespace velmor {
+
+std::string findingLine(const std::string &file, const Finding &finding)
+{
+    std::string line = file;
+    if (finding.line != 0)
+        line += (file.empty() ? "line " : ":") + std::to_string(finding.line);
+    return line.empty() ? finding.text : line + ": " + finding.text;
+}
+
+std::vector<std::string> findingLines(const std::string &file, const std::vector<Finding> &findings)
+{
+    constexpr std::size_t kMostLines = 20;
+    const std::size_t shown = std::min(kMostLines, findings.size());
+    std::vector<std::string> lines;
+    for (std::size_t i = 0; i < shown; ++i)
+        lines.push_back(findingLine(file, findings[i]));
+    if (const std::size_t others = findings.size() - shown; others > 0)
+        lines.push_back(findingLine(file, {Severity::Note, 0, std::to_string(others) + " more notes"}));
+    return lines;
+}
+
+} // namespace velmor

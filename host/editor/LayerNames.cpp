@@ -1,0 +1,32 @@
+#include "host/editor/LayerNames.h"
+
+#include "host/editor/Session.h"
+#include "host/editor/UiMessage.h"
+
+namespace velmor {
+
+bool readLayerNames(Session &session, const std::wstring &text, std::vector<std::wstring> &names)
+{
+    const Drawing &drawing = *session.drawing();
+    const auto add = [&](std::wstring_view name) {
+        const auto index = drawing.findLayer(name);
+        if (index)
+            names.push_back(drawing.layer(*index).name);
+        return index.has_value();
+    };
+    if (add(text))
+        return true;
+    std::wstring_view rest = text;
+    while (!rest.empty()) {
+        const std::size_t comma = std::min(rest.find(L','), rest.size());
+        const std::wstring_view name = rest.substr(0, comma);
+        if (!add(name)) {
+            session.alert(uiMessage("ui.layer.unknown", {name}));
+            return false;
+        }
+        rest.remove_prefix(std::min(comma + 1, rest.size()));
+    }
+    return true;
+}
+
+} // namespace velmor
