@@ -73,8 +73,10 @@ public:
         if (answer.isEnter() || !answer.text())
             return Next::Refused;
         if (m_step == Step::Keyword) {
-            if (!matchKeyword({kNames}, *answer.text()))
-                return Next::Refused;
+            if (!matchKeyword({kNames}, *answer.text())) {
+                session.alert(uiMessage("ui.keyword.unknown", {*answer.text(), kNames}));
+                return Next::BadInput; // asked again it would take the end of the line for a yes
+            }
             m_step = Step::Names;
             return Next::Ask;
         }
