@@ -31,7 +31,13 @@ public:
     AcRxClass(const wchar_t *name, const AcRxClass *parent) : m_name(name), m_parent(parent) {}
     const wchar_t *name() const { return m_name; }
     const AcRxClass *parent() const { return m_parent; }
-    bool isDerivedFrom(const AcRxClass *ancestor) const;
+    bool isDerivedFrom(const AcRxClass *ancestor) const
+    {
+        const AcRxClass *c = this;
+        while (c && c != ancestor)
+            c = c->m_parent;
+        return c != nullptr;
+    }
 
 private:
     const wchar_t *m_name;
@@ -91,17 +97,21 @@ public:
     AcDbObject(const AcDbObject &) = delete;
     AcDbObject &operator=(const AcDbObject &) = delete;
     virtual ~AcDbObject();
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     virtual AcRxClass *isA() const;
-    bool isKindOf(const AcRxClass *ancestor) const;
+    bool isKindOf(const AcRxClass *ancestor) const { return isA()->isDerivedFrom(ancestor); }
     AcDbObjectId objectId() const;
     /// Ends one open; an object made but never appended is left to its owner.
-    Acad::ErrorStatus close();
+    Acad::ErrorStatus close()
+    {
+        m_host.readers = static_cast<std::int16_t>(m_host.readers > 0 ? m_host.readers - 1 : 0);
+        return Acad::eOk;
+    }
     /// From read to write; refused while others have it open.
     Acad::ErrorStatus upgradeOpen();
     /// Takes the object out of the drawing (true) or brings it back (false); it must be open for writing.
     Acad::ErrorStatus erase(bool erasing = true);
-    bool isErased() const;
+    bool isErased() const { return (m_host.flags & kErasedFlag) != 0; }
     bool isWriteEnabled() const;
 
 protected:
@@ -110,6 +120,8 @@ protected:
 private:
     friend class velmor::ObjectAccess;
     friend class AcDbObjectId;
+    friend class AcDbBlockTableRecordIterator;
+    static constexpr std::uint16_t kErasedFlag = 1;
     /// The host's bookkeeping. What a walk needs (open state, flags) stands right behind the table pointer, so that
     /// opening, testing and closing an object touch one cache line.
     struct HostState {
@@ -130,7 +142,7 @@ inline constexpr AcDbFullSubentPath kNullSubent{};
 
 class ZEMX_CONTRACT AcDbEntity : public AcDbObject {
 public:
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     /// Layer name, exact.
     std::wstring layer() const;
@@ -151,7 +163,7 @@ protected:
 
 class ZEMX_CONTRACT AcDbCurve : public AcDbEntity {
 public:
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     /// Enclosed area in square drawing units, arcs counted as arcs, open curves as if closed by a chord.
     virtual Acad::ErrorStatus getArea(double &area) const;
@@ -165,7 +177,7 @@ class ZEMX_CONTRACT AcDbLine : public AcDbCurve {
 public:
     AcDbLine() = default;
     AcDbLine(const AcGePoint3d &start, const AcGePoint3d &end);
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     Acad::ErrorStatus setStartPoint(const AcGePoint3d &point);
     Acad::ErrorStatus setEndPoint(const AcGePoint3d &point);
@@ -183,7 +195,7 @@ class ZEMX_CONTRACT AcDbArc : public AcDbCurve {
 public:
     AcDbArc() = default;
     AcDbArc(const AcGePoint3d &center, double radius, double startAngle, double endAngle);
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     const AcGePoint3d &center() const { return m_center; }
     double radius() const { return m_radius; }
@@ -208,7 +220,7 @@ public:
     };
     AcDbPolyline() = default;
     AcDbPolyline(std::vector<Vertex> vertices, bool closed, double elevation = 0.0);
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     bool isOnlyLines() const;
     unsigned numVerts() const { return static_cast<unsigned>(m_vertices.size()); }
@@ -232,7 +244,7 @@ public:
     using Vertex = AcDbPolyline::Vertex;
     AcDb2dPolyline() = default;
     AcDb2dPolyline(std::vector<Vertex> vertices, bool closed, double elevation = 0.0);
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     bool isClosed() const override { return m_closed; }
     double elevation() const { return m_elevation; }
@@ -250,7 +262,7 @@ class ZEMX_CONTRACT AcDb3dPolyline : public AcDbCurve {
 public:
     AcDb3dPolyline() = default;
     AcDb3dPolyline(std::vector<AcGePoint3d> vertices, bool closed);
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     bool isClosed() const override { return m_closed; }
     const std::vector<AcGePoint3d> &vertices() const { return m_vertices; }
@@ -275,7 +287,7 @@ public:
     };
     AcDbBlockReference() = default;
     AcDbBlockReference(AcDbObjectId definition, const Placement &placement);
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     AcDbObjectId blockTableRecord() const { return m_definition; }
     const Placement &placement() const { return m_placement; }
@@ -298,7 +310,7 @@ public:
         std::vector<AcDbPolyline::Vertex> vertices; ///< closed ring, first vertex not repeated
     };
     AcDbHatch() = default;
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     Acad::ErrorStatus setNormal(const AcGeVector3d &normal);
     Acad::ErrorStatus setElevation(double elevation);
@@ -368,7 +380,7 @@ ZEMX_CONTRACT AcDbHostApplicationServices *acdbHostApplicationServices();
 
 class ZEMX_CONTRACT AcDbBlockTable : public AcDbObject {
 public:
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     /// A new iterator over model space, paper spaces and definitions; the caller deletes it.
     virtual Acad::ErrorStatus newIterator(AcDbBlockTableIterator *&iterator, bool atBeginning = true,
@@ -386,7 +398,7 @@ public:
 
 class ZEMX_CONTRACT AcDbBlockTableRecord : public AcDbObject {
 public:
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     virtual std::wstring name() const = 0;
     /// A new iterator over the record's entities in their order; the caller deletes it.
@@ -401,15 +413,47 @@ public:
     AcDbBlockTableRecordIterator(const AcArray<AcDbEntity *> &entities, bool skipErased);
     void start(bool atBeginning = true, bool skipErased = true);
     bool done() const { return m_next == m_size; }
-    void step(bool forward = true, bool skipErased = true);
-    Acad::ErrorStatus getEntity(AcDbEntity *&entity, AcDb::OpenMode mode) const;
+    void step(bool forward = true, bool skipErased = true)
+    {
+        if (!forward || !skipErased)
+            return stepAnyWay(forward, skipErased);
+        // The way of every walk: to the next that is not erased.
+        if (m_next != m_size)
+            while (++m_next != m_size && isErasedAt(m_next)) {
+            }
+    }
+    Acad::ErrorStatus getEntity(AcDbEntity *&entity, AcDb::OpenMode mode) const
+    {
+        if (mode == AcDb::kForRead && m_next != m_size && openForRead(m_next)) {
+            entity = m_entities[m_next];
+            return Acad::eOk;
+        }
+        return getEntityAnyWay(entity, mode);
+    }
     Acad::ErrorStatus getEntityId(AcDbObjectId &id) const;
 
 private:
+    void stepAnyWay(bool forward, bool skipErased);
+    Acad::ErrorStatus getEntityAnyWay(AcDbEntity *&entity, AcDb::OpenMode mode) const;
+    bool isErasedAt(std::size_t index) const;
+    bool openForRead(std::size_t index) const;
     const AcArray<AcDbEntity *> &m_entities;
     std::size_t m_next = 0;
     std::size_t m_size;
 };
+
+inline bool AcDbBlockTableRecordIterator::isErasedAt(std::size_t index) const
+{
+    return m_entities[index]->isErased();
+}
+inline bool AcDbBlockTableRecordIterator::openForRead(std::size_t index) const
+{
+    AcDbObject &object = *m_entities[index];
+    if (object.isErased() || object.m_host.readers < 0)
+        return false;
+    ++object.m_host.readers;
+    return true;
+}
 
 /// Opens an entity (eNotAnEntity for another object). Read opens may be many, a write open stands alone.
 ZEMX_CONTRACT Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity *&entity, AcDbObjectId id, AcDb::OpenMode mode);
@@ -458,8 +502,8 @@ ZEMX_CONTRACT void acrxBuildClassHierarchy();
 //   int acrxGetApiVersion();                        kAcRxApiVersion of the headers that it was built with
 enum AcRxAppMessage { kInitAppMsg = 1, kUnloadAppMsg = 2 };
 inline constexpr int kAcRxApiVersion = 18;
-extern "C" using AcRxEntryPoint = int (*)(int message, void *packet);
-extern "C" using AcRxApiVersionPoint = int (*)();
+extern "C" using AcRxEntryPoint = int(*)(int message, void *packet);
+extern "C" using AcRxApiVersionPoint = int(*)();
 
 /// Sets up the host's dialog library for a module; called once when it is attached.
 ZEMX_CONTRACT void InitAcUiDLL();
@@ -660,7 +704,8 @@ public:
 };
 
 /// Per-drawing settings: named dictionaries of keyed values, kept in the drawing file.
-/// Constructed with mode 0 (or 1 for writing); with mode 0, a write needs upgradeOpen() first and is refused without it.
+/// Constructed with mode 0 (or 1 for writing); with mode 0, a write needs upgradeOpen() first and is refused without
+/// it.
 class ZEMX_CONTRACT CZEMCDictionaryPtr {
 public:
     explicit CZEMCDictionaryPtr(AcDb::OpenMode mode);

@@ -6,14 +6,6 @@
 using velmor::EntityKind;
 using velmor::HostClass;
 
-bool AcRxClass::isDerivedFrom(const AcRxClass *ancestor) const
-{
-    for (const AcRxClass *c = this; c; c = c->m_parent)
-        if (c == ancestor)
-            return true;
-    return false;
-}
-
 namespace {
 HostClass s_object{L"AcDbObject", nullptr};
 HostClass s_entity{L"AcDbEntity", &s_object};
@@ -39,7 +31,7 @@ HostClass s_unknown{L"AcDbUnknownEntity", &s_entity};
 } // namespace
 
 #define VELMOR_CLASS(type, descriptor)                                                                                 \
-    AcRxClass *type::desc()                                                                                            \
+    AcRxClass *type::desc() noexcept                                                                                   \
     {                                                                                                                  \
         return &descriptor;                                                                                            \
     }                                                                                                                  \

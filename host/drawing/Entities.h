@@ -34,7 +34,7 @@ enum class EntityKind : std::uint8_t {
 class CircleEntity final : public AcDbCurve {
 public:
     CircleEntity(const AcGePoint3d &center, double radius) : m_center(center), m_radius(radius) {}
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     bool isClosed() const override { return true; }
     Acad::ErrorStatus getArea(double &area) const override;
@@ -56,7 +56,7 @@ public:
         double startParameter = 0.0, endParameter = 6.283185307179586;
     };
     explicit EllipseEntity(const Shape &shape) : m_shape(shape) {}
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     bool isClosed() const override;
     Acad::ErrorStatus getArea(double &area) const override;
@@ -78,7 +78,7 @@ public:
         std::vector<AcGePoint3d> fitPoints; ///< used when there are no control points
     };
     explicit SplineEntity(Shape shape) : m_shape(std::move(shape)) {}
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     bool isClosed() const override;
     Acad::ErrorStatus getArea(double &area) const override;
@@ -93,7 +93,7 @@ private:
 class PointEntity final : public AcDbEntity {
 public:
     explicit PointEntity(const AcGePoint3d &position) : m_position(position) {}
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     const AcGePoint3d &position() const { return m_position; }
 
@@ -115,7 +115,7 @@ struct TextShape {
 class TextEntity : public AcDbEntity {
 public:
     explicit TextEntity(TextShape shape) : m_shape(std::move(shape)) {}
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     const TextShape &shape() const { return m_shape; }
 
@@ -127,7 +127,7 @@ protected:
 class MTextEntity final : public TextEntity {
 public:
     using TextEntity::TextEntity;
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
 };
 
@@ -138,7 +138,7 @@ public:
         : TextEntity(std::move(shape)), m_tag(std::move(tag)), m_invisible(invisible)
     {
     }
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     const std::wstring &tag() const { return m_tag; }
     bool isInvisible() const { return m_invisible; }
@@ -157,7 +157,7 @@ public:
           m_constant(constant)
     {
     }
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     const std::wstring &tag() const { return m_tag; }
     const std::wstring &prompt() const { return m_prompt; }
@@ -174,7 +174,7 @@ private:
 class UnknownEntity final : public AcDbEntity {
 public:
     explicit UnknownEntity(std::string typeName) : m_typeName(std::move(typeName)) {}
-    static AcRxClass *desc();
+    [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     const std::string &typeName() const { return m_typeName; }
 

@@ -39,6 +39,7 @@ struct HostClass final : AcRxClass {
 class ObjectAccess {
 public:
     using HostState = AcDbObject::HostState;
+    static_assert(AcDbObject::kErasedFlag == kErased);
     static HostState &host(AcDbObject &object) { return object.m_host; }
     static const HostState &host(const AcDbObject &object) { return object.m_host; }
     static AcDbObjectId id(AcDbObject *object) { return AcDbObjectId(object); }

@@ -39,32 +39,15 @@ constexpr std::int64_t kEntityNameMark = 0x454E414D45;
 AcDbObject::AcDbObject() = default;
 AcDbObject::~AcDbObject() = default;
 
-bool AcDbObject::isKindOf(const AcRxClass *ancestor) const
-{
-    return isA()->isDerivedFrom(ancestor);
-}
 AcDbObjectId AcDbObject::objectId() const
 {
     // Only what is in a drawing has an id.
     return m_host.owner || isA() == AcDbBlockTable::desc() ? AcDbObjectId(const_cast<AcDbObject *>(this))
                                                            : AcDbObjectId();
 }
-bool AcDbObject::isErased() const
-{
-    return (m_host.flags & velmor::kErased) != 0;
-}
 bool AcDbObject::isWriteEnabled() const
 {
     return m_host.readers < 0 || !m_host.owner;
-}
-
-Acad::ErrorStatus AcDbObject::close()
-{
-    if (m_host.readers > 0)
-        --m_host.readers;
-    else
-        m_host.readers = 0;
-    return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbObject::upgradeOpen()
@@ -171,23 +154,23 @@ void AcDbBlockTableRecordIterator::start(bool atBeginning, bool skipErased)
 {
     if (atBeginning || m_size == 0) {
         m_next = 0;
-        while (skipErased && m_next != m_size && m_entities[m_next]->isErased())
+        while (skipErased && m_next != m_size && isErasedAt(m_next))
             ++m_next;
         return;
     }
     m_next = m_size - 1;
-    if (skipErased && m_entities[m_next]->isErased())
-        step(false, skipErased);
+    if (skipErased && isErasedAt(m_next))
+        stepAnyWay(false, skipErased);
 }
 
-void AcDbBlockTableRecordIterator::step(bool forward, bool skipErased)
+void AcDbBlockTableRecordIterator::stepAnyWay(bool forward, bool skipErased)
 {
     if (m_next == m_size)
         return;
     if (forward) {
         do
             ++m_next;
-        while (skipErased && m_next != m_size && m_entities[m_next]->isErased());
+        while (skipErased && m_next != m_size && isErasedAt(m_next));
         return;
     }
     // Backwards the walk ends like forwards: in done(), which is the place behind the last.
@@ -197,10 +180,10 @@ void AcDbBlockTableRecordIterator::step(bool forward, bool skipErased)
             return;
         }
         --m_next;
-    } while (skipErased && m_entities[m_next]->isErased());
+    } while (skipErased && isErasedAt(m_next));
 }
 
-Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntity(AcDbEntity *&entity, AcDb::OpenMode mode) const
+Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntityAnyWay(AcDbEntity *&entity, AcDb::OpenMode mode) const
 {
     entity = nullptr;
     if (m_next == m_size)
