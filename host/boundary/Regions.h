@@ -76,8 +76,8 @@ struct RegionOptions {
 class Linework {
 public:
     /// Points nearer than this become one node, and ends nearer than this to a piece touch it: a fraction of the size
-    /// of the coordinates (the middle piece's, rounded up to a power of two), 8 micrometres at 4.8e6 metres.
-    static constexpr double kNodeTolerance = 0x1p-40;
+    /// of the coordinates (the middle piece's, rounded up to a power of two), 1 micrometre at 4.8e6 metres.
+    static constexpr double kNodeTolerance = 0x1p-43;
 
     Linework();
     explicit Linework(std::vector<Piece> pieces);

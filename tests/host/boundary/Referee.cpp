@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numbers>
 #include <sstream>
 
@@ -66,9 +67,11 @@ std::unique_ptr<gg::Polygon> toPolygon(const gg::GeometryFactory &factory, const
 struct Referee::Private {
     gg::GeometryFactory::Ptr factory = gg::GeometryFactory::create();
     int chordsPerQuarter = 0;
+    double largestRise = 0.0;
     std::vector<std::unique_ptr<gg::Polygon>> polygons;
     mutable std::vector<std::unique_ptr<IndexedPointInAreaLocator>> locators;
     mutable geos::index::strtree::TemplateSTRtree<std::size_t> tree;
+    mutable std::map<const gg::Polygon *, std::pair<Region, double>> compared;
 
     const gg::Polygon *around(Point point) const
     {
@@ -92,6 +95,12 @@ Referee::Referee(const std::vector<Piece> &pieces, int chordsPerQuarter, double 
     for (const Piece &piece : pieces) {
         if (piece.a == piece.b)
             continue;
+        if (piece.bulge != 0.0) {
+            const double step = std::numbers::pi / 2 / chordsPerQuarter;
+            const double radius = std::hypot(piece.b.x - piece.a.x, piece.b.y - piece.a.y) *
+                                  (1 + piece.bulge * piece.bulge) / (4 * std::abs(piece.bulge));
+            d->largestRise = std::max(d->largestRise, radius * step * step / 8);
+        }
         std::vector<gg::Coordinate> points;
         addChords(points, piece.a, piece.b, piece.bulge, chordsPerQuarter, grid);
         points.emplace_back(piece.b.x, piece.b.y);
@@ -135,6 +144,11 @@ double Referee::allowance(const Region &region) const
     return sum;
 }
 
+double Referee::largestRise() const
+{
+    return d->largestRise;
+}
+
 bool Referee::hasFace(Point point) const
 {
     return d->around(point) != nullptr;
@@ -160,10 +174,19 @@ Referee::Opinion Referee::opinion(Point point, const Region &region) const
         return opinion;
     opinion.found = true;
     opinion.area = face->getArea();
+    opinion.perimeter = face->getLength();
     opinion.holes = face->getNumInteriorRing();
     const std::unique_ptr<gg::Point> at(d->factory->createPoint(gg::Coordinate(point.x, point.y)));
     opinion.clearance = face->getBoundary()->distance(at.get());
     if (region) {
+        // Many points share a region.
+        auto &[known, difference] = d->compared[face];
+        if (known.outer == region.outer && known.islands == region.islands) {
+            opinion.difference = difference;
+            return opinion;
+        }
+        known = region;
+        difference = 0.0;
         std::unique_ptr<gg::Geometry> own = toPolygon(*d->factory, region, d->chordsPerQuarter);
         // Chords of an island that touches the outline in a point may cross those of the outline.
         if (!own->isValid())
@@ -171,7 +194,8 @@ Referee::Opinion Referee::opinion(Point point, const Region &region) const
         // Equal shapes need no overlay.
         if (own->equals(face))
             return opinion;
-        opinion.difference = geos::operation::overlayng::OverlayNGRobust::SymDifference(own.get(), face)->getArea();
+        difference = geos::operation::overlayng::OverlayNGRobust::SymDifference(own.get(), face)->getArea();
+        opinion.difference = difference;
     }
     return opinion;
 }
@@ -188,6 +212,53 @@ std::string Referee::text(const Region &region)
     return region ? toPolygon(*factory, region, 16)->toText() : "none";
 }
 
+std::vector<Piece> welded(std::vector<Piece> pieces, double tolerance)
+{
+    std::vector<Point> ends;
+    const auto weld = [&](Point &p) {
+        for (const Point &known : ends) {
+            if (std::hypot(known.x - p.x, known.y - p.y) <= tolerance) {
+                p = known;
+                return;
+            }
+        }
+        ends.push_back(p);
+    };
+    for (Piece &piece : pieces) {
+        weld(piece.a);
+        weld(piece.b);
+    }
+    std::vector<Piece> out;
+    for (const Piece &piece : pieces) {
+        // Places along the piece as parts of its sweep or length.
+        const double dx = piece.b.x - piece.a.x, dy = piece.b.y - piece.a.y, chord = std::hypot(dx, dy);
+        const double sweep = 4.0 * std::atan(piece.bulge);
+        std::vector<std::pair<double, Point>> cuts{{0.0, piece.a}, {1.0, piece.b}};
+        for (const Point &p : ends) {
+            const double u = ((p.x - piece.a.x) * dx + (p.y - piece.a.y) * dy) / chord - chord / 2;
+            const double v = ((p.y - piece.a.y) * dx - (p.x - piece.a.x) * dy) / chord;
+            double part = u / chord + 0.5, away = std::abs(v);
+            if (piece.bulge != 0.0) {
+                const double radius = chord / 2 / std::sin(sweep / 2), centre = radius * std::cos(sweep / 2);
+                away = std::abs(std::hypot(u, v - centre) - std::abs(radius));
+                const double side = piece.bulge > 0 ? 1.0 : -1.0;
+                part = std::atan2(u * side, (centre - v) * side) * side / sweep + 0.5;
+            }
+            const double margin = tolerance / chord;
+            if (away <= tolerance && part > margin && part < 1.0 - margin)
+                cuts.emplace_back(part, p);
+        }
+        std::sort(cuts.begin(), cuts.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+        for (std::size_t i = 0; i + 1 < cuts.size(); ++i) {
+            const double bulge =
+                cuts.size() == 2 ? piece.bulge : std::tan(sweep * (cuts[i + 1].first - cuts[i].first) / 4);
+            if (!(cuts[i].second == cuts[i + 1].second))
+                out.push_back({cuts[i].second, cuts[i + 1].second, bulge, piece.source});
+        }
+    }
+    return out;
+}
+
 Verdict compare(Linework &lines, const Referee &referee, const std::vector<Point> &points, double part)
 {
     Verdict verdict;
@@ -199,11 +270,16 @@ Verdict compare(Linework &lines, const Referee &referee, const std::vector<Point
             continue;
         }
         const Referee::Opinion opinion = referee.opinion(point, region);
+        if (opinion.found && opinion.clearance <= 4.0 * lines.nodeTolerance() + 2.0 * referee.largestRise()) {
+            ++verdict.unjudged;
+            continue;
+        }
         verdict.found += region ? 1 : 0;
         bool wrong = opinion.found != static_cast<bool>(region);
         double difference = 0.0;
         if (!wrong && region) {
-            difference = std::max(0.0, opinion.difference - referee.allowance(region)) / opinion.area;
+            const double allowed = referee.allowance(region) + 2.0 * lines.nodeTolerance() * opinion.perimeter;
+            difference = std::max(0.0, opinion.difference - allowed) / opinion.area;
             verdict.worst = std::max(verdict.worst, difference);
             wrong = !(difference <= part) || opinion.holes != region.islands.size();
         }

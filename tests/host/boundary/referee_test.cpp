@@ -179,7 +179,7 @@ TEST(RegionsAgainstTheReferee, IslandsWithinIslands)
 TEST(RegionsAgainstTheReferee, LinesAndArcs)
 {
     const Sum sum = judge(
-        4000, 30, [](auto &random) { return curves(random, 110); }, 1e-6, 300);
+        4000, 20, [](auto &random) { return curves(random, 110); }, 1e-6, 64);
     EXPECT_GT(sum.found * 5, sum.points);
 }
 
