@@ -35,9 +35,9 @@ std::vector<std::string> machinePaths(const std::string &content)
 /// Hosts of URLs that are not public places of standards and of the libraries that we use.
 std::vector<std::string> strangeHosts(const std::string &content)
 {
-    static const std::set<std::string> known = {"www.w3.org", "www.gnu.org", "doc.qt.io",   "libgeos.org",
-                                                "cmake.org",  "github.com",  "www.epa.gov", "ezdxf.readthedocs.io",
-                                                "gdal.org"};
+    static const std::set<std::string> known = {"www.w3.org",           "www.gnu.org", "doc.qt.io",
+                                                "libgeos.org",          "cmake.org",   "www.epa.gov",
+                                                "ezdxf.readthedocs.io", "gdal.org"};
     static const std::regex pattern("(?:https?|ftp|ssh|git)://(?:[^/@\\s\"'<>)]*@)?([A-Za-z0-9.-]+)");
     std::vector<std::string> found;
     for (std::sregex_iterator match(content.begin(), content.end(), pattern), end; match != end; ++match) {
