@@ -108,6 +108,27 @@ void oursWithOpen(Leg &leg, std::size_t segments)
     leg.seconds[2] = traceAll(again, town, kOpen, leg.found);
 }
 
+/// One open point in the worst place: between the teeth of combs that all hang together, whose one outline runs along
+/// every piece twice.
+void oneInCombs(Leg &leg, std::size_t segments)
+{
+    std::vector<Piece> pieces;
+    const int rows = static_cast<int>(std::sqrt(segments / 2.0)), teeth = rows;
+    for (int row = 0; row < rows; ++row) {
+        pieces.push_back({{0.0, row * 10.0}, {0.0, row * 10.0 + 10.0}, 0.0, 0});
+        for (int i = 0; i < teeth; ++i) {
+            pieces.push_back({{i * 10.0, row * 10.0}, {i * 10.0 + 10.0, row * 10.0}, 0.0, 0});
+            pieces.push_back({{i * 10.0 + 5.0, row * 10.0}, {i * 10.0 + 5.0, row * 10.0 + 7.0}, 0.0, 0});
+        }
+    }
+    Linework lines(std::move(pieces));
+    lines.regionAt({-1e6, -1e6});
+    const double start = now();
+    const Region region = lines.regionAt({teeth * 5.0 + 2.0, rows * 5.0 + 2.0});
+    leg.seconds[0] = secondsSince(start);
+    leg.found = region ? 1 : 0;
+}
+
 void geos(Leg &leg, std::size_t segments)
 {
     const bench::MadeTown town = bench::makeTown(segments, 1);
@@ -164,12 +185,14 @@ int main(int argc, char **argv)
         const Leg base = apart([n](Leg &leg) { townAlone(leg, n); });
         const Leg own = apart([n](Leg &leg) { ours(leg, n); });
         const Leg open = apart([n](Leg &leg) { oursWithOpen(leg, n); });
+        const Leg combs = apart([n](Leg &leg) { oneInCombs(leg, n); });
         const double total = own.seconds[0] + own.seconds[1];
         std::printf("  index %.1f ms, 2000 regions %.1f ms (%zu found), together %.1f ms\n", own.seconds[0] * 1e3,
                     own.seconds[1] * 1e3, own.found, total * 1e3);
         std::printf("  with %zu open ones %.1f ms (%zu found): %.2f times; one open alone %.2f ms\n", kOpen,
                     (open.seconds[1] + open.seconds[2]) * 1e3, open.found, (open.seconds[1] + open.seconds[2]) / total,
                     open.seconds[0] * 1e3);
+        std::printf("  one open alone in combs that hang together %.2f ms\n", combs.seconds[0] * 1e3);
         std::printf("  peak %.0f MB, of which the pieces handed in %.0f MB\n", own.peakMegabytes, base.peakMegabytes);
         if (withGeos) {
             const Leg other = apart([n](Leg &leg) { geos(leg, n); });

@@ -60,7 +60,10 @@ void Linework::Private::insert(std::span<const Piece> pieces)
         tolerance = std::max(std::ldexp(kNodeTolerance, static_cast<int>(exponent) - 1024), 1e-140);
     }
     std::vector<Stored> cut;
-    cut.reserve(pieces.size());
+    std::size_t parts = 0;
+    for (const Piece &piece : pieces)
+        parts += static_cast<std::size_t>(detail::partsOf(piece.bulge));
+    cut.reserve(parts);
     for (const Piece &piece : pieces)
         detail::cut(piece, origins++, tolerance, cut);
     insertCut(std::move(cut));

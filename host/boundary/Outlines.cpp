@@ -1,10 +1,18 @@
 #include "host/boundary/Outlines.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
 namespace velmor::boundary::detail {
+
+namespace {
+
+/// Half-edges that a walk takes before it first looks whether it is outside: outlines up to here are known whole.
+constexpr std::size_t kWalkedWhole = 8192;
+
+} // namespace
 
 void Outlines::reset()
 {
@@ -24,9 +32,11 @@ std::uint32_t Outlines::walk(HalfEdge start)
     Outline &outline = m_outlines.back();
     outline.rightX = -std::numeric_limits<double>::infinity();
     m_path.clear();
+    std::size_t lookAt = kWalkedWhole;
+    HalfEdge h = start;
     // Where tolerance makes the order around nodes contradict itself a walk may run into itself elsewhere than at its
     // start; it ends there.
-    for (HalfEdge h = start; m_arrangement.outlineOf(h) == 0;) {
+    while (m_arrangement.outlineOf(h) == 0) {
         m_arrangement.outlineOf(h) = number;
         m_path.push_back(h);
         const Curve c = m_arrangement.curve(h);
@@ -48,9 +58,48 @@ std::uint32_t Outlines::walk(HalfEdge start)
         if (following == twin(h))
             outline.looseEnds.push_back(h);
         h = following;
+        if (m_path.size() == lookAt) {
+            lookAt *= 2;
+            if (looksOutside(number)) {
+                outline.isPart = true;
+                outline.around = Outline::kOutside;
+                return number;
+            }
+        }
     }
-    cutRings(outline);
+    const std::uint32_t met = m_arrangement.outlineOf(h);
+    if (met != number && m_outlines[met - 1].isPart) {
+        outline.isPart = true; // the rest of one that was left
+        outline.around = Outline::kOutside;
+    } else {
+        cutRings(outline);
+    }
     return number;
+}
+
+bool Outlines::looksOutside(std::uint32_t number) const
+{
+    // What reaches farthest is the first to look out.
+    const std::vector<Arrangement::Node> &nodes = m_arrangement.nodes();
+    std::array<std::uint32_t, 4> farthest;
+    farthest.fill(m_arrangement.startNode(m_path.front()));
+    for (const HalfEdge h : m_path) {
+        const std::uint32_t n = m_arrangement.startNode(h);
+        if (nodes[n].x > nodes[farthest[0]].x)
+            farthest[0] = n;
+        if (nodes[n].y > nodes[farthest[1]].y)
+            farthest[1] = n;
+        if (nodes[n].x < nodes[farthest[2]].x)
+            farthest[2] = n;
+        if (nodes[n].y < nodes[farthest[3]].y)
+            farthest[3] = n;
+    }
+    constexpr Vector kAxes[4] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}};
+    for (std::size_t i = 0; i < 4; ++i) {
+        if (m_outlook(number, farthest[i], kAxes[i]))
+            return true;
+    }
+    return false;
 }
 
 void Outlines::cutRings(Outline &outline)

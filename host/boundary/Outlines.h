@@ -4,6 +4,7 @@
 #include "host/boundary/Arrangement.h"
 
 #include <deque>
+#include <functional>
 
 namespace velmor::boundary::detail {
 
@@ -14,8 +15,9 @@ struct Outline {
     static constexpr std::uint32_t kOutside = 0; ///< the unbounded face
 
     bool isFace = false;
-    Ring outer;                        ///< of a face
-    std::vector<Ring> holes;           ///< rings that the walk goes round the other way; counter-clockwise here
+    bool isPart = false;     ///< the walk was left where it was seen to be outside: no rings, not all loose ends
+    Ring outer;              ///< of a face
+    std::vector<Ring> holes; ///< rings that the walk goes round the other way; counter-clockwise here
     double rightX = 0.0, rightY = 0.0; ///< rightmost point
     std::vector<HalfEdge> looseEnds;   ///< each ends in one
     std::uint32_t around = kUnknown;   ///< for a part: the outline of the face around it
@@ -25,7 +27,10 @@ struct Outline {
 
 class Outlines {
 public:
-    explicit Outlines(Arrangement &arrangement) : m_arrangement(arrangement) {}
+    /// Whether the face of outline `number` at a node, looked at in a direction, is seen to be the unbounded one.
+    using Outlook = std::function<bool(std::uint32_t number, std::uint32_t node, const Vector &direction)>;
+
+    Outlines(Arrangement &arrangement, Outlook outlook) : m_arrangement(arrangement), m_outlook(std::move(outlook)) {}
     void reset();
 
     /// Number of the outline of the face to the left; walks it when nobody did.
@@ -36,10 +41,12 @@ public:
 
 private:
     std::uint32_t walk(HalfEdge h);
+    bool looksOutside(std::uint32_t number) const;
     void cutRings(Outline &outline);
     void makeRing(const HalfEdge *begin, const HalfEdge *end, Ring &ring);
 
     Arrangement &m_arrangement;
+    Outlook m_outlook;
     std::deque<Outline> m_outlines;
     // Working space of a walk.
     std::vector<HalfEdge> m_path, m_stack;

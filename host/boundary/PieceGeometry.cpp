@@ -1,7 +1,6 @@
 #include "host/boundary/PieceGeometry.h"
 
 #include <algorithm>
-#include <numbers>
 #include <tuple>
 
 namespace velmor::boundary::detail {
@@ -76,6 +75,13 @@ Vector Frame::tangent(double x, double y) const
     return {tu * dx - tv * dy, tu * dy + tv * dx};
 }
 
+int partsOf(double bulge)
+{
+    // Tangents of an eighth, two and three eighths of a half turn, with room for rounding.
+    const double b = std::abs(bulge) * (1.0 - 1e-9);
+    return b <= 0.41421356237309503 ? 1 : b <= 1.0 ? 2 : b <= 2.4142135623730949 ? 3 : 4;
+}
+
 void cut(const Piece &piece, std::uint32_t origin, double tolerance, std::vector<Stored> &out)
 {
     Point a = piece.a, b = piece.b;
@@ -97,7 +103,7 @@ void cut(const Piece &piece, std::uint32_t origin, double tolerance, std::vector
         bulge = -bulge;
     }
     const double sweep = 4.0 * std::atan(bulge);
-    const int parts = std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / (std::numbers::pi / 2) - 1e-9)));
+    const int parts = partsOf(bulge);
     if (parts == 1) {
         out.push_back({a.x, a.y, b.x, b.y, bulge, piece.source, origin});
         return;
@@ -106,6 +112,10 @@ void cut(const Piece &piece, std::uint32_t origin, double tolerance, std::vector
     const double cx = a.x + (b.x - a.x) * 0.5 - (b.y - a.y) * toCentre;
     const double cy = a.y + (b.y - a.y) * 0.5 + (b.x - a.x) * toCentre;
     const double partBulge = std::tan(sweep / (4.0 * parts));
+    // The circle of an almost closed arc may be of any size.
+    const double radius = lengthOf(a.x - cx, a.y - cy);
+    if (!(radius + std::max(std::abs(cx), std::abs(cy)) <= kLargestCoordinate))
+        return;
     double px = a.x, py = a.y;
     for (int i = 1; i <= parts; ++i) {
         double qx = b.x, qy = b.y;

@@ -57,6 +57,9 @@ struct Frame {
     Vector tangent(double x, double y) const;
 };
 
+/// How many pieces cut() makes of one at most: arcs are cut so that none is longer than a quarter of a circle.
+int partsOf(double bulge);
+
 /// Cuts a piece into stored ones and hands each to take. Arcs whose rise is below tolerance come out straight; pieces
 /// shorter than tolerance, and those with coordinates that are no numbers or beyond 1e12, are left out.
 void cut(const Piece &piece, std::uint32_t origin, double tolerance, std::vector<Stored> &out);

@@ -14,6 +14,29 @@ constexpr Vector kDirections[4] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}};
 
 } // namespace
 
+RegionFinder::RegionFinder(const PieceIndex &index)
+    : m_index(index), m_arrangement(index),
+      m_outlines(m_arrangement, [this](std::uint32_t number, std::uint32_t node, const Vector &direction) {
+          return seesOutside(number, node, direction);
+      })
+{
+}
+
+bool RegionFinder::seesOutside(std::uint32_t number, std::uint32_t node, const Vector &direction)
+{
+    const Vector from{m_arrangement.nodes()[node].x, m_arrangement.nodes()[node].y};
+    const Box &all = m_index.bounds();
+    const HalfEdge h = m_arrangement.leaving(node, direction, std::max(all.x1 - all.x0, all.y1 - all.y0));
+    if (h == kNoHalfEdge || m_arrangement.outlineOf(h) != number)
+        return false; // it is another face that lies there
+    const std::optional<Hit> hit = look(from, direction, 2.0 * m_tolerance);
+    if (!hit)
+        return true;
+    const HalfEdge across = m_arrangement.facing(hit->piece, hit->x, hit->y, from.x, from.y);
+    const std::uint32_t other = across == kNoHalfEdge ? 0 : m_arrangement.outlineOf(across);
+    return other != 0 && other != number && !m_outlines[other].isFace && m_outlines[other].around == Outline::kOutside;
+}
+
 void RegionFinder::reset(double tolerance)
 {
     m_tolerance = tolerance;

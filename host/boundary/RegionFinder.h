@@ -10,7 +10,10 @@ namespace velmor::boundary::detail {
 
 class RegionFinder {
 public:
-    explicit RegionFinder(const PieceIndex &index) : m_index(index), m_arrangement(index), m_outlines(m_arrangement) {}
+    explicit RegionFinder(const PieceIndex &index);
+    RegionFinder(const RegionFinder &) = delete;
+    RegionFinder &operator=(const RegionFinder &) = delete;
+
     /// Forgets what was found; to be called when pieces came or went.
     void reset(double tolerance);
     Region regionAt(Point point, const RegionOptions &options);
@@ -31,6 +34,7 @@ private:
     /// The outline of the face around the point, or Outline::kOutside.
     std::uint32_t faceAround(const Vector &point, const Vector &direction);
     bool isOnEdge(const Vector &point) const;
+    bool seesOutside(std::uint32_t number, std::uint32_t node, const Vector &direction);
     void findIslands(std::uint32_t face);
     std::vector<HalfEdge> looseEndsSeen(const Vector &point);
     void explain(const Vector &point, Region &region);
