@@ -133,7 +133,7 @@ void geos(Leg &leg, std::size_t segments)
 {
     const bench::MadeTown town = bench::makeTown(segments, 1);
     const auto start = now();
-    const boundary::testing::Referee referee(town.pieces, 8);
+    const boundary::testing::Referee referee(town.pieces, {.perQuarter = 8});
     leg.seconds[0] = secondsSince(start);
     const auto second = now();
     for (std::size_t i = 0; i < kPoints; ++i)

@@ -1,6 +1,6 @@
 // Finds the region of the plane around a point: the face of all linework that holds the point.
 //
-// Linework is lines and circular arcs in drawing units, y up; other curves are handed in as chains of both (Curves.h).
+// Linework is lines and circular arcs in drawing units, y up; other curves are handed in as chains of both.
 // Pieces need not be split where they cross, may touch, overlap and repeat: where pieces coincide they count once. Arcs
 // stay arcs in the result. Nothing here knows a drawing or Qt.
 //

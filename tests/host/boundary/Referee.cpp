@@ -24,15 +24,33 @@ using geos::algorithm::locate::IndexedPointInAreaLocator;
 
 namespace {
 
+double radiusOf(Point a, Point b, double bulge)
+{
+    return std::hypot(b.x - a.x, b.y - a.y) * (1 + bulge * bulge) / (4 * std::abs(bulge));
+}
+
+/// The angle that a chord spans.
+double stepOf(double radius, const Chords &chords)
+{
+    const double step = std::numbers::pi / 2 / chords.perQuarter;
+    return chords.rise > 0.0 ? std::min(step, std::sqrt(8.0 * chords.rise / radius)) : step;
+}
+
+double riseOf(double radius, const Chords &chords)
+{
+    const double step = stepOf(radius, chords);
+    return radius * step * step / 8;
+}
+
 /// The side from a to b with its bulge as chords; b itself is left out.
-void addChords(std::vector<gg::Coordinate> &out, Point a, Point b, double bulge, int chordsPerQuarter,
+void addChords(std::vector<gg::Coordinate> &out, Point a, Point b, double bulge, const Chords &chords,
                double grid = 0.0)
 {
     out.emplace_back(a.x, a.y);
     if (bulge == 0.0)
         return;
     const double sweep = 4.0 * std::atan(bulge);
-    const int n = std::max(2, static_cast<int>(std::ceil(std::abs(sweep) / (std::numbers::pi / 2) * chordsPerQuarter)));
+    const int n = std::max(2, static_cast<int>(std::ceil(std::abs(sweep) / stepOf(radiusOf(a, b, bulge), chords))));
     const double t = (1.0 - bulge * bulge) / (4.0 * bulge);
     const double cx = (a.x + b.x) * 0.5 - (b.y - a.y) * t, cy = (a.y + b.y) * 0.5 + (b.x - a.x) * t;
     const auto round = [grid](double v) { return grid > 0.0 ? std::round(v / grid) * grid : v; };
@@ -43,30 +61,50 @@ void addChords(std::vector<gg::Coordinate> &out, Point a, Point b, double bulge,
     }
 }
 
-std::unique_ptr<gg::LinearRing> toRing(const gg::GeometryFactory &factory, const Ring &ring, int chordsPerQuarter)
+std::unique_ptr<gg::LinearRing> toRing(const gg::GeometryFactory &factory, const Ring &ring, const Chords &chords)
 {
     std::vector<gg::Coordinate> points;
     for (std::size_t i = 0; i < ring.size(); ++i) {
         const RingVertex &p = ring[i], &q = ring[(i + 1) % ring.size()];
-        addChords(points, {p.x, p.y}, {q.x, q.y}, p.bulge, chordsPerQuarter);
+        addChords(points, {p.x, p.y}, {q.x, q.y}, p.bulge, chords);
     }
     points.push_back(points.front());
     return factory.createLinearRing(std::make_unique<gg::CoordinateArraySequence>(std::move(points)));
 }
 
-std::unique_ptr<gg::Polygon> toPolygon(const gg::GeometryFactory &factory, const Region &region, int chordsPerQuarter)
+std::unique_ptr<gg::Polygon> toPolygon(const gg::GeometryFactory &factory, const Region &region, const Chords &chords)
 {
     std::vector<std::unique_ptr<gg::LinearRing>> holes;
     for (const Ring &island : region.islands)
-        holes.push_back(toRing(factory, island, chordsPerQuarter));
-    return factory.createPolygon(toRing(factory, region.outer, chordsPerQuarter), std::move(holes));
+        holes.push_back(toRing(factory, island, chords));
+    return factory.createPolygon(toRing(factory, region.outer, chords), std::move(holes));
+}
+
+} // namespace
+
+namespace {
+
+/// Calls use(radius, sweep) for each arc of a region.
+template <class Use>
+void eachArc(const Region &region, Use use)
+{
+    const auto walk = [&use](const Ring &ring) {
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const RingVertex &p = ring[i], &q = ring[(i + 1) % ring.size()];
+            if (p.bulge != 0.0)
+                use(radiusOf({p.x, p.y}, {q.x, q.y}, p.bulge), 4 * std::abs(std::atan(p.bulge)));
+        }
+    };
+    walk(region.outer);
+    for (const Ring &island : region.islands)
+        walk(island);
 }
 
 } // namespace
 
 struct Referee::Private {
     gg::GeometryFactory::Ptr factory = gg::GeometryFactory::create();
-    int chordsPerQuarter = 0;
+    Chords chords;
     double largestRise = 0.0;
     std::vector<std::unique_ptr<gg::Polygon>> polygons;
     mutable std::vector<std::unique_ptr<IndexedPointInAreaLocator>> locators;
@@ -87,22 +125,20 @@ struct Referee::Private {
     }
 };
 
-Referee::Referee(const std::vector<Piece> &pieces, int chordsPerQuarter, double grid) : d(std::make_unique<Private>())
+Referee::Referee(const std::vector<Piece> &pieces, const Chords &chords) : d(std::make_unique<Private>())
 {
-    d->chordsPerQuarter = chordsPerQuarter;
+    d->chords = chords;
     std::vector<std::unique_ptr<gg::LineString>> lines;
     lines.reserve(pieces.size());
     for (const Piece &piece : pieces) {
         if (piece.a == piece.b)
             continue;
         if (piece.bulge != 0.0) {
-            const double step = std::numbers::pi / 2 / chordsPerQuarter;
-            const double radius = std::hypot(piece.b.x - piece.a.x, piece.b.y - piece.a.y) *
-                                  (1 + piece.bulge * piece.bulge) / (4 * std::abs(piece.bulge));
-            d->largestRise = std::max(d->largestRise, radius * step * step / 8);
+            const double radius = radiusOf(piece.a, piece.b, piece.bulge);
+            d->largestRise = std::max(d->largestRise, riseOf(radius, chords));
         }
         std::vector<gg::Coordinate> points;
-        addChords(points, piece.a, piece.b, piece.bulge, chordsPerQuarter, grid);
+        addChords(points, piece.a, piece.b, piece.bulge, chords, chords.grid);
         points.emplace_back(piece.b.x, piece.b.y);
         lines.push_back(d->factory->createLineString(std::make_unique<gg::CoordinateArraySequence>(std::move(points))));
     }
@@ -126,22 +162,18 @@ std::size_t Referee::faces() const
 
 double Referee::allowance(const Region &region) const
 {
-    const double step = std::numbers::pi / 2 / d->chordsPerQuarter;
     double sum = 0.0;
-    const auto add = [&](const Ring &ring) {
-        for (std::size_t i = 0; i < ring.size(); ++i) {
-            const RingVertex &p = ring[i], &q = ring[(i + 1) % ring.size()];
-            if (p.bulge == 0.0)
-                continue;
-            const double radius = std::hypot(q.x - p.x, q.y - p.y) * (1 + p.bulge * p.bulge) / (4 * std::abs(p.bulge));
-            const double length = 4 * std::abs(std::atan(p.bulge)) * radius, rise = radius * step * step / 8;
-            sum += 2.0 * rise * (length + 4.0 * radius * step);
-        }
-    };
-    add(region.outer);
-    for (const Ring &island : region.islands)
-        add(island);
+    eachArc(region, [&](double radius, double sweep) {
+        sum += 2.0 * riseOf(radius, d->chords) * (sweep * radius + 4.0 * radius * stepOf(radius, d->chords));
+    });
     return sum;
+}
+
+double Referee::largestRise(const Region &region) const
+{
+    double rise = 0.0;
+    eachArc(region, [&](double radius, double) { rise = std::max(rise, riseOf(radius, d->chords)); });
+    return rise;
 }
 
 double Referee::largestRise() const
@@ -159,6 +191,8 @@ std::vector<Point> Referee::insidePoints(std::size_t most) const
     std::vector<Point> out;
     const std::size_t step = d->polygons.size() / std::max<std::size_t>(most, 1) + 1;
     for (std::size_t i = 0; i < d->polygons.size(); i += step) {
+        if (2.0 * d->polygons[i]->getArea() <= 8.0 * d->largestRise * d->polygons[i]->getLength())
+            continue;
         const auto point = d->polygons[i]->getInteriorPoint();
         if (point && !point->isEmpty())
             out.push_back({point->getX(), point->getY()});
@@ -170,13 +204,16 @@ Referee::Opinion Referee::opinion(Point point, const Region &region) const
 {
     Opinion opinion;
     const gg::Polygon *face = d->around(point);
-    if (face == nullptr)
+    const std::unique_ptr<gg::Point> at(d->factory->createPoint(gg::Coordinate(point.x, point.y)));
+    if (face == nullptr) {
+        if (region)
+            opinion.clearance = toPolygon(*d->factory, region, d->chords)->getBoundary()->distance(at.get());
         return opinion;
+    }
     opinion.found = true;
     opinion.area = face->getArea();
     opinion.perimeter = face->getLength();
     opinion.holes = face->getNumInteriorRing();
-    const std::unique_ptr<gg::Point> at(d->factory->createPoint(gg::Coordinate(point.x, point.y)));
     opinion.clearance = face->getBoundary()->distance(at.get());
     if (region) {
         // Many points share a region.
@@ -187,7 +224,7 @@ Referee::Opinion Referee::opinion(Point point, const Region &region) const
         }
         known = region;
         difference = 0.0;
-        std::unique_ptr<gg::Geometry> own = toPolygon(*d->factory, region, d->chordsPerQuarter);
+        std::unique_ptr<gg::Geometry> own = toPolygon(*d->factory, region, d->chords);
         // Chords of an island that touches the outline in a point may cross those of the outline.
         if (!own->isValid())
             own = own->buffer(0);
@@ -209,7 +246,7 @@ std::string Referee::text(Point point) const
 std::string Referee::text(const Region &region)
 {
     const auto factory = gg::GeometryFactory::create();
-    return region ? toPolygon(*factory, region, 16)->toText() : "none";
+    return region ? toPolygon(*factory, region, {.perQuarter = 16})->toText() : "none";
 }
 
 std::vector<Piece> welded(std::vector<Piece> pieces, double tolerance)
@@ -270,7 +307,8 @@ Verdict compare(Linework &lines, const Referee &referee, const std::vector<Point
             continue;
         }
         const Referee::Opinion opinion = referee.opinion(point, region);
-        if (opinion.found && opinion.clearance <= 4.0 * lines.nodeTolerance() + 2.0 * referee.largestRise()) {
+        const double rise = region ? referee.largestRise(region) : referee.largestRise();
+        if ((opinion.found || region) && opinion.clearance <= 4.0 * lines.nodeTolerance() + 2.0 * rise) {
             ++verdict.unjudged;
             continue;
         }
@@ -278,8 +316,12 @@ Verdict compare(Linework &lines, const Referee &referee, const std::vector<Point
         bool wrong = opinion.found != static_cast<bool>(region);
         double difference = 0.0;
         if (!wrong && region) {
-            const double allowed = referee.allowance(region) + 2.0 * lines.nodeTolerance() * opinion.perimeter;
-            difference = std::max(0.0, opinion.difference - allowed) / opinion.area;
+            const double beside = opinion.difference - referee.allowance(region);
+            difference = std::max(0.0, beside - 2.0 * lines.nodeTolerance() * opinion.perimeter) / opinion.area;
+            if (beside > part * opinion.area) {
+                ++verdict.moved;
+                verdict.widestMoved = std::max(verdict.widestMoved, 2.0 * opinion.area / opinion.perimeter);
+            }
             verdict.worst = std::max(verdict.worst, difference);
             wrong = !(difference <= part) || opinion.holes != region.islands.size();
         }

@@ -136,15 +136,15 @@ struct Sum {
 };
 
 template <class Make>
-Sum judge(std::uint64_t seed, int rounds, Make make, double part = 1e-6, int chords = 256, double grid = 0.0)
+Sum judge(std::uint64_t seed, int rounds, Make make, const Chords &chords = {})
 {
     Sum sum;
     for (int round = 0; round < rounds; ++round) {
         std::mt19937_64 random(seed + round);
         const Made made = make(random);
-        const Referee referee(made.pieces, chords, grid);
+        const Referee referee(made.pieces, chords);
         Linework lines(made.pieces);
-        const Verdict v = compare(lines, referee, made.points, part);
+        const Verdict v = compare(lines, referee, made.points);
         EXPECT_EQ(v.wrong, 0U) << "seed " << seed + round << ' ' << v.firstWrong;
         sum.points += v.points;
         sum.found += v.found;
@@ -178,15 +178,14 @@ TEST(RegionsAgainstTheReferee, IslandsWithinIslands)
 
 TEST(RegionsAgainstTheReferee, LinesAndArcs)
 {
-    const Sum sum = judge(
-        4000, 20, [](auto &random) { return curves(random, 110); }, 1e-6, 64);
+    const Sum sum = judge(4000, 50, [](auto &random) { return curves(random, 110); }, {.perQuarter = 64});
     EXPECT_GT(sum.found * 5, sum.points);
 }
 
 TEST(RegionsAgainstTheReferee, EqualAndOverlappingArcsAndTangents)
 {
-    const Sum sum = judge(
-        5000, 30, [](auto &random) { return curvedLattice(random, 150, 12); }, 1e-6, 64, 0x1p-30);
+    const Sum sum = judge(5000, 30, [](auto &random) { return curvedLattice(random, 150, 12); },
+                          {.perQuarter = 64, .grid = 0x1p-30});
     EXPECT_GT(sum.found * 5, sum.points);
 }
 
