@@ -1,7 +1,8 @@
 // What the module asks of the catchment store: areas with their type, parameters, sections and labels.
 //
-// The type mask has bit 1 catchment, bit 2 house, bit 4 industrial; "of a mask" means any common bit. Areas come in
-// hectares, shares as fractions of 1. The manager owns every area; null means not found.
+// The type mask has bit 1 catchment, bit 2 house, bit 4 industrial; "of a mask" means any common bit, and a mask that
+// holds all three (7) means every area, one without any of the bits too. Areas come in hectares, shares as fractions of
+// 1. The manager owns every area; null means not found.
 #pragma once
 
 #include "contracts/NetworkTopology.h"

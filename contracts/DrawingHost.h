@@ -521,10 +521,15 @@ ZEMX_CONTRACT void acuiSetStringTable(void *moduleHandle, const AcUiString *entr
 /// characters, the closing zero included.
 ZEMX_CONTRACT bool acuiLoadString(void *moduleHandle, int id, wchar_t *buffer, int length);
 
-/// External functions by number; this host keeps the table and calls none of them.
+/// External functions: a table of names by code, which a module fills with acedDefun and thins with acedUndef. This host
+/// calls none of them.
+/// RTNORM when the name stands under the code (a later one replaces it); RTERROR for no name or a code below 0.
 ZEMX_CONTRACT int acedDefun(const wchar_t *name, short code);
+/// RTNORM when the name was taken out; RTERROR when it does not stand under that code.
 ZEMX_CONTRACT int acedUndef(const wchar_t *name, short code);
+/// RTERROR: a function that is never called is not kept either.
 ZEMX_CONTRACT int acedRegFunc(int (*function)(), int code);
+/// The code of the function that is being called; RTERROR, since none ever is.
 ZEMX_CONTRACT int acedGetFunCode();
 
 /// Runs a host command over arguments that stand as pairs of ResbufKind and value (RTSTR const wchar_t*, RTPOINT and

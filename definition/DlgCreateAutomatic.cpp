@@ -63,14 +63,12 @@ void CDlgCreateCatchmentArea::OnBtnAuto()
 {
     RefreshMembers();
     m_ui->editNumber->clear();
-    int count = 0;
     if (!m_sections.empty()) {
         AutoSearch search;
         search.m_knownCentres = m_centers;
         SearchBoundaries(search);
-        count = WriteFoundBoundaries(search);
+        SetStatus(FormatCount(Msg(MessageId::kAutoCount), WriteFoundBoundaries(search)), kColourResult);
     }
-    SetStatus(FormatCount(Msg(MessageId::kAutoCount), count), kColourResult);
     RefreshDrawingDisplay();
 }
 

@@ -168,6 +168,8 @@ bool CPolygon::DelaunayTriangles(CPolygon &result) const
         if (!(down.z < 0.0))
             return false;
         for (int other = 0; other < m_nCount; ++other) {
+            if (other == i || other == j || other == k)
+                continue; // on the face itself, which rounding must not lift off it
             if ((lifted(other) - at).Dot(down) > 0.0)
                 return false;
         }

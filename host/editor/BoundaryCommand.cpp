@@ -63,10 +63,7 @@ std::wstring describe(const Region &region)
 
 Command::Next BoundaryCommand::start(Session &session)
 {
-    if (session.drawing())
-        return Next::Ask;
-    session.status(uiText("ui.drawing.none"));
-    return Next::Revert;
+    return askWithDrawing(session);
 }
 
 Prompt BoundaryCommand::prompt() const

@@ -30,6 +30,9 @@ public:
     virtual Next take(Session &session, const Answer &answer) = 0;
 };
 
+/// Ask when the session has a drawing; else an alert that says so, and BadInput.
+Command::Next askWithDrawing(Session &session);
+
 using CommandFactory = std::function<std::unique_ptr<Command>()>;
 
 /// Which of the keywords a text means: by a leading part that holds at least the keyword's capitals, upper and lower

@@ -28,6 +28,14 @@ const std::wstring *matchKeyword(const std::vector<std::wstring> &keywords, std:
     return nullptr;
 }
 
+Command::Next askWithDrawing(Session &session)
+{
+    if (session.drawing())
+        return Command::Next::Ask;
+    session.alert(uiText("ui.drawing.none"));
+    return Command::Next::BadInput;
+}
+
 Acad::ErrorStatus CommandStack::addCommand(const wchar_t *group, const wchar_t *globalName, const wchar_t *localName,
                                            std::int32_t flags, AcRxFunctionPtr function, void *, int, void *,
                                            void **commandId)

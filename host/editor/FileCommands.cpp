@@ -30,7 +30,7 @@ CommandFactory replacingDrawing(std::vector<Question> questions, QuestionCommand
         return std::make_unique<QuestionCommand>(asked, [work](Session &session, QuestionCommand::Answers answers) {
             if (answers.back() != L"Yes") {
                 session.alert(uiText("ui.drawing.kept"));
-                return Command::Next::Revert;
+                return Command::Next::BadInput;
             }
             answers.pop_back();
             return work(session, answers);
@@ -66,14 +66,12 @@ Command::Next openDrawing(Session &session, const std::wstring &file)
 
 Command::Next saveDrawing(Session &session, const std::wstring &file, bool overwriteDamaged)
 {
-    if (!session.drawing()) {
-        session.alert(uiText("ui.drawing.none"));
-        return Command::Next::Revert;
-    }
+    if (const auto next = askWithDrawing(session); next != Command::Next::Ask)
+        return next;
     const auto path = file.empty() ? session.path() : pathFromText(file);
     if (path.empty()) {
         session.alert(uiText("ui.drawing.nofile"));
-        return Command::Next::Revert;
+        return Command::Next::BadInput;
     }
     const SaveResult saved = session.drawing()->save(path, {.overwriteDamaged = overwriteDamaged});
     if (!saved) {
@@ -87,10 +85,8 @@ Command::Next saveDrawing(Session &session, const std::wstring &file, bool overw
 
 Command::Next makeLayerCurrent(Session &session, const std::wstring &name)
 {
-    if (!session.drawing()) {
-        session.alert(uiText("ui.drawing.none"));
-        return Command::Next::Revert;
-    }
+    if (const auto next = askWithDrawing(session); next != Command::Next::Ask)
+        return next;
     session.drawing()->setCurrentLayer(session.drawing()->ensureLayer(name));
     return Command::Next::Commit;
 }

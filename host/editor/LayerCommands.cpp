@@ -15,13 +15,7 @@ constexpr char kLayersKey[] = "ZEMX_CATCH_DEFINE_LAYERS";
 /// Takes names till Enter.
 class BoundaryLayersCommand final : public Command {
 public:
-    Next start(Session &session) override
-    {
-        if (session.drawing())
-            return Next::Ask;
-        session.alert(uiText("ui.drawing.none"));
-        return Next::Revert;
-    }
+    Next start(Session &session) override { return askWithDrawing(session); }
 
     Prompt prompt() const override
     {
@@ -32,7 +26,7 @@ public:
     {
         if (answer.isEnter()) {
             if (m_layers.empty())
-                return Next::Revert;
+                return Next::Refused;
             session.drawing()->setDictionaryEntry(kSettingsDictionary, kLayersKey, m_layers);
             return Next::Commit;
         }

@@ -15,10 +15,14 @@ using boundary::Piece;
 
 constexpr std::size_t kKeptSets = 4;
 
-AcDbEntity *entityOf(const AcDbObjectId &id)
+/// The entity, when it can be read now. waits: it is open elsewhere and can be read later.
+AcDbEntity *entityOf(const AcDbObjectId &id, bool *waits = nullptr)
 {
     AcDbEntity *entity = nullptr;
-    if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk)
+    const Acad::ErrorStatus status = acdbOpenAcDbEntity(entity, id, AcDb::kForRead);
+    if (waits)
+        *waits = status == Acad::eWasOpenForWrite;
+    if (status != Acad::eOk)
         return nullptr;
     entity->close();
     return entity;
@@ -68,6 +72,15 @@ std::vector<bool> LineworkCache::layerStates() const
     return states;
 }
 
+void LineworkCache::insert(Linework &linework, const AcDbEntity &entity, std::uint32_t source, bool onlyVisible) const
+{
+    const PieceMaker maker(m_drawing,
+                           [this, onlyVisible](std::size_t layer) { return !onlyVisible || isVisible(layer); });
+    std::vector<Piece> pieces;
+    maker.append(entity, source, pieces);
+    linework.insert(pieces);
+}
+
 Linework LineworkCache::build(const std::vector<const AcDbEntity *> &entities, bool onlyVisible)
 {
     ++m_builds;
@@ -111,14 +124,18 @@ Linework &LineworkCache::ofSet(const SelectionSet &set)
     const auto kept = std::ranges::find(m_sets, set.id(), &SetLinework::id);
     if (kept != m_sets.end() && kept->revision == set.revision()) {
         m_sets.splice(m_sets.begin(), m_sets, kept);
+        takeInClosed(m_sets.front());
         return m_sets.front().linework;
     }
     if (kept != m_sets.end())
         m_sets.erase(kept);
-    SetLinework entry{set.id(), set.revision(), {}, {}};
+    SetLinework entry{set.id(), set.revision(), {}, {}, {}};
     std::vector<const AcDbEntity *> entities;
     for (const AcDbObjectId &id : set.members()) {
-        AcDbEntity *entity = entityOf(id);
+        bool waits = false;
+        AcDbEntity *entity = entityOf(id, &waits);
+        if (waits)
+            entry.waiting.push_back(id);
         if (entity && PieceMaker::isLinework(*entity) && isInModelSpace(*entity)) {
             entities.push_back(entity);
             entry.members.push_back(sourceOf(*entity));
@@ -130,6 +147,20 @@ Linework &LineworkCache::ofSet(const SelectionSet &set)
     if (m_sets.size() > kKeptSets)
         m_sets.pop_back();
     return m_sets.front().linework;
+}
+
+void LineworkCache::takeInClosed(SetLinework &entry)
+{
+    std::erase_if(entry.waiting, [&](const AcDbObjectId &id) {
+        bool waits = false;
+        AcDbEntity *entity = entityOf(id, &waits);
+        if (entity && PieceMaker::isLinework(*entity) && isInModelSpace(*entity)) {
+            const std::uint32_t source = sourceOf(*entity);
+            entry.members.insert(std::ranges::upper_bound(entry.members, source), source);
+            insert(entry.linework, *entity, source, false);
+        }
+        return !waits;
+    });
 }
 
 Linework &LineworkCache::ofEntities(const AcDbObjectIdArray &ids)
@@ -196,15 +227,10 @@ void LineworkCache::update(AcDbEntity &entity, bool present)
         return;
     }
     const std::uint32_t source = sourceOf(entity);
-    const auto renew = [&](Linework &linework, bool insert, bool onlyVisible) {
+    const auto renew = [&](Linework &linework, bool here, bool onlyVisible) {
         linework.remove(source);
-        if (!insert)
-            return;
-        const PieceMaker maker(m_drawing,
-                               [this, onlyVisible](std::size_t layer) { return !onlyVisible || isVisible(layer); });
-        std::vector<Piece> pieces;
-        maker.append(entity, source, pieces);
-        linework.insert(pieces);
+        if (here)
+            insert(linework, entity, source, onlyVisible);
     };
     // A layer may be hidden now and shown again before the next question: what is inserted goes by the layers of now,
     // so they must be those that the rest was built with.

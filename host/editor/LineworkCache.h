@@ -43,6 +43,7 @@ private:
         std::int64_t id = 0;
         std::uint64_t revision = 0;
         std::vector<std::uint32_t> members; ///< source numbers, sorted
+        AcDbObjectIdArray waiting;          ///< members that were open elsewhere; they come in once they are closed
         boundary::Linework linework;
     };
 
@@ -59,6 +60,8 @@ private:
     void forgetAll();
     std::vector<bool> layerStates() const;
     void dropVisibleIfLayersChanged();
+    void insert(boundary::Linework &linework, const AcDbEntity &entity, std::uint32_t source, bool onlyVisible) const;
+    void takeInClosed(SetLinework &entry);
     boundary::Linework build(const std::vector<const AcDbEntity *> &entities, bool onlyVisible);
 
     Drawing &m_drawing;

@@ -45,13 +45,7 @@ Command::Next importNetwork(Session &session, const std::wstring &file, bool wit
 /// Layers of the linework, then, behind a keyword, those of the texts that name nodes.
 class SectionsCommand final : public Command {
 public:
-    Next start(Session &session) override
-    {
-        if (session.drawing())
-            return Next::Ask;
-        session.alert(uiText("ui.drawing.none"));
-        return Next::Revert;
-    }
+    Next start(Session &session) override { return askWithDrawing(session); }
 
     Prompt prompt() const override
     {

@@ -19,7 +19,7 @@ const std::vector<SettingSpec> &table()
 {
     static const std::vector<SettingSpec> specs = {
         {"DECIMAL_PLACES_CATCHMENT", kGroupReview, 4, 0, 8, "ui.setting.decimals"},
-        {"DEFAULT_ZOOM", kGroupDefinition | kGroupReview, 1.5, 0.0001, 9999.0, "ui.setting.zoom"},
+        {"DEFAULT_ZOOM", kGroupDefinition | kGroupReview, 1.5, 0.0001, 9999.0, "ui.setting.zoom", 2.0},
         {"ZOOM_ONOFF", kGroupDefinition, 0, 0, 1, "ui.setting.zoomOn"},
         {"MARK_COLOR", kGroupDefinition, 2, 1, 255, "ui.setting.markColor"},
         {"CATCH_HATCH_SCALE", kGroupDefinition, 2.0, 0.0001, kLargest, "ui.setting.hatchScale"},
@@ -142,10 +142,12 @@ std::optional<SettingValue> Settings::value(std::string_view key) const
     return found == m_values.end() ? std::nullopt : std::optional(found->second);
 }
 
-SettingValue Settings::valueOrStandard(std::string_view key) const
+SettingValue Settings::valueOrStandard(std::string_view key, SettingGroup shownIn) const
 {
-    const auto set = value(key);
-    return set ? *set : findSetting(key)->standard;
+    if (auto set = value(key))
+        return *std::move(set);
+    const SettingSpec &spec = *findSetting(key);
+    return shownIn == kGroupReview && spec.reviewStandard ? *spec.reviewStandard : spec.standard;
 }
 
 SaveResult Settings::set(std::string_view key, const SettingValue &value)

@@ -30,6 +30,8 @@ struct SettingSpec {
     SettingValue standard;              ///< shown when the key is not set; also fixes the type
     double lowest = 0.0, highest = 0.0; ///< limits of a number, both included
     const char *caption;                ///< name of the caption among the messages
+    /// Shown in the review's group instead, where the two groups differ.
+    std::optional<SettingValue> reviewStandard = std::nullopt;
 };
 
 std::span<const SettingSpec> settingTable();
@@ -48,8 +50,8 @@ public:
     /// What was set, in the type of the table; nothing for a key that was not. A key that the table does not hold
     /// gives its text.
     std::optional<SettingValue> value(std::string_view key) const;
-    /// The same, else the table's default. REQUIRES a key of the table.
-    SettingValue valueOrStandard(std::string_view key) const;
+    /// The same, else the table's default for the group that shows it. REQUIRES a key of the table.
+    SettingValue valueOrStandard(std::string_view key, SettingGroup shownIn = kGroupProgram) const;
     /// Sets a key for this run and writes it to the file, in which nothing else changes. Refused for a value of the
     /// wrong type or beyond the limits.
     SaveResult set(std::string_view key, const SettingValue &value);

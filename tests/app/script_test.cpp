@@ -175,6 +175,22 @@ TEST_F(ScriptTest, WhatFailsIsToldApartFromBadInput)
     EXPECT_THAT(result.message, HasSubstr("s:1: "));
 }
 
+TEST_F(ScriptTest, WithoutADrawingEveryCommandThatNeedsOneIsBadInput)
+{
+    session.setDrawing(nullptr);
+    for (const char *line : {"save out.dxf", "save", "layer New", "boundary-layers New", "sections New", "boundary 1,1",
+                             "-boundary 1,1 \"\"", "select all", "print areas"}) {
+        const ScriptResult result = run(std::string(line) + "\n");
+        EXPECT_EQ(result.code, kBadInput) << line;
+        EXPECT_THAT(result.message, HasSubstr("here is no drawing")) << line;
+    }
+}
+
+TEST_F(ScriptTest, ADrawingThatHasNoFileYetIsBadInputToASaveThatNamesNone)
+{
+    EXPECT_EQ(run("save\n").code, kBadInput);
+}
+
 TEST_F(ScriptTest, AByteOrderMarkAndALastLineWithoutAnEndAreFine)
 {
     EXPECT_EQ(run("\xEF\xBB\xBFlayer X\nlayer Y").code, kDone);

@@ -101,14 +101,12 @@ TEST_F(Automatic, ASectionInNoClosedRegionIsPassedOver)
     EXPECT_THAT(alerts(), IsEmpty());
 }
 
-TEST_F(Automatic, WithoutSectionsTheCountIsZero)
+TEST_F(Automatic, WithoutSectionsTheStatusLineStaysAndTheDisplayIsRefreshed)
 {
-    run([&](CDialogUnderTest &dialog) {
-        dialog.choose(257, 2);
-        dialog.click(290);
-        EXPECT_EQ(dialog.text(281), ToQString(count(0)));
-        EXPECT_EQ(dialog.colour(281), 23551u);
-    });
+    runAuto({});
+    EXPECT_EQ(m_status, message(658));
+    EXPECT_EQ(m_statusColour, 0xFF0000u);
+    EXPECT_THAT(calls({"acedUpdateDisplay"}), SizeIs(1));
     EXPECT_THAT(areas(), IsEmpty());
 }
 

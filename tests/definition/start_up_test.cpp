@@ -359,7 +359,7 @@ TEST_F(StartUp, TheCounterEditShowsNothing)
 
 TEST_F(StartUp, BlueAndOrangeAreDrawnAsRequiredOnALightWindowAndReadablyOnADarkOne)
 {
-    run([](CDialogUnderTest &dialog) {
+    run([&](CDialogUnderTest &dialog) {
         const auto drawn = [&] { return dialog.GetDlgItem(281)->palette().color(QPalette::WindowText); };
         const auto setWindow = [&](const QColor &colour) {
             QPalette palette = dialog.palette();
@@ -373,7 +373,9 @@ TEST_F(StartUp, BlueAndOrangeAreDrawnAsRequiredOnALightWindowAndReadablyOnADarkO
         EXPECT_NE(drawn(), QColor(0, 0, 255));
         EXPECT_GE(ContrastOf(drawn(), dark), 4.5);
         setWindow(light);
+        select(dialog, {L"D1"});
         dialog.choose(257, 2);
+        dialog.type(215, "1");
         dialog.click(290); // a result
         EXPECT_EQ(drawn(), QColor(255, 91, 0));
     });

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 #include <vector>
 
 namespace {
@@ -504,6 +505,23 @@ TEST(PolygonDelaunay, OfATriangleIsTheTriangleAndOfFewerNothing)
     FillNumbered(straight, 3);
     ASSERT_TRUE(straight.DelaunayTriangles(triangles));
     EXPECT_EQ(triangles.GetSize(), 0) << "upright faces do not count";
+}
+
+TEST(PolygonDelaunay, AFacesOwnVerticesNeverLieBelowIt)
+{
+    // At map coordinates rounding lifts a corner off the plane through itself.
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> offset(-50.0, 50.0);
+    for (int run = 0; run < 500; ++run) {
+        const auto place = [&] { return CVertex{457123.0 + offset(random), 5072456.0 + offset(random), 0.0}; };
+        const CVertex a = place(), b = place(), c = place();
+        if (std::abs(CPolygon::Normal(a, b, c).z) < 100.0)
+            continue;
+        CPolygon triangle, triangles;
+        Fill(triangle, {a, b, c});
+        ASSERT_TRUE(triangle.DelaunayTriangles(triangles));
+        EXPECT_EQ(triangles.GetSize(), 3) << "run " << run;
+    }
 }
 
 TEST(PolygonDelaunay, FourPointsOnACircleGiveAllFourTriangles)

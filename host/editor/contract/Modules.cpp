@@ -32,7 +32,7 @@ public:
     }
 };
 
-/// External functions by code: the table stands for the life of the program.
+/// Names of external functions by code: the table stands for the life of the program.
 std::map<int, std::wstring> &functionNames()
 {
     static std::map<int, std::wstring> names;
@@ -132,10 +132,10 @@ int acedUndef(const wchar_t *name, short code)
 int acedRegFunc(int (*)(), int code)
 {
     journal("acedRegFunc", code);
-    return RTERROR; // a function that is never called is not kept either
+    return RTERROR;
 }
 
 int acedGetFunCode()
 {
-    return RTERROR; // this host calls no external function
+    return RTERROR;
 }

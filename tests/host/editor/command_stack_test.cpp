@@ -139,7 +139,7 @@ TEST_F(CommandStackTest, NewAsksBeforeItDropsChanges)
 {
     rectangle(0, 0, 1, 1);
     Drawing *before = session.drawing();
-    EXPECT_EQ(stack.start(L"NEW", std::vector<Answer>{{std::wstring(L"No")}}), RunStatus::Failed);
+    EXPECT_EQ(stack.start(L"NEW", std::vector<Answer>{{std::wstring(L"No")}}), RunStatus::BadInput);
     EXPECT_EQ(session.drawing(), before);
     EXPECT_EQ(stack.start(L"NEW", std::vector<Answer>{{std::wstring(L"Yes")}}), RunStatus::Done);
     EXPECT_EQ(entityCount(), 0u);

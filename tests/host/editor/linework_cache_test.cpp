@@ -130,6 +130,39 @@ TEST_F(LineworkCacheTest, ASetIsBuiltOnceAndAgainWhenItGrows)
     EXPECT_DOUBLE_EQ(areaIn(set, 2, 5), 50.0);
 }
 
+TEST_F(LineworkCacheTest, AMemberThatWasOpenForWritingComesIntoItsSetAsSoonAsItIsClosed)
+{
+    SelectionSet &set = session.selectionSets().create();
+    set.add(rectangle(0, 0, 10, 10));
+    const AcDbObjectId bar = line(5, -1, 5, 11);
+    set.add(bar);
+    AcDbEntity *entity = nullptr;
+    ASSERT_EQ(acdbOpenAcDbEntity(entity, bar, AcDb::kForWrite), Acad::eOk);
+    EXPECT_DOUBLE_EQ(areaIn(set, 2, 5), 100.0) << "it can't be read now";
+    EXPECT_DOUBLE_EQ(areaIn(set, 2, 5), 100.0) << "nor now";
+    entity->close();
+    EXPECT_DOUBLE_EQ(areaIn(set, 2, 5), 50.0);
+    EXPECT_EQ(cache().builds(), 1u);
+    erase(bar);
+    EXPECT_DOUBLE_EQ(areaIn(set, 2, 5), 100.0) << "and it is followed like any other member";
+}
+
+TEST_F(LineworkCacheTest, AMemberThatWasErasedWhileItWasOpenStaysOutOfItsSet)
+{
+    SelectionSet &set = session.selectionSets().create();
+    set.add(rectangle(0, 0, 10, 10));
+    const AcDbObjectId bar = line(5, -1, 5, 11);
+    set.add(bar);
+    AcDbEntity *entity = nullptr;
+    ASSERT_EQ(acdbOpenAcDbEntity(entity, bar, AcDb::kForWrite), Acad::eOk);
+    EXPECT_DOUBLE_EQ(areaIn(set, 2, 5), 100.0);
+    entity->erase(true);
+    entity->close();
+    EXPECT_DOUBLE_EQ(areaIn(set, 2, 5), 100.0);
+    erase(bar, false);
+    EXPECT_DOUBLE_EQ(areaIn(set, 2, 5), 50.0) << "till it is brought back";
+}
+
 TEST_F(LineworkCacheTest, MembersOfBlockDefinitionsInASetArePassedOver)
 {
     BlockRecord &block = drawing().addBlock(L"House");

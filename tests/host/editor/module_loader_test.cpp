@@ -107,6 +107,18 @@ TEST(ExternalFunctions, NamesStandUnderTheirCodesTillTheyAreUndefined)
     EXPECT_EQ(acedUndef(L"c:test", 3), RTERROR);
 }
 
+TEST(ExternalFunctions, OneWithoutANameOrWithANegativeCodeIsRefusedAndALaterNameReplaces)
+{
+    EXPECT_EQ(acedDefun(nullptr, 3), RTERROR);
+    EXPECT_EQ(acedDefun(L"", 3), RTERROR);
+    EXPECT_EQ(acedDefun(L"c:test", -1), RTERROR);
+    EXPECT_EQ(acedUndef(L"c:test", -1), RTERROR);
+    EXPECT_EQ(acedDefun(L"c:first", 3), RTNORM);
+    EXPECT_EQ(acedDefun(L"c:second", 3), RTNORM);
+    EXPECT_EQ(acedUndef(L"c:first", 3), RTERROR);
+    EXPECT_EQ(acedUndef(L"c:second", 3), RTNORM);
+}
+
 TEST(ExternalFunctions, AreNotCalledHereSoRegisteringOneIsRefused)
 {
     EXPECT_EQ(acedDefun(L"c:test", 3), RTNORM);

@@ -133,6 +133,19 @@ TEST(Settings, EveryKeyHasADefaultWithinItsLimitsAndStandsOnce)
                                              "CATCH_NAME_PREFIX", "CATCH_NAME_SUFIX", "CATCH_COUNTER_DELIMITER"}));
 }
 
+TEST(Settings, TheZoomFactorsDefaultIsTheOneOfTheGroupThatShowsIt)
+{
+    TestFolder folder;
+    Settings settings;
+    settings.load(folder.path() / "settings.cfg");
+
+    EXPECT_EQ(settings.valueOrStandard("DEFAULT_ZOOM", kGroupDefinition), SettingValue(1.5));
+    EXPECT_EQ(settings.valueOrStandard("DEFAULT_ZOOM", kGroupReview), SettingValue(2.0));
+    EXPECT_EQ(settings.valueOrStandard("HIGHLIGHT_COLOR", kGroupReview), SettingValue(6));
+    ASSERT_TRUE(settings.set("DEFAULT_ZOOM", 3.0));
+    EXPECT_EQ(settings.valueOrStandard("DEFAULT_ZOOM", kGroupReview), SettingValue(3.0));
+}
+
 TEST(Settings, TheTwoDialogGroupsAreKnownByName)
 {
     EXPECT_EQ(settingGroup(L"TCE1"), kGroupDefinition);
