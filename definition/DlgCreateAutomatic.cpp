@@ -132,10 +132,16 @@ int CDlgCreateCatchmentArea::WriteFoundBoundaries(const AutoSearch &search)
 {
     int count = 0;
     CStringArray handles;
+    std::vector<std::pair<SectionPtr, CSectionPoint>> places; // the same for each boundary
+    for (const SectionPtr &section : m_sections) {
+        if (section)
+            places.emplace_back(section, CSectionPoint(section->GetObjectId()));
+    }
     for (std::size_t i = 0; i < search.m_boundaries.size(); ++i) {
         handles.clear();
-        for (const SectionPtr &section : m_sections) {
-            if (section && CZEMCBoundary::IsSectionInside(search.m_boundaries[i], section->GetObjectId()))
+        const CBoundaryRing ring(search.m_boundaries[i]);
+        for (const auto &[section, place] : places) {
+            if (CZEMCBoundary::IsSectionInside(ring, place))
                 handles.push_back(section->GetHandleText());
         }
         if (WriteAutoSliv(search.m_boundaries[i], search.m_islands[i], handles))

@@ -10,6 +10,34 @@
 #pragma once
 
 #include "contracts/DrawingHost.h"
+#include "geometry/Polygon.h"
+
+/// A polyline that is read once, for tests of many points.
+class CBoundaryRing {
+public:
+    /// Holds no vertices when the polyline is of another class than the two or can't be opened.
+    explicit CBoundaryRing(AcDbObjectId polyline);
+    CBoundaryRing(const CBoundaryRing &) = delete;
+    CBoundaryRing &operator=(const CBoundaryRing &) = delete;
+
+    /// It is a curve that can be opened.
+    bool IsCurve() const { return m_bCurve; }
+    /// CPolygon::Contains of the vertices; false without any.
+    bool Contains(const AcGePoint3d &point) const;
+
+private:
+    CPolygon m_polygon;
+    bool m_bCurve = false;
+    double m_dMinX = 0.0, m_dMinY = 0.0, m_dMaxX = 0.0, m_dMaxY = 0.0; ///< infinite when a vertex is not finite
+};
+
+/// The one point that decides where a section lies.
+struct CSectionPoint {
+    bool m_bFound = false; ///< there is such a section
+    AcGePoint3d m_point;   ///< the middle of its chord; the origin for a section of any type but 1
+
+    explicit CSectionPoint(AcDbObjectId section);
+};
 
 class CZEMCBoundary {
 public:
@@ -59,4 +87,6 @@ public:
     static bool IsPointInside(const CZEMCPolylineLWPtr &polyline, const AcGePoint3d &point);
     /// The middle of the section's chord alone decides. A section of any type but 1 is tested at (0, 0, 0).
     static bool IsSectionInside(AcDbObjectId polyline, AcDbObjectId section);
+    /// The same where many sections are tested against many polylines.
+    static bool IsSectionInside(const CBoundaryRing &ring, const CSectionPoint &section);
 };

@@ -5,7 +5,9 @@
 #include "geometry/Polygon.h"
 #include "geometry/Trace.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -37,19 +39,19 @@ bool ReadVertices(AcDbObjectId id, bool spatial, AcGePoint3dArray &points)
     return true;
 }
 
-void AddPoints(CPolygon &polygon, const AcGePoint3dArray &points)
+void Fill(CPolygon &polygon, const AcGePoint3dArray &points)
 {
-    for (const AcGePoint3d &point : points)
-        polygon.AddPoint({point.x, point.y, point.z});
+    if (!polygon.SetSize(static_cast<int>(points.size())))
+        return;
+    for (int i = 0; i < polygon.GetSize(); ++i)
+        polygon[i] = {points[i].x, points[i].y, points[i].z};
 }
 
 bool Contains(const AcGePoint3dArray &vertices, const AcGePoint3d &point)
 {
-    if (vertices.empty())
-        return false;
     CPolygon polygon;
-    AddPoints(polygon, vertices);
-    return polygon.Contains(point.x, point.y) != 0;
+    Fill(polygon, vertices);
+    return polygon.GetSize() > 0 && polygon.Contains(point.x, point.y) != 0;
 }
 
 AcDbObjectId DrawClosed(const AcGePoint3dArray &points)
@@ -66,6 +68,52 @@ double SegmentLength(double chord, double bulge)
 }
 
 } // namespace
+
+CBoundaryRing::CBoundaryRing(AcDbObjectId polyline)
+{
+    m_bCurve = CZEMCCurvePtr(polyline, AcDb::kForRead).isOpen();
+    AcGePoint3dArray vertices;
+    if (!m_bCurve || !ReadVertices(polyline, false, vertices) || vertices.empty())
+        return;
+    Fill(m_polygon, vertices);
+    m_dMinX = m_dMaxX = vertices.front().x;
+    m_dMinY = m_dMaxY = vertices.front().y;
+    bool finite = true;
+    for (const AcGePoint3d &vertex : vertices) {
+        finite = finite && std::isfinite(vertex.x) && std::isfinite(vertex.y);
+        m_dMinX = std::min(m_dMinX, vertex.x);
+        m_dMinY = std::min(m_dMinY, vertex.y);
+        m_dMaxX = std::max(m_dMaxX, vertex.x);
+        m_dMaxY = std::max(m_dMaxY, vertex.y);
+    }
+    if (!finite) {
+        m_dMinX = m_dMinY = -std::numeric_limits<double>::infinity();
+        m_dMaxX = m_dMaxY = std::numeric_limits<double>::infinity();
+    }
+}
+
+bool CBoundaryRing::Contains(const AcGePoint3d &point) const
+{
+    // Beside the box no edge is crossed, or an even number of them.
+    if (m_polygon.GetSize() == 0 || point.x < m_dMinX || point.x > m_dMaxX || point.y < m_dMinY || point.y > m_dMaxY)
+        return false;
+    return m_polygon.Contains(point.x, point.y) != 0;
+}
+
+CSectionPoint::CSectionPoint(AcDbObjectId section)
+{
+    using namespace ZEMGis::Topology;
+    const boost::shared_ptr<CSection> found = CTopologyMultiStorage::Instance()->GetTopology()->GetSectionById(section);
+    m_bFound = found != nullptr;
+    if (!found || found->GetType() != kSectionStraight)
+        return;
+    const AcGePoint3d start = found->GetStartPoint(), end = found->GetEndPoint();
+    const ads_point from = {start.x, start.y, start.z}, to = {end.x, end.y, end.z};
+    ads_point centre, middle;
+    acutPolar(from, acutAngle(from, to), start.distanceTo(end) / 2.0, centre);
+    acutPolar(centre, 90.0, 0.0, middle);
+    m_point = {middle[0], middle[1], middle[2]};
+}
 
 bool CZEMCBoundary::CopyToPolylineLW(AcDbObjectId source, AcDbObjectId &copy)
 {
@@ -90,7 +138,7 @@ bool CZEMCBoundary::GetCentroid(AcGePoint3d &centroid, AcDbObjectId polyline)
     if (!ReadVertices(polyline, true, points) || points.empty())
         return false;
     CPolygon polygon;
-    AddPoints(polygon, points);
+    Fill(polygon, points);
     const CVertex centre = polygon.Centroid();
     centroid = {centre.x, centre.y, centre.z};
     return true;
@@ -142,20 +190,14 @@ bool CZEMCBoundary::IsPointInside(const CZEMCPolylineLWPtr &polyline, const AcGe
 
 bool CZEMCBoundary::IsSectionInside(AcDbObjectId polyline, AcDbObjectId section)
 {
-    using namespace ZEMGis::Topology;
-    CTraceFrame frame(__FILE__, __LINE__, kIsSectionInside);
-    const boost::shared_ptr<CSection> found = CTopologyMultiStorage::Instance()->GetTopology()->GetSectionById(section);
-    const CZEMCCurvePtr opened(polyline, AcDb::kForRead);
-    if (!opened.isOpen() || !found)
-        return false;
+    return IsSectionInside(CBoundaryRing(polyline), CSectionPoint(section));
+}
 
-    ads_point middle = {0.0, 0.0, 0.0}; // where a section of any other type is tested
-    if (found->GetType() == kSectionStraight) {
-        const AcGePoint3d start = found->GetStartPoint(), end = found->GetEndPoint();
-        const ads_point from = {start.x, start.y, start.z}, to = {end.x, end.y, end.z};
-        ads_point centre;
-        acutPolar(from, acutAngle(from, to), start.distanceTo(end) / 2.0, centre);
-        acutPolar(centre, 90.0, 0.0, middle);
-    }
-    return IsPointInside(polyline, AcGePoint3d(middle[0], middle[1], middle[2]));
+bool CZEMCBoundary::IsSectionInside(const CBoundaryRing &ring, const CSectionPoint &section)
+{
+    CTraceFrame frame(__FILE__, __LINE__, kIsSectionInside);
+    if (!ring.IsCurve() || !section.m_bFound)
+        return false;
+    CTraceFrame pointFrame(__FILE__, __LINE__, kIsPointInside);
+    return ring.Contains(section.m_point);
 }

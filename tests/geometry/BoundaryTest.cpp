@@ -560,6 +560,29 @@ TEST_F(BoundarySection, AnyOtherTypeIsTestedAtTheOrigin)
     EXPECT_TRUE(CZEMCBoundary::IsSectionInside(roundOrigin, line));
 }
 
+TEST_F(BoundarySection, ARingReadOnceAnswersForManySectionsAsTheIdsDo)
+{
+    // Middles on and about all edges of a horseshoe and of the box round it.
+    const AcDbObjectId horseshoe =
+        host.addPolyline({{0, 0}, {30, 0}, {30, 20}, {20, 20}, {20, 10}, {10, 10}, {10, 20}, {0, 20}});
+    const CBoundaryRing ring(horseshoe);
+    int insides = 0, all = 0;
+    for (double x = -5; x <= 35; x += 2.5) {
+        for (double y = -5; y <= 25; y += 2.5) {
+            const SectionPlace place{1, {x - 1, y}, {x + 1, y}};
+            const AcDbObjectId line = host.drawing().append(std::make_unique<AcDbLine>(place.start, place.end));
+            host.sections[line.handle().value()] = place;
+            const bool inside = CZEMCBoundary::IsSectionInside(horseshoe, line);
+            EXPECT_EQ(CZEMCBoundary::IsSectionInside(ring, CSectionPoint(line)), inside) << x << ' ' << y;
+            EXPECT_EQ(CZEMCBoundary::IsPointInside(horseshoe, CSectionPoint(line).m_point), inside) << x << ' ' << y;
+            insides += inside ? 1 : 0;
+            ++all;
+        }
+    }
+    EXPECT_GT(insides, all / 5);
+    EXPECT_LT(insides, all / 2);
+}
+
 TEST_F(BoundarySection, AnUnknownSectionOrWhatIsNoCurveIsNotInside)
 {
     const AcDbObjectId square = host.addSquare(10, 10, 10);
