@@ -22,8 +22,6 @@ constexpr const char *kRefresh = "acedUpdateDisplay";
 class Highlight : public DefinitionDialogTest {
 protected:
     velmor::TransientGraphics &shown() { return drawing().component<velmor::TransientGraphics>(); }
-    /// Number of the drawn sections, the zoom's factor and extents.
-    static std::vector<std::string> zoomArguments() { return entriesOf(kZoomTo).back().arguments; }
     /// Handles of the sections that were drawn, in order.
     static std::vector<std::string> drawn()
     {
@@ -49,7 +47,9 @@ TEST_F(Highlight, Method2DrawsAllSectionsAndZoomsOnceToAllOfThem)
         dialog.choose(257, 2);
         EXPECT_THAT(calls({kWipe, kZoomTo, kDraw}), ElementsAre(kWipe, kWipe, kZoomTo, kDraw, kDraw, kDraw));
         // Their extents are 20..180 by 30..70, doubled about the middle.
-        EXPECT_THAT(zoomArguments(), ElementsAre("3", "2", "-60", "10", "260", "90"));
+        ASSERT_THAT(entriesOf(kZoomTo), SizeIs(1));
+        // Number of entities, factor, extents.
+        EXPECT_THAT(entriesOf(kZoomTo).front().arguments, ElementsAre("3", "2", "-60", "10", "260", "90"));
         EXPECT_THAT(drawn(), ElementsAre(handleOf(L"D1"), handleOf(L"D2"), handleOf(L"D3")));
         for (const auto &entry : entriesOf(kDraw))
             EXPECT_EQ(entry.arguments.at(1), std::to_string(CModuleConfiguration::Instance()->GetHighlightColor()));
