@@ -13,6 +13,25 @@ const CNumericField &area = NumericField(ControlId::kEditArea);
 const CNumericField &zoom = NumericField(ControlId::kEditZoom);
 const CNumericField &number = NumericField(ControlId::kEditNumber);
 
+TEST(NumericFields, EachEditHasItsWholeDigitsDecimalsAndSign)
+{
+    struct Row {
+        int control, whole, decimals;
+        bool negative;
+    };
+    constexpr Row kRows[] = {
+        {218, 4, 4, false}, {215, 4, 4, true},  {213, 8, 4, true},  {220, 8, 4, true},
+        {216, 8, 4, true},  {222, 4, 4, false}, {326, 8, 0, false},
+    };
+    EXPECT_EQ(DefinitionNumericFields().size(), std::size(kRows));
+    for (const Row &row : kRows) {
+        const CNumericField &field = NumericField(row.control);
+        EXPECT_EQ(field.m_nWholeDigits, row.whole) << row.control;
+        EXPECT_EQ(field.m_nDecimals, row.decimals) << row.control;
+        EXPECT_EQ(field.m_bNegative, row.negative) << row.control;
+    }
+}
+
 TEST(NumberTexts, TrailingZerosAndALonePointAreCut)
 {
     EXPECT_EQ(NumberText(1000.0, area), L"1000");

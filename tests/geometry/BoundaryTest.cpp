@@ -90,19 +90,6 @@ TEST_F(Boundary, SeveralPointsGoThroughAChainWithANodeForEach)
     EXPECT_TRUE(host.throughChain);
 }
 
-TEST_F(Boundary, SeveralPointsForRegionsAskForRegions)
-{
-    const AcGePoint3dArray points = {{1, 2, 3}, {4, 5, 6}};
-    CZEMCBoundary::CreateBoundary(points, boundary, kNothing.name);
-    CZEMCBoundary::CreateBoundary(points, boundary, kThree.name);
-    ASSERT_THAT(host.commands, SizeIs(2));
-    EXPECT_THAT(host.commands[0], ElementsAre("'_-BOUNDARY'", "'_A'", "'_I'", "'_N'", "''", "'_O'", "'_R'", "''",
-                                              "<1,2,3>", "<4,5,6>", "''"));
-    EXPECT_THAT(host.commands[1], ElementsAre("'_-BOUNDARY'", "'_A'", "'_I'", "'_N'", "''", "'_B'", "'_N'", "<picks 3>",
-                                              "''", "'_O'", "'_R'", "''", "<1,2,3>", "<4,5,6>", "''"));
-    EXPECT_TRUE(host.throughChain);
-}
-
 TEST_F(Boundary, ASetThatHasNoLengthCountsAsEmpty)
 {
     const ads_name none = {0, 0};
@@ -230,35 +217,6 @@ TEST_F(Boundary, SeveralPointsGiveTheLargestToo)
     EXPECT_TRUE(CZEMCBoundary::CreateBoundary(AcGePoint3dArray{kPoint}, boundary, others, kNothing.name));
     EXPECT_EQ(boundary, large);
     EXPECT_THAT(others, ElementsAre(small));
-}
-
-TEST_F(Boundary, RegionsNeverWriteTheBoundaryAndPairsThatOpenCountAsJoined)
-{
-    EXPECT_FALSE(CZEMCBoundary::CreateBoundary(AcGePoint3dArray{kPoint}, boundary, kNothing.name));
-    host.command = [&] { host.addSquare(0, 0, 1); };
-    EXPECT_FALSE(CZEMCBoundary::CreateBoundary(AcGePoint3dArray{kPoint}, boundary, kNothing.name)) << "no pair";
-    AcDbObjectId first;
-    host.command = [&] {
-        first = host.addSquare(0, 0, 1);
-        host.addSquare(3, 0, 1);
-    };
-    EXPECT_TRUE(CZEMCBoundary::CreateBoundary(AcGePoint3dArray{kPoint}, boundary, kNothing.name));
-    EXPECT_TRUE(boundary.isNull());
-    AcDbEntity *entity = nullptr;
-    ASSERT_EQ(acdbOpenAcDbEntity(entity, first, AcDb::kForWrite), Acad::eOk) << "both were closed again";
-    entity->close();
-}
-
-TEST_F(Boundary, APairThatDoesNotOpenIsSkipped)
-{
-    AcDbEntity *held = nullptr;
-    host.command = [&] {
-        // Open for reading elsewhere: the walk sees it, opening it for writing fails.
-        ASSERT_EQ(acdbOpenAcDbEntity(held, host.addSquare(0, 0, 1), AcDb::kForRead), Acad::eOk);
-        host.addSquare(3, 0, 1);
-    };
-    EXPECT_FALSE(CZEMCBoundary::CreateBoundary(AcGePoint3dArray{kPoint}, boundary, kNothing.name));
-    held->close();
 }
 
 // --- The walk over all polylines

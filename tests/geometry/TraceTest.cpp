@@ -29,6 +29,9 @@ std::string CLogEngine::GetLogFileFullPath()
 
 namespace {
 
+/// Asked before any test runs, as a program finds it.
+const int g_thresholdAtStart = TraceThreshold();
+
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::MatchesRegex;
@@ -157,6 +160,11 @@ TEST_F(Trace, AFailedVerificationIsWrittenAndTheConditionComesBack)
     out.str("");
     EXPECT_TRUE(TraceVerify(At(1, "F"), true, "ptrCA.get()!=0"));
     EXPECT_EQ(out.str(), "");
+}
+
+TEST_F(Trace, TheThresholdStartsAtTheLevelOfTheSystemsOwnLines)
+{
+    EXPECT_EQ(g_thresholdAtStart, 3);
 }
 
 TEST_F(Trace, AboveTheThresholdNothingIsWritten)

@@ -10,6 +10,9 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <stdexcept>
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -89,6 +92,27 @@ TEST_F(ModuleInHost, OtherMessagesAnswerZeroAndTouchNothing)
     EXPECT_THAT(moduleCommands(), SizeIs(2));
 }
 
+TEST_F(ModuleInHost, ComingItEntersItselfInTheResourceChainAndSetsUpTheDialogLibraryAndGoingItLeavesTheChain)
+{
+    const std::string module = std::filesystem::path(VELMOR_MODULE_FILE).filename().string();
+    const auto recorded = [] {
+        std::vector<velmor::JournalEntry> chain;
+        for (const velmor::JournalEntry &entry : velmor::Journal::instance().entries()) {
+            if (entry.operation.starts_with("acui") || entry.operation == "InitAcUiDLL")
+                chain.push_back(entry);
+        }
+        return chain;
+    };
+    using velmor::JournalEntry;
+    velmor::Journal::instance().setRecording(true);
+    load();
+    EXPECT_THAT(recorded(), ElementsAre(JournalEntry{"acuiAttachModule", {module}}, JournalEntry{"InitAcUiDLL", {}}));
+    velmor::Journal::instance().setRecording(true);
+    ASSERT_EQ(session.modules().unloadModule(VELMOR_MODULE_FILE), std::nullopt);
+    EXPECT_THAT(recorded(), ElementsAre(JournalEntry{"acuiDetachModule", {module}}));
+    velmor::Journal::instance().setRecording(false);
+}
+
 TEST_F(ModuleInHost, CreateOpensOneModalDialogAndDestroysIt)
 {
     load();
@@ -107,6 +131,36 @@ TEST_F(ModuleInHost, CreateOpensOneModalDialogAndDestroysIt)
         EXPECT_EQ(session.documentLocks(), 0);
         EXPECT_EQ(QApplication::topLevelWidgets().size(), widgetsBefore);
     }
+}
+
+TEST_F(ModuleInHost, ADialogThatAnExceptionLeavesIsGoneAndGivesTheDocumentBack)
+{
+    load();
+    CAdUiBaseDialog *opened = nullptr;
+    session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
+        opened = &dialog;
+        QObject::connect(&dialog, &QObject::destroyed, [&] { opened = nullptr; });
+        EXPECT_GT(session.documentLocks(), 0);
+        throw std::runtime_error("out of it");
+    });
+    const auto widgetsBefore = QApplication::topLevelWidgets().size();
+    velmor::Journal::instance().setRecording(true);
+    session.commands().run(L"zemsewage_create");
+    velmor::Journal::instance().setRecording(false);
+    EXPECT_EQ(opened, nullptr);
+    EXPECT_EQ(QApplication::topLevelWidgets().size(), widgetsBefore);
+    EXPECT_EQ(session.documentLocks(), 0);
+    EXPECT_FALSE(session.commands().isRunning());
+    // The dialog's own end cleared the drawing, and the user is told why the command stopped.
+    EXPECT_THAT(velmor::Journal::instance().entries(),
+                testing::Contains(velmor::JournalEntry{"CCatchmentAreaManager::UnMarkAllCatchments", {"7"}}));
+    ASSERT_THAT(session.alerts(), SizeIs(1));
+    EXPECT_NE(session.alerts()[0].find(L"out of it"), std::wstring::npos);
+    // Nothing holds the next run back.
+    int runs = 0;
+    session.setDialogDriver([&](CAdUiBaseDialog &) { ++runs; });
+    EXPECT_TRUE(session.commands().run(L"zemsewage_create"));
+    EXPECT_EQ(runs, 1);
 }
 
 TEST_F(ModuleInHost, EditSaysThatTheReviewIsNotThereYet)

@@ -7,8 +7,11 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <filesystem>
 #include <map>
 #include <vector>
+
+#include <dlfcn.h>
 
 using velmor::journal;
 using velmor::Session;
@@ -56,6 +59,16 @@ auto findModule(void *handle)
     return std::ranges::find(attachedModules(), handle, &AttachedModule::handle);
 }
 
+/// Writes the call with the file name of the library that lies at the handle; empty when none does.
+void journalModule(const char *operation, const void *handle)
+{
+    if (!velmor::Journal::instance().isRecording())
+        return;
+    Dl_info library = {};
+    const bool known = handle && dladdr(handle, &library) != 0 && library.dli_fname;
+    journal(operation, known ? std::filesystem::path(library.dli_fname).filename().string() : std::string());
+}
+
 } // namespace
 
 AcRxDictionary *acrxSysRegistry()
@@ -77,12 +90,14 @@ void InitAcUiDLL()
 
 void acuiAttachModule(void *moduleHandle)
 {
+    journalModule("acuiAttachModule", moduleHandle);
     if (moduleHandle && findModule(moduleHandle) == attachedModules().end())
         attachedModules().push_back({moduleHandle, nullptr, 0});
 }
 
 void acuiDetachModule(void *moduleHandle)
 {
+    journalModule("acuiDetachModule", moduleHandle);
     std::erase_if(attachedModules(), [&](const AttachedModule &module) { return module.handle == moduleHandle; });
 }
 
