@@ -72,9 +72,8 @@ MainWindow::MainWindow(Session &session)
     m_session.setView(this);
     m_session.setPromptSource(this);
     m_viewport->setStyle(palette().color(QPalette::Base).lightnessF() < 0.5 ? PaintStyle::dark() : PaintStyle::light());
-    m_viewport->setDrawing(m_session.drawing());
+    showDrawing(m_session.drawing());
     m_commandLine->setPrompt(ui("ui.command.idle"));
-    refreshTitle();
     resize(1200, 820);
     m_commandLine->focusInput();
 }
@@ -176,9 +175,13 @@ bool MainWindow::showFile(OpenedFile opened)
     m_session.setDrawing(std::move(opened.drawing), opened.path);
     if (opened.damaged)
         showAlert(uiText("ui.open.damaged"));
-    m_viewport->setDrawing(m_session.drawing());
-    refreshTitle();
     return true;
+}
+
+void MainWindow::showDrawing(Drawing *drawing)
+{
+    m_viewport->setDrawing(drawing);
+    refreshTitle();
 }
 
 void MainWindow::redraw()
@@ -266,7 +269,7 @@ void MainWindow::runCommand(const QString &line)
     std::wstring reason;
     if (!m_session.commands().run(line.toStdWString(), &reason) && !reason.empty())
         m_commandLine->say(QString::fromStdWString(reason));
-    m_viewport->setDrawing(m_session.drawing());
+    m_viewport->update(); // the drawing may have changed without a word to the view
     refreshTitle();
 }
 

@@ -42,6 +42,7 @@ public:
     bool showFile(OpenedFile opened);
 
     // SessionView
+    void showDrawing(Drawing *drawing) override;
     void redraw() override;
     void zoomTo(const Extents &extents) override;
     void showAlert(const std::wstring &text) override;

@@ -10,6 +10,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace velmor {
 
@@ -97,10 +98,11 @@ void Session::setDrawing(std::unique_ptr<Drawing> drawing, std::filesystem::path
     d->selectionSets.clear();
     d->nextSelection.reset();
     setWorkingDrawing(drawing.get());
-    d->drawing = std::move(drawing);
+    // The view may paint at any time, so the former drawing lives until the view has let go of it.
+    const std::unique_ptr<Drawing> former = std::exchange(d->drawing, std::move(drawing));
     d->path = std::move(path);
     if (d->view)
-        d->view->redraw();
+        d->view->showDrawing(d->drawing.get());
 }
 
 CommandStack &Session::commands()

@@ -26,6 +26,9 @@ class SelectionSets;
 class SessionView {
 public:
     virtual ~SessionView() = default;
+    /// The session has another drawing (null: none). The former one is freed when this returns, so nothing of it may
+    /// be kept, nor may anything be shown before the new one is taken.
+    virtual void showDrawing(Drawing *drawing) = 0;
     virtual void redraw() = 0;
     virtual void zoomTo(const Extents &extents) = 0;
     virtual void showAlert(const std::wstring &text) = 0;

@@ -101,19 +101,33 @@ void Viewport::setStyle(const PaintStyle &style)
 
 void Viewport::showExtents(const Extents &extents)
 {
+    m_showEverythingNext = false;
     m_view.show(extents);
     update();
 }
 
 void Viewport::showEverything()
 {
-    if (m_drawing != nullptr)
-        showExtents(visibleExtents(*m_drawing));
+    m_showEverythingNext = true;
+    update();
 }
 
 void Viewport::zoomBy(double factor)
 {
-    m_view.zoomAt(QPointF(width() / 2.0, height() / 2.0), factor);
+    zoomAt(QPointF(width() / 2.0, height() / 2.0), factor);
+}
+
+void Viewport::zoomAt(const QPointF &viewPoint, double factor)
+{
+    m_showEverythingNext = false;
+    m_view.zoomAt(viewPoint, factor);
+    update();
+}
+
+void Viewport::panBy(const QPointF &pixels)
+{
+    m_showEverythingNext = false;
+    m_view.panBy(pixels);
     update();
 }
 
@@ -169,9 +183,11 @@ void Viewport::renderPicture()
 
 void Viewport::paintEvent(QPaintEvent *)
 {
+    // An empty drawing waits for what comes into it first.
     if (m_showEverythingNext && m_drawing != nullptr) {
-        m_showEverythingNext = false;
-        m_view.show(visibleExtents(*m_drawing));
+        const Extents all = visibleExtents(*m_drawing);
+        m_showEverythingNext = all.isEmpty();
+        m_view.show(all);
     }
     if (const Shown want = wanted(); want != m_shown || m_picture.isNull()) {
         renderPicture();
@@ -200,10 +216,8 @@ void Viewport::resizeEvent(QResizeEvent *event)
 void Viewport::wheelEvent(QWheelEvent *event)
 {
     const double notches = event->angleDelta().y() / 120.0;
-    if (notches != 0.0) {
-        m_view.zoomAt(event->position(), std::pow(kWheelFactor, notches));
-        update();
-    }
+    if (notches != 0.0)
+        zoomAt(event->position(), std::pow(kWheelFactor, notches));
     event->accept();
 }
 
@@ -214,6 +228,7 @@ void Viewport::mousePressEvent(QMouseEvent *event)
         m_dragFrom = event->position();
         setCursor(Qt::ClosedHandCursor);
     } else if (event->button() == Qt::LeftButton) {
+        m_showEverythingNext = false; // what is drawn by clicks must not move under the pointer
         const AcGePoint3d p = m_view.toWorld(event->position());
         Q_EMIT clicked(p.x, p.y);
     } else if (event->button() == Qt::RightButton) {
@@ -225,9 +240,8 @@ void Viewport::mouseMoveEvent(QMouseEvent *event)
 {
     m_pointer = event->position();
     if (m_dragFrom) {
-        m_view.panBy(event->position() - *m_dragFrom);
+        panBy(event->position() - *m_dragFrom);
         m_dragFrom = event->position();
-        update();
     } else if (m_picking && m_base) {
         update();
     }
@@ -260,29 +274,19 @@ void Viewport::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Enter:
         Q_EMIT entered();
         return;
-    case Qt::Key_Plus:
-        return zoomBy(kWheelFactor);
-    case Qt::Key_Minus:
-        return zoomBy(1.0 / kWheelFactor);
     case Qt::Key_Home:
         return showEverything();
     case Qt::Key_Left:
-        m_view.panBy({stepX, 0.0});
-        break;
+        return panBy({stepX, 0.0});
     case Qt::Key_Right:
-        m_view.panBy({-stepX, 0.0});
-        break;
+        return panBy({-stepX, 0.0});
     case Qt::Key_Up:
-        m_view.panBy({0.0, stepY});
-        break;
+        return panBy({0.0, stepY});
     case Qt::Key_Down:
-        m_view.panBy({0.0, -stepY});
-        break;
+        return panBy({0.0, -stepY});
     default:
-        QWidget::keyPressEvent(event); // letters go on to the command line
-        return;
+        QWidget::keyPressEvent(event); // letters, digits and signs go on to the command line
     }
-    update();
 }
 
 void Viewport::changeEvent(QEvent *event)

@@ -12,14 +12,15 @@
 
 namespace velmor {
 
-/// Shows one drawing. The wheel zooms at the pointer, the middle button (or the left one with Space held) pans, a
-/// double click of the middle button shows everything; +, - and the arrow keys do the same from the keyboard.
+/// Shows one drawing. The wheel zooms at the pointer, the middle button pans, a double click of the middle button shows
+/// everything; from the keyboard the arrow keys pan and Home shows everything. What can be typed goes on to the parent.
 class Viewport final : public QWidget {
     Q_OBJECT
 public:
     explicit Viewport(QWidget *parent = nullptr);
 
-    /// The drawing stays the caller's and must outlive its being shown; null shows an empty field.
+    /// The drawing stays the caller's and must outlive its being shown; null shows an empty field. All of it is shown
+    /// first (of an empty drawing, all of what comes into it first), unless the view is moved before that.
     void setDrawing(Drawing *drawing);
     void setStyle(const PaintStyle &style);
     const ViewTransform &view() const { return m_view; }
@@ -59,6 +60,8 @@ private:
         bool operator==(const Shown &) const = default;
     };
     Shown wanted() const;
+    void zoomAt(const QPointF &viewPoint, double factor);
+    void panBy(const QPointF &pixels);
     void renderPicture();
     void paintRubberBand(QPainter &painter);
 
@@ -67,7 +70,7 @@ private:
     PaintStyle m_style;
     QPixmap m_picture;
     Shown m_shown;
-    bool m_showEverythingNext = false;
+    bool m_showEverythingNext = false; ///< at the next paint that has something to show
     bool m_picking = false;
     std::optional<AcGePoint3d> m_base;
     std::optional<QPointF> m_dragFrom;

@@ -59,6 +59,7 @@ protected:
 
 /// A window stands in for a person.
 struct PersonView final : SessionView {
+    void showDrawing(Drawing *) override {}
     void redraw() override {}
     void zoomTo(const Extents &) override {}
     void showAlert(const std::wstring &) override {}

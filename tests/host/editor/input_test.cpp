@@ -197,6 +197,7 @@ TEST_F(InputTest, RefreshFlushesFirstAndThenUpdates)
 }
 
 struct ZoomView final : SessionView {
+    void showDrawing(Drawing *) override {}
     void redraw() override {}
     void zoomTo(const Extents &to) override { extents = to; }
     void showAlert(const std::wstring &) override {}
@@ -215,6 +216,47 @@ TEST_F(InputTest, ZoomShowsTheExtentsEnlargedByTheFactorAboutTheirCentre)
     EXPECT_EQ(view.extents, (Extents{-15, -20, 45, 60}));
     EXPECT_FALSE(CZEMCEdit::zoom(gone, 2.0));
     EXPECT_FALSE(CZEMCEdit::zoom(a, 0.0));
+}
+
+/// Lives as long as its drawing does.
+struct Witness {
+    explicit Witness(Drawing &) { isAlive() = true; }
+    ~Witness() { isAlive() = false; }
+    static bool &isAlive()
+    {
+        static bool alive = false;
+        return alive;
+    }
+};
+
+struct DrawingView final : SessionView {
+    void showDrawing(Drawing *drawing) override
+    {
+        shown.push_back(drawing);
+        formerWasAlive = Witness::isAlive();
+    }
+    void redraw() override { ++redraws; }
+    void zoomTo(const Extents &) override {}
+    void showAlert(const std::wstring &) override {}
+    void showStatus(const std::wstring &) override {}
+    std::vector<Drawing *> shown;
+    bool formerWasAlive = false;
+    int redraws = 0;
+};
+
+TEST_F(InputTest, AFormerDrawingLivesTillTheViewHasTheNewOne)
+{
+    DrawingView view;
+    session.setView(&view);
+    drawing().component<Witness>();
+    session.setDrawing(Drawing::createNew());
+    EXPECT_THAT(view.shown, testing::ElementsAre(session.drawing()));
+    EXPECT_TRUE(view.formerWasAlive);
+    EXPECT_FALSE(Witness::isAlive());
+    EXPECT_EQ(view.redraws, 0); // nothing is painted before the view has taken the new one
+    session.setDrawing(nullptr);
+    EXPECT_EQ(view.shown.back(), nullptr);
+    session.setView(nullptr);
 }
 
 TEST_F(InputTest, FilesAreFoundBesideTheDrawing)

@@ -28,6 +28,12 @@ protected:
     /// Does something while the prompt waits.
     static void meanwhile(std::function<void()> action) { QTimer::singleShot(0, std::move(action)); }
 
+    void typeLine(const QString &line)
+    {
+        QTest::keyClicks(input, line);
+        QTest::keyClick(input, Qt::Key_Return);
+    }
+
     QPoint pixelOf(double x, double y) const { return viewport->view().toView(x, y).toPoint(); }
 
     Session session;
@@ -109,6 +115,92 @@ TEST_F(MainWindowTest, ZoomToAnEntityCentresIt)
     EXPECT_NEAR(viewport->view().centerY, 505.0, 1e-6);
     const Extents visible = viewport->view().visible();
     EXPECT_GT(visible.maxX - visible.minX, 2.0 * 20.0 * 0.99);
+}
+
+// --- The view over drawings and commands
+
+TEST_F(MainWindowTest, AnotherDrawingTakesTheFormerOnesPlaceInAShownWindow)
+{
+    auto second = Drawing::createNew();
+    second->append(std::make_unique<AcDbLine>(AcGePoint3d(5000, 5000), AcGePoint3d(5010, 5000)));
+    const AcDbEntity *line = second->modelSpace().entities().front();
+    session.setDrawing(std::move(second), "second.dxf");
+    EXPECT_EQ(viewport->entityAt({5005, 5000}), line);
+    EXPECT_TRUE(window->windowTitle().startsWith(QStringLiteral("second.dxf")));
+    viewport->grab();
+    EXPECT_NEAR(viewport->view().centerX, 5005.0, 1e-6);
+    EXPECT_NEAR(viewport->view().centerY, 5000.0, 1e-6);
+}
+
+TEST_F(MainWindowTest, TypedNewShowsAnEmptyDrawing)
+{
+    typeLine(QStringLiteral("new Yes"));
+    EXPECT_TRUE(session.drawing()->modelSpace().entities().empty());
+    EXPECT_EQ(viewport->entityAt({50, 40}), nullptr);
+    const QImage empty = viewport->grab().toImage();
+    EXPECT_EQ(empty.pixel(pixelOf(50, 40)), empty.pixel(1, 1));
+}
+
+TEST_F(MainWindowTest, ACommandKeepsThePersonsPanAndZoom)
+{
+    viewport->grab();
+    viewport->zoomBy(3.0);
+    QTest::keyClick(viewport, Qt::Key_Right);
+    const ViewTransform before = viewport->view();
+    typeLine(QStringLiteral("setvar OSMODE 1"));
+    typeLine(QStringLiteral("nosuchcommand"));
+    viewport->grab();
+    EXPECT_EQ(viewport->view().centerX, before.centerX);
+    EXPECT_EQ(viewport->view().centerY, before.centerY);
+    EXPECT_EQ(viewport->view().pixelsPerUnit, before.pixelsPerUnit);
+}
+
+TEST_F(MainWindowTest, AZoomThatACommandAskedForStays)
+{
+    session.setDrawing(Drawing::createNew());
+    session.drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1000, 1000)));
+    session.drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(10, 10), AcGePoint3d(20, 20)));
+    ASSERT_TRUE(CZEMCEdit::zoom(idOf(*session.drawing()->modelSpace().entities().back()), 1.0));
+    viewport->grab(); // the first paint of this drawing
+    EXPECT_NEAR(viewport->view().centerX, 15.0, 1e-6);
+}
+
+TEST_F(MainWindowTest, AnEmptyDrawingShowsAllOfWhatComesFirst)
+{
+    session.setDrawing(Drawing::createNew());
+    viewport->grab();
+    session.drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(7000, 100), AcGePoint3d(7100, 100)));
+    viewport->grab();
+    EXPECT_NEAR(viewport->view().centerX, 7050.0, 1e-6);
+    session.drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(10, 10)));
+    viewport->grab();
+    EXPECT_NEAR(viewport->view().centerX, 7050.0, 1e-6);
+}
+
+TEST_F(MainWindowTest, AnEmptyDrawingInWhichAPersonPointsStaysWhereItIs)
+{
+    session.setDrawing(Drawing::createNew());
+    viewport->grab();
+    const double before = viewport->view().centerX;
+    meanwhile([&] { QTest::mouseClick(viewport, Qt::LeftButton, {}, {40, 40}); });
+    ads_point point{};
+    ASSERT_EQ(acedGetPoint(nullptr, L"Point:", point), RTNORM);
+    session.drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(7000, 100), AcGePoint3d(7100, 100)));
+    viewport->grab();
+    EXPECT_EQ(viewport->view().centerX, before);
+}
+
+TEST_F(MainWindowTest, SignsTypedOverTheDrawingGoToTheCommandLine)
+{
+    const double scale = viewport->view().pixelsPerUnit;
+    for (const char *text : {"-BOUNDARY", "-5,3", "+5,3"}) {
+        input->clear();
+        viewport->setFocus();
+        QTest::keyClick(viewport, text[0]);
+        QTest::keyClicks(input, QString::fromLatin1(text + 1));
+        EXPECT_EQ(input->text(), QString::fromLatin1(text));
+    }
+    EXPECT_EQ(viewport->view().pixelsPerUnit, scale);
 }
 
 } // namespace
