@@ -84,6 +84,46 @@ TEST_F(Highlight, Method1ZoomsToTheCurrentSectionAndThenToAllWithTheFactorOfTheE
     });
 }
 
+TEST_F(Highlight, EachStepThatShowsSectionsRefreshesTheDisplayAndMarksComeLast)
+{
+    constexpr const char *kUnMark = "CCatchmentAreaManager::UnMarkAllCatchments";
+    run([&](CDialogUnderTest &dialog) {
+        dialog.choose(257, 0);
+        select(dialog, {L"D1", L"D2"});
+        const auto shownBy = [&](auto work) {
+            Journal::instance().setRecording(true);
+            work();
+            return calls({kWipe, kDraw, kUnMark, kRefresh});
+        };
+        EXPECT_THAT(shownBy([&] { dialog.click(205); }), ElementsAre(kWipe, kDraw, kRefresh, kUnMark, kRefresh));
+        EXPECT_THAT(shownBy([&] { dialog.choose(257, 2); }),
+                    ElementsAre(kWipe, kDraw, kDraw, kRefresh, kUnMark, kRefresh));
+        EXPECT_THAT(shownBy([&] { dialog.choose(257, 1); }),
+                    ElementsAre(kWipe, kDraw, kRefresh, kWipe, kDraw, kDraw, kRefresh, kUnMark, kRefresh));
+        // A selection changes the method anew, shows the first section once more, and then its areas.
+        dialog.choose(257, 0);
+        EXPECT_THAT(shownBy([&] { select(dialog, {L"D3"}); }),
+                    ElementsAre(kWipe, kDraw, kRefresh, kUnMark, kRefresh, kWipe, kDraw, kRefresh, kUnMark, kRefresh));
+        dialog.choose(257, 1);
+        EXPECT_THAT(shownBy([&] { select(dialog, {L"D3"}); }),
+                    ElementsAre(kWipe, kDraw, kRefresh, kWipe, kDraw, kRefresh, kUnMark, kRefresh, kUnMark, kRefresh));
+    });
+}
+
+TEST_F(Highlight, MarkingTheSectionsAreasTakesThePreviewHatches)
+{
+    const AcDbObjectId box = addBox(1000, 0, 1010, 10, L"0");
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        dialog.addMainRow(box, 100);
+        dialog.selectRows({0});
+        ASSERT_THAT(hatches(), SizeIs(1));
+        dialog.click(108);
+        EXPECT_THAT(hatches(), IsEmpty());
+        EXPECT_EQ(dialog.list()->topLevelItemCount(), 1);
+    });
+}
+
 TEST_F(Highlight, AWipeTakesTheTemporaryDrawingOfTheSectionBefore)
 {
     run([&](CDialogUnderTest &dialog) {

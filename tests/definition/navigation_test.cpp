@@ -111,6 +111,20 @@ TEST_F(Navigation, ANewSelectionStartsAtItsFirstSectionAndDropsTheDefinition)
     });
 }
 
+TEST_F(Navigation, ANewSelectionEmptiesTheRowsInMethod1Too)
+{
+    const AcDbObjectId box = addBox(0, 0, 10, 10, L"0");
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        dialog.addMainRow(box, 100);
+        dialog.choose(257, 1);
+        ASSERT_EQ(dialog.list()->topLevelItemCount(), 1);
+        select(dialog, {L"D1"});
+        EXPECT_EQ(dialog.list()->topLevelItemCount(), 0);
+        EXPECT_FALSE(dialog.isEnabled(221));
+    });
+}
+
 TEST_F(Navigation, SwitchingToMethod1KeepsTheRowsAndTheOthersEmptyThem)
 {
     const AcDbObjectId box = addBox(0, 0, 10, 10, L"0");
