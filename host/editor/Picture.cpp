@@ -1,10 +1,11 @@
 #include "host/editor/Picture.h"
 
+#include "host/drawing/dxf/AtomicFile.h"
+
 #include <QBuffer>
 #include <QFileInfo>
 #include <QImage>
 #include <QPainter>
-#include <QSaveFile>
 
 namespace velmor {
 
@@ -23,11 +24,14 @@ SaveResult savePicture(Drawing &drawing, const std::filesystem::path &file, cons
     QByteArray suffix = QFileInfo(path).suffix().toLatin1().toUpper();
     if (suffix != "JPG" && suffix != "JPEG" && suffix != "BMP")
         suffix = "PNG";
-    QSaveFile out(path);
-    if (!out.open(QIODevice::WriteOnly) || !image.save(&out, suffix.constData()) || !out.commit())
-        return {FileStatus::NotWritable, file.string() + ": the picture can't be written (" +
-                                             out.errorString().toStdString() + "); choose another place"};
-    return {};
+    // The encoder's own words about a full disk say nothing; so it writes to memory.
+    QByteArray encoded;
+    QBuffer buffer(&encoded);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, suffix.constData()))
+        return {FileStatus::NotWritable,
+                file.string() + ": the picture can't be made as " + suffix.toStdString() + "; choose another ending"};
+    const std::string_view pieces[] = {{encoded.constData(), static_cast<std::size_t>(encoded.size())}};
+    return writeFileAtomically(file, pieces, false);
 }
 
 } // namespace velmor

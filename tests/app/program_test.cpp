@@ -320,6 +320,25 @@ TEST_F(ProgramTest, AFullDiskLeavesTheOldDrawingAsItWas)
     EXPECT_EQ(readFile(folder / "disk/town.dxf"), before);
 }
 
+TEST_F(ProgramTest, AFullDiskIsToldByThePictureTooAndLeavesTheOldPicture)
+{
+    const SmallDisk disk(folder / "disk", "size=64k");
+    if (!disk.mounted())
+        GTEST_SKIP() << "mounting a small file system is not permitted here";
+    makeTown("town.dxf");
+    ASSERT_EQ(run({"picture", "town.dxf", "-o", "disk/town.png", "--size", "64x64"}).code, 0);
+    const std::string before = readFile(folder / "disk/town.png");
+    std::ofstream filler(folder / "disk/filler", std::ios::binary);
+    for (int i = 0; i < 64 && filler; ++i)
+        filler << std::string(4096, 'x') << std::flush;
+    filler.close();
+    const Outcome outcome = run({"picture", "town.dxf", "-o", "disk/town.png", "--size", "400x300"});
+    EXPECT_EQ(outcome.code, 3) << outcome.err;
+    EXPECT_TRUE(isOneLine(outcome.err)) << outcome.err;
+    EXPECT_THAT(outcome.err, AllOf(HasSubstr("town.png"), HasSubstr("disk is full")));
+    EXPECT_EQ(readFile(folder / "disk/town.png"), before);
+}
+
 TEST_F(ProgramTest, AReadOnlyTargetLeavesTheOldDrawingAsItWas)
 {
     const SmallDisk disk(folder / "disk", "size=4m");

@@ -123,7 +123,7 @@ TEST(Picture, APlaceThatCannotBeWrittenGivesAMessageWithItsName)
 {
     auto drawing = Drawing::createNew();
     const SaveResult saved = savePicture(*drawing, "/no/such/folder/picture.png");
-    EXPECT_EQ(saved.status, FileStatus::NotWritable);
+    EXPECT_EQ(saved.status, FileStatus::NotFound);
     EXPECT_NE(saved.message.find("/no/such/folder/picture.png"), std::string::npos);
 }
 
