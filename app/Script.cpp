@@ -233,10 +233,13 @@ void Script::executeInDialog(const Line &line)
         return fail(name + (words.size() - 1 < verb->fewest ? L" needs more words" : L" takes fewer words"));
     ControlEvents controls(*m_dialogs.back());
     const std::size_t running = m_current; // a click may run a whole dialog, and its lines with it
+    const std::size_t failuresBefore = m_session.failures();
     const auto problem = verb->run(controls, *control, words.subspan(1));
     m_current = running;
     if (problem)
         fail(*problem);
+    else if (m_session.failures() != failuresBefore)
+        fail(m_session.alerts().back(), kFailed);
 }
 
 void Script::runCommand(const Line &line)

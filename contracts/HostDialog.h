@@ -9,6 +9,7 @@
 #include <QPushButton>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 /// Name of the dynamic property that holds a control's number.
@@ -44,6 +45,10 @@ public:
     }
     void EnableControl(int controlId, bool enabled);
 
+    /// Runs a handler of one of the dialog's controls, which is the only way to run one: what it throws ends it and
+    /// nothing else. The user is told, what it changed in the drawing is taken back, and an editor command that it
+    /// began is completed. False then.
+    bool RunHandler(const std::function<void()> &handler);
     /// A numbered notice from a control, as the selection button sends it; the base answers 0.
     virtual std::intptr_t OnWindowMessage(unsigned message, std::uintptr_t wParam, std::intptr_t lParam);
 
@@ -52,6 +57,9 @@ protected:
     virtual bool OnInitDialog();
     /// Escape, the window's close button and a control of number 2 take this path; the base ends with kCancel.
     virtual void OnCancel();
+    /// After a handler failed and its changes were taken back: a derived class brings what it remembers of the drawing
+    /// in step with it.
+    virtual void OnHandlerFailed();
     /// A control of number 1 takes this path; the base ends with kOk.
     virtual void OnOK();
 
@@ -61,6 +69,7 @@ protected:
     void accept() override;
 
 private:
+    void RunCancel();
     struct Private;
     std::unique_ptr<Private> d;
 };

@@ -47,6 +47,7 @@ protected:
 
     bool OnInitDialog() override;
     void OnCancel() override;
+    void OnHandlerFailed() override;
     void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 

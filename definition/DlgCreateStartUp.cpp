@@ -146,8 +146,11 @@ CDlgCreateCatchmentArea::~CDlgCreateCatchmentArea()
 
 void CDlgCreateCatchmentArea::ConnectControls()
 {
-    const auto click = [this](QAbstractButton *button, auto handler) {
-        connect(button, &QAbstractButton::clicked, this, handler);
+    const auto handle = [this](auto *control, auto signal, auto handler) {
+        connect(control, signal, this, [this, handler] { RunHandler([this, handler] { (this->*handler)(); }); });
+    };
+    const auto click = [&](QAbstractButton *button, auto handler) {
+        handle(button, &QAbstractButton::clicked, handler);
     };
     using Dialog = CDlgCreateCatchmentArea;
     click(m_ui->btnPrevious, &Dialog::OnBtnPrevious);
@@ -163,10 +166,12 @@ void CDlgCreateCatchmentArea::ConnectControls()
     click(m_ui->btnHide, &Dialog::OnBtnHide);
     click(m_ui->btnInfoSections, &Dialog::OnBtnInfoSections);
     click(m_ui->btnInfoAreas, &Dialog::OnBtnInfoAreas);
-    connect(m_ui->comboMethod, &QComboBox::activated, this, &Dialog::OnMethodChanged);
-    connect(m_ui->comboType, &QComboBox::activated, this, &Dialog::OnTypeChanged);
+    handle(m_ui->comboMethod, &QComboBox::activated, &Dialog::OnMethodChanged);
+    handle(m_ui->comboType, &QComboBox::activated, &Dialog::OnTypeChanged);
     connect(m_ui->listAreas->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            [this](const QItemSelection &selected) { OnListChanged(!selected.isEmpty()); });
+            [this](const QItemSelection &selected) {
+                RunHandler([this, &selected] { OnListChanged(!selected.isEmpty()); });
+            });
 }
 
 bool CDlgCreateCatchmentArea::OnInitDialog()
@@ -350,6 +355,14 @@ void CDlgCreateCatchmentArea::OnCancel()
     SaveSettings();
     EraseTempBoundaries();
     EndDialog(kCancel);
+}
+
+void CDlgCreateCatchmentArea::OnHandlerFailed()
+{
+    m_allAreas.clear();
+    m_usedNames.clear();
+    m_usedNumbers.clear();
+    LoadExistingAreas();
 }
 
 void CDlgCreateCatchmentArea::showEvent(QShowEvent *event)

@@ -67,6 +67,8 @@ void Drawing::setData(AcDbObject &object, const std::string &key, const DataItem
     const auto found = d->attached.find(&object);
     if (found == d->attached.end() && items.empty())
         return;
+    for (DrawingObserver *observer : d->observers)
+        observer->dataChanging(object, key);
     if (!setRecord(*d, found == d->attached.end() ? d->attached[&object] : found->second, key, normalized(items)))
         return;
     const std::uint64_t handle = d->giveHandle(object);
@@ -108,6 +110,8 @@ void Drawing::setDictionaryEntry(const std::string &dictionary, const std::strin
 {
     if (items.empty() && !d->dictionaries.contains(dictionary))
         return;
+    for (DrawingObserver *observer : d->observers)
+        observer->dictionaryChanging(dictionary, key);
     if (setRecord(*d, d->dictionaries[dictionary], key, normalized(items)))
         d->changed();
 }

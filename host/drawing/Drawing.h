@@ -89,10 +89,13 @@ struct DataItem {
 };
 using DataItems = std::vector<DataItem>;
 
-/// Told of every change of a drawing's entities, right after it.
+/// Told of every change of a drawing's entities, right after it, and of attached data and dictionary entries, right
+/// before it.
 class DrawingObserver {
 public:
     virtual ~DrawingObserver() = default;
+    virtual void dataChanging(AcDbObject &, const std::string & /*key*/) {}
+    virtual void dictionaryChanging(const std::string & /*dictionary*/, const std::string & /*key*/) {}
     virtual void entityAppended(AcDbEntity &) {}
     virtual void entityModified(AcDbEntity &) {}
     virtual void entityErased(AcDbEntity &, bool /*erased*/) {}

@@ -1,10 +1,10 @@
 #include "host/editor/CommandStack.h"
 
+#include "host/editor/Guarded.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/Words.h"
 #include "host/services/Messages.h"
-#include "host/services/Text.h"
 
 #include <algorithm>
 #include <cwctype>
@@ -189,18 +189,16 @@ RunStatus CommandStack::runEntry(const CommandEntry &entry, std::span<const Answ
     const CommandEntry running = entry;
     m_running.push_back(running.globalName);
     RunStatus status = RunStatus::Failed;
-    try {
+    const bool finished = runGuarded(m_session, running.localName, [&] {
         if (running.function) {
             running.function();
             status = RunStatus::Done;
         } else {
             status = drive(*running.factory(), answers, askSession);
         }
-    } catch (const std::exception &error) {
-        m_session.alert(running.localName + L": " + wide(error.what()));
-    }
+    });
     m_running.pop_back();
-    return status;
+    return finished ? status : RunStatus::Failed;
 }
 
 RunStatus CommandStack::drive(Command &command, std::span<const Answer> &answers, bool askSession)

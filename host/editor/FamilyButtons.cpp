@@ -13,7 +13,12 @@ namespace ZEMGis::Selection {
 
 CSelectionButton::CSelectionButton(QWidget *parent) : QPushButton(parent)
 {
-    connect(this, &QPushButton::clicked, this, [this] { runSelection(); });
+    connect(this, &QPushButton::clicked, this, [this] {
+        if (m_dialog)
+            m_dialog->RunHandler([this] { runSelection(); });
+        else
+            runSelection();
+    });
 }
 
 void CSelectionButton::setParentDialog(CAdUiBaseDialog *dialog, bool notify)

@@ -1,6 +1,7 @@
 #include "contracts/HostDialog.h"
 
 #include "host/drawing/Journal.h"
+#include "host/editor/Guarded.h"
 #include "host/editor/Session.h"
 
 #include <QAbstractButton>
@@ -43,9 +44,9 @@ void CAdUiBaseDialog::Private::wire(CAdUiBaseDialog &dialog)
     if (std::exchange(wired, true))
         return;
     if (auto *button = dialog.Control<QAbstractButton>(kOk))
-        connect(button, &QAbstractButton::clicked, &dialog, [&dialog] { dialog.OnOK(); });
+        connect(button, &QAbstractButton::clicked, &dialog, [&dialog] { dialog.accept(); });
     if (auto *button = dialog.Control<QAbstractButton>(kCancel))
-        connect(button, &QAbstractButton::clicked, &dialog, [&dialog] { dialog.OnCancel(); });
+        connect(button, &QAbstractButton::clicked, &dialog, [&dialog] { dialog.RunCancel(); });
 }
 
 CAdUiBaseDialog::CAdUiBaseDialog(QWidget *parent) : QDialog(parent), d(std::make_unique<Private>())
@@ -85,7 +86,7 @@ int CAdUiBaseDialog::DoModal()
         driver(*this);
     if (d->open && (driver || !session || !session->view())) {
         // Nobody is there to end it.
-        OnCancel();
+        RunCancel();
         if (d->open)
             EndDialog(kCancel);
     }
@@ -170,6 +171,32 @@ void CAdUiBaseDialog::EnableControl(int controlId, bool enabled)
         control->setEnabled(enabled);
 }
 
+bool CAdUiBaseDialog::RunHandler(const std::function<void()> &handler)
+{
+    velmor::Session *session = velmor::Session::currentOrNull();
+    if (!session) {
+        handler();
+        return true;
+    }
+    const int editorCommands = d->editorCommands;
+    if (velmor::runGuarded(*session, windowTitle().toStdWString(), handler, velmor::Kept::ForGood))
+        return true;
+    while (d->editorCommands > editorCommands)
+        CompleteEditorCommand(1);
+    velmor::runGuarded(
+        *session, windowTitle().toStdWString(), [this] { OnHandlerFailed(); }, velmor::Kept::ForGood);
+    return false;
+}
+
+void CAdUiBaseDialog::OnHandlerFailed() {}
+
+/// A dialog whose cancel path fails ends all the same: nobody could close it any more.
+void CAdUiBaseDialog::RunCancel()
+{
+    if (!RunHandler([this] { OnCancel(); }))
+        EndDialog(kCancel);
+}
+
 std::intptr_t CAdUiBaseDialog::OnWindowMessage(unsigned, std::uintptr_t, std::intptr_t)
 {
     return 0;
@@ -194,7 +221,7 @@ void CAdUiBaseDialog::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
     case Qt::Key_Escape:
-        OnCancel();
+        RunCancel();
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -209,15 +236,15 @@ void CAdUiBaseDialog::keyPressEvent(QKeyEvent *event)
 void CAdUiBaseDialog::closeEvent(QCloseEvent *event)
 {
     event->ignore(); // the cancel path hides the dialog when it agrees
-    OnCancel();
+    RunCancel();
 }
 
 void CAdUiBaseDialog::reject()
 {
-    OnCancel();
+    RunCancel();
 }
 
 void CAdUiBaseDialog::accept()
 {
-    OnOK();
+    RunHandler([this] { OnOK(); });
 }

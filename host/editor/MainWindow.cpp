@@ -3,6 +3,7 @@
 #include "host/drawing/Findings.h"
 #include "host/editor/CommandLine.h"
 #include "host/editor/CommandStack.h"
+#include "host/editor/Guarded.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/Viewport.h"
 #include "host/network/Network.h"
@@ -98,7 +99,11 @@ void MainWindow::buildMenus()
                 menu->addSeparator();
                 continue;
             }
-            QAction *action = menu->addAction(ui(row.text), this, row.action);
+            QAction *action = menu->addAction(ui(row.text));
+            connect(action, &QAction::triggered, this, [this, action, work = row.action] {
+                const std::wstring name = action->text().remove(QLatin1Char('&')).toStdWString();
+                runGuarded(m_session, name, work);
+            });
             action->setShortcut(row.key);
         }
     };

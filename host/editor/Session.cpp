@@ -1,5 +1,6 @@
 #include "host/editor/Session.h"
 
+#include "host/drawing/ChangeLog.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/HostVariables.h"
@@ -41,6 +42,7 @@ struct Session::Private {
     std::wstring lastStatus;
     MessageSink sink = writeAlerts;
     int locks = 0;
+    std::size_t drawingNumber = 0, failures = 0;
     ModuleLoader modules;
 };
 
@@ -95,14 +97,22 @@ void Session::setPath(std::filesystem::path path)
 
 void Session::setDrawing(std::unique_ptr<Drawing> drawing, std::filesystem::path path)
 {
+    ++d->drawingNumber;
     d->selectionSets.clear();
     d->nextSelection.reset();
+    if (drawing)
+        drawing->component<ChangeLog>(); // told of changes before anybody who may fail over them
     setWorkingDrawing(drawing.get());
     // The view may paint at any time, so the former drawing lives until the view has let go of it.
     const std::unique_ptr<Drawing> former = std::exchange(d->drawing, std::move(drawing));
     d->path = std::move(path);
     if (d->view)
         d->view->showDrawing(d->drawing.get());
+}
+
+std::size_t Session::drawingNumber() const
+{
+    return d->drawingNumber;
 }
 
 CommandStack &Session::commands()
@@ -183,6 +193,17 @@ void Session::alert(const std::wstring &text)
         d->view->showAlert(text);
     else if (d->sink)
         d->sink(MessageKind::Alert, text);
+}
+
+void Session::alertFailure(const std::wstring &text)
+{
+    ++d->failures;
+    alert(text);
+}
+
+std::size_t Session::failures() const
+{
+    return d->failures;
 }
 
 void Session::status(const std::wstring &text)

@@ -60,6 +60,8 @@ public:
     void setPath(std::filesystem::path path);
     /// Takes a drawing as the working one; the old one is closed, and selection sets over it are gone.
     void setDrawing(std::unique_ptr<Drawing> drawing, std::filesystem::path path = {});
+    /// Grows with every setDrawing.
+    std::size_t drawingNumber() const;
 
     CommandStack &commands();
     ModuleLoader &modules();
@@ -83,6 +85,9 @@ public:
     SessionView *view() const;
     /// Shows an alert: in the view, or through the sink of a headless program.
     void alert(const std::wstring &text);
+    /// The same for a piece of work that failed by an exception; they are counted.
+    void alertFailure(const std::wstring &text);
+    std::size_t failures() const;
     /// One line about what a command found or did. While code (not a person) runs a command it is only kept.
     void status(const std::wstring &text);
     const std::wstring &lastStatus() const;

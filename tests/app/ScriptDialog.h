@@ -10,6 +10,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,8 @@ public:
         add(new QPushButton(QStringLiteral("Off")), 18)->setEnabled(false);
         add(new QPushButton(QStringLiteral("Hidden")), 19)->hide();
         connect(add(new QPushButton(QStringLiteral("Pick")), 20), &QPushButton::clicked, this, [this] { pick(); });
+        connect(add(new QPushButton(QStringLiteral("Fail")), 22), &QPushButton::clicked, this,
+                [this] { RunHandler([] { throw std::runtime_error("the pump is dry"); }); });
         connect(add(new QPushButton(QStringLiteral("Inner")), 21), &QPushButton::clicked, this, [this] {
             ScriptDialog inner;
             inner.DoModal();

@@ -191,6 +191,13 @@ TEST_F(ScriptTest, ADrawingThatHasNoFileYetIsBadInputToASaveThatNamesNone)
     EXPECT_EQ(run("save\n").code, kBadInput);
 }
 
+TEST_F(ScriptTest, AHandlerThatFailsStopsTheScriptAtItsLine)
+{
+    const ScriptResult result = run("dialog\nclick 22\nclick 10\n");
+    EXPECT_EQ(result.code, kFailed);
+    EXPECT_THAT(result.message, AllOf(HasSubstr("s:2: "), HasSubstr("the pump is dry")));
+}
+
 TEST_F(ScriptTest, AByteOrderMarkAndALastLineWithoutAnEndAreFine)
 {
     EXPECT_EQ(run("\xEF\xBB\xBFlayer X\nlayer Y").code, kDone);

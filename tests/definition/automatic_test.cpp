@@ -339,6 +339,41 @@ TEST_F(NearCentres, WithTheIslandCheckOnlyAnEqualCentreIsADoubleAndTheSaveRefuse
     EXPECT_THAT(areas(), SizeIs(1));
 }
 
+/// Breaks the work of a handler when so many entities were added.
+struct Breaker : velmor::DrawingObserver {
+    void entityAppended(AcDbEntity &) override
+    {
+        if (m_left > 0 && --m_left == 0)
+            throw std::runtime_error("broken");
+    }
+    int m_left = 0;
+};
+
+TEST_F(Automatic, ARunThatFailsIsTakenBackWholeAndTheNextOneFindsEverything)
+{
+    Breaker breaker;
+    drawing().addObserver(breaker);
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1", L"D2", L"D3"});
+        dialog.choose(257, 2);
+        dialog.type(215, "0.35");
+        breaker.m_left = 4; // two boundaries and the first area come, the second area does not
+        dialog.click(290);
+        EXPECT_EQ(breaker.m_left, 0);
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_THAT(areas(), IsEmpty());
+        EXPECT_THAT(loosePolylines(), IsEmpty());
+        ASSERT_THAT(alerts(), SizeIs(1));
+        EXPECT_THAT(ToQString(alerts().front()).toStdString(), testing::HasSubstr("broken"));
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(281), ToQString(count(2)));
+    });
+    drawing().removeObserver(breaker);
+    EXPECT_THAT(areas(), SizeIs(2));
+    EXPECT_TRUE(areaNamed(L"S-D1_1"));
+    EXPECT_THAT(alerts(), SizeIs(1));
+}
+
 TEST_F(Automatic, TheCounterEditIsEmptied)
 {
     run([&](CDialogUnderTest &dialog) {

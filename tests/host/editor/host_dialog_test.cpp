@@ -294,6 +294,50 @@ TEST_F(HostDialogTest, WithAPersonTheDialogRunsTillItIsEndedThoughItHidesMeanwhi
     EXPECT_THAT(visible, testing::ElementsAre(true, false, true));
 }
 
+TEST_F(HostDialogTest, WhatLeavesAHandlerAtTheWindowEndsTheHandlerAlone)
+{
+    PersonView view;
+    session.setView(&view);
+    TestDialog dialog;
+    dialog.setWindowTitle(QStringLiteral("Areas"));
+    auto *work = new QPushButton(&dialog);
+    QObject::connect(work, &QPushButton::clicked, &dialog, [&] {
+        dialog.RunHandler([&] {
+            line(0, 0, 1, 1);
+            dialog.BeginEditorCommand();
+            throw std::runtime_error("the pump is dry");
+        });
+    });
+    bool visible = false, editorCommand = true;
+    QTimer::singleShot(0, &dialog, [&] {
+        work->click();
+        visible = dialog.isVisible();
+        editorCommand = dialog.IsEditorCommandRunning();
+        QTimer::singleShot(0, &dialog, [&] { dialog.Control<QPushButton>(2)->click(); });
+    });
+    EXPECT_EQ(dialog.DoModal(), CAdUiBaseDialog::kCancel);
+    session.setView(nullptr);
+    EXPECT_TRUE(visible);
+    EXPECT_FALSE(editorCommand);
+    EXPECT_THAT(session.alerts(), testing::ElementsAre(L"Areas failed and was taken back: the pump is dry"));
+    ASSERT_EQ(entityCount(), 1u);
+    EXPECT_TRUE(drawing().modelSpace().entities().front()->isErased());
+}
+
+TEST_F(HostDialogTest, ACancelPathThatThrowsEndsTheDialogAllTheSame)
+{
+    struct Failing final : TestDialog {
+        void OnCancel() override { throw std::runtime_error("no settings"); }
+    } dialog;
+    EXPECT_EQ(drive(dialog,
+                    [&](CAdUiBaseDialog &shown) {
+                        shown.close();
+                        EXPECT_FALSE(shown.isVisible());
+                    }),
+              CAdUiBaseDialog::kCancel);
+    EXPECT_EQ(session.alerts().size(), 1u);
+}
+
 TEST_F(HostDialogTest, ADriverThatThrowsLeavesNoDialogOpen)
 {
     TestDialog dialog;

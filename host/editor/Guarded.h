@@ -1,0 +1,23 @@
+// Where exceptions end: commands, handlers of dialogs and actions of the window all run through here.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace velmor {
+
+class Session;
+
+/// Who may still take back what a finished work did.
+enum class Kept {
+    WithOuterWork, ///< the work around it, of which it is a part
+    ForGood        ///< nobody: it was a step of its own, say a handler in a dialog that a command runs
+};
+
+/// Runs a piece of work that changes the session's drawing. False when it threw: then its changes are taken back (see
+/// ChangeLog), and one alert says what failed and why. Works nest; only the innermost one that threw is taken back.
+/// name is how the user knows the work: a command, a dialog's title.
+bool runGuarded(Session &session, const std::wstring &name, const std::function<void()> &work,
+                Kept kept = Kept::WithOuterWork);
+
+} // namespace velmor
