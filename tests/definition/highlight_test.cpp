@@ -244,6 +244,27 @@ TEST_F(MarksFollow, TheTypeComboAndTheMethodCombo)
     });
 }
 
+TEST_F(MarksFollow, AChosenRowOfTheListWhosePreviewTakesTheirPlace)
+{
+    const AcDbObjectId box = addBox(2000, 0, 2010, 10, L"0");
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        dialog.addMainRow(box, 100);
+        ASSERT_THAT(marked(), ElementsAre(L"D1 catchment"));
+        Journal::instance().setRecording(true);
+        dialog.selectRows({0});
+        EXPECT_THAT(marked(), IsEmpty());
+        EXPECT_THAT(calls({"CCatchmentAreaManager::UnMarkAllCatchments", kRefresh}),
+                    ElementsAre("CCatchmentAreaManager::UnMarkAllCatchments", kRefresh));
+        EXPECT_THAT(hatches(), SizeIs(1));
+        // A row that is only left changes nothing.
+        Journal::instance().setRecording(true);
+        dialog.selectRows({});
+        EXPECT_THAT(calls({"CCatchmentAreaManager::UnMarkAllCatchments", kRefresh}), IsEmpty());
+        EXPECT_THAT(hatches(), SizeIs(1));
+    });
+}
+
 TEST_F(MarksFollow, TheEndOfTheDialog)
 {
     run([&](CDialogUnderTest &dialog) {
