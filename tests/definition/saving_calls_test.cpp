@@ -128,6 +128,20 @@ TEST_F(SavingCalls, TheBagOfAnAreaWithoutAPolygonIsFilledInOrder)
     }
 }
 
+TEST_F(SavingCalls, ASaveHoldsItsCommandAndALockOfTheDocumentFromItsStartToItsEnd)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog);
+        dialog.check(274, false);
+        saveRow(dialog, 0);
+        EXPECT_THAT(calls({"SetActiveCommand", "~SetActiveCommand", "AcAxDocLock::AcAxDocLock",
+                           "AcAxDocLock::~AcAxDocLock", "CCatchmentAreaManager::CreateCA", "acedUpdateDisplay"}),
+                    ElementsAre("SetActiveCommand", "AcAxDocLock::AcAxDocLock", "CCatchmentAreaManager::CreateCA",
+                                "acedUpdateDisplay", "acedUpdateDisplay", "AcAxDocLock::~AcAxDocLock",
+                                "~SetActiveCommand"));
+    });
+}
+
 TEST_F(SavingCalls, AMainRowIsLabelledFromTheCatalogueItemAlone)
 {
     run([&](CDialogUnderTest &dialog) {
