@@ -26,7 +26,8 @@ struct BlockImport {
 };
 /// Copies the model space of source into the definition of that name, replacing what it held, with the definitions it
 /// refers to. A nested definition keeps its name when the name is free or in replaceable (those are replaced), else it
-/// is put under NAME$n$NESTED. A reference of a block within itself is left out.
+/// is put under NAME$n$NESTED. A reference of a block within itself is left out, and so is what is nested more
+/// than a thousand levels deep.
 BlockImport importBlockInto(Drawing &target, const std::wstring &name, const Drawing &source,
                             const std::set<std::wstring> &replaceable);
 

@@ -30,9 +30,7 @@ CurvePath arcPath(const AcGePoint3d &center, double radius, double start, double
 CurvePath ellipsePath(const EllipseEntity &ellipse, double tolerance)
 {
     const auto &shape = ellipse.shape();
-    double sweep = shape.endParameter - shape.startParameter;
-    if (sweep <= 0.0)
-        sweep += kTwoPi;
+    const double sweep = endOfTurn(shape.startParameter, shape.endParameter) - shape.startParameter;
     // The chord of a circle of the major axis leaves the arc by r (1 - cos(step / 2)), and the ellipse is flatter.
     const double radius = shape.majorAxis.length();
     const double step = radius > tolerance ? 2.0 * std::acos(1.0 - tolerance / radius) : std::numbers::pi / 2.0;
@@ -77,6 +75,18 @@ void closeWhereEndsMeet(CurvePath &path)
 
 } // namespace
 
+double endOfTurn(double start, double end)
+{
+    const double sweep = end - start;
+    constexpr double kRounding = 1e-12; // of a full turn whose ends were rounded
+    if (sweep > 0.0 && sweep <= kTwoPi * (1.0 + kRounding))
+        return end;
+    double turn = std::isfinite(sweep) ? std::fmod(sweep, kTwoPi) : kTwoPi;
+    if (turn <= 0.0)
+        turn += kTwoPi;
+    return start + turn;
+}
+
 std::optional<CurvePath> curvePathOf(const AcDbEntity &entity, double tolerance)
 {
     CurvePath path;
@@ -88,9 +98,7 @@ std::optional<CurvePath> curvePathOf(const AcDbEntity &entity, double tolerance)
     }
     case EntityKind::Arc: {
         const auto &arc = static_cast<const AcDbArc &>(entity);
-        double sweep = std::fmod(arc.endAngle() - arc.startAngle(), kTwoPi);
-        if (sweep <= 0.0)
-            sweep += kTwoPi;
+        const double sweep = endOfTurn(arc.startAngle(), arc.endAngle()) - arc.startAngle();
         path = arcPath(arc.center(), arc.radius(), arc.startAngle(), sweep);
         break;
     }

@@ -8,6 +8,10 @@
 
 namespace velmor {
 
+/// Where a counter-clockwise turn ends, as a number above start and at most a full turn away (angles and parameters in
+/// radians): end itself when it lies there, else moved by full turns, so that equal ends mean a full turn.
+double endOfTurn(double start, double end);
+
 struct CurvePath {
     std::vector<AcDbPolyline::Vertex> vertices; ///< a closed path does not repeat its first vertex
     bool closed = false;

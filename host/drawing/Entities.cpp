@@ -68,8 +68,9 @@ void flattenSpan(const SplineCurve &curve, std::size_t span, double t0, const Ac
     // Two inner points, so that an inflection in the middle is not taken for a straight piece.
     const double third = t0 + (t1 - t0) / 3.0, half = 0.5 * (t0 + t1);
     const AcGePoint3d middle = curve.at(span, half);
+    // A distance that is no number any more (of coordinates near the end of the range) gets no better by dividing.
     const bool flat =
-        distanceToChord(curve.at(span, third), p0, p1) <= tolerance && distanceToChord(middle, p0, p1) <= tolerance;
+        !(distanceToChord(curve.at(span, third), p0, p1) > tolerance) && !(distanceToChord(middle, p0, p1) > tolerance);
     if (depth == 0 || (flat && depth < 12)) {
         points.push_back(p1);
         return;
@@ -112,7 +113,7 @@ std::vector<AcGePoint3d> throughFitPoints(const std::vector<AcGePoint3d> &fit, d
         // The chord's error is at most the largest second derivative times the step squared over 8.
         const double bend = std::max(m[i].length(), m[i + 1].length());
         const double steps = std::ceil(h[i] * std::sqrt(bend / (8.0 * tolerance)));
-        const int count = static_cast<int>(std::clamp(steps, 1.0, 4096.0));
+        const int count = std::isfinite(steps) ? static_cast<int>(std::clamp(steps, 1.0, 4096.0)) : 1;
         for (int s = 1; s <= count; ++s) {
             const double u = h[i] * s / count, v = h[i] - u;
             const auto part = [&](double p0, double p1, double m0, double m1) {

@@ -2,10 +2,13 @@
 //
 // Every curve is a line, a point set or c + u cos t + v sin t; a placed block only changes c, u and v, so the extremes
 // of a curve in a rotated, scaled or mirrored block are exact as well.
+#include "host/drawing/CurvePath.h"
 #include "host/drawing/ObjectAccess.h"
 
 #include <algorithm>
+#include <map>
 #include <numbers>
+#include <utility>
 
 namespace velmor {
 
@@ -15,6 +18,9 @@ constexpr double kTwoPi = 2.0 * std::numbers::pi;
 /// Mean width of a letter over its height, as no fonts are read.
 constexpr double kLetterWidth = 0.85;
 constexpr int kDeepestNesting = 32;
+/// So many entities inside of references are measured one by one. Blocks of references to blocks of references can
+/// stand for any number; from then on each block counts as the box of its contents.
+constexpr std::size_t kMostNested = 200'000;
 
 struct Placing {
     double xx = 1.0, xy = 0.0, yx = 0.0, yy = 1.0, dx = 0.0, dy = 0.0;
@@ -100,22 +106,66 @@ public:
         for (const AttributeEntity *attribute : attributesOf(r))
             if (!attribute->isInvisible())
                 text(at, attribute->shape());
-        if (!record || depth >= kDeepestNesting)
+        // A block that holds itself shows nothing there.
+        if (!record || depth >= kDeepestNesting || std::ranges::find(m_open, record) != m_open.end())
             return;
+        const Extents *box = m_left == 0 ? &boxOf(*record, depth) : nullptr;
         const auto &p = r.placement();
         const double c = std::cos(p.rotation), s = std::sin(p.rotation);
         const AcGePoint3d &base = record->basePoint();
         // Only the corners of an array can be extreme.
-        for (const int column : {0, std::max(1, p.columns) - 1})
-            for (const int row : {0, std::max(1, p.rows) - 1}) {
-                const double ox = column * p.columnSpacing, oy = row * p.rowSpacing;
-                const Placing turn{c, -s, s, c, p.position.x, p.position.y};
-                const Placing inner{p.scaleX, 0.0, 0.0, p.scaleY, ox - p.scaleX * base.x, oy - p.scaleY * base.y};
-                const Placing placed = at * (turn * inner);
-                for (const AcDbEntity *entity : record->entities())
-                    if (!entity->isErased() && kindOf(*entity) != EntityKind::AttributeDefinition)
-                        add(placed, *entity, depth + 1);
-            }
+        const int lastColumn = std::max(1, p.columns) - 1, lastRow = std::max(1, p.rows) - 1;
+        const auto cell = [&](int column, int row) {
+            const double ox = column * p.columnSpacing, oy = row * p.rowSpacing;
+            const Placing turn{c, -s, s, c, p.position.x, p.position.y};
+            const Placing inner{p.scaleX, 0.0, 0.0, p.scaleY, ox - p.scaleX * base.x, oy - p.scaleY * base.y};
+            const Placing placed = at * (turn * inner);
+            if (box)
+                corners(placed, *box);
+            else
+                contents(placed, *record, depth);
+        };
+        m_open.push_back(record);
+        cell(0, 0);
+        if (lastColumn > 0)
+            cell(lastColumn, 0);
+        if (lastRow > 0)
+            cell(0, lastRow);
+        if (lastColumn > 0 && lastRow > 0)
+            cell(lastColumn, lastRow);
+        m_open.pop_back();
+    }
+
+    void contents(const Placing &at, const BlockRecord &record, int depth)
+    {
+        for (const AcDbEntity *entity : record.entities()) {
+            if (entity->isErased() || kindOf(*entity) == EntityKind::AttributeDefinition)
+                continue;
+            m_left -= m_left != 0;
+            add(at, *entity, depth + 1);
+        }
+    }
+
+    void corners(const Placing &at, const Extents &box)
+    {
+        if (box.isEmpty())
+            return;
+        for (const double x : {box.minX, box.maxX})
+            for (const double y : {box.minY, box.maxY})
+                point(at, x, y);
+    }
+
+    /// Box of a block's contents in its own coordinates, in which nested blocks are boxes too.
+    const Extents &boxOf(const BlockRecord &record, int depth)
+    {
+        const auto [found, isNew] = m_boxes.try_emplace(&record);
+        if (!isNew)
+            return found->second;
+        const Extents outer = std::exchange(extents, {});
+        m_open.push_back(&record);
+        contents({}, record, depth);
+        m_open.pop_back();
+        return found->second = std::exchange(extents, outer);
     }
 
     void add(const Placing &at, const AcDbEntity &entity, int depth)
@@ -129,9 +179,7 @@ public:
         }
         case EntityKind::Arc: {
             const auto &arc = static_cast<const AcDbArc &>(entity);
-            double sweep = std::fmod(arc.endAngle() - arc.startAngle(), kTwoPi);
-            if (sweep <= 0.0)
-                sweep += kTwoPi;
+            const double sweep = endOfTurn(arc.startAngle(), arc.endAngle()) - arc.startAngle();
             ellipse(at, arc.center().x, arc.center().y, arc.radius(), 0.0, 0.0, arc.radius(), arc.startAngle(), sweep);
             break;
         }
@@ -142,12 +190,9 @@ public:
         }
         case EntityKind::Ellipse: {
             const auto &shape = static_cast<const EllipseEntity &>(entity).shape();
-            double sweep = shape.endParameter - shape.startParameter;
-            if (sweep <= 0.0)
-                sweep = std::fmod(sweep, kTwoPi) + kTwoPi;
+            const double sweep = endOfTurn(shape.startParameter, shape.endParameter) - shape.startParameter;
             ellipse(at, shape.center.x, shape.center.y, shape.majorAxis.x, shape.majorAxis.y,
-                    -shape.majorAxis.y * shape.ratio, shape.majorAxis.x * shape.ratio, shape.startParameter,
-                    std::min(sweep, kTwoPi));
+                    -shape.majorAxis.y * shape.ratio, shape.majorAxis.x * shape.ratio, shape.startParameter, sweep);
             break;
         }
         case EntityKind::Spline: {
@@ -201,6 +246,11 @@ public:
     }
 
     Extents extents;
+
+private:
+    std::size_t m_left = kMostNested;
+    std::vector<const BlockRecord *> m_open;        ///< blocks around what is being measured
+    std::map<const BlockRecord *, Extents> m_boxes; ///< of blocks that were too much to measure one by one
 };
 
 } // namespace

@@ -24,4 +24,23 @@ std::vector<std::string> findingLines(const std::string &file, const std::vector
     return lines;
 }
 
+namespace {
+std::function<void(const std::string &)> &noticeSink()
+{
+    static std::function<void(const std::string &)> sink;
+    return sink;
+}
+} // namespace
+
+void setNoticeSink(std::function<void(const std::string &)> sink)
+{
+    noticeSink() = std::move(sink);
+}
+
+void notice(const std::string &line)
+{
+    if (noticeSink())
+        noticeSink()(line);
+}
+
 } // namespace velmor

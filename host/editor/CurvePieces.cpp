@@ -1,5 +1,6 @@
 #include "host/editor/CurvePieces.h"
 
+#include "host/drawing/CurvePath.h"
 #include "host/drawing/Entities.h"
 #include "host/editor/ArcChain.h"
 #include "host/editor/SplineCurve.h"
@@ -19,8 +20,6 @@ constexpr double kPi = std::numbers::pi;
 
 /// References inside references are followed so far; a drawing's own nesting is a handful.
 constexpr int kDeepestNesting = 32;
-/// More pieces of one entity than this are not made: nested arrays of references can stand for any number.
-constexpr std::size_t kMostPieces = 20'000'000;
 
 Point pointOf(const AcGePoint3d &p)
 {
@@ -219,8 +218,8 @@ private:
 
 } // namespace
 
-PieceMaker::PieceMaker(const Drawing &drawing, LayerFilter filter)
-    : m_filter(std::move(filter)), m_layerZero(drawing.findLayer(L"0").value_or(0))
+PieceMaker::PieceMaker(const Drawing &drawing, LayerFilter filter, std::size_t mostNested)
+    : m_filter(std::move(filter)), m_layerZero(drawing.findLayer(L"0").value_or(0)), m_left(mostNested)
 {
 }
 
@@ -261,10 +260,8 @@ void PieceMaker::appendPlaced(const AcDbEntity &entity, const Placed &placed, st
     }
     case EntityKind::Arc: {
         const auto &arc = static_cast<const AcDbArc &>(entity);
-        double to = arc.endAngle();
-        while (to <= arc.startAngle())
-            to += 2.0 * kPi;
-        out.elliptic(pointOf(arc.center()), {arc.radius(), 0.0}, {0.0, arc.radius()}, arc.startAngle(), to);
+        out.elliptic(pointOf(arc.center()), {arc.radius(), 0.0}, {0.0, arc.radius()}, arc.startAngle(),
+                     endOfTurn(arc.startAngle(), arc.endAngle()));
         break;
     }
     case EntityKind::Circle: {
@@ -274,11 +271,9 @@ void PieceMaker::appendPlaced(const AcDbEntity &entity, const Placed &placed, st
     }
     case EntityKind::Ellipse: {
         const auto &shape = static_cast<const EllipseEntity &>(entity).shape();
-        double to = shape.endParameter;
-        while (to <= shape.startParameter)
-            to += 2.0 * kPi;
         out.elliptic(pointOf(shape.center), {shape.majorAxis.x, shape.majorAxis.y},
-                     {-shape.ratio * shape.majorAxis.y, shape.ratio * shape.majorAxis.x}, shape.startParameter, to);
+                     {-shape.ratio * shape.majorAxis.y, shape.ratio * shape.majorAxis.x}, shape.startParameter,
+                     endOfTurn(shape.startParameter, shape.endParameter));
         break;
     }
     case EntityKind::Spline:
@@ -318,7 +313,6 @@ void PieceMaker::appendReference(const AcDbBlockReference &reference, const Plac
     const auto *block = dynamic_cast<const BlockRecord *>(definition);
     if (!block || placed.isInside(block))
         return;
-    const std::size_t before = pieces.size();
     const auto &placement = reference.placement();
     for (int row = 0; row < std::max(1, placement.rows); ++row) {
         for (int column = 0; column < std::max(1, placement.columns); ++column) {
@@ -328,16 +322,24 @@ void PieceMaker::appendReference(const AcDbBlockReference &reference, const Plac
                          placed.depth + 1,
                          &placed,
                          block};
+            // What a place costs counts too: an array of nothing is as long.
+            if (m_left == 0)
+                return;
+            --m_left;
             for (const AcDbEntity *entity : block->entities()) {
+                if (m_left == 0)
+                    return;
+                --m_left;
                 if (entity->isErased() || !isLinework(*entity))
                     continue;
                 const std::size_t own = layerIndexOf(*entity);
                 inner.layer = own == m_layerZero ? placed.layer : own;
                 if (!m_filter(inner.layer))
                     continue;
+                const std::size_t before = pieces.size();
                 appendPlaced(*entity, inner, pieces);
-                if (pieces.size() - before > kMostPieces)
-                    return;
+                if (kindOf(*entity) != EntityKind::BlockReference)
+                    m_left -= std::min(m_left, pieces.size() - before);
             }
         }
     }

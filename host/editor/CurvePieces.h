@@ -36,7 +36,11 @@ public:
     /// Says whether what stands on a layer (by its index) counts; called once for each entity inside blocks.
     using LayerFilter = std::function<bool(std::size_t layer)>;
 
-    PieceMaker(const Drawing &drawing, LayerFilter filter);
+    /// Nested references can stand for any number of entities; what goes beyond this number of entities, places and
+    /// pieces inside of references is left out.
+    static constexpr std::size_t kMostNested = 10'000'000;
+
+    PieceMaker(const Drawing &drawing, LayerFilter filter, std::size_t mostNested = kMostNested);
 
     /// Whether entities of that kind can bound a region.
     static bool isLinework(const AcDbEntity &entity);
@@ -52,6 +56,7 @@ private:
 
     LayerFilter m_filter;
     std::size_t m_layerZero;
+    mutable std::size_t m_left; ///< of mostNested
 };
 
 } // namespace velmor

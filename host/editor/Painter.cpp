@@ -1,5 +1,6 @@
 #include "host/editor/Painter.h"
 
+#include "host/drawing/CurvePath.h"
 #include "host/drawing/HatchPattern.h"
 #include "host/drawing/Transient.h"
 
@@ -21,7 +22,10 @@ using Vertex = AcDbPolyline::Vertex;
 
 constexpr double kFlattenPixels = 0.25; ///< how far a drawn arc may stray from the true one
 constexpr double kSmallestTextPixels = 2.5;
-constexpr int kDeepestBlock = 16; ///< block references inside one another; deeper ones are a cycle
+constexpr int kDeepestBlock = 32; ///< block references inside one another
+/// Nested references can stand for any number of entities and lines; a picture ends there.
+constexpr std::size_t kMostNested = 5'000'000, kMostNestedLines = 10'000'000;
+constexpr int kMostWaitingLines = 1'000'000; ///< of one colour, before they are drawn
 
 /// Block coordinates to world coordinates.
 struct Affine {
@@ -158,16 +162,23 @@ private:
         for (const AttributeEntity *attribute : attributesOf(reference))
             paintEntity(*attribute, affine, forcedColor, depth);
         const BlockRecord *block = blockOf(reference);
-        if (block == nullptr || depth >= kDeepestBlock)
+        if (block == nullptr || depth >= kDeepestBlock || std::ranges::find(m_open, block) != m_open.end())
             return;
+        m_open.push_back(block);
         const auto &placement = reference.placement();
-        for (int row = 0; row < placement.rows; ++row)
-            for (int column = 0; column < placement.columns; ++column) {
+        const auto isTooMuch = [this] { return m_nested > kMostNested || m_nestedLines > kMostNestedLines; };
+        for (int row = 0; row < placement.rows && !isTooMuch(); ++row)
+            for (int column = 0; column < placement.columns && !isTooMuch(); ++column, ++m_nested) {
                 const Affine inner = affine.of(placementOf(placement, block->basePoint(), column, row));
-                for (const AcDbEntity *entity : block->entities())
+                for (const AcDbEntity *entity : block->entities()) {
+                    if (isTooMuch())
+                        break;
+                    ++m_nested;
                     paintEntity(*entity, inner, forcedColor >= 0 || entity->colorIndex() != 0 ? forcedColor : color,
                                 depth + 1);
+                }
             }
+        m_open.pop_back();
     }
 
     const BlockRecord *blockOf(const AcDbBlockReference &reference)
@@ -187,8 +198,13 @@ private:
 
     void addLine(const QPointF &a, const QPointF &b, int color)
     {
-        if (isVisible(a, b))
-            m_lines[color].append(QLineF(m_view.toView(a.x(), a.y()), m_view.toView(b.x(), b.y())));
+        m_nestedLines += !m_open.empty();
+        if (!isVisible(a, b))
+            return;
+        auto &lines = m_lines[color];
+        lines.append(QLineF(m_view.toView(a.x(), a.y()), m_view.toView(b.x(), b.y())));
+        if (lines.size() >= kMostWaitingLines)
+            flush();
     }
 
     void addPointMark(const QPointF &p, int color)
@@ -204,14 +220,12 @@ private:
         if (!(pixels > kFlattenPixels))
             return 1;
         const double step = 2.0 * std::acos(1.0 - kFlattenPixels / pixels);
-        return std::clamp(static_cast<int>(std::ceil(std::abs(sweep) / step)), 1, 720);
+        return static_cast<int>(std::min(std::ceil(std::abs(sweep) / step), 720.0));
     }
 
     void addArc(double cx, double cy, double radius, double start, double end, const Affine &affine, int color)
     {
-        double sweep = end - start;
-        while (sweep <= 0.0)
-            sweep += 2.0 * std::numbers::pi;
+        const double sweep = endOfTurn(start, end) - start;
         const int steps = std::max(arcSteps(radius, sweep, affine), sweep > 6.0 ? 8 : 1);
         QPointF previous = affine.apply(cx + radius * std::cos(start), cy + radius * std::sin(start));
         for (int i = 1; i <= steps; ++i) {
@@ -225,9 +239,7 @@ private:
     void addEllipse(const EllipseEntity &ellipse, const Affine &affine, int color)
     {
         const auto &shape = ellipse.shape();
-        double sweep = shape.endParameter - shape.startParameter;
-        while (sweep <= 0.0)
-            sweep += 2.0 * std::numbers::pi;
+        const double sweep = endOfTurn(shape.startParameter, shape.endParameter) - shape.startParameter;
         const int steps = std::max(8, arcSteps(shape.majorAxis.length(), sweep, affine));
         AcGePoint3d p = ellipse.pointAt(shape.startParameter);
         QPointF previous = affine.apply(p.x, p.y);
@@ -371,6 +383,8 @@ private:
     QFont m_font;
     double m_capHeight = 1.0;
     double m_penWidth = 1.0;
+    std::vector<const BlockRecord *> m_open; ///< blocks around what is being painted
+    std::size_t m_nested = 0, m_nestedLines = 0;
     std::map<int, QVector<QLineF>> m_lines;
     std::map<AcDbObjectId, const BlockRecord *> m_blocks;
 };

@@ -30,6 +30,13 @@ std::optional<double> parseNumber(std::wstring_view text)
     return value;
 }
 
+/// Nothing for a point beyond the numbers.
+std::optional<AcGePoint3d> finite(const AcGePoint3d &point)
+{
+    const bool isPoint = std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
+    return isPoint ? std::optional(point) : std::nullopt;
+}
+
 } // namespace
 
 std::optional<AcGePoint3d> parsePoint(std::wstring_view text, const std::optional<AcGePoint3d> &base)
@@ -45,7 +52,7 @@ std::optional<AcGePoint3d> parsePoint(std::wstring_view text, const std::optiona
             if (!distance || !degrees)
                 return std::nullopt;
             const double angle = *degrees * std::numbers::pi / 180.0;
-            return *base + AcGeVector3d{*distance * std::cos(angle), *distance * std::sin(angle), 0.0};
+            return finite(*base + AcGeVector3d{*distance * std::cos(angle), *distance * std::sin(angle), 0.0});
         }
     }
     double values[3] = {0.0, 0.0, 0.0};
@@ -63,7 +70,7 @@ std::optional<AcGePoint3d> parsePoint(std::wstring_view text, const std::optiona
     if (count < 2)
         return std::nullopt;
     if (relative)
-        return *base + AcGeVector3d{values[0], values[1], values[2]};
+        return finite(*base + AcGeVector3d{values[0], values[1], values[2]});
     return AcGePoint3d(values[0], values[1], values[2]);
 }
 

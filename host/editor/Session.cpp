@@ -1,6 +1,7 @@
 #include "host/editor/Session.h"
 
 #include "host/drawing/ChangeLog.h"
+#include "host/drawing/Findings.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/HostVariables.h"
@@ -54,6 +55,7 @@ Session::Session() : d(std::make_unique<Private>(*this))
     }
     theSession = this;
     Services::instance().setNotice([this](const std::wstring &text) { status(text); });
+    setNoticeSink([this](const std::string &line) { status(wide(line)); });
     addHostCommands(d->commands);
 }
 
@@ -61,6 +63,7 @@ Session::~Session()
 {
     d->modules.unloadAll(); // while their unload handlers still find the session
     Services::instance().setNotice({});
+    setNoticeSink({});
     setDrawing(nullptr);
     d.reset();
     theSession = nullptr;

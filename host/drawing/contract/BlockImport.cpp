@@ -253,10 +253,11 @@ std::wstring Importer::freeName(const std::wstring &nested) const
     }
 }
 
-/// Null for a definition that is being copied right now: it would hold itself.
+/// Null for a definition that is being copied right now: it would hold itself. Nor is nesting followed without end.
 BlockRecord *Importer::definitionFor(const BlockRecord &definition)
 {
-    if (std::find(m_open.begin(), m_open.end(), &definition) != m_open.end())
+    constexpr std::size_t kDeepestNesting = 1000;
+    if (m_open.size() > kDeepestNesting || std::find(m_open.begin(), m_open.end(), &definition) != m_open.end())
         return nullptr;
     if (const auto done = m_done.find(&definition); done != m_done.end())
         return done->second;

@@ -1,11 +1,13 @@
 // Block definitions out of other drawing files.
 #include "host/drawing/Blocks.h"
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/Findings.h"
 #include "host/drawing/Journal.h"
 #include "host/drawing/Utf8.h"
 #include "host/drawing/dxf/AtomicFile.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace fs = std::filesystem;
 
@@ -94,6 +96,22 @@ void remember(Drawing &drawing, const std::string &key, const SourceRecord &reco
     drawing.setDictionaryEntry(kSources, key, items);
 }
 
+/// What of a block file is not in the definition: what could not be read, and what could not be copied.
+void tellWhatIsMissing(const std::string &file, const velmor::LoadReport &report, const velmor::BlockImport &imported)
+{
+    std::vector<velmor::Finding> damages;
+    std::ranges::copy_if(report.findings, std::back_inserter(damages),
+                         [](const velmor::Finding &finding) { return finding.severity != velmor::Severity::Note; });
+    for (const std::string &line : velmor::findingLines(file, damages))
+        velmor::notice(line);
+    if (imported.leftOut.empty())
+        return;
+    std::string kinds;
+    for (const auto &[kind, count] : imported.leftOut)
+        kinds += (kinds.empty() ? "" : ", ") + std::to_string(count) + " " + kind;
+    velmor::notice(file + ": the block was taken without what can't stand in another drawing: " + kinds);
+}
+
 } // namespace
 
 AcDbObjectId CZEMCDraw::insertBlockDefinition(const wchar_t *name, const wchar_t *path)
@@ -115,8 +133,10 @@ AcDbObjectId CZEMCDraw::insertBlockDefinition(const wchar_t *name, const wchar_t
     if (known && record && record->fingerprint == fingerprint)
         return idOf(*known);
     const auto source = Drawing::read(std::move(file->bytes));
-    if (!source.drawing)
+    if (!source.drawing) {
+        velmor::notice(file->path.string() + ": " + source.message);
         return {};
+    }
     // A definition that came with the drawing is the user's own. The file is not remembered as its content, which it
     // is not: once the definition is out of the way, the file comes in.
     if (known && !record)
@@ -124,5 +144,6 @@ AcDbObjectId CZEMCDraw::insertBlockDefinition(const wchar_t *name, const wchar_t
     const auto imported =
         importBlockInto(*drawing, blockName, *source.drawing, record ? record->nested : std::set<std::wstring>());
     remember(*drawing, key, {fingerprint, imported.nested});
+    tellWhatIsMissing(file->path.string(), source.report, imported);
     return idOf(*imported.block);
 }

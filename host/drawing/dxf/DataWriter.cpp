@@ -95,7 +95,8 @@ void DxfWriter::writeDictionary(DataDictionary &dictionary, std::uint64_t owner)
         }
         if (head[i].tag.code == 280 && head[i].tag.integer() == 1)
             code = 360;
-        if (head[i].tag.code != 3 || i + 1 == head.size())
+        if (head[i].tag.code != 3 || i + 1 == head.size() ||
+            (head[i + 1].tag.code != 350 && head[i + 1].tag.code != 360 && head[i + 1].tag.code != 340))
             continue;
         code = head[i + 1].tag.code;
         if (std::find(removed.begin(), removed.end(), toUtf8(f.codec.decode(head[i].tag.text()))) != removed.end())
@@ -131,7 +132,7 @@ void DxfWriter::writeNewDictionary(std::uint64_t handle, std::uint64_t owner,
 
 void DxfWriter::writeRecord(DataRecord &record, std::uint64_t owner)
 {
-    const std::string items = itemTags(d.itemsOf(record));
+    std::string items = itemTags(d.itemsOf(record));
     if (!record.source) {
         TagWriter w(m_newObjects, f);
         w.tag(0, "XRECORD");
@@ -157,6 +158,12 @@ void DxfWriter::writeRecord(DataRecord &record, std::uint64_t owner)
             const bool hasFlag = i + 1 < head.size() && head[i + 1].tag.code == 280;
             first = hasFlag ? head[i + 1].end : head[i].end;
         }
+    }
+    if (!inside) {
+        // A record that never said what it is would not be read again.
+        std::string marker;
+        TagWriter(marker, f).tag(100, "AcDbXrecord");
+        items.insert(0, marker);
     }
     replace(first, std::max(first, last) - first, items);
 }

@@ -24,10 +24,22 @@ private:
 
 inline constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
-/// A change of the text: what stands at offset over length is replaced. Edits at one place apply in their order.
+/// What is put in at one place of the text comes in this order, so that each end stands behind what it ends.
+enum class EditRank : std::uint8_t { Object, Member, PartEnd, Part, SectionEnd, Section };
+
+/// A change of the text: what stands at offset over length is replaced. Edits of one rank at one place apply in their
+/// order.
 struct Edit {
     std::size_t offset = 0, length = 0;
     std::string text;
+    EditRank rank = EditRank::Object;
+};
+
+/// The end of a section, a table or a block that the file lacks, and where it belongs.
+struct MissingEnd {
+    std::size_t offset;
+    EditRank rank;
+    const char *type;
 };
 
 /// A table of the TABLES section.
@@ -86,6 +98,7 @@ struct FileText {
     std::unordered_map<const BlockRecord *, BlockSource> blocks;
     std::map<std::string, HeaderSource, std::less<>> header;
 
+    std::vector<MissingEnd> missingEnds;
     std::vector<RawObject *> rawObjects;
     RawObject *rootDictionary = nullptr;
     std::size_t dataBlockOffset = 0, dataBlockLength = 0; ///< the block that carries data in R12

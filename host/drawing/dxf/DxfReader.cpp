@@ -180,8 +180,11 @@ bool DxfReader::run()
     // What had to wait for the tables.
     m_deferring = false;
     const auto deferred = std::move(m_deferred);
-    for (const auto &[first, last] : deferred)
+    for (const auto &[first, last] : deferred) {
         readObjectsOf(first, last);
+        m_start = last;
+        closeOpenSection();
+    }
     resolve();
     return true;
 }
@@ -207,10 +210,7 @@ void DxfReader::readObject()
     if (m_more)
         m_compoundStart = nullptr;
     if (isType("SECTION")) {
-        if (m_section != Section::None) {
-            find(Severity::Damage, m_start, "section " + m_sectionName + " does not end before the next begins");
-            endSection();
-        }
+        closeOpenSection();
         beginSection();
         return;
     }
@@ -244,10 +244,11 @@ void DxfReader::readObject()
 bool DxfReader::deferSection()
 {
     // Layers and block records have to be known before what uses them; files with another order are rare.
-    if (!m_deferring || m_seenTables)
+    // Once one waits, all others do, so that they keep their order: of two blocks of a name the first holds.
+    if (!m_deferring || (m_seenTables && m_deferred.empty()))
         return false;
     const std::string_view rest(m_objectEnd, static_cast<std::size_t>(m_cursor.end() - m_objectEnd));
-    bool tablesFollow = false;
+    bool tablesFollow = !m_deferred.empty();
     for (std::size_t at = rest.find("TABLES"); at != std::string_view::npos && !tablesFollow;
          at = rest.find("TABLES", at + 1))
         tablesFollow = at > 0 && (rest[at - 1] == '\n' || rest[at - 1] == ' ');
@@ -285,29 +286,47 @@ void DxfReader::beginSection()
         if (deferSection())
             return;
         m_section = Section::Blocks;
-        f.blocksStart = startOffset();
+        f.blocksStart = std::min(f.blocksStart, startOffset());
     } else if (m_sectionName == "ENTITIES") {
         if (deferSection())
             return;
         m_section = Section::Entities;
-        f.entitiesStart = startOffset();
+        f.entitiesStart = std::min(f.entitiesStart, startOffset());
     } else if (m_sectionName == "OBJECTS") {
         m_section = Section::Objects;
-        f.objectsStart = startOffset();
+        m_hadRoot = f.rootDictionary != nullptr;
+        f.objectsStart = std::min(f.objectsStart, startOffset());
     }
 }
 
-void DxfReader::endSection()
+/// The drawing can be written only with it.
+void DxfReader::noteMissingEnd(EditRank rank, const char *type)
+{
+    f.missingEnds.push_back({startOffset(), rank, type});
+}
+
+void DxfReader::closeOpenSection()
+{
+    if (m_section == Section::None)
+        return;
+    find(Severity::Damage, m_start, "section " + m_sectionName + " does not end before the next begins");
+    endSection(true);
+}
+
+void DxfReader::endSection(bool isMissing)
 {
     const std::size_t end = startOffset();
     if (m_inTable) {
         find(Severity::Damage, m_start, "table " + m_tableName + " does not end");
-        m_inTable = false;
+        endTable();
+        noteMissingEnd(EditRank::PartEnd, "ENDTAB");
     }
     if (m_inBlock) {
         find(Severity::Damage, m_start, "the last block does not end");
-        endBlock();
+        endBlock(true);
     }
+    if (isMissing)
+        noteMissingEnd(EditRank::SectionEnd, "ENDSEC");
     // The first section of a kind takes what is new.
     const auto note = [end](std::size_t &place) {
         if (place == kNowhere)
@@ -327,7 +346,9 @@ void DxfReader::endSection()
         note(f.entitiesEnd);
         break;
     case Section::Objects:
-        note(f.objectsEnd);
+        // New objects go where the root dictionary stands, which is to stay the first of all dictionaries.
+        if (!m_hadRoot)
+            f.objectsEnd = end;
         break;
     case Section::None:
         find(Severity::Damage, m_start, "the end of a section that did not begin");
@@ -361,8 +382,11 @@ void DxfReader::readHeader()
 void DxfReader::readTables()
 {
     if (isType("TABLE")) {
-        if (m_inTable)
+        if (m_inTable) {
             find(Severity::Damage, m_start, "table " + m_tableName + " does not end before the next begins");
+            endTable();
+            noteMissingEnd(EditRank::PartEnd, "ENDTAB");
+        }
         m_inTable = true;
         m_tableStart = m_start;
         m_tableName.clear();
@@ -385,14 +409,7 @@ void DxfReader::readTables()
     if (isType("ENDTAB")) {
         if (!m_inTable)
             find(Severity::Damage, m_start, "the end of a table that did not begin");
-        TableSource *table = m_tableName == "LAYER"          ? &f.layerTable
-                             : m_tableName == "APPID"        ? &f.appidTable
-                             : m_tableName == "BLOCK_RECORD" ? &f.blockRecordTable
-                                                             : nullptr;
-        if (table && table->end == kNowhere)
-            table->end = startOffset();
-        m_inTable = false;
-        m_tableName.clear();
+        endTable();
         return;
     }
     if (!m_inTable) {
@@ -411,6 +428,18 @@ void DxfReader::readTables()
         for (const Tag &tag : m_tags)
             if (tag.code == 2 && tag.name() == kApplication)
                 f.hasOwnAppid = true;
+}
+
+void DxfReader::endTable()
+{
+    TableSource *table = m_tableName == "LAYER"          ? &f.layerTable
+                         : m_tableName == "APPID"        ? &f.appidTable
+                         : m_tableName == "BLOCK_RECORD" ? &f.blockRecordTable
+                                                         : nullptr;
+    if (table && table->end == kNowhere)
+        table->end = startOffset();
+    m_inTable = false;
+    m_tableName.clear();
 }
 
 void DxfReader::readLayer()
@@ -499,14 +528,14 @@ void DxfReader::readBlocks()
     if (isType("BLOCK")) {
         if (m_inBlock) {
             find(Severity::Damage, m_start, "a block does not end before the next begins");
-            endBlock();
+            endBlock(true);
         }
         beginBlock();
     } else if (isType("ENDBLK")) {
         if (!m_inBlock)
             find(Severity::Damage, m_start, "the end of a block that did not begin");
         else
-            endBlock();
+            endBlock(false);
         m_highestHandle = std::max(m_highestHandle, EntityReader::common(m_tags).handle);
     } else if (!m_inBlock) {
         find(Severity::Damage, m_start, printable(m_type) + " stands outside of every block and is left out");
@@ -576,12 +605,14 @@ void DxfReader::beginBlock()
     }
 }
 
-void DxfReader::endBlock()
+void DxfReader::endBlock(bool isMissing)
 {
     if (m_inDataBlock)
-        f.dataBlockLength = offsetOf(m_objectEnd) - f.dataBlockOffset;
+        f.dataBlockLength = offsetOf(isMissing ? m_start : m_objectEnd) - f.dataBlockOffset;
     else if (m_block)
         f.blocks[m_block].endOffset = startOffset();
+    if (isMissing && !m_inDataBlock) // the data block is written whole
+        noteMissingEnd(EditRank::PartEnd, "ENDBLK");
     m_inBlock = m_inDataBlock = false;
     m_block = nullptr;
 }
@@ -635,7 +666,7 @@ void DxfReader::noteCut()
         const bool isWhole = isType("ENDSEC") || isType("ENDTAB") || isType("ENDBLK");
         const char *last = m_tags.empty() ? m_type.data() + m_type.size() : m_tags.back().value + m_tags.back().length;
         const std::size_t lineEnd = f.text.find('\n', offsetOf(last));
-        m_cut.offset = !isWhole                        ? offsetOf(m_compoundStart ? m_compoundStart : m_start)
+        m_cut.offset = !isWhole                       ? offsetOf(m_compoundStart ? m_compoundStart : m_start)
                        : lineEnd == std::string::npos ? f.end
                                                       : lineEnd + 1;
         m_cut.message = isWhole ? "the file ends without its mark of the end"
@@ -673,6 +704,8 @@ void DxfReader::resolve()
         const std::uint64_t value = parseHandle(seed->second.value);
         d.nextHandle = std::max(d.nextHandle, value < ~std::uint64_t{0} - (1u << 20) ? value : 0);
     }
+    if (d.report.damaged() || d.nextHandle == 0x20)
+        countMentionedHandles();
     // A number at the very end of the range would leave none for new objects.
     if (m_highestHandle < ~std::uint64_t{0} - (1u << 20))
         d.nextHandle = std::max(d.nextHandle, m_highestHandle + 1);
@@ -692,6 +725,20 @@ void DxfReader::resolve()
             d.report.read[kNames[kind]] += m_readByKind[kind];
     for (const auto &[name, count] : m_unread)
         d.report.unread[name] = count;
+}
+
+/// Without the seed, or with objects lost, pointers may name objects that are not there. New ones must not be taken for
+/// those.
+void DxfReader::countMentionedHandles()
+{
+    constexpr std::uint64_t kMostSensible = std::uint64_t{1} << 48;
+    TagCursor cursor(f.text.data() + f.start, f.text.data() + f.end);
+    Tag tag;
+    const char *start = nullptr;
+    while (cursor.next(tag, start))
+        if (tag.code >= 320 && valueKindOf(tag.code) == ValueKind::Handle)
+            if (const std::uint64_t handle = parseHandle(tag.text()); handle < kMostSensible)
+                m_highestHandle = std::max(m_highestHandle, handle);
 }
 
 void DxfReader::resolveReferences()

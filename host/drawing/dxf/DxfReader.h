@@ -42,14 +42,17 @@ private:
     void readObject();
     void beginSection();
     bool deferSection();
-    void endSection();
+    void endSection(bool isMissing = false);
+    void closeOpenSection();
+    void endTable();
+    void noteMissingEnd(EditRank rank, const char *type);
     void readHeader();
     void readTables();
     void readLayer();
     void readBlockRecord();
     void readBlocks();
     void beginBlock();
-    void endBlock();
+    void endBlock(bool isMissing);
     void readRawObject();
     void readDataBlock();
 
@@ -68,6 +71,7 @@ private:
 
     void noteCut();
     void resolve();
+    void countMentionedHandles();
     void resolveReferences();
     void resolveDictionaries();
 
@@ -86,7 +90,7 @@ private:
     Section m_section = Section::None;
     std::string m_sectionName;
     bool m_inTable = false, m_seenTables = false, m_seenSection = false, m_seenBlocks = false, m_deferring = true;
-    bool m_seenEof = false;
+    bool m_seenEof = false, m_hadRoot = false;
     std::string m_tableName;
     const char *m_tableStart = nullptr; ///< the object that opened the table
     BlockRecord *m_block = nullptr;

@@ -3,6 +3,7 @@
 #include "host/drawing/dxf/DataTags.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace velmor::dxf {
 
@@ -27,7 +28,7 @@ std::vector<std::string_view> DxfWriter::pieces()
 {
     std::stable_sort(m_edits.begin(), m_edits.end(), [](const Edit &a, const Edit &b) {
         // What is put in before a piece must not get lost when that piece goes.
-        return std::pair(a.offset, a.length != 0) < std::pair(b.offset, b.length != 0);
+        return std::tuple(a.offset, a.length != 0, a.rank) < std::tuple(b.offset, b.length != 0, b.rank);
     });
     std::vector<std::string_view> result;
     std::size_t position = 0;
@@ -59,11 +60,11 @@ std::string DxfWriter::text()
     return result;
 }
 
-void DxfWriter::replace(std::size_t offset, std::size_t length, std::string text)
+void DxfWriter::replace(std::size_t offset, std::size_t length, std::string text, EditRank rank)
 {
     if (length == 0 && text.empty())
         return;
-    m_edits.push_back({offset, length, std::move(text)});
+    m_edits.push_back({offset, length, std::move(text), rank});
 }
 
 void DxfWriter::replaceValue(const PlacedTag &tag, std::string_view value)
@@ -301,7 +302,7 @@ void DxfWriter::writeApplication()
     w.tag(2, kApplication);
     w.integer(70, 0);
     if (f.appidTable.end != kNowhere) {
-        insert(f.appidTable.end, record);
+        insert(f.appidTable.end, record, EditRank::Member);
         return;
     }
     std::string table;
@@ -330,8 +331,8 @@ void DxfWriter::writeAdded()
     for (auto &[block, text] : m_newInBlocks) {
         const BlockSource &source = f.blocks[block];
         if (source.headLength != 0)
-            insert(source.endOffset != kNowhere ? source.endOffset : source.offset + source.headLength,
-                   std::move(text));
+            insert(source.endOffset != kNowhere ? source.endOffset : source.offset + source.headLength, std::move(text),
+                   EditRank::Member);
     }
 }
 
@@ -431,46 +432,52 @@ void DxfWriter::finishSections()
 
     if (!m_newHeader.empty()) {
         if (f.headerEnd != kNowhere) {
-            insert(f.headerEnd, m_newHeader);
+            insert(f.headerEnd, m_newHeader, EditRank::Part);
         } else {
             std::string version;
             TagWriter w(version, f);
             w.tag(9, "$ACADVER");
             w.tag(1, d.version);
-            insert(f.start, section("HEADER", version + m_newHeader));
+            insert(f.start, section("HEADER", version + m_newHeader), EditRank::Section);
         }
     }
     if (!m_newLayers.empty() && f.layerTable.end != kNowhere)
-        insert(f.layerTable.end, m_newLayers);
+        insert(f.layerTable.end, m_newLayers, EditRank::Member);
     else if (!m_newLayers.empty())
         m_newTables += table("LAYER", m_newLayers);
     if (!m_newRecords.empty() && f.blockRecordTable.end != kNowhere)
-        insert(f.blockRecordTable.end, m_newRecords);
+        insert(f.blockRecordTable.end, m_newRecords, EditRank::Member);
     else if (!m_newRecords.empty())
         m_newTables += table("BLOCK_RECORD", m_newRecords);
     if (!m_newTables.empty()) {
         if (f.tablesEnd != kNowhere)
-            insert(f.tablesEnd, m_newTables);
+            insert(f.tablesEnd, m_newTables, EditRank::Part);
         else
-            insert(firstOf({f.blocksStart, f.entitiesStart, f.objectsStart}), section("TABLES", m_newTables));
+            insert(firstOf({f.blocksStart, f.entitiesStart, f.objectsStart}), section("TABLES", m_newTables),
+                   EditRank::Section);
     }
     if (!m_newBlocks.empty()) {
         if (f.blocksEnd != kNowhere)
-            insert(f.blocksEnd, m_newBlocks);
+            insert(f.blocksEnd, m_newBlocks, EditRank::Part);
         else
-            insert(firstOf({f.entitiesStart, f.objectsStart}), section("BLOCKS", m_newBlocks));
+            insert(firstOf({f.entitiesStart, f.objectsStart}), section("BLOCKS", m_newBlocks), EditRank::Section);
     }
     if (!m_newEntities.empty()) {
         if (f.entitiesEnd != kNowhere)
-            insert(f.entitiesEnd, m_newEntities);
+            insert(f.entitiesEnd, m_newEntities, EditRank::Part);
         else
-            insert(firstOf({f.objectsStart}), section("ENTITIES", m_newEntities));
+            insert(firstOf({f.objectsStart}), section("ENTITIES", m_newEntities), EditRank::Section);
     }
     if (!m_newObjects.empty()) {
         if (f.objectsEnd != kNowhere)
-            insert(f.objectsEnd, m_newObjects);
+            insert(f.objectsEnd, m_newObjects, EditRank::Part);
         else
-            insert(end, section("OBJECTS", m_newObjects));
+            insert(end, section("OBJECTS", m_newObjects), EditRank::Section);
+    }
+    for (const MissingEnd &missing : f.missingEnds) {
+        std::string text;
+        TagWriter(text, f).tag(0, missing.type);
+        insert(missing.offset, std::move(text), missing.rank);
     }
 }
 

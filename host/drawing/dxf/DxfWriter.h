@@ -23,8 +23,11 @@ private:
     };
     using PlacedTags = std::vector<PlacedTag>;
 
-    void replace(std::size_t offset, std::size_t length, std::string text);
-    void insert(std::size_t offset, std::string text) { replace(offset, 0, std::move(text)); }
+    void replace(std::size_t offset, std::size_t length, std::string text, EditRank rank = EditRank::Object);
+    void insert(std::size_t offset, std::string text, EditRank rank = EditRank::Object)
+    {
+        replace(offset, 0, std::move(text), rank);
+    }
     void replaceValue(const PlacedTag &tag, std::string_view value);
     /// The tags of an object's own head: up to the next tag with code 0.
     PlacedTags headOf(const AcDbObject &object) const;

@@ -140,7 +140,7 @@ CommonTags EntityReader::common(std::span<const Tag> tags)
 {
     CommonTags c;
     c.geometryEnd = tags.size();
-    bool inEmbedded = false;
+    bool inEmbedded = false, hasColor = false, hasExtension = false;
     for (std::size_t i = 0; i < tags.size(); ++i) {
         const Tag &tag = tags[i];
         // Geometry first: most tags are coordinates.
@@ -161,9 +161,13 @@ CommonTags EntityReader::common(std::span<const Tag> tags)
                 c.handle = parseHandle(tag.text());
             break;
         case 8:
-            c.layer = tag.text();
+            if (!c.layer.data())
+                c.layer = tag.text();
             break;
         case 62:
+            if (hasColor)
+                break;
+            hasColor = true;
             c.color = tag.integer(256);
             if (c.color < 0 || c.color > 256)
                 c.color = 256;
@@ -179,8 +183,10 @@ CommonTags EntityReader::common(std::span<const Tag> tags)
             c.geometryEnd = std::min(c.geometryEnd, i);
             break;
         case 102:
-            if (tag.name() == "{ACAD_XDICTIONARY" && i + 1 < tags.size() && tags[i + 1].code == 360)
+            if (!hasExtension && tag.name() == "{ACAD_XDICTIONARY" && i + 1 < tags.size() && tags[i + 1].code == 360) {
+                hasExtension = true;
                 c.extension = parseHandle(tags[i + 1].text());
+            }
             if (tag.name().starts_with('{'))
                 while (i + 1 < tags.size() && tags[i + 1].code != 102 && tags[i + 1].code < 1000)
                     ++i;

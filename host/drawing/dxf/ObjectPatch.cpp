@@ -9,7 +9,13 @@ namespace velmor::dxf {
 
 namespace {
 
-/// Index of the first tag of that code outside of groups in braces and before extended data; the number of tags when
+/// What follows no longer describes the object itself: an object inside of it, or extended data.
+bool endsOwnTags(const Tag &tag)
+{
+    return tag.code == 101 || tag.code >= 1000;
+}
+
+/// Index of the first tag of that code outside of groups in braces and among the object's own; the number of tags when
 /// there is none.
 template <class Tags>
 std::size_t findTag(const Tags &tags, int code)
@@ -17,7 +23,7 @@ std::size_t findTag(const Tags &tags, int code)
     bool inGroup = false;
     for (std::size_t i = 1; i < tags.size(); ++i) {
         const Tag &tag = tags[i].tag;
-        if (tag.code >= 1000)
+        if (endsOwnTags(tag))
             break;
         if (tag.code == 102)
             inGroup = tag.name().starts_with('{');
@@ -208,7 +214,7 @@ void DxfWriter::patchExtension(AcDbObject &object, const PlacedTags &head)
     const auto data = d.attached.find(&object);
     if (data == d.attached.end() || data->second.handle == 0)
         return;
-    for (std::size_t i = 0; i + 1 < head.size(); ++i)
+    for (std::size_t i = 0; i + 1 < head.size() && !endsOwnTags(head[i].tag); ++i)
         if (head[i].tag.code == 102 && head[i].tag.name() == "{ACAD_XDICTIONARY" && head[i + 1].tag.code == 360) {
             // It named one that is not there.
             replaceValue(head[i + 1], formatHandle(data->second.handle));

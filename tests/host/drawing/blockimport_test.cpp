@@ -1,6 +1,7 @@
 // Drawings taken into other drawings as block definitions.
 #include "host/drawing/Blocks.h"
 #include "host/drawing/Drawing.h"
+#include "host/drawing/Findings.h"
 #include "host/drawing/dxf/Skeleton.h"
 
 #include <cstdio>
@@ -10,6 +11,7 @@
 
 using namespace velmor;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -373,6 +375,29 @@ TEST_F(BlockFiles, WhatCannotBeReadGivesNoDefinition)
     const std::wstring path = put("good.dxf", drawingWith(kTag));
     setWorkingDrawing(nullptr);
     EXPECT_TRUE(CZEMCDraw::insertBlockDefinition(L"A", path.c_str()).isNull());
+}
+
+TEST_F(BlockFiles, WhatOfAFileCouldNotBeTakenIsTold)
+{
+    std::vector<std::string> told;
+    setNoticeSink([&](const std::string &line) { told.push_back(line); });
+    const std::string strange = "0 STRANGE\n5 A1\n8 0\n0 LINE\n5 A2\n8 0\n10 x\n20 0\n11 1\n21 1\n";
+    const std::wstring path = put("CatchLabel.dxf", drawingWith(kTag + strange));
+    ASSERT_NE(insert(L"CatchLabel", path), nullptr);
+    ASSERT_THAT(told, SizeIs(2));
+    EXPECT_THAT(told[0], HasSubstr("CatchLabel.dxf:"));
+    EXPECT_THAT(told[0], HasSubstr("not a number"));
+    EXPECT_THAT(told[1], HasSubstr("1 LINE, 1 STRANGE"));
+    insert(L"CatchLabel", path);
+    EXPECT_THAT(told, SizeIs(2)) << "what is in the drawing already needs no telling";
+
+    told.clear();
+    insert(L"B", put("whole.dxf", drawingWith(kTag)));
+    EXPECT_THAT(told, IsEmpty());
+    insert(L"C", put("garbage.dxf", "this is no drawing\nat all\n"));
+    ASSERT_THAT(told, SizeIs(1));
+    EXPECT_THAT(told[0], HasSubstr("garbage.dxf: "));
+    setNoticeSink({});
 }
 
 TEST_F(BlockFiles, ASecondCallAnswersTheSameDefinitionAndChangesNothing)

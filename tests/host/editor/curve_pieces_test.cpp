@@ -154,6 +154,50 @@ TEST_F(CurvePiecesTest, A3dPolylineCountsInThePlane)
     EXPECT_EQ(pieces[1].b, (Point{10, 10}));
 }
 
+TEST_F(CurvePiecesTest, HugeAnglesAreTurnedBackAndEndlessOnesMakeAtMostATurn)
+{
+    const AcDbArc arc({0, 0}, 1.0, 0.0, 200.0 * kPi + 1.0);
+    const auto pieces = piecesOf(arc);
+    ASSERT_EQ(pieces.size(), 1u);
+    EXPECT_NEAR(pieces[0].bulge, std::tan(0.25), 1e-9);
+    EllipseEntity::Shape shape;
+    shape.majorAxis = {2, 0};
+    shape.ratio = 0.5;
+    for (const auto &[start, end] : {std::pair(1e17, -1e300), std::pair(-1.7e308, 1.7e308), std::pair(0.0, 1e300)}) {
+        EXPECT_LE(piecesOf(AcDbArc({0, 0}, 1.0, start, end)).size(), 3u);
+        shape.startParameter = start;
+        shape.endParameter = end;
+        EXPECT_LE(piecesOf(EllipseEntity(shape)).size(), 1000u);
+    }
+}
+
+TEST_F(CurvePiecesTest, NestedArraysEndAtTheMostThatIsFollowed)
+{
+    // An array of nothing and one of lines, each of billions of places.
+    BlockRecord &empty = drawing().addBlock(L"EMPTY"), &block = drawing().addBlock(L"LINES");
+    drawing().append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 0)), block);
+    AcDbBlockReference::Placement placement;
+    placement.columns = placement.rows = 2'000'000'000;
+    placement.columnSpacing = 2.0;
+    for (BlockRecord *definition : {&empty, &block}) {
+        std::vector<Piece> pieces;
+        PieceMaker(
+            drawing(), [](std::size_t) { return true; }, 1000)
+            .append(AcDbBlockReference(idOf(*definition), placement), 7, pieces);
+        EXPECT_EQ(pieces.size(), definition == &empty ? 0u : 333u); // place, line and piece count each
+    }
+    // A block within itself shows once.
+    drawing().append(std::make_unique<AcDbBlockReference>(idOf(block), AcDbBlockReference::Placement()), block);
+    EXPECT_EQ(piecesOf(AcDbBlockReference(idOf(block), {})).size(), 1u);
+}
+
+TEST_F(CurvePiecesTest, PolylinesOfNothingMakeNoPiece)
+{
+    EXPECT_TRUE(piecesOf(AcDbPolyline({}, true)).empty());
+    EXPECT_TRUE(piecesOf(AcDb2dPolyline({}, true, 0.0)).empty());
+    EXPECT_TRUE(piecesOf(AcDb3dPolyline({}, true)).empty());
+}
+
 TEST_F(CurvePiecesTest, PointsThatRepeatMakeNoPiece)
 {
     EXPECT_EQ(piecesOf(AcDbPolyline({{0, 0, 0}, {0, 0, 0}, {1, 0, 0}}, false)).size(), 1u);

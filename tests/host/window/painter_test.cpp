@@ -46,6 +46,30 @@ TEST(Painter, ALineIsDrawnBetweenItsEndsAndNowhereElse)
     EXPECT_FALSE(isPainted(image, 97, 10));
 }
 
+TEST(Painter, HugeAnglesCountsAndNestingEndTheirPictureSoon)
+{
+    auto drawing = Drawing::createNew();
+    drawing->append(std::make_unique<AcDbArc>(AcGePoint3d(50, 50), 20.0, 1e17, -1e300));
+    EllipseEntity::Shape shape;
+    shape.center = {50, 50};
+    shape.majorAxis = {20, 0};
+    shape.startParameter = 1e300;
+    shape.endParameter = -1e308;
+    drawing->append(std::make_unique<EllipseEntity>(shape));
+    drawing->append(std::make_unique<CircleEntity>(AcGePoint3d(1e307, 50), 1e307));
+    BlockRecord &block = drawing->addBlock(L"B");
+    drawing->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(5, 0)), block);
+    AcDbBlockReference::Placement placement;
+    placement.position = {10, 10};
+    for (int i = 0; i < 5; ++i)
+        drawing->append(std::make_unique<AcDbBlockReference>(idOf(block), placement), block);
+    placement.columns = placement.rows = 2'000'000'000;
+    drawing->append(std::make_unique<AcDbBlockReference>(idOf(block), placement));
+    drawing->append(std::make_unique<AcDbPolyline>(std::vector<AcDbPolyline::Vertex>(), true));
+    drawing->append(std::make_unique<AcDb3dPolyline>(std::vector<AcGePoint3d>(), true));
+    EXPECT_TRUE(isPainted(paint(*drawing), 12, 10));
+}
+
 TEST(Painter, ABulgeIsDrawnAsItsArc)
 {
     // From (20, 50) to (80, 50) with bulge 1: a half circle below the chord, through (50, 20).

@@ -1,0 +1,120 @@
+// Scripts and typed lines: whatever they say, the program goes on, and a wrong line has a reason with its place. The
+// commands that read and write files are taken out, by their names.
+#include "app/Script.h"
+#include "host/editor/CommandStack.h"
+#include "host/services/Services.h"
+#include "tests/app/ScriptDialog.h"
+
+#include <QApplication>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+namespace {
+
+using namespace velmor;
+
+void require(bool holds, const char *what)
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::abort();
+}
+
+std::string withoutFileCommands(std::string text)
+{
+    for (const std::string_view name : {"save", "open", "import"})
+        for (std::size_t i = 0; i + name.size() <= text.size(); ++i)
+            if (std::ranges::equal(std::string_view(text).substr(i, name.size()), name,
+                                   [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; }))
+                text[i] = '_';
+    return text;
+}
+
+void openDialog()
+{
+    test::ScriptDialog dialog;
+    dialog.DoModal();
+}
+
+void tryWords(const std::wstring &line)
+{
+    std::wstring reason;
+    const auto words = splitWords(line, reason);
+    require(words.has_value() == reason.empty(), "words or a reason");
+    if (!words)
+        return;
+    std::wstring again;
+    for (const Word &word : *words) {
+        again += L" \"";
+        for (const wchar_t c : word.text)
+            again += c == L'"' ? std::wstring(L"\"\"") : std::wstring(1, c);
+        again += L'"';
+        for (const auto &base : {std::optional<AcGePoint3d>(), std::optional(AcGePoint3d(1e308, -2.0, 3.0))})
+            if (const auto point = parsePoint(word.text, base))
+                require(std::isfinite(point->x) && std::isfinite(point->y) && std::isfinite(point->z),
+                        "a point is finite");
+    }
+    const auto quoted = splitWords(again, reason);
+    require(quoted && std::ranges::equal(*quoted, *words, {}, &Word::text, &Word::text), "quoted words are the same");
+}
+
+void setUp(Session &session)
+{
+    session.setMessageSink({});
+    auto drawing = Drawing::createNew();
+    using Vertices = std::vector<AcDbPolyline::Vertex>;
+    drawing->append(std::make_unique<AcDbPolyline>(Vertices{{0, 0, 0}, {10, 0, 0.5}, {10, 10, 0}, {0, 10, 0}}, true));
+    drawing->append(std::make_unique<CircleEntity>(AcGePoint3d(5, 5), 2.0));
+    drawing->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(20, 20)));
+    drawing->append(std::make_unique<AcDbPolyline>(Vertices{}, true));
+    session.setDrawing(std::move(drawing));
+    session.commands().addCommand(L"TEST", L"dialog", L"dialog", 1, openDialog, nullptr, -1, nullptr, nullptr);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
+{
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    static std::string folder = (std::filesystem::temp_directory_path() / "velmor_fuzz_XXXXXX").string();
+    if (!mkdtemp(folder.data()))
+        std::abort();
+    setenv("VELMOR_CONFIG_DIR", folder.c_str(), 1);
+    std::atexit([] { std::filesystem::remove_all(folder); });
+    static int argc = 1;
+    static char name[] = "fuzz_script";
+    static char *argv[] = {name, nullptr};
+    new QApplication(argc, argv);
+    Services::instance().start({.language = "en"});
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const std::string text = withoutFileCommands({reinterpret_cast<const char *>(data), size});
+    {
+        Session session;
+        setUp(session);
+        std::ostringstream out, err;
+        const ScriptResult result = Script(session, "s", text, out, err).run();
+        require((result.code == kDone) == result.message.empty(), "a wrong line has a reason");
+        require(result.code == kDone || result.message.starts_with("s:"), "and a place");
+        require(result.message.find('\n') == std::string::npos, "in one line");
+    }
+    Session session;
+    setUp(session);
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        const std::wstring typed = QString::fromUtf8(line.data(), static_cast<int>(line.size())).toStdWString();
+        tryWords(typed);
+        std::wstring reason;
+        if (!session.commands().run(typed, &reason))
+            require(!reason.empty(), "a refused line has a reason");
+        require(!session.commands().isRunning(), "a command ends with its line");
+    }
+    return 0;
+}
