@@ -30,6 +30,15 @@ TEST(PointText, RelativePointsCountFromTheBase)
     EXPECT_FALSE(parsePoint(L"@1,1").has_value());
 }
 
+TEST(PointText, APointBeyondTheNumbersIsNone)
+{
+    const AcGePoint3d far(1.5e308, 0.0);
+    EXPECT_FALSE(parsePoint(L"@1.5e308,0", far));
+    EXPECT_FALSE(parsePoint(L"@1.5e308<0", far));
+    EXPECT_FALSE(parsePoint(L"1e999,0"));
+    EXPECT_TRUE(parsePoint(L"@-1.5e308,0", far));
+}
+
 TEST(AnswerQueue, AnswersComeInTheOrderTheyWerePut)
 {
     AnswerQueue queue;
