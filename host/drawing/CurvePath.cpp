@@ -87,6 +87,12 @@ double endOfTurn(double start, double end)
     return start + turn;
 }
 
+double startOfTurn(double start)
+{
+    constexpr double kFewTurns = 100.0; // radians
+    return std::abs(start) <= kFewTurns ? start : std::fmod(start, kTwoPi);
+}
+
 std::optional<CurvePath> curvePathOf(const AcDbEntity &entity, double tolerance)
 {
     CurvePath path;

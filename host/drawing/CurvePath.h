@@ -12,6 +12,10 @@ namespace velmor {
 /// radians): end itself when it lies there, else moved by full turns, so that equal ends mean a full turn.
 double endOfTurn(double start, double end);
 
+/// The same direction within a few turns of zero, where steps from it can still be told apart: start itself when it
+/// lies there.
+double startOfTurn(double start);
+
 struct CurvePath {
     std::vector<AcDbPolyline::Vertex> vertices; ///< a closed path does not repeat its first vertex
     bool closed = false;

@@ -260,8 +260,9 @@ void PieceMaker::appendPlaced(const AcDbEntity &entity, const Placed &placed, st
     }
     case EntityKind::Arc: {
         const auto &arc = static_cast<const AcDbArc &>(entity);
-        out.elliptic(pointOf(arc.center()), {arc.radius(), 0.0}, {0.0, arc.radius()}, arc.startAngle(),
-                     endOfTurn(arc.startAngle(), arc.endAngle()));
+        const double start = startOfTurn(arc.startAngle());
+        out.elliptic(pointOf(arc.center()), {arc.radius(), 0.0}, {0.0, arc.radius()}, start,
+                     endOfTurn(start, arc.endAngle()));
         break;
     }
     case EntityKind::Circle: {
@@ -271,9 +272,10 @@ void PieceMaker::appendPlaced(const AcDbEntity &entity, const Placed &placed, st
     }
     case EntityKind::Ellipse: {
         const auto &shape = static_cast<const EllipseEntity &>(entity).shape();
+        const double start = startOfTurn(shape.startParameter);
         out.elliptic(pointOf(shape.center), {shape.majorAxis.x, shape.majorAxis.y},
-                     {-shape.ratio * shape.majorAxis.y, shape.ratio * shape.majorAxis.x}, shape.startParameter,
-                     endOfTurn(shape.startParameter, shape.endParameter));
+                     {-shape.ratio * shape.majorAxis.y, shape.ratio * shape.majorAxis.x}, start,
+                     endOfTurn(start, shape.endParameter));
         break;
     }
     case EntityKind::Spline:
