@@ -162,8 +162,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (const std::string &text : unread)
         require(edited.find(text) != std::string::npos, "unread tags are written as they were");
     const LoadResult again = Drawing::read(edited);
-    if (std::getenv("SHOW"))
-        std::fwrite(edited.data(), 1, edited.size(), stderr);
     require(again.drawing != nullptr, "an edited drawing is a drawing");
     require(again.drawing->write() == edited, "an edited drawing settles");
     require(presentIn(*again.drawing) >= presentIn(drawing), "all entities are back after an edit");

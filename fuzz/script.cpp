@@ -99,6 +99,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
     static int argc = 1;
     static char name[] = "fuzz_script";
     static char *argv[] = {name, nullptr};
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {}); // no window is seen
     new QApplication(argc, argv);
     Services::instance().start({.language = "en"});
     return 0;
