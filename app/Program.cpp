@@ -9,6 +9,7 @@
 #include "host/editor/ModuleLoader.h"
 #include "host/editor/Picture.h"
 #include "host/network/Network.h"
+#include "host/services/Messages.h"
 #include "host/services/Services.h"
 #include "host/services/Text.h"
 #include "host/sewage/AreaMarks.h"
@@ -54,7 +55,7 @@ int complain(ExitCode code, const std::string &message)
 int finish(ExitCode code)
 {
     std::cout.flush();
-    return std::cout ? code : complain(kFailed, "the results can't be written to the standard output");
+    return std::cout ? code : complain(kFailed, uiLine("ui.cli.results"));
 }
 
 /// Reads a drawing for a command that only looks at it. Damage is told; what could be read is used all the same, and
@@ -73,8 +74,8 @@ std::unique_ptr<Drawing> openDrawing(const std::string &file, ExitCode &code)
         const auto first = std::ranges::find(findings, Severity::Damage, &Finding::severity);
         const auto others = std::ranges::count(findings, Severity::Damage, &Finding::severity) - 1;
         code = kBadInput;
-        const std::string text = fmt::format("the drawing is damaged and was read in part: {}{}", first->text,
-                                             others > 0 ? fmt::format(" (and {} more places)", others) : "");
+        const std::string text = others > 0 ? uiLine("ui.cli.damagedMore", {first->text, std::to_string(others)})
+                                            : uiLine("ui.cli.damaged", {first->text});
         complain(code, findingLine(file, {first->severity, first->line, text}));
     }
     return std::move(loaded.drawing);
@@ -119,19 +120,18 @@ int findRegions(const Request &request)
     std::size_t wrongLine = 0;
     for (const std::string &text : request.points) {
         if (!readPoints(text, points, wrongLine) || points.empty())
-            return complain(kWrongUse, "--point takes two numbers, as X,Y: " + text);
+            return complain(kWrongUse, uiLine("ui.cli.point", {text}));
     }
     if (!request.pointsFile.empty()) {
         std::ifstream stream(request.pointsFile, std::ios::binary);
         std::ostringstream text;
         if (!stream || !(text << stream.rdbuf()))
-            return complain(kBadInput, request.pointsFile + " can't be read or is empty");
+            return complain(kBadInput, uiLine("ui.cli.pointsFile", {request.pointsFile}));
         if (!readPoints(text.str(), points, wrongLine))
-            return complain(kBadInput,
-                            fmt::format("{}:{}: two numbers are needed, as X,Y", request.pointsFile, wrongLine));
+            return complain(kBadInput, uiLine("ui.cli.pointsLine", {request.pointsFile, std::to_string(wrongLine)}));
     }
     if (points.empty())
-        return complain(kWrongUse, "no point is given: use --point X,Y or --points FILE");
+        return complain(kWrongUse, uiLine("ui.cli.noPoint"));
 
     ExitCode code;
     const auto drawing = openDrawing(request.file, code);
@@ -141,7 +141,7 @@ int findRegions(const Request &request)
     for (const std::string &name : request.layers) {
         layers.push_back(wide(name));
         if (!drawing->findLayer(layers.back()))
-            return complain(kBadInput, fmt::format("{} has no layer \"{}\"", request.file, name));
+            return complain(kBadInput, uiLine("ui.cli.layer", {request.file, name}));
     }
     auto &cache = drawing->component<LineworkCache>();
     boundary::Linework &linework = layers.empty() ? cache.visible() : cache.ofLayers(layers);
@@ -199,20 +199,20 @@ void useOffscreenPlatform()
 void loadModule()
 {
     if (const auto problem = ModuleLoader::load(ModuleLoader::pathOf(kModuleName)))
-        std::cerr << "velmor: the catchment commands are missing: " << *problem << std::endl;
+        std::cerr << "velmor: " << uiLine("ui.cli.module", {*problem}) << std::endl;
 }
 
 int runScript(Request &request)
 {
     std::error_code error;
     if (std::filesystem::is_directory(request.script, error))
-        return complain(kBadInput, request.script + " is a directory, not a script");
+        return complain(kBadInput, uiLine("ui.cli.scriptFolder", {request.script}));
     std::ifstream stream(request.script, std::ios::binary);
     std::ostringstream text;
     if (stream)
         text << stream.rdbuf();
     if (!stream || stream.bad())
-        return complain(kBadInput, request.script + ": no such script, or it can't be read");
+        return complain(kBadInput, uiLine("ui.cli.script", {request.script}));
     useOffscreenPlatform();
     QApplication application(request.argc, request.argv);
     std::setlocale(LC_NUMERIC, "C");
@@ -228,7 +228,7 @@ int makePicture(Request &request)
     int width = 0, height = 0, taken = 0;
     if (std::sscanf(request.size.c_str(), "%5dx%5d%n", &width, &height, &taken) != 2 ||
         taken != static_cast<int>(request.size.size()) || std::min(width, height) < 16)
-        return complain(kWrongUse, "--size takes width and height in pixels, as 1600x1200: " + request.size);
+        return complain(kWrongUse, uiLine("ui.cli.size", {request.size}));
     useOffscreenPlatform();
     QApplication application(request.argc, request.argv);
     std::setlocale(LC_NUMERIC, "C");
@@ -255,7 +255,7 @@ int openWindow(Request &request)
 {
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
         qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        return complain(kFailed, "there is no display for a window: use one of the commands (velmor --help)");
+        return complain(kFailed, uiLine("ui.cli.display"));
     OpenedFile opened;
     if (!request.file.empty()) {
         opened = readForWindow(request.file);
@@ -263,11 +263,24 @@ int openWindow(Request &request)
             return complain(kBadInput, opened.message);
     }
     QApplication application(request.argc, request.argv);
-    QApplication::setApplicationVersion(QStringLiteral(VELMOR_VERSION));
     std::setlocale(LC_NUMERIC, "C");
     Session session;
     loadModule();
     return runWindow(session, std::move(opened));
+}
+
+/// The value of --language on a command line that can't be understood as a whole.
+std::string languageAmong(int argc, char **argv)
+{
+    constexpr std::string_view kOption = "--language";
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word = argv[i];
+        if (word == kOption && i + 1 < argc)
+            return argv[i + 1];
+        if (word.starts_with(kOption) && word.size() > kOption.size() && word[kOption.size()] == '=')
+            return std::string(word.substr(kOption.size() + 1));
+    }
+    return {};
 }
 
 } // namespace
@@ -277,6 +290,7 @@ int runProgram(int argc, char **argv)
     Request request;
     request.argc = argc;
     request.argv = argv;
+    QCoreApplication::setApplicationVersion(QStringLiteral(VELMOR_VERSION));
     CLI::App app("Catchment areas of sewage networks", "velmor");
     app.set_version_flag("--version", "velmor " VELMOR_VERSION);
     const auto addLanguage = [&](CLI::App *to) {
@@ -333,7 +347,8 @@ int runProgram(int argc, char **argv)
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == 0)
             return app.exit(error);
-        return complain(kWrongUse, std::string(error.what()) + " (velmor --help tells more)");
+        Services::instance().start({.language = languageAmong(argc, argv)});
+        return complain(kWrongUse, uiLine("ui.cli.wrongUse", {error.what()}));
     }
     try {
         Services::instance().start({.language = request.language});

@@ -1,6 +1,7 @@
 // The selection button and the icon button.
 #include "contracts/HostDialog.h"
 #include "contracts/NetworkTopology.h"
+#include "host/drawing/Journal.h"
 #include "host/editor/SectionChoice.h"
 #include "host/editor/Session.h"
 #include "host/services/Icons.h"
@@ -23,22 +24,26 @@ CSelectionButton::CSelectionButton(QWidget *parent) : QPushButton(parent)
 
 void CSelectionButton::setParentDialog(CAdUiBaseDialog *dialog, bool notify)
 {
+    velmor::journal("CSelectionButton::setParentDialog", notify);
     m_dialog = dialog;
     m_notify = notify;
 }
 
 void CSelectionButton::SetButtonTopologyType(int type)
 {
+    velmor::journal("CSelectionButton::SetButtonTopologyType", type);
     m_topologyType = type;
 }
 
 void CSelectionButton::SetHideDisabledMenuOptions(int hide)
 {
+    velmor::journal("CSelectionButton::SetHideDisabledMenuOptions", hide);
     m_hideDisabled = hide;
 }
 
 void CSelectionButton::SetSelectionType(int mask)
 {
+    velmor::journal("CSelectionButton::SetSelectionType", mask);
     m_selectionType = mask;
 }
 

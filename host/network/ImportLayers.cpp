@@ -2,6 +2,7 @@
 #include "contracts/CoreServices.h"
 #include "host/network/Network.h"
 #include "host/network/NetworkData.h"
+#include "host/services/Messages.h"
 #include "host/services/Text.h"
 
 #include <fmt/format.h>
@@ -102,7 +103,7 @@ public:
         collect(sectionLayers, nameLayers);
         if (m_curves.empty()) {
             m_result.status = FileStatus::NotFound;
-            m_result.message = "there is no line, arc or open polyline on the chosen layers that is not a section yet";
+            m_result.message = uiLine("ui.layers.nothing");
             return std::move(m_result);
         }
         findEnds();
@@ -122,7 +123,7 @@ private:
             const auto layer = m_drawing.findLayer(name);
             if (!layer) {
                 m_result.status = FileStatus::NotFound;
-                m_result.message = "the drawing has no layer \"" + utf8(name) + "\"";
+                m_result.message = uiLine("ui.layers.unknown", {utf8(name)});
                 return false;
             }
             layers.insert(*layer);
@@ -151,9 +152,9 @@ private:
         const auto *curve = static_cast<const AcDbCurve *>(&entity);
         const std::string what = typeNameOf(entity) + " " + utf8(handleText(entity));
         if (m_drawing.data(entity, kSectionKey))
-            tell(Severity::Note, what + " is a section already");
+            tell(Severity::Note, uiLine("ui.layers.already", {what}));
         else if (curve->isClosed() || ends->start.isEqualTo(ends->end, kSmallestTolerance))
-            tell(Severity::Warning, what + " is closed or has no length and was left out");
+            tell(Severity::Warning, uiLine("ui.layers.closed", {what}));
         else
             m_curves.push_back({&entity, *ends});
     }
@@ -279,7 +280,7 @@ private:
         std::unordered_set<std::wstring> taken;
         for (const FoundNode &node : m_nodes)
             if (!node.name.empty() && !taken.insert(node.name).second)
-                tell(Severity::Note, "several nodes are named " + utf8(node.name));
+                tell(Severity::Note, uiLine("ui.layers.sameName", {utf8(node.name)}));
         for (std::size_t i = 0, number = 1; i < m_nodes.size(); ++i) {
             FoundNode &node = m_nodes[i];
             if (!node.name.empty())
@@ -287,8 +288,8 @@ private:
             do
                 node.name = L"N" + std::to_wstring(number++);
             while (!taken.insert(node.name).second);
-            tell(Severity::Note, fmt::format("no text names the node at {:.3f}, {:.3f}; it is called {}", node.place.x,
-                                             node.place.y, utf8(node.name)));
+            tell(Severity::Note, uiLine("ui.layers.noName", {fmt::format("{:.3f}", node.place.x),
+                                                             fmt::format("{:.3f}", node.place.y), utf8(node.name)}));
         }
     }
 
@@ -349,8 +350,7 @@ NetworkImportResult importLayers(Drawing &drawing, const LayerImportOptions &opt
         !std::isfinite(options.endTolerance) || !std::isfinite(options.nameDistance)) {
         NetworkImportResult refused;
         refused.status = FileStatus::Refused;
-        refused.message = options.sectionLayers.empty() ? "no layer was chosen for the sections"
-                                                        : "tolerance and distance must be numbers from 0 on";
+        refused.message = uiLine(options.sectionLayers.empty() ? "ui.layers.none" : "ui.layers.numbers");
         return refused;
     }
     return LayerImport(drawing, options).run();

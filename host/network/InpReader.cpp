@@ -1,9 +1,8 @@
 #include "host/network/InpReader.h"
 
 #include "host/drawing/dxf/TextCodec.h"
+#include "host/services/Messages.h"
 #include "host/services/Text.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -116,13 +115,18 @@ private:
     std::unordered_map<std::string, std::size_t> m_folded;
 };
 
+std::string kindText(const char *kind)
+{
+    return uiLine(std::string("ui.inp.kind.") + kind);
+}
+
 class Reader {
 public:
     Reader(std::string_view text, bool withPolygons) : m_withPolygons(withPolygons)
     {
         if (!isUtf8(text)) {
             m_codec = TextCodec::forDrawing("AC1015", "ANSI_1250");
-            note(0, "the text is not UTF-8; names were read as code page 1250");
+            note(0, uiLine("ui.inp.codePage"));
         }
         splitTables(text);
     }
@@ -130,22 +134,19 @@ public:
     InpNetwork read(const std::string &name)
     {
         if (!m_sawTable) {
-            fail(FileStatus::NotADrawing, name + " is not a SWMM network file: it has no [TABLE]");
+            fail(FileStatus::NotADrawing, uiLine("ui.inp.noTable", {name}));
             return std::move(m_result);
         }
         readUnits();
         readNodes();
         readCoordinates();
         if (m_result.status == FileStatus::Ok && m_placed.empty()) {
-            fail(FileStatus::NotADrawing,
-                 name + (m_nodes.empty() ? " defines no nodes, so there is no network to draw"
-                                         : " has no coordinates for its nodes, so there is nothing to draw; export the "
-                                           "network with its map"));
+            fail(FileStatus::NotADrawing, uiLine(m_nodes.empty() ? "ui.inp.noNodes" : "ui.inp.noCoordinates", {name}));
             return std::move(m_result);
         }
         readConduits();
         if (m_result.conduits.empty())
-            warn(0, "the file has no conduit that can be drawn");
+            warn(0, uiLine("ui.inp.noConduit"));
         readVertices();
         if (m_withPolygons)
             readPolygons();
@@ -221,10 +222,10 @@ private:
             if (told)
                 m_result.inFeet = feet;
             else
-                warn(row.line, "flow units \"" + shown(unit) + "\" are not known");
+                warn(row.line, uiLine("ui.inp.units", {shown(unit)}));
         }
         if (!told)
-            warn(0, "no flow units are given; CFS is taken as SWMM does, so coordinates are in feet");
+            warn(0, uiLine("ui.inp.noUnits"));
     }
 
     void readNodes()
@@ -233,19 +234,18 @@ private:
             if (m_nodeNames.add(row.words[0], m_nodes.size()))
                 m_nodes.push_back({row.words[0], row.line, row.table->kind, std::nullopt});
             else
-                warn(row.line, fmt::format("node {} is defined already; this {} was left out", shown(row.words[0]),
-                                           row.table->kind));
+                warn(row.line, uiLine("ui.inp.nodeTwice", {shown(row.words[0]), kindText(row.table->kind)}));
         }
     }
 
     /// The point in the second and third word of a row; told and nothing when it is none.
-    std::optional<InpPoint> pointOf(const Row &row, std::string_view what)
+    std::optional<InpPoint> pointOf(const Row &row, std::string_view message)
     {
         const auto x = row.words.size() > 1 ? parseNumber(row.words[1]) : std::nullopt;
         const auto y = row.words.size() > 2 ? parseNumber(row.words[2]) : std::nullopt;
         if (x && y)
             return InpPoint{*x, *y};
-        warn(row.line, fmt::format("{} {} needs two numbers; the row was left out", what, shown(row.words[0])));
+        warn(row.line, uiLine(message, {shown(row.words[0])}));
         return std::nullopt;
     }
 
@@ -255,20 +255,19 @@ private:
         for (const Row &row : rows(Table::Coordinates)) {
             const auto node = m_nodeNames.find(row.words[0]);
             if (!node) {
-                note(row.line,
-                     fmt::format("coordinates of {}, which is no node; the row was left out", shown(row.words[0])));
+                note(row.line, uiLine("ui.inp.noNode", {shown(row.words[0])}));
                 continue;
             }
-            const auto point = pointOf(row, "the place of node");
+            const auto point = pointOf(row, "ui.inp.place");
             if (point && places[*node])
-                warn(row.line, fmt::format("node {} has coordinates already; these count", shown(row.words[0])));
+                warn(row.line, uiLine("ui.inp.placedTwice", {shown(row.words[0])}));
             if (point)
                 places[*node] = point;
         }
         for (std::size_t i = 0; i < m_nodes.size(); ++i) {
             NodeRow &node = m_nodes[i];
             if (!places[i]) {
-                warn(node.line, fmt::format("{} {} has no coordinates and was left out", node.kind, shown(node.name)));
+                warn(node.line, uiLine("ui.inp.unplaced", {kindText(node.kind), shown(node.name)}));
                 continue;
             }
             node.placed = m_result.nodes.size();
@@ -283,8 +282,8 @@ private:
         const auto node = m_nodeNames.find(row.words[word]);
         if (node && m_nodes[*node].placed)
             return m_nodes[*node].placed;
-        warn(row.line, fmt::format("conduit {} ends at {}, which {}; it was left out", shown(row.words[0]),
-                                   shown(row.words[word]), node ? "has no coordinates" : "no table defines"));
+        warn(row.line,
+             uiLine(node ? "ui.inp.endUnplaced" : "ui.inp.endUnknown", {shown(row.words[0]), shown(row.words[word])}));
         return std::nullopt;
     }
 
@@ -293,7 +292,7 @@ private:
         for (const Row &row : rows(Table::Conduit)) {
             const std::string_view name = row.words[0];
             if (row.words.size() < 3) {
-                warn(row.line, fmt::format("conduit {} needs two nodes; the row was left out", shown(name)));
+                warn(row.line, uiLine("ui.inp.twoNodes", {shown(name)}));
                 m_otherLinks.add(name, 0);
                 continue;
             }
@@ -304,22 +303,20 @@ private:
                 continue;
             }
             if (!m_conduitNames.add(name, m_result.conduits.size())) {
-                warn(row.line, fmt::format("conduit {} is defined already; this one was left out", shown(name)));
+                warn(row.line, uiLine("ui.inp.conduitTwice", {shown(name)}));
                 continue;
             }
             double length = 0.0;
             if (const auto given = row.words.size() > 3 ? parseNumber(row.words[3]) : 0.0; !given || *given < 0.0)
-                warn(row.line, fmt::format("\"{}\" is no length of conduit {}; its drawn length counts",
-                                           shown(row.words[3]), shown(name)));
+                warn(row.line, uiLine("ui.inp.badLength", {shown(row.words[3]), shown(name)}));
             else if (*given == 0.0)
-                note(row.line, fmt::format("conduit {} has no length; its drawn length counts", shown(name)));
+                note(row.line, uiLine("ui.inp.noLength", {shown(name)}));
             else
                 length = *given;
             m_result.conduits.push_back({decoded(name), row.line, *from, *to, length, {}});
         }
         for (const Row &row : rows(Table::OtherLink)) {
-            note(row.line,
-                 fmt::format("{} {} is not a conduit and was left out", row.table->kind, shown(row.words[0])));
+            note(row.line, uiLine("ui.inp.otherLink", {kindText(row.table->kind), shown(row.words[0])}));
             m_otherLinks.add(row.words[0], 0);
         }
     }
@@ -331,11 +328,10 @@ private:
             if (!conduit) {
                 // The bends of a link that was left out went with it, and that was told.
                 if (!m_otherLinks.find(row.words[0]))
-                    note(row.line,
-                         fmt::format("a bend of {}, which is no conduit; the row was left out", shown(row.words[0])));
+                    note(row.line, uiLine("ui.inp.strayBend", {shown(row.words[0])}));
                 continue;
             }
-            if (const auto point = pointOf(row, "a bend of conduit"))
+            if (const auto point = pointOf(row, "ui.inp.bend"))
                 m_result.conduits[*conduit].bends.push_back(*point);
         }
         for (InpConduit &conduit : m_result.conduits)
@@ -353,8 +349,7 @@ private:
         if (!bends.empty() && bends.back() == to)
             bends.pop_back();
         if (bends.empty() && from == to)
-            note(conduit.line,
-                 "conduit " + utf8(conduit.name) + " begins and ends at one place and is drawn as a point");
+            note(conduit.line, uiLine("ui.inp.point", {utf8(conduit.name)}));
     }
 
     void readPolygons()
@@ -367,12 +362,12 @@ private:
                 names.add(row.words[0], *number);
                 m_result.polygons.push_back({decoded(row.words[0]), row.line, {}});
             }
-            if (const auto point = pointOf(row, "a corner of polygon"))
+            if (const auto point = pointOf(row, "ui.inp.corner"))
                 m_result.polygons[*number].ring.push_back(*point);
         }
         for (const Row &row : rows(Table::Subcatchment))
             if (!names.find(row.words[0]))
-                note(row.line, fmt::format("subcatchment {} has no polygon", shown(row.words[0])));
+                note(row.line, uiLine("ui.inp.noPolygon", {shown(row.words[0])}));
         std::erase_if(m_result.polygons, [&](InpPolygon &polygon) {
             auto &ring = polygon.ring;
             ring.erase(std::unique(ring.begin(), ring.end()), ring.end());
@@ -380,7 +375,7 @@ private:
                 ring.pop_back();
             if (ring.size() >= 3)
                 return false;
-            warn(polygon.line, "polygon " + utf8(polygon.name) + " has fewer than three corners and was left out");
+            warn(polygon.line, uiLine("ui.inp.fewCorners", {utf8(polygon.name)}));
             return true;
         });
     }
@@ -402,12 +397,12 @@ InpNetwork readInp(std::string_view text, const std::string &name, bool withPoly
     InpNetwork refused;
     if (text.empty()) {
         refused.status = FileStatus::Empty;
-        refused.message = name + " is empty";
+        refused.message = uiLine("ui.inp.empty", {name});
         return refused;
     }
     if (text.find('\0') != std::string_view::npos) {
         refused.status = FileStatus::NotADrawing;
-        refused.message = name + " is not a SWMM network file: it is not a text file";
+        refused.message = uiLine("ui.inp.binary", {name});
         return refused;
     }
     return Reader(text, withPolygons).read(name);

@@ -159,4 +159,21 @@ std::wstring uiText(std::string_view name)
     return Services::instance().messages().text(name);
 }
 
+std::string uiLine(std::string_view name, std::initializer_list<std::string_view> parts)
+{
+    const std::string form = utf8(uiText(name));
+    std::string line;
+    for (std::size_t i = 0; i < form.size(); ++i) {
+        const std::size_t part =
+            form[i] == '%' && i + 1 < form.size() ? static_cast<std::size_t>(form[i + 1] - '1') : parts.size();
+        if (part < parts.size()) {
+            line += parts.begin()[part];
+            ++i;
+        } else {
+            line += form[i];
+        }
+    }
+    return line;
+}
+
 } // namespace velmor

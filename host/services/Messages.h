@@ -8,6 +8,7 @@
 #include "host/services/KeyValueText.h"
 #include "host/services/Paths.h"
 
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
@@ -45,5 +46,7 @@ std::string chooseLanguage(std::string_view asked, std::string_view fromSettings
 
 /// A text of the program's own in the running program's language.
 std::wstring uiText(std::string_view name);
+/// The same in UTF-8, with %1, %2, ... replaced by the parts in turn; for messages and findings.
+std::string uiLine(std::string_view name, std::initializer_list<std::string_view> parts = {});
 
 } // namespace velmor

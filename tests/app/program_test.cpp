@@ -229,6 +229,45 @@ TEST_F(ProgramTest, BoundaryTellsRegionsAsJson)
     EXPECT_THAT(outcome.out, HasSubstr("\"point\": [-1, -1]"));
 }
 
+TEST_F(ProgramTest, APointLeftOfTheOriginMayStandAsAWordOfItsOwn)
+{
+    makeTown("town.dxf");
+    const Outcome outcome = run({"boundary", "town.dxf", "--point", "-1,-1", "--json"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("\"point\": [-1, -1]"));
+}
+
+TEST_F(ProgramTest, AuditTellsAFindingThatHasNoLineByItsTextAlone)
+{
+    // So many wrong numbers that the list of findings is cut, which is told without a place.
+    std::string text = "0\nSECTION\n2\nENTITIES\n";
+    for (int i = 0; i < 1500; ++i)
+        text += "0\nLINE\n8\n0\n10\nwrong\n20\n0\n11\n1\n21\n1\n";
+    writeFile(folder / "many.dxf", text + "0\nENDSEC\n0\nEOF\n");
+    const Outcome outcome = run({"audit", "many.dxf"});
+    EXPECT_EQ(outcome.code, 2) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("\n  damage: there is more; only the first thousand findings are listed\n"));
+}
+
+TEST_F(ProgramTest, ErrorsAndFindingsAreToldInTheLanguageThatIsAskedFor)
+{
+    makeTown("town.dxf");
+    writeFile(folder / "net.inp", std::string(kNetwork) + "[VERTICES]\nnowhere 1 1\n");
+    const auto told = [&](std::vector<std::string> arguments, const char *language) {
+        arguments.insert(arguments.begin() + 1, {"--language", language});
+        return run(arguments).err;
+    };
+    const std::vector<std::string> wrongPoint = {"boundary", "town.dxf", "--point", "here"};
+    EXPECT_THAT(told(wrongPoint, "en"), HasSubstr("--point takes two numbers"));
+    EXPECT_THAT(told(wrongPoint, "hr"), HasSubstr("--point prima dva broja"));
+    const std::vector<std::string> wrongUse = {"areas"};
+    EXPECT_THAT(told(wrongUse, "en"), HasSubstr("tells more"));
+    EXPECT_THAT(told(wrongUse, "hr"), HasSubstr("kriva uporaba"));
+    const std::vector<std::string> import = {"import", "net.inp", "-o", "net.dxf"};
+    EXPECT_THAT(told(import, "en"), HasSubstr("a bend of nowhere, which is no conduit"));
+    EXPECT_THAT(told(import, "hr"), HasSubstr("lom za nowhere, a to nije vod"));
+}
+
 TEST_F(ProgramTest, BoundaryTakesPointsFromAFileAndLayersByName)
 {
     makeTown("town.dxf");

@@ -198,6 +198,17 @@ TEST_F(ScriptTest, AHandlerThatFailsStopsTheScriptAtItsLine)
     EXPECT_THAT(result.message, AllOf(HasSubstr("s:2: "), HasSubstr("the pump is dry")));
 }
 
+TEST(Version, TheApplicationsVersionIsTheOneThatIsPrinted)
+{
+    char name[] = "velmor", option[] = "--version";
+    char *arguments[] = {name, option, nullptr};
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(runProgram(2, arguments), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "velmor " + QCoreApplication::applicationVersion().toStdString() + "\n");
+    EXPECT_FALSE(QCoreApplication::applicationVersion().isEmpty());
+}
+
 TEST_F(ScriptTest, AByteOrderMarkAndALastLineWithoutAnEndAreFine)
 {
     EXPECT_EQ(run("\xEF\xBB\xBFlayer X\nlayer Y").code, kDone);

@@ -374,6 +374,78 @@ TEST_F(Automatic, ARunThatFailsIsTakenBackWholeAndTheNextOneFindsEverything)
     EXPECT_THAT(alerts(), SizeIs(1));
 }
 
+TEST_F(Automatic, ASecondRunWithIslandsWritesNothing)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D4"});
+        dialog.choose(257, 2);
+        dialog.check(268, true);
+        dialog.type(215, "0.5");
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(281), ToQString(count(2)));
+        dialog.click(290);
+        EXPECT_EQ(dialog.text(281), ToQString(count(0)));
+    });
+    EXPECT_THAT(areas(), SizeIs(2));
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
+TEST_F(Automatic, ASectionInsideTwoBoundariesGoesToBothAreas)
+{
+    addBox(1000, 1000, 1100, 1100);
+    addBox(1010, 1010, 1030, 1030);
+    addSection(L"R", {1050, 1050}, {1060, 1050});
+    addSection(L"I", {1015, 1020}, {1025, 1020});
+    runAuto({L"R", L"I"});
+    ASSERT_THAT(areas(), SizeIs(2));
+    const auto outer = areaNamed(L"S-R_1"), inner = areaNamed(L"S-I_1");
+    ASSERT_TRUE(outer);
+    ASSERT_TRUE(inner);
+    EXPECT_THAT(sharesOf(*outer), UnorderedElementsAre(std::pair(L"R", 0.5), std::pair(L"I", 0.5)));
+    EXPECT_THAT(sharesOf(*inner), ElementsAre(std::pair(L"I", 1.0)));
+}
+
+TEST_F(Automatic, AnArcSectionThatCannotBeOpenedIsSearchedAtTheOrigin)
+{
+    m_session.setDrawing(velmor::Drawing::createNew());
+    setLayers({L"PARCELS"});
+    addBox(-10, -10, 10, 10);
+    addBox(100, 0, 200, 100);
+    const AcDbObjectId arc = addArcSection(L"B1", {150, 30}, 20);
+    run([&](CDialogUnderTest &dialog) {
+        m_session.setNextSelection({arc});
+        dialog.click(203);
+        dialog.choose(257, 2);
+        dialog.type(215, "1");
+        AcDbEntity *held = nullptr;
+        ASSERT_EQ(acdbOpenAcDbEntity(held, arc, AcDb::kForWrite), Acad::eOk);
+        dialog.click(290);
+        held->close();
+        EXPECT_EQ(dialog.text(281), ToQString(count(1)));
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_NEAR(areas().front()->GetArea(), 0.04, 1e-12);
+}
+
+TEST_F(Automatic, IslandsOfARefusedMainAreaAreTriedAllTheSame)
+{
+    addBox(1000, 1000, 1100, 1100);
+    addBox(1010, 1010, 1030, 1030);
+    addSection(L"R", {1080, 1080}, {1090, 1080});
+    // An area whose centre is not equal to the region's, and yet too near for the save.
+    ASSERT_TRUE(Sewage::CCatchmentAreaManager::Instance()->CreateCA(
+        L"POLYGON ((1040.0005 1040, 1060.0005 1040, 1060.0005 1060, 1040.0005 1060, 1040.0005 1040))", L"near", 1,
+        boost::shared_ptr<Data::CProperties>(new Data::CProperties)));
+    runAuto({L"R"}, true);
+    EXPECT_EQ(m_status, count(2));
+    EXPECT_THAT(alerts(), ElementsAre(message(2005)));
+    ASSERT_THAT(areas(), SizeIs(2));
+    const auto island = areas().back();
+    EXPECT_NEAR(island->GetArea(), 0.04, 1e-12);
+    EXPECT_EQ(static_cast<int>(property(*island, L"CA_TYPE_ISLAND")), 1);
+    EXPECT_FALSE(property(*areas().front(), L"CA_ISLANDS").IsNotNull());
+}
+
 TEST_F(Automatic, TheCounterEditIsEmptied)
 {
     run([&](CDialogUnderTest &dialog) {

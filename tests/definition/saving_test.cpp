@@ -183,6 +183,25 @@ TEST_F(Saving, AMainAreaSavedAloneCarriesTheHandlesOfItsIslandsPolylines)
     EXPECT_THAT(handles, ElementsAre(std::wstring(first), std::wstring(second)));
 }
 
+TEST_F(Saving, AnIslandWhosePolylineCannotBeOpenedForWritingIsTiedToNothing)
+{
+    const AcDbObjectId box = addBox(1000, 0, 1010, 10, L"0");
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        dialog.type(215, "0.5");
+        dialog.addIslandRow(box, 100);
+        dialog.GetDlgItem(221)->setEnabled(true);
+        dialog.selectRows({0});
+        AcDbEntity *held = nullptr; // open for reading: it can be read once more, but not written
+        ASSERT_EQ(acdbOpenAcDbEntity(held, box, AcDb::kForRead), Acad::eOk);
+        dialog.click(221);
+        held->close();
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_EQ(static_cast<int>(property(*areas().front(), L"CA_TYPE_ISLAND")), 1);
+    EXPECT_FALSE(property(*areas().front(), L"CA_MAIN_AREA").IsNotNull()) << "not even an empty one";
+}
+
 TEST_F(Saving, IslandsMayBeSavedByALaterClick)
 {
     run([&](CDialogUnderTest &dialog) {

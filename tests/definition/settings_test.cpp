@@ -177,6 +177,19 @@ TEST_F(Settings, TheLabelBlockOfTheDrawingsDictionaryGoesBeforeTheDefault)
     expectKept("m_strBlockName", 1, std::wstring(L"Own"));
 }
 
+TEST_F(Settings, WithOnlyOneOfTheTwoBlockKeysTheDefaultLabelBlockIsTaken)
+{
+    const std::wstring standard = CModuleConfiguration::Instance()->GetPath(L"Symbol") + L"CatchLabel.dwg";
+    for (const char *only : {"m_strBlockPath", "m_strBlockName"}) {
+        for (const char *name : {"m_strBlockPath", "m_strBlockName"})
+            drawing().setDictionaryEntry(kDictionary, std::string("ZEMX_CATCH_DEFINE_") + name, {});
+        keepText(only, L"kept.dxf");
+        run([](CDialogUnderTest &dialog) { EXPECT_TRUE(dialog.isChecked(274)); });
+        expectKept("m_strBlockPath", 1, standard);
+        expectKept("m_strBlockName", 1, std::wstring(L"CatchLabel"));
+    }
+}
+
 TEST_F(Settings, KeysOfTheLabelBlockAreWrittenEvenWhenEmptyAndThenNoBlockIsInserted)
 {
     keepText("m_strBlockPath", L"");

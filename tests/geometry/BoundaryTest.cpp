@@ -634,6 +634,20 @@ TEST_F(Boundary, TheFormWithIslandsTracesItsSteps)
                     EndsWith("[CZEMCBoundary::CreateBoundary], Exiting function , CZEMCBoundary::CreateBoundary")));
 }
 
+TEST_F(Boundary, ATraceThatFindsNothingTellsItsCountsAndNoSuccess)
+{
+    host.logging = 1;
+    host.command = [] {};
+    EXPECT_FALSE(CZEMCBoundary::CreateBoundary(kPoint, boundary, others, kNothing.name));
+    EXPECT_THAT(host.takeTrace(), ElementsAre(HasSubstr("Entering"), HasSubstr("FindNewPoly], ok = '0'"),
+                                              EndsWith("Broj novih polylinija:0"), HasSubstr("Exiting")));
+    host.command = [&] { host.addPolyline({{0, 0}, {1, 0}}, false); };
+    EXPECT_FALSE(CZEMCBoundary::CreateBoundary(kPoint, boundary, others, kNothing.name));
+    EXPECT_THAT(host.takeTrace(),
+                ElementsAre(HasSubstr("Entering"), HasSubstr("FindNewPoly], ok = '1'"),
+                            EndsWith("Broj novih polylinija:1"), EndsWith("povTemp = '0'"), HasSubstr("Exiting")));
+}
+
 TEST_F(Boundary, TheFormWithSeveralPointsTracesNoCountsAndTheOthersOnlyTheirFrame)
 {
     host.logging = 1;

@@ -274,6 +274,42 @@ TEST_F(BoundaryCommandTest, APersonIsAskedPromptByPrompt)
     EXPECT_THAT(person.asked[7], testing::HasSubstr(L"Ray direction"));
 }
 
+TEST_F(BoundaryCommandTest, ANewBoundarySetOfNothingBoundsNothing)
+{
+    EXPECT_EQ(acedCommand(RTSTR, L"_-BOUNDARY", RTSTR, L"_A", RTSTR, L"_B", RTSTR, L"_N", RTSTR, L"", RTSTR, L"",
+                          RTPOINT, point, RTSTR, L"", RTNONE),
+              RTNORM);
+    EXPECT_EQ(entityCount(), before);
+}
+
+TEST_F(BoundaryCommandTest, ASetThatIsFreedBetweenItsPickAndThePointBoundsNothing)
+{
+    struct Freeing final : PromptSource {
+        std::optional<Answer> ask(const Prompt &prompt) override
+        {
+            if (prompt.kind == PromptKind::Point && picked)
+                acedSSFree(*set);
+            picked = picked || prompt.kind == PromptKind::Selection;
+            return m_answers.ask(prompt);
+        }
+        ads_name *set = nullptr;
+        bool picked = false;
+        AnswerQueue m_answers;
+    } person;
+    person.set = &set;
+    for (const wchar_t *text : {L"A", L"B", L"New"})
+        person.m_answers.push({std::wstring(text)});
+    person.m_answers.push({Answer::Set{set[0]}});
+    for (const wchar_t *text : {L"", L"", L"10,10", L""})
+        person.m_answers.push({std::wstring(text)});
+    session.setPromptSource(&person);
+    EXPECT_EQ(session.commands().start(L"-BOUNDARY"), RunStatus::Done);
+    session.setPromptSource(nullptr);
+    EXPECT_TRUE(person.picked);
+    EXPECT_EQ(session.selectionSets().size(), 0u);
+    EXPECT_EQ(entityCount(), before);
+}
+
 TEST_F(BoundaryCommandTest, EscapeLeavesTheDrawingAsItWas)
 {
     session.answers().push({std::wstring(L"10,10")});

@@ -1,7 +1,9 @@
 #include "host/editor/MainWindow.h"
 #include "host/editor/Viewport.h"
 
+#include <QAction>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QTest>
 #include <QTimer>
 
@@ -105,6 +107,23 @@ TEST_F(MainWindowTest, TheWheelZoomsAtThePointer)
     const AcGePoint3d after = viewport->view().toWorld(pointer);
     EXPECT_NEAR(before.x, after.x, 1e-6);
     EXPECT_NEAR(before.y, after.y, 1e-6);
+}
+
+TEST_F(MainWindowTest, AboutTellsTheApplicationsVersion)
+{
+    QCoreApplication::setApplicationVersion(QStringLiteral("7.8.9"));
+    QString told;
+    meanwhile([&] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            told = box->text();
+            box->close();
+        }
+    });
+    for (QAction *action : window->findChildren<QAction *>()) {
+        if (action->shortcut() == QKeySequence(Qt::Key_F1))
+            action->trigger();
+    }
+    EXPECT_TRUE(told.contains(QStringLiteral("7.8.9"))) << told.toStdString();
 }
 
 TEST_F(MainWindowTest, ZoomToAnEntityCentresIt)
