@@ -164,13 +164,15 @@ int audit(const Request &request)
     const LoadReport &report = loaded.report;
     std::cout << fmt::format("{}: {}{}, {}\n", request.file, report.version, report.binary ? " binary" : "",
                              report.codePage);
-    const auto table = [](const char *title, const std::map<std::string, std::size_t> &counts) {
-        std::cout << title << (counts.empty() ? ": none\n" : ":\n");
-        for (const auto &[kind, count] : counts)
-            std::cout << fmt::format("  {:<24} {:>9}\n", kind, count);
+    using Counts = std::map<std::string, std::size_t>;
+    const auto table = [](const char *title, const Counts &entities, const Counts &others) {
+        std::cout << title << (entities.empty() && others.empty() ? ": none\n" : ":\n");
+        for (const Counts *counts : {&entities, &others})
+            for (const auto &[kind, count] : *counts)
+                std::cout << fmt::format("  {:<24} {:>9}\n", kind, count);
     };
-    table("Read", report.read);
-    table("Kept unread", report.unread);
+    table("Read", report.read, report.readOthers);
+    table("Kept unread", report.unread, report.unreadOthers);
     std::cout << (report.findings.empty() ? "Findings: none\n" : "Findings:\n");
     for (const Finding &finding : report.findings) {
         constexpr const char *kNames[] = {"note", "warning", "damage"};
@@ -329,7 +331,10 @@ int runProgram(int argc, char **argv)
     addDrawing(boundary);
     boundary->add_option("--point", request.points, "A point as X,Y; may be repeated")->expected(1)->take_all();
     boundary->add_option("--points", request.pointsFile, "A file with a point on each line");
-    boundary->add_option("--layers", request.layers, "Only linework of these layers, as A,B")->delimiter(',');
+    boundary->add_option("--layers", request.layers, "Only linework of these layers, as A,B; may be repeated")
+        ->delimiter(',')
+        ->expected(1)
+        ->take_all();
     boundary->add_flag("--islands", request.islands, "Find the islands too");
     boundary->add_flag("--json", request.json, "As JSON");
 

@@ -78,7 +78,14 @@ Script::Script(Session &session, std::string name, std::string_view text, std::o
     m_session.setPromptSource(this);
     m_session.setDialogDriver([this](CAdUiBaseDialog &dialog) { drive(dialog); });
     m_session.setMessageSink([this](MessageKind kind, const std::wstring &message) {
-        (kind == MessageKind::Alert ? m_err : m_out) << utf8(message) << std::endl;
+        if (kind == MessageKind::Status) {
+            m_out << utf8(message) << std::endl;
+            return;
+        }
+        tellHeldAlert();
+        m_heldAlert = message;
+        if (!m_holdsAlerts)
+            tellHeldAlert();
     });
 }
 
@@ -129,6 +136,8 @@ std::optional<Answer> Script::ask(const Prompt &prompt)
 void Script::drive(CAdUiBaseDialog &dialog)
 {
     m_dialogs.push_back(&dialog);
+    m_holdsAlerts = false; // nor do a dialog's alerts wait for its end
+    tellHeldAlert();
     const auto open = [&] { return dialog.isVisible() || dialog.IsEditorCommandRunning(); };
     while (m_result.code == kDone && m_next < m_lines.size() && open()) {
         execute(m_lines[m_current = m_next++]);
@@ -136,6 +145,7 @@ void Script::drive(CAdUiBaseDialog &dialog)
         QCoreApplication::processEvents();
     }
     m_dialogs.pop_back();
+    m_holdsAlerts = m_dialogs.empty();
 }
 
 void Script::execute(const Line &line)
@@ -250,8 +260,14 @@ void Script::runCommand(const Line &line)
         answers.push_back({word.text});
     const std::size_t running = m_current;
     const std::size_t alertsBefore = m_session.alerts().size();
+    // The alert of a command that fails comes with the script's line, so it is not told before.
+    m_holdsAlerts = m_dialogs.empty();
     const RunStatus status = m_session.commands().start(name, answers);
+    m_holdsAlerts = false;
     m_current = running;
+    if ((status == RunStatus::BadInput || status == RunStatus::Failed) && m_result.code == kDone)
+        m_heldAlert.reset();
+    tellHeldAlert();
     const auto why = [&] {
         return m_session.alerts().size() > alertsBefore ? m_session.alerts().back() : m_session.lastStatus();
     };
@@ -277,6 +293,13 @@ void Script::runCommand(const Line &line)
         fail(why(), kFailed);
         break;
     }
+}
+
+void Script::tellHeldAlert()
+{
+    if (m_heldAlert)
+        m_err << utf8(*m_heldAlert) << std::endl;
+    m_heldAlert.reset();
 }
 
 void Script::select(Words words)

@@ -23,6 +23,7 @@
 #include "host/editor/Words.h"
 
 #include <functional>
+#include <optional>
 #include <ostream>
 #include <span>
 #include <string>
@@ -61,6 +62,7 @@ private:
     void execute(const Line &line);
     void executeInDialog(const Line &line);
     void runCommand(const Line &line);
+    void tellHeldAlert();
     void select(Words words);
     void print(Words words);
     void fail(std::wstring reason, ExitCode code = kBadInput);
@@ -74,6 +76,8 @@ private:
     std::size_t m_current = 0; ///< the line that runs
     ScriptResult m_result;
     std::vector<CAdUiBaseDialog *> m_dialogs; ///< open ones, the outermost first
+    bool m_holdsAlerts = false;               ///< a command runs whose last alert may become the script's own message
+    std::optional<std::wstring> m_heldAlert;
 };
 
 } // namespace velmor

@@ -316,6 +316,7 @@ public:
     Acad::ErrorStatus setElevation(double elevation);
     Acad::ErrorStatus setPatternAngle(double radians);
     Acad::ErrorStatus setPatternScale(double scale);
+    /// eInvalidInput for a pattern that this host doesn't know, of whatever type; the former one stays.
     Acad::ErrorStatus setPattern(HatchPatternType type, const wchar_t *name);
     Acad::ErrorStatus setAssociative(bool associative);
     Acad::ErrorStatus setHatchStyle(HatchStyle style);
@@ -521,9 +522,9 @@ ZEMX_CONTRACT void acuiSetStringTable(void *moduleHandle, const AcUiString *entr
 /// characters, the closing zero included.
 ZEMX_CONTRACT bool acuiLoadString(void *moduleHandle, int id, wchar_t *buffer, int length);
 
-/// External functions: a table of names by code, which a module fills with acedDefun and thins with acedUndef. This host
-/// calls none of them.
-/// RTNORM when the name stands under the code (a later one replaces it); RTERROR for no name or a code below 0.
+/// External functions: a table of names by code, which a module fills with acedDefun and thins with acedUndef. This
+/// host calls none of them. RTNORM when the name stands under the code (a later one replaces it); RTERROR for no name
+/// or a code below 0.
 ZEMX_CONTRACT int acedDefun(const wchar_t *name, short code);
 /// RTNORM when the name was taken out; RTERROR when it does not stand under that code.
 ZEMX_CONTRACT int acedUndef(const wchar_t *name, short code);
@@ -573,8 +574,9 @@ ZEMX_CONTRACT bool acedHatchPalletteDialog(const wchar_t *current, bool showCust
 ZEMX_CONTRACT bool acedSetColorDialog(int &colorIndex, bool allowMetaColor, int layerColor);
 /// Screen colour of a colour index in blue, green, red byte order (0x00BBGGRR).
 ZEMX_CONTRACT std::uint32_t acedGetRGB(int colorIndex);
-/// Shows a drawing file's picture in a widget (a native handle or a QWidget of this host).
-ZEMX_CONTRACT bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *widget);
+/// Shows a drawing file's picture in a widget (a native handle or a QWidget of this host) on a ground of a colour, as
+/// acedGetRGB gives colours; called at each paint of the widget. False when nothing was shown.
+ZEMX_CONTRACT bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *widget, std::uint32_t ground);
 
 // --- Selection sets, display
 // -----------------------------------------------------------------------------------------------

@@ -1,4 +1,5 @@
 // The curves of the contract: construction, areas, vertices.
+#include "host/drawing/Journal.h"
 #include "host/drawing/ObjectAccess.h"
 
 #include <numbers>
@@ -58,11 +59,13 @@ AcDbLine::AcDbLine(const AcGePoint3d &start, const AcGePoint3d &end) : m_start(s
 
 Acad::ErrorStatus AcDbLine::setStartPoint(const AcGePoint3d &point)
 {
+    velmor::journal("AcDbLine::setStartPoint", point);
     return velmor::ObjectAccess::changeLine(*this, m_start, point);
 }
 
 Acad::ErrorStatus AcDbLine::setEndPoint(const AcGePoint3d &point)
 {
+    velmor::journal("AcDbLine::setEndPoint", point);
     return velmor::ObjectAccess::changeLine(*this, m_end, point);
 }
 

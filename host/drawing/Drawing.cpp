@@ -473,4 +473,9 @@ void Drawing::removeObserver(DrawingObserver &observer)
     std::erase(d->observers, &observer);
 }
 
+bool isNameCharacter(wchar_t c)
+{
+    return c >= L' ' && c != 0x7F && std::wstring_view(L"<>/\\\":;?*|,=`").find(c) == std::wstring_view::npos;
+}
+
 } // namespace velmor

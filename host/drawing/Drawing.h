@@ -42,7 +42,11 @@ struct LoadReport {
     std::vector<Finding> findings;
     std::map<std::string, std::size_t> read;   ///< number of entities by kind that are understood
     std::map<std::string, std::size_t> unread; ///< number kept unread, by kind
-    bool damaged() const;                      ///< any finding of severity Damage
+    /// The same of what is no entity: "layers", "blocks", "header variables", "named dictionaries", "data records".
+    std::map<std::string, std::size_t> readOthers;
+    /// By kind: "section NAME", "record KIND" (of a table), "object KIND" (of the objects section).
+    std::map<std::string, std::size_t> unreadOthers;
+    bool damaged() const; ///< any finding of severity Damage
 };
 
 enum class FileStatus { Ok, NotFound, NotAFile, NotReadable, Empty, NotADrawing, NotWritable, DiskFull, Refused };
@@ -225,6 +229,9 @@ private:
     /// Destroyed before the objects, the last one made first.
     std::vector<std::pair<std::type_index, std::shared_ptr<void>>> m_components;
 };
+
+/// Whether a character may stand in the name of a layer or a block in any drawing program.
+bool isNameCharacter(wchar_t c);
 
 /// The drawing that the contracts work on; null when none is open. Not owned.
 Drawing *workingDrawing();

@@ -49,6 +49,12 @@ std::wstring upperCase(std::wstring_view text)
     return upper;
 }
 
+auto findPattern(std::wstring_view pattern)
+{
+    const std::wstring name = upperCase(pattern);
+    return std::ranges::find(knownPatterns(), name, &PatternShape::name);
+}
+
 /// The frame of a family: u along its lines, v across them, counted in lines.
 struct Frame {
     double cosine, sine, base, spacing;
@@ -226,13 +232,16 @@ void Crossings::appendPiece(std::vector<PatternLine> &lines, double line, double
 
 } // namespace
 
+bool isHatchPattern(std::wstring_view name)
+{
+    return findPattern(name) != knownPatterns().end();
+}
+
 std::vector<HatchFamily> hatchFamilies(std::wstring_view pattern, double angle, double scale)
 {
-    const auto &known = knownPatterns();
-    const std::wstring name = upperCase(pattern);
-    auto found = std::find_if(known.begin(), known.end(), [&](const PatternShape &p) { return p.name == name; });
-    if (found == known.end())
-        found = std::find_if(known.begin(), known.end(), [](const PatternShape &p) { return p.name == L"ANSI31"; });
+    auto found = findPattern(pattern);
+    if (found == knownPatterns().end())
+        found = findPattern(L"ANSI31");
     if (!(scale > 0.0))
         scale = 1.0;
     std::vector<HatchFamily> families;

@@ -11,6 +11,8 @@ namespace velmor {
 
 using HatchFamily = AcDbHatch::Family;
 
+/// Whether a pattern of that name is known; upper and lower case are alike.
+bool isHatchPattern(std::wstring_view name);
 /// The lines of a named pattern, turned by angle (radians) and enlarged by scale; for scale 1, "ANSI31" has lines at 45
 /// degrees and 3.175 drawing units apart. Upper and lower case are alike. "SOLID" and no name have none; a name that is
 /// not known gives the lines of "ANSI31". A scale that is not positive counts as 1.

@@ -1,6 +1,7 @@
 #include "host/editor/BoundaryCommand.h"
 
 #include "host/editor/CommandStack.h"
+#include "host/editor/EntityPick.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Session.h"
@@ -78,7 +79,7 @@ Prompt BoundaryCommand::prompt() const
     case State::BoundarySet:
         return {.kind = PromptKind::Keyword, .text = uiText("ui.prompt.boundary.set"), .keywords = kSetWords};
     case State::Selecting:
-        return {.kind = PromptKind::Selection, .text = uiText("ui.prompt.objects")};
+        return {.kind = PromptKind::Selection, .text = uiText("ui.prompt.objects"), .keywords = {kAllWord}};
     case State::Islands:
         return {.kind = PromptKind::Keyword, .text = uiText("ui.prompt.boundary.islands"), .keywords = kYesNo};
     case State::RayCasting:
@@ -155,22 +156,16 @@ Command::Next BoundaryCommand::takeSelection(Session &session, const Answer &ans
         m_state = State::Advanced;
         return Next::Ask;
     }
-    if (const auto *set = std::get_if<Answer::Set>(&answer.value)) {
-        const SelectionSet *picked = session.selectionSets().find(set->id);
-        if (!picked)
-            return Next::Refused;
-        if (m_setId == 0 && m_selected.empty()) {
-            m_setId = set->id;
-            return Next::Ask;
-        }
-        m_selected.insert(m_selected.end(), picked->members().begin(), picked->members().end());
-    } else if (const auto *ids = std::get_if<AcDbObjectIdArray>(&answer.value)) {
-        m_selected.insert(m_selected.end(), ids->begin(), ids->end());
-    } else if (const auto *pick = std::get_if<Answer::Pick>(&answer.value)) {
-        m_selected.push_back(pick->id);
-    } else {
-        return Next::Refused;
+    // A set that stands alone is taken by its number, however many members it has.
+    const auto *set = std::get_if<Answer::Set>(&answer.value);
+    if (set && m_setId == 0 && m_selected.empty() && session.selectionSets().find(set->id)) {
+        m_setId = set->id;
+        return Next::Ask;
     }
+    const auto ids = selectedEntities(session, answer);
+    if (!ids)
+        return Next::Refused;
+    m_selected.insert(m_selected.end(), ids->begin(), ids->end());
     if (m_setId != 0) { // a second selection after a whole set: one list of both
         if (const SelectionSet *first = session.selectionSets().find(m_setId))
             m_selected.insert(m_selected.begin(), first->members().begin(), first->members().end());

@@ -1,5 +1,6 @@
 #include "host/editor/CommandStack.h"
 
+#include "host/drawing/Journal.h"
 #include "host/editor/Guarded.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
@@ -40,6 +41,7 @@ Acad::ErrorStatus CommandStack::addCommand(const wchar_t *group, const wchar_t *
                                            std::int32_t flags, AcRxFunctionPtr function, void *, int, void *,
                                            void **commandId)
 {
+    journal("AcEdCommandStack::addCommand", group, globalName, localName, flags);
     if (!group || !globalName || !*globalName || !function)
         return Acad::eInvalidInput;
     for (const CommandEntry &entry : m_entries) {
@@ -61,6 +63,7 @@ Acad::ErrorStatus CommandStack::addCommand(const wchar_t *group, const wchar_t *
 
 Acad::ErrorStatus CommandStack::removeCmd(const wchar_t *group, const wchar_t *globalName)
 {
+    journal("AcEdCommandStack::removeCmd", group, globalName);
     if (!group || !globalName)
         return Acad::eInvalidInput;
     const auto removed = std::erase_if(m_entries, [&](const CommandEntry &entry) {

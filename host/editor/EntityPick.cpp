@@ -1,7 +1,9 @@
 #include "host/editor/EntityPick.h"
 
 #include "host/drawing/Entities.h"
+#include "host/editor/Command.h"
 #include "host/editor/CurvePieces.h"
+#include "host/editor/SelectionSets.h"
 
 #include <algorithm>
 #include <cmath>
@@ -89,6 +91,28 @@ std::optional<Answer::Pick> pickedEntity(Session &session, const Answer &answer)
         }
     }
     return found;
+}
+
+std::optional<AcDbObjectIdArray> selectedEntities(Session &session, const Answer &answer)
+{
+    Drawing *drawing = session.drawing();
+    if (!drawing)
+        return std::nullopt;
+    if (const auto *ids = std::get_if<AcDbObjectIdArray>(&answer.value))
+        return *ids;
+    if (const auto *set = std::get_if<Answer::Set>(&answer.value)) {
+        const SelectionSet *source = session.selectionSets().find(set->id);
+        return source ? std::optional(source->members()) : std::nullopt;
+    }
+    if (const std::wstring *text = answer.text(); text && matchKeyword({kAllWord}, *text)) {
+        AcDbObjectIdArray all;
+        for (AcDbEntity *entity : drawing->modelSpace().entities())
+            if (!entity->isErased() && drawing->layer(layerIndexOf(*entity)).visible())
+                all.push_back(idOf(*entity));
+        return all;
+    }
+    const auto pick = pickedEntity(session, answer);
+    return pick ? std::optional(AcDbObjectIdArray{pick->id}) : std::nullopt;
 }
 
 } // namespace velmor

@@ -9,6 +9,13 @@ namespace velmor {
 /// than the host variable PICKRADIUS, among what is visible in model space; of two equally near ones the later drawn.
 std::optional<Answer::Pick> pickedEntity(Session &session, const Answer &answer);
 
+/// What a selection prompt takes besides picks: everything visible in model space.
+inline constexpr wchar_t kAllWord[] = L"ALL";
+
+/// The entities that an answer to a selection prompt means: those of a list or of a set, all for kAllWord, else the one
+/// that pickedEntity finds. Nothing when it means none.
+std::optional<AcDbObjectIdArray> selectedEntities(Session &session, const Answer &answer);
+
 /// Distance of a point from what an entity draws as linework; infinite for other kinds.
 double distanceTo(const Drawing &drawing, const AcDbEntity &entity, const AcGePoint3d &point);
 

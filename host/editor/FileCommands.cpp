@@ -6,6 +6,7 @@
 #include "host/services/Messages.h"
 #include "host/services/Text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
 
@@ -87,6 +88,10 @@ Command::Next makeLayerCurrent(Session &session, const std::wstring &name)
 {
     if (const auto next = askWithDrawing(session); next != Command::Next::Ask)
         return next;
+    if (!session.drawing()->findLayer(name) && !std::ranges::all_of(name, isNameCharacter)) {
+        session.alert(uiMessage("ui.layer.badName", {name}));
+        return Command::Next::BadInput;
+    }
     session.drawing()->setCurrentLayer(session.drawing()->ensureLayer(name));
     return Command::Next::Commit;
 }

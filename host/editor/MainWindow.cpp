@@ -204,15 +204,21 @@ void MainWindow::zoomTo(const Extents &extents)
 
 void MainWindow::showAlert(const std::wstring &text)
 {
-    m_commandLine->say(QString::fromStdWString(text));
+    say(text);
     QWidget *owner = QApplication::activeModalWidget();
     QMessageBox::warning(owner != nullptr ? owner : this, QStringLiteral("Velmor"), QString::fromStdWString(text));
 }
 
 void MainWindow::showStatus(const std::wstring &text)
 {
-    m_commandLine->say(QString::fromStdWString(text)); // where all of several lines stay
+    say(text); // where all of several lines stay
     statusBar()->showMessage(QString::fromStdWString(text));
+}
+
+void MainWindow::say(const std::wstring &text)
+{
+    m_lastSaid = text;
+    m_commandLine->say(QString::fromStdWString(text));
 }
 
 std::optional<Answer> MainWindow::ask(const Prompt &prompt)
@@ -272,7 +278,9 @@ void MainWindow::takeClick(double x, double y)
 void MainWindow::runCommand(const QString &line)
 {
     std::wstring reason;
-    if (!m_session.commands().run(line.toStdWString(), &reason) && !reason.empty())
+    m_lastSaid.clear();
+    // An alert or a status line may have said it already.
+    if (!m_session.commands().run(line.toStdWString(), &reason) && !reason.empty() && reason != m_lastSaid)
         m_commandLine->say(QString::fromStdWString(reason));
     m_viewport->update(); // the drawing may have changed without a word to the view
     refreshTitle();

@@ -63,6 +63,7 @@ private:
     bool saveTo(const std::filesystem::path &file);
     /// Asks what to do with unsaved changes; false to stay.
     bool maySetAside();
+    void say(const std::wstring &text);
     void runCommand(const QString &line);
     void takeText(const QString &text);
     void takeClick(double x, double y);
@@ -77,6 +78,7 @@ private:
     const Prompt *m_prompt = nullptr; ///< the prompt that waits for an answer
     QEventLoop *m_promptLoop = nullptr;
     std::optional<Answer> m_answer;
+    std::wstring m_lastSaid; ///< on the command line, for the session
 };
 
 /// Runs the window on an opened file (or without a drawing: on an empty one) until it is closed; the program's exit

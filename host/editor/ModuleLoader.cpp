@@ -1,5 +1,6 @@
 #include "host/editor/ModuleLoader.h"
 
+#include "host/drawing/Journal.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/Session.h"
 
@@ -113,22 +114,24 @@ std::filesystem::path ModuleLoader::pathOf(const std::string &name)
     return program.parent_path().parent_path() / "lib" / (name + ".so");
 }
 
+Module *ModuleLoader::caller(const char *operation, const void *packet) const
+{
+    const auto module = std::ranges::find_if(m_modules, [&](const auto &known) { return known.get() == packet; });
+    const bool isKnown = module != m_modules.end();
+    journal(operation, isKnown ? (*module)->path.filename().string() : std::string());
+    return isKnown ? module->get() : nullptr;
+}
+
 bool ModuleLoader::unlockApplication(void *packet)
 {
-    for (const auto &module : m_modules) {
-        if (module.get() == packet)
-            return module->unlocked = true;
-    }
-    return false;
+    Module *module = caller("AcRxDynamicLinker::unlockApplication", packet);
+    return module && (module->unlocked = true);
 }
 
 bool ModuleLoader::registerAppMDIAware(void *packet)
 {
-    for (const auto &module : m_modules) {
-        if (module.get() == packet)
-            return module->mdiAware = true;
-    }
-    return false;
+    Module *module = caller("AcRxDynamicLinker::registerAppMDIAware", packet);
+    return module && (module->mdiAware = true);
 }
 
 } // namespace velmor

@@ -49,6 +49,8 @@ public:
 private:
     Module *find(const std::filesystem::path &path) const;
     void release(Module &module);
+    /// The module of a packet, null for a packet of none; the call is written to the journal.
+    Module *caller(const char *operation, const void *packet) const;
 
     Session &m_session;
     std::vector<std::unique_ptr<Module>> m_modules;

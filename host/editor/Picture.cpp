@@ -12,6 +12,9 @@ namespace velmor {
 SaveResult savePicture(Drawing &drawing, const std::filesystem::path &file, const PictureOptions &options)
 {
     QImage image(options.size, QImage::Format_RGB32);
+    if (image.isNull())
+        return {FileStatus::NotWritable,
+                file.string() + ": there is no room for so large a picture; choose a smaller size"};
     image.fill(options.style.background);
     ViewTransform view;
     view.size = options.size;

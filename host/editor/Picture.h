@@ -18,7 +18,7 @@ struct PictureOptions {
 };
 
 /// Writes a picture (the kind by the file's ending, PNG for none that is known). Needs a QGuiApplication.
-/// On failure the answer has a message of one line and no file is left behind.
+/// On failure the answer has a message of one line and an older file is as it was.
 SaveResult savePicture(Drawing &drawing, const std::filesystem::path &file, const PictureOptions &options = {});
 
 } // namespace velmor

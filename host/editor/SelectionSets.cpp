@@ -1,5 +1,7 @@
 #include "host/editor/SelectionSets.h"
 
+#include "host/drawing/Journal.h"
+
 namespace velmor {
 
 namespace {
@@ -48,6 +50,16 @@ void SelectionSets::toName(const SelectionSet &set, ads_name name)
 bool SelectionSets::isSetName(const ads_name name)
 {
     return name && name[1] == kSetMark;
+}
+
+std::string SelectionSets::textOf(const std::int64_t *name)
+{
+    if (!name)
+        return "null";
+    if (isSetName(name))
+        return "set " + std::to_string(name[0]);
+    AcDbObjectId id;
+    return acdbGetObjectId(id, name) == Acad::eOk ? journalText(id) : "?";
 }
 
 } // namespace velmor

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -39,6 +40,8 @@ public:
 
     static void toName(const SelectionSet &set, ads_name name);
     static bool isSetName(const ads_name name);
+    /// For the journal: "set 3", an entity's handle, "null", or "?" for what is neither.
+    static std::string textOf(const std::int64_t *name);
 
 private:
     std::int64_t m_lastId = 0;

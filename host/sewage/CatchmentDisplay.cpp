@@ -1,5 +1,8 @@
 // What the store does for the screen: marks, temporary drawing, labels, picks.
+#include "host/drawing/HatchPattern.h"
 #include "host/drawing/Transient.h"
+#include "host/editor/UiMessage.h"
+#include "host/services/Services.h"
 #include "host/sewage/AreaRing.h"
 #include "host/sewage/CatchmentStore.h"
 
@@ -20,6 +23,10 @@ void CatchmentStore::mark(const StoredArea &area, int colour, double scale, doub
     mark.scale = scale;
     mark.angle = angle;
     mark.pattern = pattern;
+    if (!isHatchPattern(pattern) && pattern != m_strangePattern) {
+        m_strangePattern = pattern;
+        Services::instance().notice(uiMessage("ui.pattern.unknown", {pattern}));
+    }
     TransientRing ring = outlineOf(*area.m_entity);
     // A hidden area has nothing to hatch.
     if (ring.size() < 2)

@@ -122,7 +122,8 @@ private:
 
     boost::shared_ptr<ZEMGis::Topology::CSpatialIndex> m_pickIndex;
     std::unordered_map<const ZEMGis::Topology::CEntity *, AreaPtr> m_pickable;
-    std::wstring m_picked; ///< GUID
+    std::wstring m_picked;         ///< GUID
+    std::wstring m_strangePattern; ///< last one of a mark that is drawn as ANSI31 for want of it
 };
 
 /// The point of a section that stands for it: between its ends, or on its arc.

@@ -268,6 +268,54 @@ TEST_F(ProgramTest, ErrorsAndFindingsAreToldInTheLanguageThatIsAskedFor)
     EXPECT_THAT(told(import, "hr"), HasSubstr("lom za nowhere, a to nije vod"));
 }
 
+TEST_F(ProgramTest, LayersTakesOneWordAndLeavesTheDrawingToTheRest)
+{
+    makeTown("town.dxf");
+    const Outcome outcome = run({"boundary", "--layers", "Parcels,Houses", "town.dxf", "--point", "50,50", "--json"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("\"found\": true, \"area\": 400"));
+}
+
+TEST_F(ProgramTest, ACommandThatFailsByAnAlertSaysItInOneLine)
+{
+    makeTown("town.dxf");
+    for (const char *line : {"open missing.dxf", "setvar NOSUCH 1", "save /no/such/folder/x.dxf", "layer a<b|c"}) {
+        writeFile(folder / "wrong.velmor", std::string("open town.dxf\n") + line + "\n");
+        const Outcome outcome = run({"run", "wrong.velmor"});
+        EXPECT_NE(outcome.code, 0) << line;
+        EXPECT_TRUE(isOneLine(outcome.err)) << line << ": " << outcome.err;
+        EXPECT_THAT(outcome.err, HasSubstr("wrong.velmor:2: ")) << line;
+    }
+}
+
+TEST_F(ProgramTest, ALayerIsMadeOnlyUnderANameThatEveryProgramTakes)
+{
+    makeTown("town.dxf");
+    for (const std::string name : {"a<b", "a|c", "a/b", "a:b", "\"a,b\"", "\"a\tb\"", "a*", "a=b"}) {
+        writeFile(folder / "layer.velmor", "open town.dxf\nlayer " + name + "\nsave out.dxf\n");
+        const Outcome outcome = run({"run", "layer.velmor"});
+        EXPECT_EQ(outcome.code, 2) << name;
+        EXPECT_FALSE(fs::exists(folder / "out.dxf")) << name;
+    }
+    writeFile(folder / "layer.velmor", "open town.dxf\nlayer \"\u0160ahte i cijevi-2_$\"\nsave out.dxf\n");
+    const Outcome outcome = run({"run", "layer.velmor"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_THAT(readFile(folder / "out.dxf"), HasSubstr("\u0160ahte i cijevi-2_$"));
+}
+
+TEST_F(ProgramTest, AuditNamesWhatIsNoEntityToo)
+{
+    writeFile(folder / "own.dxf", "0\nSECTION\n2\nMYSTUFF\n0\nTHING\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n"
+                                  "0\nENDSEC\n0\nEOF\n");
+    Outcome outcome = run({"audit", "own.dxf"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, testing::ContainsRegex("Kept unread:\n  section MYSTUFF +1\n"));
+    makeTown("town.dxf");
+    outcome = run({"audit", "town.dxf"});
+    EXPECT_THAT(outcome.out, testing::ContainsRegex("\n  layers +3\n"));
+    EXPECT_THAT(outcome.out, testing::ContainsRegex("\n  record LTYPE +[0-9]+\n"));
+}
+
 TEST_F(ProgramTest, BoundaryTakesPointsFromAFileAndLayersByName)
 {
     makeTown("town.dxf");
@@ -276,6 +324,9 @@ TEST_F(ProgramTest, BoundaryTakesPointsFromAFileAndLayersByName)
     EXPECT_EQ(outcome.code, 0) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("\"point\": [50, 50], \"found\": true, \"area\": 10000"));
     outcome = run({"boundary", "town.dxf", "--points", "points.txt", "--layers", "parcels,Houses", "--json"});
+    EXPECT_THAT(outcome.out, HasSubstr("\"point\": [50, 50], \"found\": true, \"area\": 400"));
+    outcome =
+        run({"boundary", "town.dxf", "--points", "points.txt", "--layers", "Parcels", "--layers", "Houses", "--json"});
     EXPECT_THAT(outcome.out, HasSubstr("\"point\": [50, 50], \"found\": true, \"area\": 400"));
     expectBadInput(run({"boundary", "town.dxf", "--point", "1,1", "--layers", "Streets"}), "Streets");
     writeFile(folder / "wrong.txt", "1,1\n2;\n");

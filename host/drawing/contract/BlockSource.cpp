@@ -26,7 +26,7 @@ std::wstring blockNameOf(const wchar_t *name, const fs::path &path)
 {
     std::wstring wanted = name && *name ? name : velmor::fromUtf8(path.stem().string());
     for (wchar_t &c : wanted)
-        if (c < 32 || std::wstring_view(L"<>/\\\":;?*|,=`").find(c) != std::wstring_view::npos)
+        if (!velmor::isNameCharacter(c))
             c = L'_';
     return wanted;
 }

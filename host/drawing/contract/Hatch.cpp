@@ -91,7 +91,7 @@ Acad::ErrorStatus AcDbHatch::setPatternScale(double scale)
 Acad::ErrorStatus AcDbHatch::setPattern(HatchPatternType type, const wchar_t *name)
 {
     journal("AcDbHatch::setPattern", static_cast<int>(type), name);
-    if (!name || !*name)
+    if (!name || !*name || !velmor::isHatchPattern(name))
         return Acad::eInvalidInput;
     const Acad::ErrorStatus status = change();
     if (status == Acad::eOk) {

@@ -21,6 +21,12 @@ std::string printable(std::string_view text)
 
 } // namespace
 
+void DxfReader::count(Counts &counts, std::string_view kind)
+{
+    const auto found = counts.find(kind);
+    ++(found != counts.end() ? found->second : counts[std::string(kind)]);
+}
+
 // --- Stepping
 // ------------------------------------------------------------------------------------------------------------
 
@@ -296,6 +302,8 @@ void DxfReader::beginSection()
         m_section = Section::Objects;
         m_hadRoot = f.rootDictionary != nullptr;
         f.objectsStart = std::min(f.objectsStart, startOffset());
+    } else {
+        count(m_unreadSections, m_sectionName);
     }
 }
 
@@ -422,8 +430,10 @@ void DxfReader::readTables()
         readLayer();
     else if (isType("BLOCK_RECORD"))
         readBlockRecord();
-    else
+    else {
         readRawObject();
+        count(m_unreadRecords, m_type);
+    }
     if (isType("APPID"))
         for (const Tag &tag : m_tags)
             if (tag.code == 2 && tag.name() == kApplication)
@@ -464,11 +474,13 @@ void DxfReader::readLayer()
     readRawObject();
     if (!name) {
         find(Severity::Damage, m_start, "a layer without a name is kept unread");
+        ++m_unreadRecords["LAYER"];
         return;
     }
     layer.name = f.codec.decode(name->text());
     if (d.layerByName.contains(foldedName(layer.name))) {
         find(Severity::Warning, m_start, "layer \"" + toUtf8(layer.name) + "\" stands twice; the first holds");
+        ++m_unreadRecords["LAYER"];
         return;
     }
     const int color = layer.color;
@@ -484,10 +496,12 @@ void DxfReader::readBlockRecord()
     const std::wstring name = f.codec.decode(EntityReader::blockName(m_tags));
     if (name.empty()) {
         find(Severity::Damage, m_start, "a block record without a name is kept unread");
+        ++m_unreadRecords["BLOCK_RECORD"];
         return;
     }
     if (d.blockByName.contains(foldedName(name))) {
         find(Severity::Warning, m_start, "block record \"" + toUtf8(name) + "\" stands twice; the first holds");
+        ++m_unreadRecords["BLOCK_RECORD"];
         return;
     }
     BlockRecord &record = d.makeBlock(name);
@@ -645,6 +659,8 @@ void DxfReader::readRawObject()
     m_highestHandle = std::max(m_highestHandle, common.handle);
     f.rawObjects.push_back(&object);
     noteExtras(object, common);
+    if (m_section == Section::Objects)
+        count(m_unreadObjects, m_type);
     // The first dictionary of the section is the root of all others.
     if (m_section == Section::Objects && !f.rootDictionary && isType("DICTIONARY"))
         f.rootDictionary = &object;
@@ -716,7 +732,11 @@ void DxfReader::resolve()
         if (const auto layer = d.layerByName.find(foldedName(f.codec.decode(current->second.value)));
             layer != d.layerByName.end())
             d.currentLayer = f.currentLayer = layer->second;
+    reportCounts();
+}
 
+void DxfReader::reportCounts()
+{
     static constexpr const char *kNames[] = {"",       "LINE",       "ARC",      "CIRCLE",   "ELLIPSE", "SPLINE",
                                              "POINT",  "LWPOLYLINE", "POLYLINE", "POLYLINE", "TEXT",    "MTEXT",
                                              "INSERT", "ATTRIB",     "ATTDEF",   "HATCH"};
@@ -724,7 +744,36 @@ void DxfReader::resolve()
         if (m_readByKind[kind] != 0)
             d.report.read[kNames[kind]] += m_readByKind[kind];
     for (const auto &[name, count] : m_unread)
-        d.report.unread[name] = count;
+        d.report.unread[printable(name)] += count;
+    const auto others = [this](const char *kind, std::size_t count) {
+        if (count != 0)
+            d.report.readOthers[kind] = count;
+    };
+    std::size_t records = 0;
+    for (const auto &[object, dictionary] : d.attached)
+        records += dictionary.records.size();
+    for (const auto &[name, dictionary] : d.dictionaries)
+        records += dictionary.records.size();
+    // Those that the file states, not those that it only uses.
+    others("layers", static_cast<std::size_t>(
+                         std::ranges::count_if(f.layers, [](const LayerSource &layer) { return layer.length != 0; })));
+    others("blocks", static_cast<std::size_t>(std::ranges::count_if(
+                         f.blocks, [](const auto &block) { return block.second.headLength != 0; })));
+    others("header variables", d.header.size());
+    others("named dictionaries", d.dictionaries.size());
+    others("data records", records);
+    const auto unread = [this](const char *what, const auto &counts) {
+        for (const auto &[kind, count] : counts)
+            if (count != 0)
+                d.report.unreadOthers[what + printable(kind)] += count;
+    };
+    unread("section ", m_unreadSections);
+    unread("record ", m_unreadRecords);
+    for (const RawObject *object : m_usedObjects)
+        if (const auto kind = m_unreadObjects.find(object->typeName());
+            kind != m_unreadObjects.end() && kind->second != 0) // it may stand in another section by mistake
+            --kind->second;
+    unread("object ", m_unreadObjects);
 }
 
 /// Without the seed, or with objects lost, pointers may name objects that are not there. New ones must not be taken for
@@ -798,17 +847,22 @@ void DxfReader::resolveDictionaries()
     };
     const auto fill = [&](DataDictionary &dictionary, RawObject &source) {
         dictionary.source = &source;
+        m_usedObjects.insert(&source);
         for (const DictionaryEntry &entry : readDictionary(f, source))
-            if (RawObject *record = objectOf(entry.handle, "XRECORD"))
+            if (RawObject *record = objectOf(entry.handle, "XRECORD")) {
+                m_usedObjects.insert(record);
                 dictionary.records.try_emplace(entry.key, DataRecord{record, std::nullopt, false, false, 0});
+            }
     };
     for (const auto &[object, handle] : m_extensions)
         if (RawObject *source = objectOf(handle, "DICTIONARY"))
             fill(d.attached[object], *source);
-    if (f.rootDictionary)
+    if (f.rootDictionary) {
+        m_usedObjects.insert(f.rootDictionary);
         for (const DictionaryEntry &entry : readDictionary(f, *f.rootDictionary))
             if (RawObject *source = objectOf(entry.handle, "DICTIONARY"))
                 fill(d.dictionaries[entry.key], *source);
+    }
 
     for (auto &[object, dictionary] : d.attached) {
         if (!ObjectAccess::has(*object, kIsEntity))

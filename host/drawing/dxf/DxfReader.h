@@ -4,6 +4,8 @@
 #include "host/drawing/DrawingData.h"
 #include "host/drawing/dxf/EntityReader.h"
 
+#include <unordered_set>
+
 namespace velmor::dxf {
 
 class DxfReader {
@@ -23,6 +25,9 @@ public:
     const Cut &cut() const { return m_cut; }
 
 private:
+    using Counts = std::map<std::string, std::size_t, std::less<>>;
+    static void count(Counts &counts, std::string_view kind);
+
     enum class Section { None, Header, Tables, Blocks, Entities, Objects, Other };
 
     // Stepping through objects: a tag with code 0 and all up to the next.
@@ -68,6 +73,7 @@ private:
     BlockRecord &spaceOf(const CommonTags &common);
     void ensureSpaces();
     void countRead(EntityKind kind);
+    void reportCounts();
 
     void noteCut();
     void resolve();
@@ -105,7 +111,8 @@ private:
     BlockRecord *m_paperSpace = nullptr;
     std::uint64_t m_highestHandle = 0;
     std::array<std::size_t, 16> m_readByKind{};
-    std::map<std::string, std::size_t, std::less<>> m_unread;
+    Counts m_unread, m_unreadSections, m_unreadRecords, m_unreadObjects;
+    std::unordered_set<const RawObject *> m_usedObjects; ///< dictionaries and records that carry data
     std::vector<std::pair<AcDbBlockReference *, std::string_view>> m_references;
     std::vector<std::pair<AcDbObject *, std::uint64_t>> m_extensions;
     struct DataSlice {

@@ -55,8 +55,7 @@ void DxfReader::countRead(EntityKind kind)
 
 AcDbEntity *DxfReader::keepUnread(std::string_view typeName)
 {
-    const auto found = m_unread.find(typeName);
-    ++(found != m_unread.end() ? found->second : m_unread[std::string(typeName)]);
+    count(m_unread, typeName);
     auto *entity = d.arena.make<UnknownEntity>(std::string(typeName));
     d.arenaObjects.push_back(entity);
     return entity;

@@ -43,11 +43,10 @@ struct Arguments {
     void addName(const std::int64_t *name)
     {
         AcDbObjectId id;
+        texts.push_back(velmor::SelectionSets::textOf(name));
         if (name && velmor::SelectionSets::isSetName(name)) {
-            texts.push_back(fmt::format("set {}", name[0]));
             answers.push_back({Answer::Set{name[0]}});
         } else if (name && acdbGetObjectId(id, name) == Acad::eOk) {
-            texts.push_back(fmt::format("{:X}", id.handle().value()));
             answers.push_back({AcDbObjectIdArray{id}});
         } else {
             bad = true;

@@ -19,32 +19,12 @@ using velmor::Session;
 
 namespace {
 
-/// Adds what an answer to a selection prompt means; false when it means nothing.
-bool addSelected(Session &session, const Answer &answer, SelectionSet &set)
+/// Writes a call over names of sets and entities.
+template <class... Names>
+void journalNames(const char *operation, Names... names)
 {
-    if (const auto *ids = std::get_if<AcDbObjectIdArray>(&answer.value)) {
-        for (const AcDbObjectId &id : *ids)
-            set.add(id);
-        return true;
-    }
-    if (const auto *other = std::get_if<Answer::Set>(&answer.value)) {
-        const SelectionSet *source = session.selectionSets().find(other->id);
-        if (!source)
-            return false;
-        const AcDbObjectIdArray members = source->members();
-        for (const AcDbObjectId &id : members)
-            set.add(id);
-        return true;
-    }
-    if (const std::wstring *text = answer.text(); text && *text == L"all") {
-        for (AcDbEntity *entity : session.drawing()->modelSpace().entities()) {
-            if (!entity->isErased() && session.drawing()->layer(velmor::layerIndexOf(*entity)).visible())
-                set.add(velmor::idOf(*entity));
-        }
-        return true;
-    }
-    const auto pick = velmor::pickedEntity(session, answer);
-    return pick && set.add(pick->id);
+    if (velmor::Journal::instance().isRecording())
+        journal(operation, SelectionSets::textOf(names)...);
 }
 
 } // namespace
@@ -59,8 +39,9 @@ int acedSSGet(const wchar_t *mode, const void *first, const void *second, const 
     journal("acedSSGet");
     SelectionSet &selected = session->selectionSets().create();
     for (;;) {
-        const Answer answer = session->ask(
-            {.kind = velmor::PromptKind::Selection, .text = velmor::uiText("ui.prompt.objects"), .keywords = {L"all"}});
+        const Answer answer = session->ask({.kind = velmor::PromptKind::Selection,
+                                            .text = velmor::uiText("ui.prompt.objects"),
+                                            .keywords = {velmor::kAllWord}});
         if (answer.isEnter() || answer.isEscape()) {
             const bool some = answer.isEnter() && !selected.members().empty();
             if (some)
@@ -69,8 +50,11 @@ int acedSSGet(const wchar_t *mode, const void *first, const void *second, const 
                 session->selectionSets().release(selected.id());
             return some ? RTNORM : answer.isEnter() ? RTERROR : RTCAN;
         }
-        if (!addSelected(*session, answer, selected))
+        const auto ids = velmor::selectedEntities(*session, answer);
+        if (!ids)
             session->status(velmor::uiText("ui.input.nothing"));
+        for (const AcDbObjectId &id : ids.value_or(AcDbObjectIdArray()))
+            selected.add(id);
     }
 }
 
@@ -97,6 +81,7 @@ int acedSSName(const ads_name set, std::int32_t index, ads_name entity)
 int acedSSFree(const ads_name set)
 {
     Session *session = Session::currentOrNull();
+    journalNames("acedSSFree", static_cast<const std::int64_t *>(set));
     if (!session || !SelectionSets::isSetName(set) || !session->selectionSets().release(set[0]))
         return RTERROR;
     if (velmor::Drawing *drawing = session->drawing())
@@ -107,6 +92,7 @@ int acedSSFree(const ads_name set)
 int acedSSAdd(const std::int64_t *entity, const std::int64_t *set, ads_name result)
 {
     Session *session = Session::currentOrNull();
+    journalNames("acedSSAdd", entity, set);
     if (!session || !result)
         return RTERROR;
     SelectionSets &sets = session->selectionSets();

@@ -228,9 +228,12 @@ bool acedSetColorDialog(int &colorIndex, bool allowMetaColor, int layerColor)
     return false;
 }
 
-bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *)
+bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *, std::uint32_t ground)
 {
-    journal("acdbDisplayPreviewFromDwg", path);
-    notAvailable("ui.notAvailable.preview");
+    journal("acdbDisplayPreviewFromDwg", path, ground);
+    // It is called from inside of paints, where no box may open, and again and again: one line does.
+    const std::wstring text = velmor::uiText("ui.notAvailable.preview");
+    if (Session *session = Session::currentOrNull(); session && session->lastStatus() != text)
+        session->status(text);
     return false;
 }

@@ -59,6 +59,12 @@ auto findModule(void *handle)
     return std::ranges::find(attachedModules(), handle, &AttachedModule::handle);
 }
 
+void attach(void *handle)
+{
+    if (handle && findModule(handle) == attachedModules().end())
+        attachedModules().push_back({handle, nullptr, 0});
+}
+
 /// Writes the call with the file name of the library that lies at the handle; empty when none does.
 void journalModule(const char *operation, const void *handle)
 {
@@ -91,8 +97,7 @@ void InitAcUiDLL()
 void acuiAttachModule(void *moduleHandle)
 {
     journalModule("acuiAttachModule", moduleHandle);
-    if (moduleHandle && findModule(moduleHandle) == attachedModules().end())
-        attachedModules().push_back({moduleHandle, nullptr, 0});
+    attach(moduleHandle);
 }
 
 void acuiDetachModule(void *moduleHandle)
@@ -103,7 +108,8 @@ void acuiDetachModule(void *moduleHandle)
 
 void acuiSetStringTable(void *moduleHandle, const AcUiString *entries, int count)
 {
-    acuiAttachModule(moduleHandle);
+    journalModule("acuiSetStringTable", moduleHandle);
+    attach(moduleHandle);
     if (const auto module = findModule(moduleHandle); module != attachedModules().end()) {
         module->strings = entries;
         module->stringCount = entries ? count : 0;

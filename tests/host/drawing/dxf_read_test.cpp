@@ -71,6 +71,31 @@ TEST(DxfReading, APolylineHasItsBulgesAndOldOnesLeaveTheFrameOut)
     EXPECT_EQ(r.report.unread.at("POLYLINE"), 1u);
 }
 
+TEST(DxfReading, WhatIsNoEntityIsCountedAsReadOrKeptUnreadToo)
+{
+    const auto r =
+        Drawing::read(dxf("0 SECTION\n2 HEADER\n9 $ACADVER\n1 AC1015\n9 $INSUNITS\n70 6\n0 ENDSEC\n"
+                          "0 SECTION\n2 MYSTUFF\n0 THING\n5 A0\n0 ENDSEC\n"
+                          "0 SECTION\n2 TABLES\n0 TABLE\n2 VPORT\n70 1\n0 VPORT\n5 A1\n2 *Active\n0 ENDTAB\n"
+                          "0 TABLE\n2 LAYER\n70 3\n0 LAYER\n5 A2\n2 One\n70 0\n0 LAYER\n5 A3\n2 Two\n70 0\n"
+                          "0 LAYER\n5 A4\n2 ONE\n70 0\n0 ENDTAB\n0 ENDSEC\n"
+                          "0 SECTION\n2 BLOCKS\n0 BLOCK\n5 A5\n2 B\n10 0\n20 0\n0 ENDBLK\n5 A6\n0 ENDSEC\n"
+                          "0 SECTION\n2 ENTITIES\n0 POINT\n5 A7\n8 Three\n10 0\n20 0\n0 ENDSEC\n"
+                          "0 SECTION\n2 OBJECTS\n0 DICTIONARY\n5 B0\n3 SETTINGS\n350 B1\n"
+                          "0 DICTIONARY\n5 B1\n3 KEY\n350 B2\n3 OTHER\n350 B3\n0 XRECORD\n5 B2\n1 text\n"
+                          "0 MATERIAL\n5 B3\n0 MATERIAL\n5 B4\n0 XRECORD\n5 B5\n1 of nobody\n0 ENDSEC\n0 EOF\n"));
+    ASSERT_TRUE(r.drawing);
+    using testing::Pair;
+    EXPECT_THAT(r.report.readOthers,
+                ElementsAre(Pair("blocks", 1), Pair("data records", 1), Pair("header variables", 2), Pair("layers", 2),
+                            Pair("named dictionaries", 1)));
+    EXPECT_THAT(r.report.unreadOthers,
+                ElementsAre(Pair("object MATERIAL", 2), Pair("object XRECORD", 1), Pair("record LAYER", 1),
+                            Pair("record VPORT", 1), Pair("section MYSTUFF", 1)));
+    EXPECT_THAT(r.report.read, ElementsAre(Pair("POINT", 1)));
+    EXPECT_TRUE(r.report.unread.empty());
+}
+
 TEST(DxfReading, WhatLooksDownIsTurnedIntoTheWorld)
 {
     const auto r = readEntities("0 CIRCLE\n8 0\n10 1\n20 2\n30 3\n40 1\n230 -1.0\n"

@@ -67,6 +67,15 @@ TEST_F(JournalTest, IdsAreHandlesAndNoneIsZero)
     EXPECT_EQ(journalText(AcDbObjectId()), "0");
 }
 
+TEST_F(JournalTest, EndsOfALineAreSetInWriting)
+{
+    AcDbLine line;
+    line.setStartPoint({1, 2, 0});
+    line.setEndPoint({3, 4, 5});
+    EXPECT_THAT(Journal::instance().entries(), ElementsAre(JournalEntry{"AcDbLine::setStartPoint", {"1,2,0"}},
+                                                           JournalEntry{"AcDbLine::setEndPoint", {"3,4,5"}}));
+}
+
 TEST(Utf8, GoesBothWaysAndBearsBadText)
 {
     const std::wstring text = L"a\u00DF\u0160\u20AC\U0001F600";

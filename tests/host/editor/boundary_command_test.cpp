@@ -310,6 +310,32 @@ TEST_F(BoundaryCommandTest, ASetThatIsFreedBetweenItsPickAndThePointBoundsNothin
     EXPECT_EQ(entityCount(), before);
 }
 
+TEST_F(BoundaryCommandTest, ABoundarySetIsTypedAsASelectionIsAtItsOwnPrompt)
+{
+    const std::wstring handle = L"#" + handleText(*open(outer));
+    for (const auto &[typed, areas] : std::vector<std::pair<std::wstring, std::vector<double>>>{
+             {handle, {10000.0}}, {L"0,30", {10000.0}}, {L"ALL", {6000.0, 400.0}}, {L"all", {6000.0, 400.0}}}) {
+        for (const std::wstring &text : {std::wstring(L"_A"), std::wstring(L"_B"), std::wstring(L"_N"), typed,
+                                         std::wstring(), std::wstring(), std::wstring(L"10,10"), std::wstring()})
+            session.answers().push({text});
+        EXPECT_EQ(session.commands().start(L"-BOUNDARY"), RunStatus::Done) << utf8(typed);
+        EXPECT_EQ(newAreas(), areas) << utf8(typed);
+        before = entityCount();
+        for (AcDbEntity *made : drawing().modelSpace().entities())
+            if (const AcDbObjectId id = idOf(*made); id != outer && id != island && id != bar)
+                drawing().erase(*made);
+    }
+}
+
+TEST_F(BoundaryCommandTest, ASelectionThatMeansNothingIsRefusedAndAskedForAgain)
+{
+    for (const wchar_t *text :
+         {L"_A", L"_B", L"_N", L"1000,1000", L"#FFFFFF", L"something", L"all", L"", L"", L"10,10", L""})
+        session.answers().push({std::wstring(text)});
+    EXPECT_EQ(session.commands().start(L"-BOUNDARY"), RunStatus::InputRefused);
+    EXPECT_THAT(newAreas(), testing::ElementsAre(6000.0, 400.0));
+}
+
 TEST_F(BoundaryCommandTest, EscapeLeavesTheDrawingAsItWas)
 {
     session.answers().push({std::wstring(L"10,10")});

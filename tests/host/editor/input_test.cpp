@@ -161,16 +161,63 @@ TEST_F(InputTest, WhatIsNotAvailableSaysSoAndAnswersFalse)
     Journal::instance().setRecording(true);
     EXPECT_FALSE(acedHatchPalletteDialog(L"ANSI31", true, pattern));
     EXPECT_FALSE(acedSetColorDialog(color, false, 7));
-    EXPECT_FALSE(acdbDisplayPreviewFromDwg(L"x.dwg", nullptr));
     Journal::instance().setRecording(false);
     EXPECT_THAT(Journal::instance().entries(),
                 testing::ElementsAre(JournalEntry{"acedHatchPalletteDialog", {"ANSI31", "1"}},
-                                     JournalEntry{"acedSetColorDialog", {"3", "0", "7"}},
-                                     JournalEntry{"acdbDisplayPreviewFromDwg", {"x.dwg"}}));
+                                     JournalEntry{"acedSetColorDialog", {"3", "0", "7"}}));
     EXPECT_EQ(pattern, L"ANSI31");
     EXPECT_EQ(color, 3);
-    EXPECT_EQ(session.alerts().size(), 3u);
+    EXPECT_EQ(session.alerts().size(), 2u);
     EXPECT_THAT(session.alerts(), testing::Each(HasSubstr(L"not available")));
+}
+
+TEST_F(InputTest, APreviewThatIsNotAvailableIsToldOnceAndByNoAlert)
+{
+    std::vector<std::wstring> told;
+    session.setMessageSink([&](MessageKind kind, const std::wstring &text) {
+        EXPECT_EQ(kind, MessageKind::Status);
+        told.push_back(text);
+    });
+    Journal::instance().setRecording(true);
+    for (int paint = 0; paint < 3; ++paint)
+        EXPECT_FALSE(acdbDisplayPreviewFromDwg(L"x.dwg", nullptr, 0));
+    Journal::instance().setRecording(false);
+    EXPECT_THAT(Journal::instance().entries(),
+                testing::Each(JournalEntry{"acdbDisplayPreviewFromDwg", {"x.dwg", "0"}}));
+    EXPECT_EQ(Journal::instance().entries().size(), 3u);
+    EXPECT_THAT(told, testing::ElementsAre(HasSubstr(L"not available")));
+    EXPECT_TRUE(session.alerts().empty());
+}
+
+TEST_F(InputTest, AFileIsAskedForByPromptWhereNobodyCanChooseIt)
+{
+    resbuf result;
+    result.restype = RTNONE;
+    answer(L"/some/folder/label block.dxf");
+    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, &result), RTNORM);
+    EXPECT_EQ(result.restype, RTSTR);
+    EXPECT_STREQ(result.resval.rstring, L"/some/folder/label block.dxf");
+    acutDelBuffer(result.resval.rstring);
+
+    result.restype = RTNONE;
+    answer(L"");
+    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, &result), RTCAN);
+    session.answers().push({Answer::Escape{}});
+    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, &result), RTCAN);
+    EXPECT_EQ(acedGetFileD(nullptr, nullptr, nullptr, 0, &result), RTCAN); // no answer left
+    EXPECT_EQ(result.restype, RTNONE);
+    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, nullptr), RTERROR);
+}
+
+TEST_F(InputTest, TheCurrentDocumentIsNoneWithoutADrawing)
+{
+    EXPECT_NE(acDocManagerPtr()->curDocument(), nullptr);
+    session.setDrawing(nullptr);
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), nullptr);
+    Journal::instance().setRecording(true);
+    RefreshDrawingDisplay(); // does what it can without one
+    Journal::instance().setRecording(false);
+    EXPECT_THAT(Journal::instance().entries(), testing::ElementsAre(JournalEntry{"acedUpdateDisplay", {}}));
 }
 
 TEST_F(InputTest, RedrawWithModeFourWipesTemporaryDrawing)

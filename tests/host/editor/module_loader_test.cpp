@@ -1,3 +1,4 @@
+#include "host/drawing/Journal.h"
 #include "tests/host/editor/EditorFixture.h"
 
 #include <gmock/gmock.h>
@@ -34,6 +35,22 @@ TEST_F(ModuleLoaderTest, LoadingRegistersTheCommandsAndUnloadingRemovesThem)
     EXPECT_EQ(stack.find(L"_test_hello"), nullptr);
     EXPECT_EQ(stack.find(L"test_throw"), nullptr); // also the one that the module forgot
     EXPECT_TRUE(loader.modules().empty());
+}
+
+TEST_F(ModuleLoaderTest, WhatAModuleAsksForAtItsStartAndEndStandsInTheJournalInOrder)
+{
+    const std::string name = modulePath("good").filename().string();
+    Journal::instance().setRecording(true);
+    ASSERT_EQ(loader.loadModule(modulePath("good")), std::nullopt);
+    EXPECT_EQ(loader.unloadModule(modulePath("good")), std::nullopt);
+    Journal::instance().setRecording(false);
+    EXPECT_THAT(
+        Journal::instance().entries(),
+        testing::ElementsAre(JournalEntry{"AcRxDynamicLinker::unlockApplication", {name}},
+                             JournalEntry{"AcRxDynamicLinker::registerAppMDIAware", {name}},
+                             JournalEntry{"AcEdCommandStack::addCommand", {"TEST", "test_hello", "test_gruss", "1"}},
+                             JournalEntry{"AcEdCommandStack::addCommand", {"TEST", "test_throw", "null", "0"}},
+                             JournalEntry{"AcEdCommandStack::removeCmd", {"TEST", "test_hello"}}));
 }
 
 TEST_F(ModuleLoaderTest, AModuleMayBeLoadedAgain)

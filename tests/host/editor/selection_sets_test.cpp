@@ -1,5 +1,8 @@
+#include "host/drawing/Journal.h"
 #include "host/editor/SelectionSets.h"
 #include "tests/host/editor/EditorFixture.h"
+
+#include <gmock/gmock.h>
 
 namespace velmor {
 namespace {
@@ -100,6 +103,25 @@ TEST_F(SelectionSetsTest, ANewDrawingDropsTheSetsOfTheOldOne)
     session.setDrawing(Drawing::createNew());
     std::int32_t length = 0;
     EXPECT_EQ(acedSSLength(set, &length), RTERROR);
+}
+
+TEST_F(SelectionSetsTest, SetsAreMadeFilledAndFreedInWriting)
+{
+    const AcDbObjectId member = line(0, 0, 1, 0);
+    const std::string handle = journalText(member);
+    ads_name name, set, copy;
+    ASSERT_EQ(acdbGetAdsName(name, member), Acad::eOk);
+    Journal::instance().setRecording(true);
+    acedSSAdd(nullptr, nullptr, set);
+    acedSSAdd(name, set, set);
+    acedSSAdd(nullptr, set, copy);
+    acedSSFree(set);
+    Journal::instance().setRecording(false);
+    const std::string first = "set " + std::to_string(set[0]);
+    EXPECT_THAT(Journal::instance().entries(),
+                testing::ElementsAre(JournalEntry{"acedSSAdd", {"null", "null"}},
+                                     JournalEntry{"acedSSAdd", {handle, first}},
+                                     JournalEntry{"acedSSAdd", {"null", first}}, JournalEntry{"acedSSFree", {first}}));
 }
 
 TEST_F(SelectionSetsTest, ThePersonSelectsTillEnter)

@@ -41,6 +41,22 @@ TEST_F(Mark, ASecondOneReplacesTheFirst)
     EXPECT_TRUE(graphics().marks().empty());
 }
 
+TEST_F(Mark, APatternThatIsNotKnownIsDrawnAsAnsi31AndToldOnce)
+{
+    std::vector<std::wstring> told;
+    Services::instance().setNotice([&](const std::wstring &text) { told.push_back(text); });
+    const AreaPtr area = create(L"{M}", kSquare), other = create(L"{N}", kSquare);
+    area->Mark(1, 1.0, 0.0, L"ANSI31", 0);
+    EXPECT_TRUE(told.empty());
+    area->Mark(1, 1.0, 0.0, L"BRICK", 0);
+    other->Mark(1, 1.0, 0.0, L"BRICK", 0);
+    Services::instance().setNotice({});
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_NE(told[0].find(L"BRICK"), std::wstring::npos);
+    EXPECT_NE(told[0].find(L"ANSI31"), std::wstring::npos);
+    EXPECT_EQ(graphics().marks().size(), 2u);
+}
+
 TEST_F(Mark, AHiddenAreaHasNone)
 {
     manager().SetHiddenCA(section(L"S1"), 1.0, 1, {})->Mark(1, 1.0, 0.0, L"ANSI31", 0);

@@ -2,8 +2,10 @@
 #include "host/editor/Viewport.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QTest>
 #include <QTimer>
 
@@ -207,6 +209,27 @@ TEST_F(MainWindowTest, AnEmptyDrawingInWhichAPersonPointsStaysWhereItIs)
     session.drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(7000, 100), AcGePoint3d(7100, 100)));
     viewport->grab();
     EXPECT_EQ(viewport->view().centerX, before);
+}
+
+TEST_F(MainWindowTest, WhatACommandHasSaidIsNotSaidAgainAsTheReason)
+{
+    auto *said = window->findChild<QPlainTextEdit *>();
+    const auto count = [said](const std::wstring &text) {
+        return said->toPlainText().count(QString::fromStdWString(text));
+    };
+    session.lockDocument(); // a command beside an open dialog is refused in the status line
+    typeLine(QStringLiteral("setvar OSMODE 1"));
+    session.unlockDocument();
+    EXPECT_EQ(count(session.lastStatus()), 1);
+    meanwhile([] { // the alert is a box, which waits
+        if (auto *box = QApplication::activeModalWidget())
+            box->close();
+    });
+    typeLine(QStringLiteral("setvar NOSUCH 1"));
+    ASSERT_EQ(session.alerts().size(), 1u);
+    EXPECT_EQ(count(session.alerts()[0]), 1);
+    typeLine(QStringLiteral("nosuchcommand"));
+    EXPECT_EQ(count(L"nosuchcommand"), 2); // as typed, and in the answer
 }
 
 TEST_F(MainWindowTest, SignsTypedOverTheDrawingGoToTheCommandLine)

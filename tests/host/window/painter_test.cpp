@@ -151,5 +151,27 @@ TEST(Picture, APlaceThatCannotBeWrittenGivesAMessageWithItsName)
     EXPECT_NE(saved.message.find("/no/such/folder/picture.png"), std::string::npos);
 }
 
+TEST(Picture, ANameThatIsNotUtf8IsTakenByItsBytes)
+{
+    auto drawing = Drawing::createNew();
+    drawing->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(90, 10)));
+    const auto folder = std::filesystem::temp_directory_path() / ("velmor_picture_bytes_" + std::to_string(getpid()));
+    std::filesystem::create_directory(folder);
+    const auto file = folder / "\x9Aibenik\xFF.png"; // "Šibenik" in an old code page
+    EXPECT_TRUE(savePicture(*drawing, file));
+    EXPECT_TRUE(std::filesystem::exists(file));
+    std::filesystem::remove_all(folder);
+}
+
+TEST(Picture, ASizeWithoutRoomForItGivesAMessage)
+{
+    auto drawing = Drawing::createNew();
+    const auto file = std::filesystem::temp_directory_path() / ("velmor_huge_" + std::to_string(getpid()) + ".png");
+    const SaveResult saved = savePicture(*drawing, file, {.size = {99999, 99999}, .style = {}, .extents = {}});
+    EXPECT_EQ(saved.status, FileStatus::NotWritable);
+    EXPECT_NE(saved.message.find(file.string()), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
 } // namespace
 } // namespace velmor
