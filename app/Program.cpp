@@ -333,8 +333,7 @@ int runProgram(int argc, char **argv)
     boundary->add_option("--points", request.pointsFile, "A file with a point on each line");
     boundary->add_option("--layers", request.layers, "Only linework of these layers, as A,B; may be repeated")
         ->delimiter(',')
-        ->expected(1)
-        ->take_all();
+        ->allow_extra_args(false); // the next word is the drawing's
     boundary->add_flag("--islands", request.islands, "Find the islands too");
     boundary->add_flag("--json", request.json, "As JSON");
 
