@@ -1,5 +1,6 @@
 // The dialogue of the boundary command: argument lists as callers send them, and the prompts one by one.
 #include "host/editor/BoundaryCommand.h"
+#include "host/services/Text.h"
 #include "tests/host/editor/EditorFixture.h"
 
 #include <gmock/gmock.h>

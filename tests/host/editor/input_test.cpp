@@ -191,21 +191,21 @@ TEST_F(InputTest, APreviewThatIsNotAvailableIsToldOnceAndByNoAlert)
 
 TEST_F(InputTest, AFileIsAskedForByPromptWhereNobodyCanChooseIt)
 {
-    resbuf result;
-    result.restype = RTNONE;
+    resbuf file;
+    file.restype = RTNONE;
     answer(L"/some/folder/label block.dxf");
-    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, &result), RTNORM);
-    EXPECT_EQ(result.restype, RTSTR);
-    EXPECT_STREQ(result.resval.rstring, L"/some/folder/label block.dxf");
-    acutDelBuffer(result.resval.rstring);
+    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, &file), RTNORM);
+    EXPECT_EQ(file.restype, RTSTR);
+    EXPECT_STREQ(file.resval.rstring, L"/some/folder/label block.dxf");
+    acutDelBuffer(file.resval.rstring);
 
-    result.restype = RTNONE;
+    file.restype = RTNONE;
     answer(L"");
-    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, &result), RTCAN);
+    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, &file), RTCAN);
     session.answers().push({Answer::Escape{}});
-    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, &result), RTCAN);
-    EXPECT_EQ(acedGetFileD(nullptr, nullptr, nullptr, 0, &result), RTCAN); // no answer left
-    EXPECT_EQ(result.restype, RTNONE);
+    EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, &file), RTCAN);
+    EXPECT_EQ(acedGetFileD(nullptr, nullptr, nullptr, 0, &file), RTCAN); // no answer left
+    EXPECT_EQ(file.restype, RTNONE);
     EXPECT_EQ(acedGetFileD(L"Block", L"/some", L"dwg", 0, nullptr), RTERROR);
 }
 
