@@ -1,6 +1,7 @@
 #include "tests/host/sewage/AreaWorld.h"
 
 #include "host/drawing/Transient.h"
+#include "host/services/Services.h"
 
 namespace velmor::test {
 namespace {
