@@ -28,6 +28,9 @@
 #include <string_view>
 
 struct CMarkupBuild;
+namespace MarkupScan {
+struct Token;
+}
 class CMarkupSavedPositions;
 
 class CMarkup {
@@ -109,8 +112,9 @@ public:
     bool LeaveElement();
 
     // --- Attributes ------------------------------------------------------------------------------------------------
-    // An attribute is a word, an optional "=" with white space around it, and a value: in quotes of either kind, or up
-    // to white space or ">". The scan ends at ">", "/" or "?" where a name should start. The first of a name counts.
+    // An attribute is a word, an optional "=" with white space around it, and a value: in quotes of either kind, or
+    // (behind a "=" only) up to white space or ">". The scan ends at ">", "/" or "?" where a name should start. The
+    // first of a name counts.
 
     /// Value, unescaped; empty when absent.
     std::wstring GetAttribute(CMarkupArgument name) const;
@@ -186,10 +190,8 @@ public:
     std::size_t GetMemoryBesideText() const;
 
 private:
-    struct Place;
-
     bool Parse(const std::wstring &note);
-    bool Adopt(CMarkupText &&text, const std::wstring &note);
+    void RefuseLength(std::size_t length);
     void MoveTo(std::uint32_t iParent, std::uint32_t iMain, std::uint32_t iChild);
     std::uint32_t FindAmong(std::uint32_t iFirst, const CMarkupArgument &name) const;
     std::uint32_t FirstBehindPosition() const;
@@ -205,18 +207,36 @@ private:
     std::wstring ReadAttribute(std::uint32_t i, const CMarkupArgument &name) const;
     bool WriteAttribute(std::uint32_t i, const CMarkupArgument &name, const CMarkupArgument &value);
 
-    bool Splice(std::uint32_t offset, std::size_t removed, std::wstring_view inserted);
-    bool InsertAt(Place &place, std::wstring_view content, bool withLineEnd);
-    void Shift(std::uint32_t iParent, std::uint32_t iFirst, std::int64_t difference);
-    void Link(std::uint32_t iParent, std::uint32_t iBefore, std::uint32_t iFirst, std::uint32_t iLast);
-    void Unlink(std::uint32_t i);
-    void GiveBack(std::uint32_t i);
-    void MarkDamaged(std::uint32_t i);
-    void TakeBuild(const CMarkupBuild &build, std::uint32_t offset);
+    /// Where new nodes go: an offset in the content of a parent, before one of its elements (0: behind all).
+    struct Place {
+        std::uint32_t parent = 0, before = 0;
+        std::uint32_t offset = 0;
+    };
+    Place BehindElement(std::uint32_t i) const;
+    Place EndOfContent(std::uint32_t i) const;
+    Place FrontOfContent(std::uint32_t i) const;
+    /// Puts text in and adapts the parent's tags; what stood behind is shifted. Gives the offset of the content, or
+    /// kRefused when the document would get too long.
+    std::uint32_t InsertAt(const Place &place, std::wstring_view content, bool withLineEnd);
+    static constexpr std::uint32_t kRefused = 0xFFFFFFFF;
 
+    bool Splice(std::uint32_t offset, std::size_t removed, std::wstring_view inserted);
+    /// Adds the difference to the start of the elements from iFirst on, a child of iParent (0: none), and to the length
+    /// of those around them.
+    void Shift(std::uint32_t iParent, std::uint32_t iFirst, std::int64_t difference);
+    void ShiftTree(std::uint32_t i, std::uint32_t difference);
+    void Link(const Place &place, std::uint32_t iFirst, std::uint32_t iLast);
+    void Unlink(std::uint32_t i);
+    void GiveBack(std::uint32_t iFirst);
+    /// Moves the records of a scanned piece to its place in the document.
+    void TakeIn(const CMarkupBuild &build, const Place &place, std::int64_t offset);
+
+    static std::wstring AsContent(std::wstring_view text, int flags);
+    std::wstring TokenText(const MarkupScan::Token &token) const;
     std::wstring ContentText(std::uint32_t i) const;
     bool ReplaceContent(std::uint32_t i, std::wstring_view markup);
     bool ReplaceText(std::uint32_t i, const CMarkupArgument &text, int flags);
+    bool SetContent(std::uint32_t i, const CMarkupArgument &markup);
 
     CMarkupText m_text;
     std::wstring m_strError;
@@ -229,5 +249,6 @@ private:
     int m_nNodeLength = 0;
     int m_nDocFlags = 0;
     std::unique_ptr<CMarkupSavedPositions> m_pSaved;
-    CMarkupIndex m_index; ///< record 0 is the document; knows the next free record
+    bool m_isInDocumentOrder = true; ///< records stand in the order of their elements; false after an insertion
+    CMarkupIndex m_index;            ///< record 0 is the document; knows the next free record
 };

@@ -1,0 +1,328 @@
+#include "catalog/MarkupFile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace MarkupFile {
+
+namespace {
+
+/// Bytes converted at a time: small enough to stay near the processor.
+constexpr std::size_t kPiece = std::size_t{1} << 17;
+
+std::string NativePath(std::wstring_view path)
+{
+    std::string bytes(path.size() * 4, '\0');
+    bytes.resize(static_cast<std::size_t>(Narrow(path, bytes.data()) - bytes.data()));
+    return bytes;
+}
+
+Result Failed(int error)
+{
+    return {false, 0, SystemText(error)};
+}
+
+/// An open file; -1 when it could not be opened.
+class File {
+public:
+    explicit File(int file) : m_file(file) {}
+    ~File() { Close(); }
+    File(const File &) = delete;
+    File &operator=(const File &) = delete;
+    explicit operator bool() const { return m_file >= 0; }
+    int Number() const { return m_file; }
+    /// errno stays that of an earlier failure.
+    bool Close()
+    {
+        if (m_file < 0)
+            return true;
+        const int error = errno;
+        const bool isGood = ::close(std::exchange(m_file, -1)) == 0;
+        if (isGood)
+            errno = error;
+        return isGood;
+    }
+    bool Write(const char *p, std::size_t count) const
+    {
+        while (count > 0) {
+            const ssize_t written = ::write(m_file, p, count);
+            if (written < 0 && errno == EINTR)
+                continue;
+            if (written <= 0) {
+                errno = written == 0 ? ENOSPC : errno;
+                return false;
+            }
+            p += written;
+            count -= static_cast<std::size_t>(written);
+        }
+        return true;
+    }
+    /// Bytes read, less than count at the end only; -1 on failure.
+    ssize_t Read(char *p, std::size_t count) const
+    {
+        std::size_t total = 0;
+        while (total < count) {
+            const ssize_t got = ::read(m_file, p + total, count - total);
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got < 0)
+                return -1;
+            if (got == 0)
+                break;
+            total += static_cast<std::size_t>(got);
+        }
+        return static_cast<ssize_t>(total);
+    }
+
+private:
+    int m_file;
+};
+
+/// Follows symbolic links by name, so that a link to a file that is not there yet can be written through.
+fs::path FollowLinks(fs::path path)
+{
+    std::error_code error;
+    for (int i = 0; i < 40; ++i) {
+        const fs::path target = fs::read_symlink(path, error);
+        if (error)
+            break;
+        path = target.is_absolute() ? target : path.parent_path() / target;
+    }
+    return path;
+}
+
+/// Writes the text in pieces; adds its bytes to the result's.
+bool WriteText(const File &file, std::wstring_view text, std::size_t &bytes)
+{
+    constexpr std::size_t kCharacters = kPiece / 4;
+    const auto pBuffer = std::make_unique_for_overwrite<char[]>(std::min(kCharacters, text.size()) * 4);
+    for (std::size_t at = 0; at < text.size(); at += kCharacters) {
+        const char *end = Narrow(text.substr(at, kCharacters), pBuffer.get());
+        const auto count = static_cast<std::size_t>(end - pBuffer.get());
+        if (!file.Write(pBuffer.get(), count))
+            return false;
+        bytes += count;
+    }
+    return true;
+}
+
+std::size_t CountBytes(std::wstring_view text)
+{
+    std::size_t bytes = 0;
+    char buffer[4 * 256];
+    for (std::size_t at = 0; at < text.size(); at += 256)
+        bytes += static_cast<std::size_t>(Narrow(text.substr(at, 256), buffer) - buffer);
+    return bytes;
+}
+
+/// A plain file is made long enough before its first byte is touched, so that a full disk leaves it as it was.
+Result WriteInPlace(const std::string &path, std::wstring_view text, bool isPlain)
+{
+    File file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | (isPlain ? 0 : O_NONBLOCK)));
+    if (!file)
+        return Failed(errno);
+    if (!isPlain && ::fcntl(file.Number(), F_SETFL, 0) != 0)
+        return Failed(errno);
+    Result result;
+    if (isPlain) {
+        const auto needed = static_cast<off_t>(CountBytes(text));
+        struct stat old {};
+        if (::fstat(file.Number(), &old) != 0)
+            return Failed(errno);
+        if (needed > 0) {
+            const int error = ::posix_fallocate(file.Number(), 0, needed);
+            if (error != 0 && error != EOPNOTSUPP && error != EINVAL) {
+                if (::ftruncate(file.Number(), old.st_size) != 0)
+                    return Failed(errno);
+                return Failed(error);
+            }
+        }
+    }
+    if (!WriteText(file, text, result.bytes))
+        return Failed(errno);
+    if (isPlain && (::ftruncate(file.Number(), static_cast<off_t>(result.bytes)) != 0 || ::fsync(file.Number()) != 0))
+        return Failed(errno);
+    if (!file.Close())
+        return Failed(errno);
+    result.isGood = true;
+    return result;
+}
+
+/// A file on its way to be renamed; taken away unless it was. It is locked while its writer lives, so that the next
+/// save can tell what a killed one left behind, and takes that away.
+class Temporary {
+public:
+    Temporary(const fs::path &target, mode_t mode)
+    {
+        const std::string stem = target.filename().string().substr(0, 200);
+        for (int number = 0; number < 100; ++number) {
+            m_path = (target.parent_path() / ("." + stem + "." + std::to_string(number) + ".new")).string();
+            m_number = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+            if (m_number < 0 && errno == EEXIST && RemoveLeftover())
+                m_number = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+            if (m_number >= 0 && IsLocked(m_number))
+                return;
+            if (m_number < 0 && errno != EEXIST)
+                return;
+            if (m_number >= 0)
+                ::close(std::exchange(m_number, -1));
+        }
+        errno = EEXIST;
+    }
+    ~Temporary()
+    {
+        if (m_number < 0 || m_isRenamed)
+            return;
+        const int error = errno;
+        ::unlink(m_path.c_str());
+        errno = error;
+    }
+    Temporary(const Temporary &) = delete;
+    Temporary &operator=(const Temporary &) = delete;
+    int Number() const { return m_number; }
+    bool RenameTo(const std::string &target)
+    {
+        m_isRenamed = ::rename(m_path.c_str(), target.c_str()) == 0;
+        return m_isRenamed;
+    }
+
+private:
+    /// This writer holds the lock of the file that stands under the name. A system without locks has no say.
+    bool IsLocked(int file) const
+    {
+        if (::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+            return false;
+        struct stat opened {
+        }, named{};
+        return ::fstat(file, &opened) == 0 && ::lstat(m_path.c_str(), &named) == 0 && opened.st_ino == named.st_ino &&
+               opened.st_dev == named.st_dev;
+    }
+    bool RemoveLeftover() const
+    {
+        const File file(::open(m_path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        return file && IsLocked(file.Number()) && ::unlink(m_path.c_str()) == 0;
+    }
+
+    std::string m_path;
+    int m_number = -1;
+    bool m_isRenamed = false;
+};
+
+/// Owner and group are kept where the system allows it; the mode comes last, since a change of owner clears bits.
+bool TakeOver(int file, const struct stat &old)
+{
+    if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) && ::fchown(file, old.st_uid, old.st_gid) != 0)
+        errno = 0;
+    return ::fchmod(file, old.st_mode & 07777) == 0;
+}
+
+bool CanMakeNoFile(int error)
+{
+    return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG;
+}
+
+} // namespace
+
+std::wstring SystemText(int error)
+{
+    const std::string_view bytes = std::strerror(error);
+    std::wstring text(bytes.size(), L'\0');
+    std::size_t used = 0;
+    text.resize(static_cast<std::size_t>(Widen(bytes, true, text.data(), used) - text.data()));
+    return text;
+}
+
+Result Read(std::wstring_view path, CMarkupText &text)
+{
+    // Non-blocking, so that a pipe without a writer does not hang the program.
+    const File file(::open(NativePath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file)
+        return Failed(errno);
+    struct stat status {};
+    if (::fstat(file.Number(), &status) != 0)
+        return Failed(errno);
+    if (S_ISDIR(status.st_mode))
+        return Failed(EISDIR);
+    const off_t size = ::lseek(file.Number(), 0, SEEK_END);
+    if (size < 0 || ::lseek(file.Number(), 0, SEEK_SET) < 0)
+        return Failed(errno);
+    if (static_cast<std::uint64_t>(size) > CMarkupText::kLongest)
+        return {false, 0,
+                L"A file of " + std::to_wstring(size) + L" bytes is too long: at most " +
+                    std::to_wstring(CMarkupText::kLongest) + L" can be read; split it into several files"};
+
+    Result result;
+    const auto total = static_cast<std::size_t>(size);
+    wchar_t *const pFirst = text.Prepare(total), *pTo = pFirst;
+    // A character may begin in one piece and end in the next.
+    constexpr std::size_t kRest = 8;
+    const auto pBuffer = std::make_unique_for_overwrite<char[]>(kRest + std::min(kPiece, total));
+    std::size_t rest = 0;
+    while (result.bytes < total) {
+        const std::size_t wanted = std::min(kPiece, total - result.bytes);
+        const ssize_t got = file.Read(pBuffer.get() + rest, wanted);
+        if (got < 0)
+            return Failed(errno);
+        result.bytes += static_cast<std::size_t>(got);
+        const bool isLast = result.bytes == total || static_cast<std::size_t>(got) < wanted;
+        const std::size_t count = rest + static_cast<std::size_t>(got);
+        std::size_t used = 0;
+        pTo = Widen({pBuffer.get(), count}, isLast, pTo, used);
+        rest = count - used;
+        std::memmove(pBuffer.get(), pBuffer.get() + used, rest);
+        if (isLast)
+            break;
+    }
+    text.SetSize(static_cast<std::size_t>(pTo - pFirst));
+    result.isGood = true;
+    return result;
+}
+
+Result Write(std::wstring_view path, std::wstring_view text)
+{
+    const fs::path target = FollowLinks(NativePath(path));
+    struct stat old {};
+    const bool isThere = ::stat(target.c_str(), &old) == 0;
+    if (!isThere && errno != ENOENT)
+        return Failed(errno);
+    if (isThere && S_ISDIR(old.st_mode))
+        return Failed(EISDIR);
+    if (target.filename().empty())
+        return Failed(path.empty() ? ENOENT : EISDIR);
+    if (isThere && !S_ISREG(old.st_mode))
+        return WriteInPlace(target.string(), text, false);
+    // What could not be opened for writing must not be replaced either.
+    if (isThere && ::access(target.c_str(), W_OK) != 0)
+        return Failed(errno);
+
+    // While it is written, nobody may read it who could not read the old file.
+    Temporary temporary(target, isThere ? 0600 : 0666);
+    if (temporary.Number() < 0) {
+        const int error = errno;
+        return isThere && CanMakeNoFile(error) ? WriteInPlace(target.string(), text, true) : Failed(error);
+    }
+    File file(temporary.Number());
+    Result result;
+    if (!WriteText(file, text, result.bytes) || (isThere && !TakeOver(file.Number(), old)) ||
+        ::fsync(file.Number()) != 0 || !file.Close() || !temporary.RenameTo(target.string()))
+        return Failed(errno);
+    // The name itself should outlive a power cut, too; where the system can't promise that, the file is written anyway.
+    const fs::path folder = target.parent_path();
+    if (const File names(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)); names)
+        ::fsync(names.Number());
+    result.isGood = true;
+    return result;
+}
+
+} // namespace MarkupFile
