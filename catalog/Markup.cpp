@@ -171,11 +171,11 @@ void CMarkup::Rewind()
 
 std::wstring_view CMarkup::TagName(std::uint32_t i) const
 {
-    const CMarkupRecord &record = m_index[i];
-    const wchar_t *p = m_text.Data() + record.start + 1, *end = m_text.Data() + m_text.Size(), *nameEnd = p;
-    while (nameEnd < end && !IsNameEnd(*nameEnd))
-        ++nameEnd;
-    return {p, static_cast<std::size_t>(nameEnd - p)};
+    const std::wstring_view tag = StartTag(i);
+    std::size_t end = 1;
+    while (end < tag.size() && !IsNameEnd(tag[end]))
+        ++end;
+    return tag.substr(1, end - 1);
 }
 
 bool CMarkup::IsName(std::wstring_view name, std::wstring_view given) const

@@ -186,6 +186,8 @@ public:
     /// False, and nothing moves, when there is none of that name or one of its elements was removed.
     bool RestorePosition(CMarkupArgument name);
 
+    /// The element records, for checks of them.
+    const CMarkupIndex &GetIndex() const { return m_index; }
     /// Bytes held beside the text: index and named positions.
     std::size_t GetMemoryBesideText() const;
 
@@ -195,6 +197,10 @@ private:
     void MoveTo(std::uint32_t iParent, std::uint32_t iMain, std::uint32_t iChild);
     std::uint32_t FindAmong(std::uint32_t iFirst, const CMarkupArgument &name) const;
     std::uint32_t FirstBehindPosition() const;
+    std::wstring_view StartTag(std::uint32_t i) const
+    {
+        return m_text.Part(m_index[i].start, m_index.StartTagLength(i));
+    }
     std::wstring_view TagName(std::uint32_t i) const;
     bool IsName(std::wstring_view tagName, std::wstring_view given) const;
 

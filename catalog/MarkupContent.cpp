@@ -36,7 +36,7 @@ std::wstring CMarkup::GetChildFragment() const
     if (m_iChild == 0)
         return {};
     const std::uint32_t start = m_index[m_iChild].start;
-    return std::wstring(m_text.View().substr(start, BehindWhiteSpace(EndOf(m_iChild)) - start));
+    return std::wstring(m_text.Part(start, BehindWhiteSpace(EndOf(m_iChild)) - start));
 }
 
 void CMarkup::TakeIn(const CMarkupBuild &build, const Place &place, std::int64_t offset)

@@ -47,10 +47,10 @@ bool CMarkup::IsEmptyTag(std::uint32_t i) const
 /// White space before "<" or the end of the text belongs to what stands before it.
 std::uint32_t CMarkup::BehindWhiteSpace(std::uint32_t offset) const
 {
-    const wchar_t *const begin = m_text.Data(), *const end = begin + m_text.Size(), *p = begin + offset;
-    while (p != end && IsWhiteSpace(*p))
-        ++p;
-    return p == end || *p == L'<' ? static_cast<std::uint32_t>(p - begin) : offset;
+    std::uint32_t behind = offset;
+    while (IsWhiteSpace(m_text.At(behind)))
+        ++behind;
+    return behind == m_text.Size() || m_text.At(behind) == L'<' ? behind : offset;
 }
 
 CMarkup::Place CMarkup::BehindElement(std::uint32_t i) const
@@ -230,7 +230,7 @@ std::wstring CMarkup::ReadAttribute(std::uint32_t i, const CMarkupArgument &name
 {
     if (i == 0)
         return {};
-    const std::wstring_view tag = m_text.View().substr(m_index[i].start, m_index.StartTagLength(i));
+    const std::wstring_view tag = StartTag(i);
     AttributeScan scan(tag, TagName(i).size() + 1, IsEmptyTag(i));
     for (Attribute attribute; scan.Next(attribute);) {
         if (IsName(tag.substr(attribute.nameStart, attribute.nameEnd - attribute.nameStart), name.View())) {
@@ -249,8 +249,8 @@ bool CMarkup::WriteAttribute(std::uint32_t i, const CMarkupArgument &name, const
     const std::size_t nameEnd = TagName(i).size() + 1;
     const bool isEmptyTag = IsEmptyTag(i);
     const std::wstring quoted = L'"' + Escape(value.View(), true) + L'"';
-    const std::size_t tagLength = m_index.StartTagLength(i);
-    const std::wstring_view tag = m_text.View().substr(m_index[i].start, tagLength);
+    const std::wstring_view tag = StartTag(i);
+    const std::size_t tagLength = tag.size();
     const auto find = [&](std::wstring_view in, Attribute &attribute) {
         AttributeScan scan(in, nameEnd, isEmptyTag);
         while (scan.Next(attribute)) {
@@ -284,8 +284,8 @@ bool CMarkup::WriteAttribute(std::uint32_t i, const CMarkupArgument &name, const
         !find(newTag, again) || newTag.substr(again.valueStart, again.valueEnd - again.valueStart) != quoted)
         return false;
 
-    const std::size_t removed = attribute.valueEnd - attribute.valueStart;
-    if (!Splice(m_index[i].start + static_cast<std::uint32_t>(attribute.valueStart), removed, inserted))
+    // As a whole, so that it can be read in one piece before the text is.
+    if (!Splice(m_index[i].start, tagLength, newTag))
         return false;
     m_index.SetTagLengths(i, changedLength, m_index.EndTagLength(i));
     Shift(i, m_index[i].firstChild, static_cast<std::int64_t>(changedLength) - static_cast<std::int64_t>(tagLength));

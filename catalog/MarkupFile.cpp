@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -18,8 +17,8 @@ namespace MarkupFile {
 
 namespace {
 
-/// Bytes converted at a time: small enough to stay near the processor.
-constexpr std::size_t kPiece = std::size_t{1} << 17;
+/// Bytes converted at a time: small enough for the stack, and to stay near the processor.
+constexpr std::size_t kPiece = std::size_t{1} << 16;
 
 std::string NativePath(std::wstring_view path)
 {
@@ -105,14 +104,20 @@ fs::path FollowLinks(fs::path path)
 /// Writes the text in pieces; adds its bytes to the result's.
 bool WriteText(const File &file, std::wstring_view text, std::size_t &bytes)
 {
-    constexpr std::size_t kCharacters = kPiece / 4;
-    const auto pBuffer = std::make_unique_for_overwrite<char[]>(std::min(kCharacters, text.size()) * 4);
-    for (std::size_t at = 0; at < text.size(); at += kCharacters) {
-        const char *end = Narrow(text.substr(at, kCharacters), pBuffer.get());
-        const auto count = static_cast<std::size_t>(end - pBuffer.get());
-        if (!file.Write(pBuffer.get(), count))
+    constexpr std::size_t kCharacters = 4096;
+    char buffer[kPiece];
+    char *p = buffer;
+    while (!text.empty()) {
+        const std::wstring_view part = text.substr(0, kCharacters);
+        p = Narrow(part, p);
+        text.remove_prefix(part.size());
+        const auto count = static_cast<std::size_t>(p - buffer);
+        if (!text.empty() && kPiece - count >= kCharacters * 4)
+            continue;
+        if (!file.Write(buffer, count))
             return false;
         bytes += count;
+        p = buffer;
     }
     return true;
 }
@@ -254,8 +259,9 @@ Result Read(std::wstring_view path, CMarkupText &text)
         return Failed(errno);
     if (S_ISDIR(status.st_mode))
         return Failed(EISDIR);
-    const off_t size = ::lseek(file.Number(), 0, SEEK_END);
-    if (size < 0 || ::lseek(file.Number(), 0, SEEK_SET) < 0)
+    off_t size = status.st_size;
+    if (!S_ISREG(status.st_mode) &&
+        ((size = ::lseek(file.Number(), 0, SEEK_END)) < 0 || ::lseek(file.Number(), 0, SEEK_SET) < 0))
         return Failed(errno);
     if (static_cast<std::uint64_t>(size) > CMarkupText::kLongest)
         return {false, 0,
@@ -267,20 +273,20 @@ Result Read(std::wstring_view path, CMarkupText &text)
     wchar_t *const pFirst = text.Prepare(total), *pTo = pFirst;
     // A character may begin in one piece and end in the next.
     constexpr std::size_t kRest = 8;
-    const auto pBuffer = std::make_unique_for_overwrite<char[]>(kRest + std::min(kPiece, total));
+    char buffer[kRest + kPiece];
     std::size_t rest = 0;
     while (result.bytes < total) {
         const std::size_t wanted = std::min(kPiece, total - result.bytes);
-        const ssize_t got = file.Read(pBuffer.get() + rest, wanted);
+        const ssize_t got = file.Read(buffer + rest, wanted);
         if (got < 0)
             return Failed(errno);
         result.bytes += static_cast<std::size_t>(got);
         const bool isLast = result.bytes == total || static_cast<std::size_t>(got) < wanted;
         const std::size_t count = rest + static_cast<std::size_t>(got);
         std::size_t used = 0;
-        pTo = Widen({pBuffer.get(), count}, isLast, pTo, used);
+        pTo = Widen({buffer, count}, isLast, pTo, used);
         rest = count - used;
-        std::memmove(pBuffer.get(), pBuffer.get() + used, rest);
+        std::memmove(buffer, buffer + used, rest);
         if (isLast)
             break;
     }
@@ -317,10 +323,6 @@ Result Write(std::wstring_view path, std::wstring_view text)
     if (!WriteText(file, text, result.bytes) || (isThere && !TakeOver(file.Number(), old)) ||
         ::fsync(file.Number()) != 0 || !file.Close() || !temporary.RenameTo(target.string()))
         return Failed(errno);
-    // The name itself should outlive a power cut, too; where the system can't promise that, the file is written anyway.
-    const fs::path folder = target.parent_path();
-    if (const File names(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)); names)
-        ::fsync(names.Number());
     result.isGood = true;
     return result;
 }

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace MarkupFile {
 
@@ -17,21 +20,60 @@ constexpr wchar_t kByteEscape = 0xDC00;
 constexpr boost::locale::utf::code_point kReplacement = 0xFFFD;
 constexpr std::size_t kBlock = 16;
 
-bool IsPlainBlock(const char *p)
+#if defined(__SSE2__)
+
+/// Moves a block if it holds only characters below 128.
+bool WidenPlain(const char *p, wchar_t *pTo)
 {
-    std::uint64_t low = 0, high = 0;
-    std::memcpy(&low, p, sizeof low);
-    std::memcpy(&high, p + sizeof low, sizeof high);
-    return ((low | high) & 0x8080808080808080U) == 0;
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p)), zero = _mm_setzero_si128();
+    if (_mm_movemask_epi8(bytes) != 0)
+        return false;
+    const __m128i low = _mm_unpacklo_epi8(bytes, zero), high = _mm_unpackhi_epi8(bytes, zero);
+    auto *pParts = reinterpret_cast<__m128i *>(pTo);
+    _mm_storeu_si128(pParts, _mm_unpacklo_epi16(low, zero));
+    _mm_storeu_si128(pParts + 1, _mm_unpackhi_epi16(low, zero));
+    _mm_storeu_si128(pParts + 2, _mm_unpacklo_epi16(high, zero));
+    _mm_storeu_si128(pParts + 3, _mm_unpackhi_epi16(high, zero));
+    return true;
 }
 
-bool IsPlainBlock(const wchar_t *p)
+bool NarrowPlain(const wchar_t *p, char *pTo)
+{
+    __m128i parts[4];
+    for (int i = 0; i < 4; ++i)
+        parts[i] = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p) + i);
+    const __m128i all = _mm_or_si128(_mm_or_si128(parts[0], parts[1]), _mm_or_si128(parts[2], parts[3]));
+    const __m128i beyond = _mm_and_si128(all, _mm_set1_epi32(~0x7F));
+    if (_mm_movemask_epi8(_mm_cmpeq_epi32(beyond, _mm_setzero_si128())) != 0xFFFF)
+        return false;
+    const __m128i bytes = _mm_packus_epi16(_mm_packs_epi32(parts[0], parts[1]), _mm_packs_epi32(parts[2], parts[3]));
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(pTo), bytes);
+    return true;
+}
+
+#else
+
+bool WidenPlain(const char *p, wchar_t *pTo)
+{
+    unsigned all = 0;
+    for (std::size_t i = 0; i < kBlock; ++i)
+        all |= static_cast<unsigned char>(p[i]);
+    for (std::size_t i = 0; all < 0x80 && i < kBlock; ++i)
+        pTo[i] = static_cast<wchar_t>(p[i]);
+    return all < 0x80;
+}
+
+bool NarrowPlain(const wchar_t *p, char *pTo)
 {
     std::uint32_t all = 0;
     for (std::size_t i = 0; i < kBlock; ++i)
         all |= static_cast<std::uint32_t>(p[i]);
+    for (std::size_t i = 0; all < 0x80 && i < kBlock; ++i)
+        pTo[i] = static_cast<char>(p[i]);
     return all < 0x80;
 }
+
+#endif
 
 } // namespace
 
@@ -39,9 +81,7 @@ wchar_t *Widen(std::string_view bytes, bool isLast, wchar_t *pTo, std::size_t &u
 {
     const char *p = bytes.data(), *const end = p + bytes.size();
     while (p != end) {
-        while (static_cast<std::size_t>(end - p) >= kBlock && IsPlainBlock(p)) {
-            for (std::size_t i = 0; i < kBlock; ++i)
-                pTo[i] = static_cast<wchar_t>(static_cast<unsigned char>(p[i]));
+        while (static_cast<std::size_t>(end - p) >= kBlock && WidenPlain(p, pTo)) {
             p += kBlock;
             pTo += kBlock;
         }
@@ -74,9 +114,7 @@ char *Narrow(std::wstring_view text, char *pTo)
 {
     const wchar_t *p = text.data(), *const end = p + text.size();
     while (p != end) {
-        while (static_cast<std::size_t>(end - p) >= kBlock && IsPlainBlock(p)) {
-            for (std::size_t i = 0; i < kBlock; ++i)
-                pTo[i] = static_cast<char>(p[i]);
+        while (static_cast<std::size_t>(end - p) >= kBlock && NarrowPlain(p, pTo)) {
             p += kBlock;
             pTo += kBlock;
         }
