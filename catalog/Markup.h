@@ -179,7 +179,7 @@ public:
 
     // --- Places ----------------------------------------------------------------------------------------------------
 
-    /// "/root/name[2]": the path of the main element; "[n]" where siblings of its name stand before it. Empty without.
+    /// "/list/item[2]": the path of the main element; "[n]" where siblings of its name stand before it. Empty without.
     std::wstring GetElementPath() const;
     /// Keeps the three positions under a name until the next parse; an earlier one of that name is replaced.
     void SavePosition(CMarkupArgument name);

@@ -153,7 +153,8 @@ bool CMarkup::AddNode(int type, CMarkupArgument text)
 
     Place place = m_iMain != 0 ? BehindElement(m_iMain) : EndOfContent(m_iParent);
     if (m_iMain == 0 && m_nNodeType != kNoNode)
-        place = {m_iParent, FirstBehindPosition(), static_cast<std::uint32_t>(m_nNodeOffset + m_nNodeLength)};
+        place = {m_iParent, FirstBehindPosition(),
+                 BehindWhiteSpace(static_cast<std::uint32_t>(m_nNodeOffset + m_nNodeLength))};
     const std::uint32_t offset =
         InsertAt(place, whole, (type & (kProcessingInstruction | kComment | kDocumentType)) != 0);
     if (offset == kRefused)

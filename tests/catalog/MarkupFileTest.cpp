@@ -1,0 +1,409 @@
+// Reading and writing files, and the files that are none.
+#include "catalog/MarkupFile.h"
+#include "catalog/Markup.h"
+
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+namespace fs = std::filesystem;
+using testing::IsEmpty;
+
+namespace {
+
+std::wstring systemText(int error)
+{
+    const std::string text = std::strerror(error);
+    return {text.begin(), text.end()};
+}
+
+class MarkupFiles : public testing::Test {
+protected:
+    MarkupFiles()
+    {
+        std::string name = (fs::temp_directory_path() / "velmor-markup-XXXXXX").string();
+        m_folder = ::mkdtemp(name.data());
+    }
+    ~MarkupFiles() override
+    {
+        std::error_code ignored;
+        fs::permissions(m_folder, fs::perms::owner_all, ignored);
+        fs::remove_all(m_folder, ignored);
+    }
+
+    fs::path path(const char *name = "a.xml") const { return m_folder / name; }
+    std::wstring wide(const char *name = "a.xml") const { return path(name).wstring(); }
+    void put(const std::string &bytes, const char *name = "a.xml") const
+    {
+        std::ofstream(path(name), std::ios::binary) << bytes;
+    }
+    std::string bytesOf(const char *name = "a.xml") const
+    {
+        std::ifstream stream(path(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+    std::vector<std::string> names() const
+    {
+        std::vector<std::string> found;
+        for (const auto &entry : fs::directory_iterator(m_folder))
+            found.push_back(entry.path().filename().string());
+        return found;
+    }
+
+    fs::path m_folder;
+};
+
+TEST_F(MarkupFiles, AreReadAndParsedWithANote)
+{
+    put("<a b='1'/>");
+    CMarkup document;
+    EXPECT_TRUE(document.Load(wide()));
+    EXPECT_EQ(document.GetErrorText(), L"10 bytes to 10 wide chars");
+    EXPECT_TRUE(document.FindElement(L"a"));
+}
+
+TEST_F(MarkupFiles, AParseErrorStandsBehindTheNote)
+{
+    put("<a><b></a>");
+    CMarkup document;
+    EXPECT_FALSE(document.Load(wide()));
+    EXPECT_EQ(document.GetErrorText(), L"10 bytes to 10 wide chars, End tag 'a' at offset 7 does not match start tag "
+                                       L"'b' at offset 3");
+    EXPECT_TRUE(document.FindChildElement(L"b"));
+}
+
+TEST_F(MarkupFiles, AnEmptyOneIsAnEmptyDocument)
+{
+    put("");
+    CMarkup document;
+    EXPECT_FALSE(document.Load(wide()));
+    EXPECT_EQ(document.GetErrorText(), L"0 bytes to 0 wide chars, Empty document");
+}
+
+TEST_F(MarkupFiles, AreUtf8)
+{
+    put("<a b='\xC5\xA0uma \xE2\x82\xAC \xF0\x9F\x98\x80'/>");
+    CMarkup document;
+    EXPECT_TRUE(document.Load(wide()));
+    EXPECT_EQ(document.GetErrorText(), L"24 bytes to 18 wide chars");
+    document.FindElement();
+    EXPECT_EQ(document.GetAttribute(L"b"), L"\u0160uma \u20AC \U0001F600");
+    EXPECT_TRUE(document.Save(wide("b.xml")));
+    EXPECT_EQ(document.GetErrorText(), L"18 wide chars to 24 bytes");
+    EXPECT_EQ(bytesOf("b.xml"), bytesOf());
+}
+
+TEST_F(MarkupFiles, ADeclaredEncodingIsNotRead)
+{
+    put("<?xml version='1.0' encoding='windows-1250'?><a b='\xC5\xA0'/>");
+    CMarkup document;
+    EXPECT_TRUE(document.Load(wide()));
+    document.FindElement();
+    EXPECT_EQ(document.GetAttribute(L"b"), L"\u0160");
+}
+
+TEST_F(MarkupFiles, AByteOrderMarkIsKeptAsTheFirstCharacter)
+{
+    const std::string bytes = "\xEF\xBB\xBF<?xml version='1.0'?><a/>";
+    put(bytes);
+    CMarkup document;
+    EXPECT_TRUE(document.Load(wide()));
+    EXPECT_EQ(document.GetText().front(), L'\uFEFF');
+    EXPECT_TRUE(document.FindElement(L"a"));
+    EXPECT_TRUE(document.SetAttribute(L"b", L"1"));
+    EXPECT_TRUE(document.Save(wide()));
+    EXPECT_EQ(bytesOf(), "\xEF\xBB\xBF<?xml version='1.0'?><a b=\"1\"/>");
+}
+
+TEST_F(MarkupFiles, NoneIsWrittenByItself)
+{
+    CMarkup document;
+    document.SetText(L"<a/>");
+    EXPECT_TRUE(document.Save(wide()));
+    EXPECT_EQ(bytesOf(), "<a/>");
+}
+
+TEST_F(MarkupFiles, BytesThatAreNotUtf8ComeBackAsTheyWere)
+{
+    // A lone continuation, an overlong form, a half of a pair, a cut character, beyond the last one.
+    const std::string bytes = "<a b='\x8A \xC0\xAF \xED\xB2\x80 \xE2\x82 \xF5\x80\x80\x80 \xFF'><c/>\xC5</a>\xE2\x82";
+    put(bytes);
+    CMarkup document;
+    EXPECT_TRUE(document.Load(wide()));
+    EXPECT_EQ(document.GetErrorText(), L"39 bytes to 39 wide chars");
+    document.FindElement();
+    EXPECT_EQ(document.GetAttribute(L"b")[0], wchar_t{0xDC8A});
+    document.FindChildElement();
+    EXPECT_TRUE(document.SetChildAttribute(L"d", L"1"));
+    EXPECT_TRUE(document.Save(wide()));
+    std::string expected = bytes;
+    expected.insert(expected.find("<c") + 2, " d=\"1\"");
+    EXPECT_EQ(bytesOf(), expected);
+}
+
+TEST_F(MarkupFiles, WhatIsNoCharacterIsWrittenAsTheReplacement)
+{
+    CMarkup document;
+    document.SetText(std::wstring(L"<a b='") + wchar_t{0xD800} + wchar_t{0x110000} + wchar_t{-1} + L"'/>");
+    EXPECT_TRUE(document.Save(wide()));
+    EXPECT_EQ(bytesOf(), "<a b='\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD'/>");
+}
+
+TEST_F(MarkupFiles, LongTextsOfMixedCharactersComeBack)
+{
+    // Characters of each length lie across the ends of all pieces and blocks.
+    std::string bytes = "<a>";
+    for (int i = 0; i < 60000; ++i)
+        bytes += i % 7 == 0 ? "\xF0\x9F\x98\x80" : i % 5 == 0 ? "\xE2\x82\xAC" : i % 3 == 0 ? "\xC5\xA0" : "x";
+    bytes += "</a>\xC5";
+    put(bytes);
+    CMarkup document;
+    EXPECT_TRUE(document.Load(wide()));
+    EXPECT_EQ(document.GetText().size(), 60008u);
+    EXPECT_TRUE(document.Save(wide("b.xml")));
+    EXPECT_TRUE(bytesOf("b.xml") == bytes);
+}
+
+TEST_F(MarkupFiles, OneThatIsNotThereLeavesTheDocument)
+{
+    CMarkup document;
+    document.SetText(L"<a><b/></a>");
+    document.FindElement();
+    EXPECT_FALSE(document.Load(wide("none.xml")));
+    EXPECT_EQ(document.GetErrorText(), systemText(ENOENT));
+    EXPECT_EQ(document.GetText(), L"<a><b/></a>");
+    EXPECT_TRUE(document.FindChildElement(L"b"));
+    EXPECT_FALSE(document.Load(L""));
+    EXPECT_FALSE(document.Load(nullptr));
+    EXPECT_EQ(document.GetErrorText(), systemText(ENOENT));
+}
+
+TEST_F(MarkupFiles, AFolderIsNoFile)
+{
+    CMarkup document;
+    EXPECT_FALSE(document.Load(m_folder.wstring()));
+    EXPECT_EQ(document.GetErrorText(), systemText(EISDIR));
+    EXPECT_FALSE(document.Save(m_folder.wstring()));
+    EXPECT_EQ(document.GetErrorText(), systemText(EISDIR));
+    EXPECT_FALSE(document.Save(m_folder.wstring() + L"/"));
+    EXPECT_EQ(document.GetErrorText(), systemText(EISDIR));
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(MarkupFiles, APipeIsNoFileToRead)
+{
+    ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);
+    CMarkup document;
+    EXPECT_FALSE(document.Load(wide()));
+    EXPECT_EQ(document.GetErrorText(), systemText(ESPIPE));
+}
+
+TEST_F(MarkupFiles, AnUnreadableOneTellsTheSystemsText)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "the superuser may read everything";
+    put("<a/>");
+    fs::permissions(path(), fs::perms::none);
+    CMarkup document;
+    EXPECT_FALSE(document.Load(wide()));
+    EXPECT_EQ(document.GetErrorText(), systemText(EACCES));
+}
+
+TEST_F(MarkupFiles, NamesMayHoldAnyCharacter)
+{
+    CMarkup document;
+    document.SetText(L"<a/>");
+    const std::wstring name = m_folder.wstring() + L"/\u0160uma \u20AC.xml";
+    EXPECT_TRUE(document.Save(name));
+    EXPECT_TRUE(document.Load(name));
+    EXPECT_TRUE(fs::exists(m_folder / "\xC5\xA0uma \xE2\x82\xAC.xml"));
+}
+
+TEST_F(MarkupFiles, ASaveReplacesTheFileAndLeavesNoOther)
+{
+    put("<old>a much longer text than the new one has</old>");
+    fs::permissions(path(), fs::perms(0640));
+    CMarkup document;
+    document.SetText(L"<new/>");
+    EXPECT_TRUE(document.Save(wide()));
+    EXPECT_EQ(document.GetErrorText(), L"6 wide chars to 6 bytes");
+    EXPECT_EQ(bytesOf(), "<new/>");
+    EXPECT_EQ(fs::status(path()).permissions(), fs::perms(0640));
+    EXPECT_EQ(names(), std::vector<std::string>{"a.xml"});
+}
+
+TEST_F(MarkupFiles, ANewOneHasThePermissionsOfNewFiles)
+{
+    const mode_t mask = ::umask(027);
+    CMarkup document;
+    document.SetText(L"<new/>");
+    EXPECT_TRUE(document.Save(wide()));
+    ::umask(mask);
+    EXPECT_EQ(fs::status(path()).permissions(), fs::perms(0640));
+}
+
+TEST_F(MarkupFiles, AnEmptyDocumentMakesAnEmptyFile)
+{
+    put("<old/>");
+    CMarkup document;
+    EXPECT_TRUE(document.Save(wide()));
+    EXPECT_EQ(document.GetErrorText(), L"0 wide chars to 0 bytes");
+    EXPECT_EQ(fs::file_size(path()), 0u);
+}
+
+TEST_F(MarkupFiles, ALinkStaysAndItsFileIsReplaced)
+{
+    put("<old/>");
+    fs::create_symlink("a.xml", path("link.xml"));
+    CMarkup document;
+    document.SetText(L"<new/>");
+    EXPECT_TRUE(document.Save(wide("link.xml")));
+    EXPECT_TRUE(fs::is_symlink(path("link.xml")));
+    EXPECT_EQ(bytesOf(), "<new/>");
+}
+
+TEST_F(MarkupFiles, AFolderThatIsNotThereIsToldAndNothingMade)
+{
+    CMarkup document;
+    document.SetText(L"<new/>");
+    EXPECT_FALSE(document.Save(m_folder.wstring() + L"/none/a.xml"));
+    EXPECT_EQ(document.GetErrorText(), systemText(ENOENT));
+    EXPECT_THAT(names(), IsEmpty());
+    EXPECT_FALSE(document.Save(L""));
+    EXPECT_EQ(document.GetErrorText(), systemText(ENOENT));
+}
+
+TEST_F(MarkupFiles, AFullDeviceIsTold)
+{
+    if (!fs::exists("/dev/full"))
+        GTEST_SKIP() << "there is no full device here";
+    CMarkup document;
+    document.SetText(L"<new/>");
+    EXPECT_FALSE(document.Save(L"/dev/full"));
+    EXPECT_EQ(document.GetErrorText(), systemText(ENOSPC));
+    EXPECT_TRUE(fs::exists("/dev/full"));
+}
+
+/// In a child process no file may grow beyond the limit, as on a disk that is full. Returns what it gave.
+int underSizeLimit(rlim_t limit, const std::function<bool()> &run)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit rule{limit, limit};
+        ::setrlimit(RLIMIT_FSIZE, &rule);
+        ::_exit(run() ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(MarkupFiles, WithoutRoomTheOldFileStays)
+{
+    put("<old/>");
+    CMarkup document;
+    document.SetText(L"<new>" + std::wstring(5000, L'x') + L"</new>");
+    EXPECT_EQ(
+        underSizeLimit(1000, [&] { return document.Save(wide()) || document.GetErrorText() != systemText(EFBIG); }), 1);
+    EXPECT_EQ(bytesOf(), "<old/>");
+    EXPECT_EQ(names(), std::vector<std::string>{"a.xml"});
+}
+
+TEST_F(MarkupFiles, InAFolderThatTakesNoNewFilesTheFileIsWrittenInPlace)
+{
+    // A name so long that no other can be made beside it stands for all reasons.
+    const std::string name(255, 'n');
+    put("<old>longer than the new one</old>", name.c_str());
+    CMarkup document;
+    document.SetText(L"<new/>");
+    if (::geteuid() == 0) {
+        ASSERT_TRUE(document.Save(wide(name.c_str()))) << "the superuser may make files everywhere";
+    } else {
+        fs::permissions(m_folder, fs::perms(0500));
+        ASSERT_TRUE(document.Save(wide(name.c_str())));
+    }
+    EXPECT_EQ(bytesOf(name.c_str()), "<new/>");
+    EXPECT_EQ(names(), std::vector<std::string>{name});
+}
+
+TEST_F(MarkupFiles, WhatAKilledSaveLeftIsTakenAwayByTheNext)
+{
+    put("<half", ".a.xml.0.new");
+    CMarkup document;
+    document.SetText(L"<new/>");
+    EXPECT_TRUE(document.Save(wide()));
+    EXPECT_EQ(bytesOf(), "<new/>");
+    EXPECT_EQ(names(), std::vector<std::string>{"a.xml"});
+}
+
+TEST_F(MarkupFiles, AnotherSaveOnItsWayIsLeftAlone)
+{
+    put("<other", ".a.xml.0.new");
+    const int other = ::open(path(".a.xml.0.new").c_str(), O_WRONLY);
+    ASSERT_EQ(::flock(other, LOCK_EX), 0);
+    CMarkup document;
+    document.SetText(L"<new/>");
+    EXPECT_TRUE(document.Save(wide()));
+    EXPECT_EQ(bytesOf(), "<new/>");
+    EXPECT_EQ(bytesOf(".a.xml.0.new"), "<other");
+    ::close(other);
+}
+
+TEST_F(MarkupFiles, OneBeyondTheLimitIsRefusedBeforeItIsRead)
+{
+    put("<a/>");
+    fs::resize_file(path(), std::uintmax_t{1} << 30); // holes: takes no room
+    CMarkup document;
+    document.SetText(L"<b/>");
+    rusage before{}, after{};
+    ::getrusage(RUSAGE_SELF, &before);
+    EXPECT_FALSE(document.Load(wide()));
+    ::getrusage(RUSAGE_SELF, &after);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 10000) << "kilobytes";
+    EXPECT_EQ(document.GetErrorText(),
+              L"A file of 1073741824 bytes is too long: at most 268435456 can be read; split it "
+              L"into several files");
+    EXPECT_EQ(document.GetText(), L"<b/>");
+}
+
+TEST_F(MarkupFiles, OneBeyondTheLimitOfAddressesIsRefusedToo)
+{
+    put("<a/>");
+    std::error_code error;
+    fs::resize_file(path(), (std::uintmax_t{1} << 32) + 4, error);
+    if (error)
+        GTEST_SKIP() << "no file of 4 GB can be made here";
+    CMarkup document;
+    EXPECT_FALSE(document.Load(wide()));
+    EXPECT_EQ(document.GetErrorText().substr(0, 27), L"A file of 4294967300 bytes ");
+}
+
+TEST(MarkupUtf8, APieceMayEndInACharacter)
+{
+    const std::string bytes = "x\xE2\x82\xAC";
+    wchar_t wide[8];
+    std::size_t used = 0;
+    for (std::size_t cut = 2; cut <= 3; ++cut) {
+        EXPECT_EQ(MarkupFile::Widen({bytes.data(), cut}, false, wide, used) - wide, 1);
+        EXPECT_EQ(used, 1u);
+        EXPECT_EQ(MarkupFile::Widen({bytes.data(), cut}, true, wide, used) - wide, static_cast<long>(cut));
+        EXPECT_EQ(used, cut);
+    }
+    EXPECT_EQ(MarkupFile::Widen(bytes, false, wide, used) - wide, 2);
+    EXPECT_EQ(wide[1], L'\u20AC');
+}
+
+} // namespace
