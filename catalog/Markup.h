@@ -181,6 +181,9 @@ public:
 
     /// "/list/item[2]": the path of the main element; "[n]" where siblings of its name stand before it. Empty without.
     std::wstring GetElementPath() const;
+    /// Offset of the "<" of the main element (of the child); -1 without one.
+    int GetElementOffset() const { return m_iMain != 0 ? static_cast<int>(m_index[m_iMain].start) : -1; }
+    int GetChildOffset() const { return m_iChild != 0 ? static_cast<int>(m_index[m_iChild].start) : -1; }
     /// Keeps the three positions under a name until the next parse; an earlier one of that name is replaced.
     void SavePosition(CMarkupArgument name);
     /// False, and nothing moves, when there is none of that name or one of its elements was removed.

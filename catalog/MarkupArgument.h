@@ -1,6 +1,7 @@
 // A wide text as an argument: from a literal, a pointer that may be null, or a string.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
