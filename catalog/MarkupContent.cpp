@@ -101,8 +101,8 @@ std::wstring CMarkup::TokenText(const Token &token) const
         return Unescape(whole);
     if (token.kind != TokenKind::CData)
         return {};
-    const std::size_t open = std::min(whole.find(L'[', 3) + 1, whole.size() - kCDataClose.size());
-    return std::wstring(whole.substr(open, whole.size() - kCDataClose.size() - open));
+    const std::size_t close = whole.size() - kCDataClose.size(), open = whole.find(L'[', 3);
+    return open < close ? std::wstring(whole.substr(open + 1, close - open - 1)) : std::wstring();
 }
 
 std::wstring CMarkup::GetElementText() const

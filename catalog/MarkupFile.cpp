@@ -173,12 +173,12 @@ public:
         const std::string stem = target.filename().string().substr(0, 200);
         for (int number = 0; number < 100; ++number) {
             m_path = (target.parent_path() / ("." + stem + "." + std::to_string(number) + ".new")).string();
-            m_number = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-            if (m_number < 0 && errno == EEXIST && RemoveLeftover())
-                m_number = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-            if (m_number >= 0 && IsLocked(m_number))
+            m_number = OpenNew(mode);
+            if (m_number < 0 && errno == EEXIST)
+                m_number = RemoveLeftover() ? OpenNew(mode) : -1;
+            else if (m_number < 0)
                 return;
-            if (m_number < 0 && errno != EEXIST)
+            if (m_number >= 0 && IsLocked(m_number))
                 return;
             if (m_number >= 0)
                 ::close(std::exchange(m_number, -1));
@@ -203,6 +203,7 @@ public:
     }
 
 private:
+    int OpenNew(mode_t mode) const { return ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); }
     /// This writer holds the lock of the file that stands under the name. A system without locks has no say.
     bool IsLocked(int file) const
     {

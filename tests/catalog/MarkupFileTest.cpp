@@ -54,6 +54,12 @@ protected:
         std::ifstream stream(path(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
+    std::uintmax_t fileNumber() const
+    {
+        struct stat status {};
+        EXPECT_EQ(::stat(path().c_str(), &status), 0);
+        return status.st_ino;
+    }
     std::vector<std::string> names() const
     {
         std::vector<std::string> found;
@@ -97,11 +103,11 @@ TEST_F(MarkupFiles, AreUtf8)
     put("<a b='\xC5\xA0uma \xE2\x82\xAC \xF0\x9F\x98\x80'/>");
     CMarkup document;
     EXPECT_TRUE(document.Load(wide()));
-    EXPECT_EQ(document.GetErrorText(), L"24 bytes to 18 wide chars");
+    EXPECT_EQ(document.GetErrorText(), L"23 bytes to 17 wide chars");
     document.FindElement();
     EXPECT_EQ(document.GetAttribute(L"b"), L"\u0160uma \u20AC \U0001F600");
     EXPECT_TRUE(document.Save(wide("b.xml")));
-    EXPECT_EQ(document.GetErrorText(), L"18 wide chars to 24 bytes");
+    EXPECT_EQ(document.GetErrorText(), L"17 wide chars to 23 bytes");
     EXPECT_EQ(bytesOf("b.xml"), bytesOf());
 }
 
@@ -142,7 +148,7 @@ TEST_F(MarkupFiles, BytesThatAreNotUtf8ComeBackAsTheyWere)
     put(bytes);
     CMarkup document;
     EXPECT_TRUE(document.Load(wide()));
-    EXPECT_EQ(document.GetErrorText(), L"39 bytes to 39 wide chars");
+    EXPECT_EQ(document.GetErrorText(), L"37 bytes to 37 wide chars");
     document.FindElement();
     EXPECT_EQ(document.GetAttribute(L"b")[0], wchar_t{0xDC8A});
     document.FindChildElement();
@@ -210,15 +216,30 @@ TEST_F(MarkupFiles, APipeIsNoFileToRead)
     EXPECT_EQ(document.GetErrorText(), systemText(ESPIPE));
 }
 
+/// Runs in a child process of a user without special rights and gives what came of it.
+bool asPlainUser(const std::function<bool()> &run)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr uid_t kNobody = 65534;
+        if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0))
+            ::_exit(2);
+        ::_exit(run() ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 TEST_F(MarkupFiles, AnUnreadableOneTellsTheSystemsText)
 {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "the superuser may read everything";
     put("<a/>");
     fs::permissions(path(), fs::perms::none);
-    CMarkup document;
-    EXPECT_FALSE(document.Load(wide()));
-    EXPECT_EQ(document.GetErrorText(), systemText(EACCES));
+    fs::permissions(m_folder, fs::perms(0755));
+    EXPECT_TRUE(asPlainUser([&] {
+        CMarkup document;
+        return !document.Load(wide()) && document.GetErrorText() == systemText(EACCES);
+    }));
 }
 
 TEST_F(MarkupFiles, NamesMayHoldAnyCharacter)
@@ -296,47 +317,67 @@ TEST_F(MarkupFiles, AFullDeviceIsTold)
     EXPECT_TRUE(fs::exists("/dev/full"));
 }
 
-/// In a child process no file may grow beyond the limit, as on a disk that is full. Returns what it gave.
-int underSizeLimit(rlim_t limit, const std::function<bool()> &run)
+/// No file may grow beyond the limit meanwhile, as on a disk that is full.
+bool limited(rlim_t limit, const std::function<bool()> &run)
 {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit rule{limit, limit};
-        ::setrlimit(RLIMIT_FSIZE, &rule);
-        ::_exit(run() ? 0 : 1);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit rule{limit, RLIM_INFINITY};
+    return ::setrlimit(RLIMIT_FSIZE, &rule) == 0 && run();
 }
 
 TEST_F(MarkupFiles, WithoutRoomTheOldFileStays)
 {
     put("<old/>");
-    CMarkup document;
-    document.SetText(L"<new>" + std::wstring(5000, L'x') + L"</new>");
-    EXPECT_EQ(
-        underSizeLimit(1000, [&] { return document.Save(wide()) || document.GetErrorText() != systemText(EFBIG); }), 1);
+    fs::permissions(m_folder, fs::perms(0777));
+    fs::permissions(path(), fs::perms(0666));
+    EXPECT_TRUE(asPlainUser([&] {
+        CMarkup document;
+        document.SetText(L"<new>" + std::wstring(5000, L'x') + L"</new>");
+        return limited(1000, [&] { return !document.Save(wide()) && document.GetErrorText() == systemText(EFBIG); });
+    }));
     EXPECT_EQ(bytesOf(), "<old/>");
     EXPECT_EQ(names(), std::vector<std::string>{"a.xml"});
 }
 
 TEST_F(MarkupFiles, InAFolderThatTakesNoNewFilesTheFileIsWrittenInPlace)
 {
-    // A name so long that no other can be made beside it stands for all reasons.
-    const std::string name(255, 'n');
-    put("<old>longer than the new one</old>", name.c_str());
-    CMarkup document;
-    document.SetText(L"<new/>");
-    if (::geteuid() == 0) {
-        ASSERT_TRUE(document.Save(wide(name.c_str()))) << "the superuser may make files everywhere";
-    } else {
-        fs::permissions(m_folder, fs::perms(0500));
-        ASSERT_TRUE(document.Save(wide(name.c_str())));
-    }
-    EXPECT_EQ(bytesOf(name.c_str()), "<new/>");
-    EXPECT_EQ(names(), std::vector<std::string>{name});
+    put("<old>longer than the new one</old>");
+    fs::permissions(path(), fs::perms(0666));
+    fs::permissions(m_folder, fs::perms(0555));
+    const std::uintmax_t node = fileNumber();
+    EXPECT_TRUE(asPlainUser([&] {
+        CMarkup document;
+        document.SetText(L"<new>\u0160</new>");
+        return document.Save(wide()) && document.GetErrorText() == L"12 wide chars to 13 bytes";
+    }));
+    EXPECT_EQ(bytesOf(), "<new>\xC5\xA0</new>");
+    EXPECT_EQ(fileNumber(), node);
+}
+
+TEST_F(MarkupFiles, InPlaceTheOldTextStaysWhereThereIsNoRoomForTheNew)
+{
+    put("<old/>");
+    fs::permissions(path(), fs::perms(0666));
+    fs::permissions(m_folder, fs::perms(0555));
+    EXPECT_TRUE(asPlainUser([&] {
+        CMarkup document;
+        document.SetText(L"<new>" + std::wstring(5000, L'x') + L"</new>");
+        return limited(1000, [&] { return !document.Save(wide()) && document.GetErrorText() == systemText(EFBIG); });
+    }));
+    EXPECT_EQ(bytesOf(), "<old/>");
+}
+
+TEST_F(MarkupFiles, AReadOnlyFileIsNotReplaced)
+{
+    put("<old/>");
+    fs::permissions(path(), fs::perms(0444));
+    fs::permissions(m_folder, fs::perms(0777));
+    EXPECT_TRUE(asPlainUser([&] {
+        CMarkup document;
+        document.SetText(L"<new/>");
+        return !document.Save(wide()) && document.GetErrorText() == systemText(EACCES);
+    }));
+    EXPECT_EQ(bytesOf(), "<old/>");
 }
 
 TEST_F(MarkupFiles, WhatAKilledSaveLeftIsTakenAwayByTheNext)

@@ -96,7 +96,7 @@ const ParseCase kDamage[] = {
     {"AnEndTagThatDoesNotMatchEndsWhatItCan", L"<a><b></a>", L"(a(b!))", false,
      L"End tag 'a' at offset 7 does not match start tag 'b' at offset 3"},
     {"ChildrenOfWhatIsNotEndedBecomeItsSiblings", L"<a><b><c/><d/></a>", L"(a(b!)(c)(d))", false,
-     L"End tag 'a' at offset 13 does not match start tag 'b' at offset 3"},
+     L"End tag 'a' at offset 15 does not match start tag 'b' at offset 3"},
     {"TheInnermostIsToldFirst", L"<a><b><c></a>", L"(a(b!)(c!))", false,
      L"End tag 'a' at offset 10 does not match start tag 'c' at offset 6"},
     {"AnEndTagClosesTheInnermostOfItsName", L"<a><b><b></b></a>", L"(a(b!)(b))", false,
