@@ -233,7 +233,7 @@ private:
     /// Adds the difference to the start of the elements from iFirst on, a child of iParent (0: none), and to the length
     /// of those around them.
     void Shift(std::uint32_t iParent, std::uint32_t iFirst, std::int64_t difference);
-    void ShiftTree(std::uint32_t i, std::uint32_t difference);
+    void ShiftFrom(std::uint32_t iFirst, std::uint32_t difference);
     void Link(const Place &place, std::uint32_t iFirst, std::uint32_t iLast);
     void Unlink(std::uint32_t i);
     void GiveBack(std::uint32_t iFirst);

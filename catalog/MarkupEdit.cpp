@@ -82,22 +82,29 @@ bool CMarkup::Splice(std::uint32_t offset, std::size_t removed, std::wstring_vie
     return true;
 }
 
-void CMarkup::ShiftTree(std::uint32_t i, std::uint32_t difference)
+/// Shifts an element, its following siblings and all below them.
+void CMarkup::ShiftFrom(std::uint32_t iFirst, std::uint32_t difference)
 {
-    for (std::uint32_t at = i;;) {
-        CMarkupRecord *pRecord = &m_index[at];
+    const std::uint32_t iParent = m_index[iFirst].parent;
+    std::uint32_t at = iFirst;
+    for (CMarkupRecord *pRecord = &m_index[at];;) {
         pRecord->start += difference;
-        if (pRecord->firstChild != 0) {
-            at = pRecord->firstChild;
-            continue;
+        std::uint32_t next = pRecord->firstChild;
+        if (next == 0) {
+            const CMarkupRecord *pEnded = pRecord;
+            while (pEnded->next == 0) {
+                if (pEnded->parent == iParent)
+                    return;
+                pEnded = &m_index[pEnded->parent];
+            }
+            next = pEnded->next;
         }
-        while (at != i && pRecord->next == 0) {
-            at = pRecord->parent;
-            pRecord = &m_index[at];
-        }
-        if (at == i)
-            return;
-        at = pRecord->next;
+        // Mostly it stands right behind; as a guess that is right, this does not wait for the record to be read.
+        if (next == at + 1 && (next & (CMarkupIndex::kSegmentSize - 1)) != 0)
+            ++pRecord;
+        else
+            pRecord = &m_index[next];
+        at = next;
     }
 }
 
@@ -116,9 +123,8 @@ void CMarkup::Shift(std::uint32_t iParent, std::uint32_t iFirst, std::int64_t di
                 for (; around != 0; around = m_index[around].parent)
                     m_index[around].length += change;
             }
-        } else {
-            for (; iLater != 0; iLater = m_index[iLater].next)
-                ShiftTree(iLater, change);
+        } else if (iLater != 0) {
+            ShiftFrom(iLater, change);
         }
         m_index[around].length += change;
         if (around == 0)

@@ -88,15 +88,20 @@ private:
     int m_file;
 };
 
-/// Follows symbolic links by name, so that a link to a file that is not there yet can be written through.
-fs::path FollowLinks(fs::path path)
+/// Follows symbolic links by name, so that a link to a file that is not there yet can be written through. Gives what
+/// stands at the end; errno is that of looking there, 0 when there is something.
+std::string FollowLinks(std::string path, struct stat &status)
 {
-    std::error_code error;
     for (int i = 0; i < 40; ++i) {
+        errno = 0;
+        if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode))
+            break;
+        std::error_code error;
         const fs::path target = fs::read_symlink(path, error);
         if (error)
             break;
-        path = target.is_absolute() ? target : path.parent_path() / target;
+        path = (target.is_absolute() ? target : fs::path(path).parent_path() / target).string();
+        errno = ELOOP;
     }
     return path;
 }
@@ -168,17 +173,18 @@ Result WriteInPlace(const std::string &path, std::wstring_view text, bool isPlai
 /// save can tell what a killed one left behind, and takes that away.
 class Temporary {
 public:
-    Temporary(const fs::path &target, mode_t mode)
+    Temporary(const std::string &target, mode_t mode)
     {
-        const std::string stem = target.filename().string().substr(0, 200);
+        const std::size_t name = target.rfind('/') + 1; // 0 without a folder
+        const std::string start = target.substr(0, name) + '.' + target.substr(name, 200) + '.';
         for (int number = 0; number < 100; ++number) {
-            m_path = (target.parent_path() / ("." + stem + "." + std::to_string(number) + ".new")).string();
+            m_path = start + std::to_string(number) + ".new";
             m_number = OpenNew(mode);
             if (m_number < 0 && errno == EEXIST)
                 m_number = RemoveLeftover() ? OpenNew(mode) : -1;
             else if (m_number < 0)
                 return;
-            if (m_number >= 0 && IsLocked(m_number))
+            if (m_number >= 0 && IsLocked(m_number, m_status))
                 return;
             if (m_number >= 0)
                 ::close(std::exchange(m_number, -1));
@@ -196,6 +202,7 @@ public:
     Temporary(const Temporary &) = delete;
     Temporary &operator=(const Temporary &) = delete;
     int Number() const { return m_number; }
+    const struct stat &Status() const { return m_status; }
     bool RenameTo(const std::string &target)
     {
         m_isRenamed = ::rename(m_path.c_str(), target.c_str()) == 0;
@@ -205,32 +212,34 @@ public:
 private:
     int OpenNew(mode_t mode) const { return ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); }
     /// This writer holds the lock of the file that stands under the name. A system without locks has no say.
-    bool IsLocked(int file) const
+    bool IsLocked(int file, struct stat &status) const
     {
         if (::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
             return false;
-        struct stat opened {
-        }, named{};
-        return ::fstat(file, &opened) == 0 && ::lstat(m_path.c_str(), &named) == 0 && opened.st_ino == named.st_ino &&
-               opened.st_dev == named.st_dev;
+        struct stat named {};
+        return ::fstat(file, &status) == 0 && ::lstat(m_path.c_str(), &named) == 0 && status.st_ino == named.st_ino &&
+               status.st_dev == named.st_dev;
     }
     bool RemoveLeftover() const
     {
         const File file(::open(m_path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-        return file && IsLocked(file.Number()) && ::unlink(m_path.c_str()) == 0;
+        struct stat status {};
+        return file && IsLocked(file.Number(), status) && ::unlink(m_path.c_str()) == 0;
     }
 
     std::string m_path;
     int m_number = -1;
+    struct stat m_status {};
     bool m_isRenamed = false;
 };
 
 /// Owner and group are kept where the system allows it; the mode comes last, since a change of owner clears bits.
-bool TakeOver(int file, const struct stat &old)
+bool TakeOver(int file, const struct stat &made, const struct stat &old)
 {
-    if ((old.st_uid != ::geteuid() || old.st_gid != ::getegid()) && ::fchown(file, old.st_uid, old.st_gid) != 0)
-        errno = 0;
-    return ::fchmod(file, old.st_mode & 07777) == 0;
+    bool isOther = (made.st_mode & 07777) != (old.st_mode & 07777);
+    if (made.st_uid != old.st_uid || made.st_gid != old.st_gid)
+        isOther = ::fchown(file, old.st_uid, old.st_gid) == 0 || isOther;
+    return !isOther || ::fchmod(file, old.st_mode & 07777) == 0;
 }
 
 bool CanMakeNoFile(int error)
@@ -298,31 +307,31 @@ Result Read(std::wstring_view path, CMarkupText &text)
 
 Result Write(std::wstring_view path, std::wstring_view text)
 {
-    const fs::path target = FollowLinks(NativePath(path));
     struct stat old {};
-    const bool isThere = ::stat(target.c_str(), &old) == 0;
+    const std::string target = FollowLinks(NativePath(path), old);
+    const bool isThere = errno == 0;
     if (!isThere && errno != ENOENT)
         return Failed(errno);
-    if (isThere && S_ISDIR(old.st_mode))
+    if (isThere ? S_ISDIR(old.st_mode) : target.ends_with('/'))
         return Failed(EISDIR);
-    if (target.filename().empty())
-        return Failed(path.empty() ? ENOENT : EISDIR);
+    if (target.empty())
+        return Failed(ENOENT);
     if (isThere && !S_ISREG(old.st_mode))
-        return WriteInPlace(target.string(), text, false);
+        return WriteInPlace(target, text, false);
     // What could not be opened for writing must not be replaced either.
     if (isThere && ::access(target.c_str(), W_OK) != 0)
         return Failed(errno);
 
-    // While it is written, nobody may read it who could not read the old file.
-    Temporary temporary(target, isThere ? 0600 : 0666);
+    // Nobody may read it meanwhile who could not read the old file.
+    Temporary temporary(target, isThere ? old.st_mode & 0777 : 0666);
     if (temporary.Number() < 0) {
         const int error = errno;
-        return isThere && CanMakeNoFile(error) ? WriteInPlace(target.string(), text, true) : Failed(error);
+        return isThere && CanMakeNoFile(error) ? WriteInPlace(target, text, true) : Failed(error);
     }
     File file(temporary.Number());
     Result result;
-    if (!WriteText(file, text, result.bytes) || (isThere && !TakeOver(file.Number(), old)) ||
-        ::fsync(file.Number()) != 0 || !file.Close() || !temporary.RenameTo(target.string()))
+    if (!WriteText(file, text, result.bytes) || (isThere && !TakeOver(file.Number(), temporary.Status(), old)) ||
+        ::fsync(file.Number()) != 0 || !file.Close() || !temporary.RenameTo(target))
         return Failed(errno);
     result.isGood = true;
     return result;

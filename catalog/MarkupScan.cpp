@@ -57,6 +57,42 @@ const wchar_t *Find(const wchar_t *p, const wchar_t *end, wchar_t c)
     return end;
 }
 
+/// 1 for an odd number of bits among 16, else 0.
+unsigned Parity(unsigned bits)
+{
+    bits ^= bits >> 8;
+    bits ^= bits >> 4;
+    return 0x6996U >> (bits & 15U) & 1U;
+}
+
+/// First ">" outside quotes, or end; open: the quote that p stands in, or null.
+const wchar_t *FindTagEndAmongQuotes(const wchar_t *p, const wchar_t *end, wchar_t open)
+{
+    for (; p < end; p += kBlock) {
+        const Block block(p);
+        const unsigned doubles = block.Equal(L'"'), singles = block.Equal(L'\'');
+        const unsigned marks = doubles | singles | block.Equal(L'>');
+        for (unsigned rest = marks; rest != 0;) {
+            if (open != L'\0')
+                rest &= open == L'"' ? doubles : singles;
+            if (rest == 0)
+                break;
+            const int at = std::countr_zero(rest);
+            const unsigned behind = ~0U << at << 1;
+            if (open != L'\0') {
+                open = L'\0';
+                rest = marks & behind; // behind the closing quote all marks count again
+            } else if (((doubles | singles) >> at & 1U) != 0) {
+                open = p[at];
+                rest &= behind;
+            } else {
+                return std::min(p + at, end);
+            }
+        }
+    }
+    return end;
+}
+
 /// Behind the first occurrence of a text of 2 or 3 characters, or null.
 const wchar_t *FindBehind(const wchar_t *p, const wchar_t *end, std::wstring_view wanted)
 {
@@ -229,29 +265,19 @@ const wchar_t *FindMarkup(const wchar_t *p, const wchar_t *end)
 
 const wchar_t *FindTagEnd(const wchar_t *p, const wchar_t *end)
 {
-    wchar_t open = L'\0'; // the quote that the block starts in
+    // Most tags have double quotes only: then a ">" with an even number of them before it is the end.
+    unsigned odd = 0; // 1 when the block starts in quotes
     for (; p < end; p += kBlock) {
         const Block block(p);
-        const unsigned doubles = block.Equal(L'"'), singles = block.Equal(L'\'');
-        const unsigned marks = doubles | singles | block.Equal(L'>');
-        unsigned rest = marks;
-        while (rest != 0) {
-            if (open != L'\0') {
-                rest &= open == L'"' ? doubles : singles;
-                if (rest == 0)
-                    break;
-                const int at = std::countr_zero(rest);
-                open = L'\0';
-                // All marks behind the closing quote count again.
-                rest = marks & (~0U << at << 1);
-                continue;
-            }
-            const int at = std::countr_zero(rest);
-            if (((doubles | singles) >> at & 1U) == 0)
+        if (block.Equal(L'\'') != 0)
+            return FindTagEndAmongQuotes(p, end, odd != 0 ? L'"' : L'\0');
+        const unsigned doubles = block.Equal(L'"');
+        for (unsigned closes = block.Equal(L'>'); closes != 0; closes &= closes - 1) {
+            const int at = std::countr_zero(closes);
+            if (Parity(doubles & ((1U << at) - 1)) == odd)
                 return std::min(p + at, end);
-            open = p[at];
-            rest &= ~0U << at << 1;
         }
+        odd ^= Parity(doubles);
     }
     return end;
 }
