@@ -123,7 +123,8 @@ std::wstring CMarkup::GetNodeText() const
     const std::wstring_view whole = m_text.View().substr(offset, length);
     switch (m_nNodeType) {
     case kText:
-    case kWhiteSpace:
+    case kWhiteSpace: // an added text may have more of it behind
+        return Unescape(whole);
     case kCDataSection:
         return TokenText(ScanToken(m_text.View(), offset));
     case kProcessingInstruction:

@@ -185,6 +185,20 @@ TEST(MarkupAddNode, GoesBehindTheCurrentNode)
     EXPECT_EQ(differenceToFreshParse(document), "");
 }
 
+TEST(MarkupAddNode, ATextBeforeAnotherIsANodeOfItsOwn)
+{
+    CMarkup document;
+    document.SetText(L"<a><b/>tail</a>");
+    document.FindElement();
+    document.EnterChild();
+    document.FindElement();
+    EXPECT_TRUE(document.AddNode(CMarkup::kText, L"<"));
+    EXPECT_EQ(document.GetText(), L"<a><b/>&lt;tail</a>");
+    EXPECT_EQ(document.GetNodeText(), L"<");
+    EXPECT_EQ(document.FindNode(), CMarkup::kText);
+    EXPECT_EQ(document.GetNodeText(), L"tail");
+}
+
 TEST(MarkupAddNode, WithoutAPositionGoesToTheEnd)
 {
     CMarkup document;
