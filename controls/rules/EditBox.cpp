@@ -179,6 +179,7 @@ CEditBox::Route::Route(CEditBox &box, By by) : m_box(box)
     m_box.m_by = by;
     m_box.m_bForget = by == By::Program;
     m_box.m_bWalking = false;
+    m_box.m_history.MoveSelection(m_box.GetSel());
     m_box.RouteBegins();
 }
 

@@ -22,6 +22,8 @@ public:
 
     /// Notes the text after a step; what could be redone is gone. An unchanged text moves the selection only.
     void Record(State state);
+    /// The caret has moved since the last step.
+    void MoveSelection(Selection selection) { m_states[m_nCurrent].selection = selection; }
     /// Starts anew: there is nothing to undo.
     void Restart(State state);
     bool CanUndo() const { return m_nCurrent > 0; }

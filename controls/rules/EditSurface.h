@@ -2,7 +2,6 @@
 // toolkit. A test offers them over a string and two positions.
 #pragma once
 
-#include <compare>
 #include <string>
 
 namespace AMSEdit {

@@ -95,7 +95,7 @@ private:
     /// Puts the text in its valid form and moves the caret by the separators that have come or gone since there were
     /// oldCount: it then stands on the same digit as before.
     void AdjustSeparators(int oldCount);
-    /// The same after a replacement that may have broken the form, and nothing after one that has not.
+    /// Puts a text that a replacement has left in another form in its valid one; the caret stays behind the same digit.
     void Settle();
     void MakeSeparatorsDiffer();
     void ExchangePrefix(const std::wstring &prefix);

@@ -2,6 +2,8 @@
 #include "controls/rules/NumberText.h"
 #include "controls/rules/NumericBehavior.h"
 
+#include <algorithm>
+
 namespace AMSEdit {
 
 /// The box as a key finds it.
@@ -62,9 +64,20 @@ void NumericBehavior::EnterAndAdjust(const Key &key, int separators)
 
 void NumericBehavior::Settle()
 {
-    const std::wstring text = Edit().GetWindowText();
-    if (GetValidText() != text)
-        AdjustSeparators(CountSeparators(text));
+    const std::wstring text = Edit().GetWindowText(), valid = GetValidText();
+    if (valid == text)
+        return;
+    const auto isSeparator = [this](wchar_t character) { return character == m_chGroupSeparator; };
+    const auto sameDigit = [&](int position) {
+        auto left = position - std::count_if(text.begin(), text.begin() + position, isSeparator);
+        auto at = valid.begin();
+        for (; left > 0 && at != valid.end(); ++at)
+            left -= isSeparator(*at) ? 0 : 1;
+        return static_cast<int>(at - valid.begin());
+    };
+    const Selection selection = Edit().GetSel();
+    Edit().SetWindowText(valid);
+    Edit().SetSel(sameDigit(selection.start), sameDigit(selection.end), true);
 }
 
 void NumericBehavior::OnChar(wchar_t character, unsigned repeat, unsigned keyFlags)

@@ -7,6 +7,7 @@
 #include "controls/rules/MaskedBehavior.h"
 #include "controls/rules/NumericBehavior.h"
 
+#include <type_traits>
 #include <utility>
 
 namespace AMSEdit {
@@ -21,6 +22,7 @@ class TValidatingEdit : public Box, public Rule {
 public:
     /// ruleArguments stand behind the box in the behaviour's constructor.
     template <class... RuleArguments>
+    requires std::is_constructible_v<Rule, CEditBox &, RuleArguments...>
     explicit TValidatingEdit(RuleArguments &&...ruleArguments)
         : Box(), Rule(static_cast<CEditBox &>(*this), std::forward<RuleArguments>(ruleArguments)...)
     {
