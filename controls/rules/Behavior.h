@@ -9,16 +9,14 @@ namespace AMSEdit {
 /// What a behaviour that validates a value does when the focus leaves; they act in this order: beep, repair, message,
 /// refocus. A message is shown only where its refocus bit is set too: its names hold both bits. Bits from 0x100 up
 /// belong to each heir.
-enum KillFocusFlag : unsigned {
-    KillFocusBeepIfInvalid = 0x0001,
-    KillFocusBeepIfEmpty = 0x0002,
-    KillFocusRepairIfInvalid = 0x0004,
-    KillFocusRepairIfEmpty = 0x0008,
-    KillFocusRefocusIfInvalid = 0x0010,
-    KillFocusRefocusIfEmpty = 0x0020,
-    KillFocusMessageIfInvalid = 0x0050,
-    KillFocusMessageIfEmpty = 0x00A0,
-};
+inline constexpr unsigned KillFocusBeepIfInvalid = 0x0001;
+inline constexpr unsigned KillFocusBeepIfEmpty = 0x0002;
+inline constexpr unsigned KillFocusRepairIfInvalid = 0x0004;
+inline constexpr unsigned KillFocusRepairIfEmpty = 0x0008;
+inline constexpr unsigned KillFocusRefocusIfInvalid = 0x0010;
+inline constexpr unsigned KillFocusRefocusIfEmpty = 0x0020;
+inline constexpr unsigned KillFocusMessageIfInvalid = 0x0050;
+inline constexpr unsigned KillFocusMessageIfEmpty = 0x00A0;
 inline constexpr unsigned kKillFocusFlags = 0x00FF;
 
 /// Base of all behaviours. The box is not owned and outlives the behaviour, which is a second base of the same edit.

@@ -60,8 +60,7 @@ void NumericBehavior::SetMaxDecimalPlaces(int n)
 
 void NumericBehavior::AllowNegative(bool allow)
 {
-    const unsigned sign = CannotBeNegative;
-    ModifyFlags(allow ? 0 : sign, allow ? sign : 0);
+    ModifyFlags(allow ? 0 : CannotBeNegative, allow ? CannotBeNegative : 0);
 }
 
 void NumericBehavior::SetDigitsInGroup(int n)

@@ -11,14 +11,15 @@
 namespace AMSEdit {
 
 /// Flags of a numeric behaviour above those of the focus loss.
-enum NumericFlag : unsigned {
-    PadZerosBeforeDecimal = 0x0100, ///< at focus loss: leading zeros up to the whole digits allowed
-    PadZerosAfterDecimal = 0x0200,  ///< at focus loss: zeros up to the decimals allowed
-    NoPadIfEmpty = 0x0400,          ///< at focus loss an empty box stays empty, and nothing further happens to it
-    TrimLeadingZeros = 0x0800,      ///< at focus loss leading zeros go
-    CannotBeNegative = 0x1000,      ///< the sign is not taken
-    DecimalAfterMaxWhole = 0x2000,  ///< a digit behind a full whole part brings the decimal point with it
-};
+inline constexpr unsigned PadZerosBeforeDecimal =
+    0x0100; ///< at focus loss: leading zeros up to the whole digits allowed
+inline constexpr unsigned PadZerosAfterDecimal = 0x0200; ///< at focus loss: zeros up to the decimals allowed
+inline constexpr unsigned NoPadIfEmpty =
+    0x0400; ///< at focus loss an empty box stays empty, and nothing further happens to it
+inline constexpr unsigned TrimLeadingZeros = 0x0800; ///< at focus loss leading zeros go
+inline constexpr unsigned CannotBeNegative = 0x1000; ///< the sign is not taken
+inline constexpr unsigned DecimalAfterMaxWhole =
+    0x2000; ///< a digit behind a full whole part brings the decimal point with it
 
 /// Surplus digits are cut, never rounded: whole digits lose the tail (123456 with four becomes 1234), and so do
 /// decimals. A programmatic set is cut in the same way.

@@ -111,7 +111,7 @@ TEST(NumericSetters, SetMaxWholeDigitsAfterAllowNegativeMakesNegativesAllowedAga
     edit.SetMaxWholeDigits(4);
     EXPECT_TRUE(edit.IsNegativeAllowed());
     edit.AllowNegative(false);
-    EXPECT_EQ(edit.GetFlags(), unsigned{CannotBeNegative});
+    EXPECT_EQ(edit.GetFlags(), CannotBeNegative);
 }
 
 TEST(NumericSetters, EachSetterRedrawsOnceAndOnlyForAChange)
