@@ -120,8 +120,9 @@ void CAMSEdit::DefaultChar(const EditMessage &message)
     const auto character = static_cast<wchar_t>(message.code);
     const bool printable = IsPrintable(character);
     // The key goes to the toolkit once, and only where it stands for this character alone.
-    if (m_pKeyEvent &&
-        (printable ? ToWide(m_pKeyEvent->text()) == std::wstring_view(&character, 1) : !entersText(*m_pKeyEvent)))
+    const QString keyText = m_pKeyEvent ? m_pKeyEvent->text() : QString();
+    const bool isKey = keyText.size() == 1 && keyText.front().unicode() == message.code;
+    if (m_pKeyEvent && (printable ? isKey : !entersText(*m_pKeyEvent)))
         QLineEdit::keyPressEvent(std::exchange(m_pKeyEvent, nullptr));
     else if (printable)
         QLineEdit::insert(ToQString(std::wstring(1, character)));

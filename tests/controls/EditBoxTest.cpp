@@ -91,7 +91,7 @@ TEST(EditBox, ARuleWithoutAFixedPointDoesNotHangTheBox)
 TEST(EditBox, APlatformThatCutsTheTextIsNotAskedAgainAndAgain)
 {
     NumericEdit edit;
-    edit.maxLength = 3;
+    edit.SetMaxLength(3);
     edit.SetWindowText(L"123456");
     EXPECT_EQ(edit.GetText(), L"123");
     EXPECT_EQ(edit.sets, 2);
@@ -132,19 +132,19 @@ TEST(EditBox, CutCopiesFirstAndThenRemovesTheSelection)
     edit.journal.clear();
     edit.OnCut();
     EXPECT_EQ(edit.Picture(), L"1|4");
-    EXPECT_EQ(edit.clipboard, L"23");
+    EXPECT_EQ(edit.Clipboard(), L"23");
     EXPECT_THAT(edit.journal, ElementsAre(L"copy"));
 }
 
 TEST(EditBox, CutOnABareCaretChangesNothingAndCopiesNothing)
 {
     NumericEdit edit;
-    edit.clipboard = L"before";
+    edit.SetClipboard(L"before");
     sequence::Place(edit, L"1|234");
     edit.journal.clear();
     edit.OnCut();
     EXPECT_EQ(edit.Picture(), L"1|234");
-    EXPECT_EQ(edit.clipboard, L"before");
+    EXPECT_EQ(edit.Clipboard(), L"before");
     EXPECT_THAT(edit.journal, IsEmpty());
 }
 
@@ -153,7 +153,7 @@ TEST(EditBox, CutPassesByTheKeyRulesAndTheFilter)
     NumericEdit edit;
     edit.SetPrefix(L"$ ");
     sequence::Run(edit, L"[$_]12", L"<Cut>>|12~");
-    EXPECT_EQ(edit.clipboard, L"$ ");
+    EXPECT_EQ(edit.Clipboard(), L"$ ");
 }
 
 TEST(EditBox, ACutCannotBeUndone)
@@ -190,34 +190,34 @@ TEST(EditBox, ClearOnABareCaretDoesNotDeleteTheNextCharacter)
 TEST(EditBox, APasteOfValidTextLeavesTheCaretBehindIt)
 {
     NumericEdit edit;
-    edit.clipboard = L"56";
+    edit.SetClipboard(L"56");
     sequence::Run(edit, L"1[2]3", L"<Paste>>156|3");
 }
 
 TEST(EditBox, APasteOfInvalidTextLeavesTheValidFormAndTheSelectionOfBefore)
 {
     NumericEdit edit;
-    edit.clipboard = L"5x6";
+    edit.SetClipboard(L"5x6");
     sequence::Run(edit, L"1[2]3", L"<Paste>>1[5]63");
-    edit.clipboard = L"x";
+    edit.SetClipboard(L"x");
     sequence::Run(edit, L"12|3", L"<Paste>>12|3");
-    edit.clipboard = L"abc";
+    edit.SetClipboard(L"abc");
     sequence::Run(edit, L"[12]", L"<Paste>>|");
 }
 
 TEST(EditBox, APasteIsOneStepOfUndo)
 {
     NumericEdit edit;
-    edit.clipboard = L"5x6";
+    edit.SetClipboard(L"5x6");
     sequence::Run(edit, L"|", L"1>1| <Paste>>1|56 <Undo>>1| <Undo>>|");
 }
 
 TEST(EditBox, APasteIntoAReadOnlyBoxChangesNothing)
 {
     NumericEdit edit;
-    edit.clipboard = L"5";
+    edit.SetClipboard(L"5");
     sequence::Place(edit, L"1|2");
-    edit.readOnly = true;
+    edit.SetReadOnly(true);
     edit.OnPaste(0, 0);
     EXPECT_EQ(edit.Picture(), L"1|2");
 }
@@ -350,8 +350,8 @@ TEST(EditColours, ReadOnlyAndDisabledBoxesAnswerAsWell)
 {
     FakeEditBox box;
     box.SetBackgroundColor(0x00FFFF);
-    box.readOnly = true;
-    box.enabled = false;
+    box.SetReadOnly(true);
+    box.SetEnabled(false);
     EXPECT_EQ(box.OnCtlColor(), (PaintColours{std::nullopt, 0x00FFFF}));
 }
 
@@ -456,7 +456,7 @@ TEST(BehaviorDefaults, WhatABehaviourDoesNotHandleGoesToThePlatform)
         }
     };
     FakeEditBox box;
-    box.clipboard = L"p";
+    box.SetClipboard(L"p");
     Bare rule(box);
     rule.OnChar(L'a', 2, 3);
     rule.OnKeyDown(kKeyHome, 4, 5);

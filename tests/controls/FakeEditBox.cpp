@@ -6,16 +6,6 @@
 
 using namespace AMSEdit;
 
-std::wstring FakeEditBox::Picture() const
-{
-    std::wstring picture = m_text;
-    const auto [start, end] = m_selection;
-    if (m_selection.IsCaret())
-        return picture.insert(static_cast<std::size_t>(start), L"|");
-    picture.insert(static_cast<std::size_t>(end), L"]");
-    return picture.insert(static_cast<std::size_t>(start), L"[");
-}
-
 void FakeEditBox::SetSel(int start, int end, bool noScroll)
 {
     start = std::clamp(start, 0, Length());
@@ -46,7 +36,7 @@ void FakeEditBox::PlatformSetText(const std::wstring &text)
 {
     ++sets;
     journal.push_back(L"set:" + text);
-    m_text = text.substr(0, maxLength);
+    m_text = text.substr(0, m_maxLength);
     m_selection = {0, 0};
 }
 
@@ -54,7 +44,7 @@ void FakeEditBox::PlatformReplaceSel(const std::wstring &text)
 {
     const auto [start, end] = m_selection;
     m_text.erase(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
-    const std::wstring fitting = text.substr(0, maxLength - std::min(maxLength, m_text.size()));
+    const std::wstring fitting = text.substr(0, m_maxLength - std::min(m_maxLength, m_text.size()));
     m_text.insert(static_cast<std::size_t>(start), fitting);
     PlaceCaret(start + static_cast<int>(fitting.size()));
 }
@@ -62,8 +52,8 @@ void FakeEditBox::PlatformReplaceSel(const std::wstring &text)
 void FakeEditBox::PlatformCopy()
 {
     journal.push_back(L"copy");
-    clipboard = m_text.substr(static_cast<std::size_t>(m_selection.start),
-                              static_cast<std::size_t>(m_selection.end - m_selection.start));
+    m_clipboard = m_text.substr(static_cast<std::size_t>(m_selection.start),
+                                static_cast<std::size_t>(m_selection.end - m_selection.start));
 }
 
 void FakeEditBox::Default(const EditMessage &message)
@@ -72,14 +62,14 @@ void FakeEditBox::Default(const EditMessage &message)
     const auto character = static_cast<wchar_t>(message.code);
     switch (message.kind) {
     case EditMessage::Kind::Paste:
-        if (!readOnly && !clipboard.empty())
-            PlatformReplaceSel(clipboard);
+        if (!m_readOnly && !m_clipboard.empty())
+            PlatformReplaceSel(m_clipboard);
         break;
     case EditMessage::Kind::KeyDown:
         DefaultKey(message.code);
         break;
     case EditMessage::Kind::Char:
-        if (readOnly)
+        if (m_readOnly)
             break;
         if (IsPrintable(character)) {
             PlatformReplaceSel(std::wstring(1, character));
@@ -113,7 +103,7 @@ void FakeEditBox::DefaultKey(unsigned key)
         PlaceCaret(Length());
         break;
     case kKeyDelete:
-        if (readOnly)
+        if (m_readOnly)
             break;
         if (m_selection.IsCaret() && end < Length())
             m_selection.end += 1;

@@ -4,19 +4,25 @@
 
 #include "controls/rules/EditBox.h"
 
+#include "tests/controls/Picture.h"
+
 #include <string>
 #include <vector>
 
 class FakeEditBox : public AMSEdit::CEditBox {
 public:
-    // What a test sets and reads.
-    std::wstring clipboard;
-    bool readOnly = false;
-    bool enabled = true;
+    // What a test sets.
     bool exists = true;
-    std::size_t maxLength = std::wstring::npos; ///< longer text is cut, as a platform would
     AMSEdit::ColorRef desktopText = 0x000000;
     AMSEdit::ColorRef desktopBackground = 0xFFFFFF;
+    void SetReadOnly(bool readOnly) { m_readOnly = readOnly; }
+    void SetEnabled(bool enabled) { m_enabled = enabled; }
+    /// Longer text is cut, as a platform would.
+    void SetMaxLength(int length) { m_maxLength = static_cast<std::size_t>(length); }
+    void SetClipboard(const std::wstring &text) { m_clipboard = text; }
+
+    // What a test reads.
+    const std::wstring &Clipboard() const { return m_clipboard; }
     int beeps = 0;
     int sets = 0;     ///< texts set as a whole
     int repaints = 0; ///< for a changed colour
@@ -26,15 +32,24 @@ public:
     std::vector<std::wstring> journal; ///< beep, message, focus, set:TEXT, copy in their order
     std::vector<AMSEdit::EditMessage> defaults;
 
+    // What a user does.
+    void Type(wchar_t character) { OnChar(character, 1, 0); }
+    void PressKey(unsigned key) { OnKeyDown(key, 1, 0); }
+    void PressCut() { OnCut(); }
+    void PressPaste() { OnPaste(0, 0); }
+    void PressClear() { OnClear(); }
+    void PressUndo() { OnUndo(); }
+    void PressRedo() { OnRedo(); }
+
     void PlaceCaret(int position) { SetSel(position, position, true); }
     /// Text and selection as a picture: "12|34" for a caret, "1[23]4" for a selection.
-    std::wstring Picture() const;
+    std::wstring Picture() const { return PictureOf(*this); }
 
     std::wstring GetWindowText() const override { return m_text; }
     AMSEdit::Selection GetSel() const override { return m_selection; }
     void SetSel(int start, int end, bool noScroll = false) override;
-    unsigned GetStyle() const override { return readOnly ? AMSEdit::kStyleReadOnly : 0; }
-    bool IsWindowEnabled() const override { return enabled; }
+    unsigned GetStyle() const override { return m_readOnly ? AMSEdit::kStyleReadOnly : 0; }
+    bool IsWindowEnabled() const override { return m_enabled; }
     bool IsWindow() const override { return exists; }
     void SetFocus() override;
     void Default(const AMSEdit::EditMessage &message) override;
@@ -55,4 +70,8 @@ private:
 
     std::wstring m_text;
     AMSEdit::Selection m_selection;
+    std::wstring m_clipboard;
+    std::size_t m_maxLength = std::wstring::npos;
+    bool m_readOnly = false;
+    bool m_enabled = true;
 };

@@ -5,7 +5,7 @@
 // "~" behind a picture: the text is not in its valid form then, as the rules tell.
 #pragma once
 
-#include "tests/controls/FakeEditBox.h"
+#include "tests/controls/SequenceBox.h"
 
 #include <gtest/gtest.h>
 
@@ -62,21 +62,21 @@ void Press(Edit &edit, const std::wstring &key)
         {L"<End>", kKeyEnd},    {L"<Up>", kKeyUp},     {L"<Down>", kKeyDown},
     };
     if (key.size() == 1)
-        edit.OnChar(key == L"_" ? L' ' : key[0], 1, 0);
+        edit.Type(key == L"_" ? L' ' : key[0]);
     else if (key == L"<BS>")
-        edit.OnChar(kKeyBackspace, 1, 0);
+        edit.Type(kKeyBackspace);
     else if (key == L"<Cut>")
-        edit.OnCut();
+        edit.PressCut();
     else if (key == L"<Paste>")
-        edit.OnPaste(0, 0);
+        edit.PressPaste();
     else if (key == L"<Clear>")
-        edit.OnClear();
+        edit.PressClear();
     else if (key == L"<Undo>")
-        edit.OnUndo();
+        edit.PressUndo();
     else if (key == L"<Redo>")
-        edit.OnRedo();
+        edit.PressRedo();
     else if (keys.contains(key))
-        edit.OnKeyDown(keys.at(key), 1, 0);
+        edit.PressKey(keys.at(key));
     else
         FAIL() << "no such key: " << Narrow(key);
 }

@@ -11,9 +11,9 @@ using sequence::RunAll;
 
 namespace {
 
-using AlphanumericEdit = TAlphanumericEdit<FakeEditBox>;
-using MaskedEdit = TMaskedEdit<FakeEditBox>;
-using MultiMaskedEdit = TMultiMaskedEdit<FakeEditBox>;
+using AlphanumericEdit = TAlphanumericEdit<SequenceBox>;
+using MaskedEdit = TMaskedEdit<SequenceBox>;
+using MultiMaskedEdit = TMultiMaskedEdit<SequenceBox>;
 const CNoRegionalSettings kNoSettings;
 
 int isDigit(wchar_t character)
@@ -115,9 +115,9 @@ TEST(Alphanumeric, ASetterRedrawsOnlyForAChange)
 TEST(Alphanumeric, APasteIsReducedToItsValidForm)
 {
     AlphanumericEdit edit(5, std::wstring(L"x"));
-    edit.clipboard = L"1x2";
+    edit.SetClipboard(L"1x2");
     sequence::Run(edit, L"a|bc", L"<Paste>>a|12b");
-    edit.clipboard = L"12";
+    edit.SetClipboard(L"12");
     sequence::Run(edit, L"a|bc", L"<Paste>>a12|bc");
 }
 
@@ -134,7 +134,7 @@ TEST(Alphanumeric, AReadOnlyBoxIgnoresKeysAndDoesNotBeep)
 {
     AlphanumericEdit edit(3, std::wstring(L"x"));
     edit.SetWindowText(L"ab");
-    edit.readOnly = true;
+    edit.SetReadOnly(true);
     for (const wchar_t character : std::wstring(L"cx\b"))
         edit.OnChar(character, 1, 0);
     EXPECT_EQ(edit.GetText(), L"ab");
@@ -335,7 +335,7 @@ TEST(Masked, AReadOnlyBoxIgnoresKeys)
 {
     auto edit = Masked(L"##/##")();
     sequence::Place(*edit, L"12|");
-    edit->readOnly = true;
+    edit->SetReadOnly(true);
     for (const wchar_t character : std::wstring(L"3/\b"))
         edit->OnChar(character, 1, 0);
     EXPECT_EQ(edit->Picture(), L"12|");
@@ -354,7 +354,7 @@ TEST(Masked, TheHookRefusesWhatTheRulesAccept)
 TEST(Masked, ABoxTooShortForItsMaskDoesNotHang)
 {
     auto edit = Masked(L"#////#")();
-    edit->maxLength = 1;
+    edit->SetMaxLength(1);
     sequence::Place(*edit, L"1|");
     edit->OnChar(L'2', 1, 0);
     EXPECT_EQ(edit->GetText(), L"1");
@@ -424,7 +424,7 @@ TEST(MultiMasked, ANumericMaskRoutesEverythingToTheNumber)
     edit.SetMask(L"$ ###,###.##");
     sequence::Run(edit, L"|", L"1>$_1| 2>$_12| 3>$_123| 4>$_1,234| %>$_1,234| <BS>>$_123|");
     sequence::Run(edit, L"|$_12", L"<Del>>|$_12");
-    edit.clipboard = L"1x2";
+    edit.SetClipboard(L"1x2");
     sequence::Run(edit, L"|", L"<Paste>>|$_12");
     edit.NumericBehavior::ModifyFlags(PadZerosAfterDecimal, 0);
     edit.OnKillFocus(nullptr);

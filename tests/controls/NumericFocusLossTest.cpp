@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kUnset = 1.7976931348623157e308;
 
-class NumericEdit : public TNumericEdit<FakeEditBox> {
+class NumericEdit : public TNumericEdit<SequenceBox> {
 public:
     explicit NumericEdit(int whole = 4, int places = 3, const IRegionalSettings &settings = CNoRegionalSettings())
         : TValidatingEdit(whole, places, settings)
@@ -368,7 +368,7 @@ TEST(NumericRange, ADisabledBoxCountsAsValid)
 {
     NumericEdit edit;
     edit.SetRange(1, 5);
-    edit.enabled = false;
+    edit.SetEnabled(false);
     EXPECT_TRUE(edit.CheckIfValid(true));
     EXPECT_THAT(edit.messages, IsEmpty());
     EXPECT_FALSE(edit.IsValid());

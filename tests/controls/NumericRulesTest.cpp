@@ -1,8 +1,8 @@
 // What a numeric edit holds: its setters, its valid form, masks, values, and what the regional settings give it.
 #include "controls/rules/ValidatingEdit.h"
 
-#include "tests/controls/FakeEditBox.h"
 #include "tests/controls/PinnedSettings.h"
+#include "tests/controls/SequenceBox.h"
 
 #include <gmock/gmock.h>
 
@@ -13,7 +13,7 @@ using namespace AMSEdit;
 
 namespace {
 
-class NumericEdit : public TNumericEdit<FakeEditBox> {
+class NumericEdit : public TNumericEdit<SequenceBox> {
 public:
     explicit NumericEdit(int whole = 9, int places = 4, const IRegionalSettings &settings = CNoRegionalSettings())
         : TValidatingEdit(whole, places, settings)

@@ -11,7 +11,7 @@ using sequence::RunAll;
 
 namespace {
 
-using NumericEdit = TNumericEdit<FakeEditBox>;
+using NumericEdit = TNumericEdit<SequenceBox>;
 const CNoRegionalSettings kNoSettings;
 
 /// What a box allows; the rest is at its default.
@@ -353,11 +353,11 @@ TEST(NumericTyping, AReadOnlyBoxIgnoresKeys)
 {
     auto edit = Numeric(kMoney)();
     edit->SetWindowText(L"12");
-    edit->readOnly = true;
+    edit->SetReadOnly(true);
     for (const wchar_t *start : {L"$_1|2", L"|$_12", L"$_[12]"}) {
-        edit->readOnly = false;
+        edit->SetReadOnly(false);
         sequence::Place(*edit, start);
-        edit->readOnly = true;
+        edit->SetReadOnly(true);
         for (const wchar_t character : std::wstring(L"5.-$ \b"))
             edit->OnChar(character, 1, 0);
         EXPECT_EQ(sequence::Shown(edit->Picture()), start);

@@ -1,0 +1,668 @@
+// Every way by which text comes into a validating edit on the real widget.
+#include "controls/AMSEdits.h"
+#include "controls/WideText.h"
+#include "controls/rules/ValidatingEdit.h"
+
+#include "tests/controls/EditOps.h"
+#include "tests/controls/FakeEditBox.h"
+#include "tests/controls/WidgetEditBox.h"
+
+#include <gmock/gmock.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <random>
+
+using namespace AMSEdit;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+const CNoRegionalSettings kNoSettings;
+
+class NumericEdit : public TNumericEdit<WidgetEditBox> {
+public:
+    explicit NumericEdit(int whole = 9, int places = 4) : TValidatingEdit(whole, places, kNoSettings) {}
+};
+
+class AlphanumericEdit : public TAlphanumericEdit<WidgetEditBox> {
+public:
+    explicit AlphanumericEdit(int maxCharacters = 0) : TValidatingEdit(maxCharacters, std::wstring(L"%")) {}
+};
+
+void press(QWidget &widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString &text = {})
+{
+    QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
+    QApplication::sendEvent(&widget, &event);
+}
+
+void place(CAMSEdit &edit, const wchar_t *text, int start, int end)
+{
+    edit.SetWindowText(text);
+    edit.SetSel(start, end);
+}
+
+void drop(CAMSEdit &edit, const QString &text, QPointF where)
+{
+    QMimeData data;
+    data.setText(text);
+    QDropEvent event(where, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&edit, &event);
+}
+
+void trigger(CAMSEdit &edit, const char *action)
+{
+    const std::unique_ptr<QMenu> menu(edit.createStandardContextMenu());
+    auto *found = menu->findChild<QAction *>(QLatin1String(action));
+    ASSERT_NE(found, nullptr) << action;
+    found->trigger();
+}
+
+/// The texts that a listener hears of.
+struct Heard {
+    explicit Heard(QLineEdit &edit)
+    {
+        QObject::connect(&edit, &QLineEdit::textChanged, [this](const QString &text) { changed.push_back(text); });
+        QObject::connect(&edit, &QLineEdit::textEdited, [this](const QString &text) { edited.push_back(text); });
+    }
+    std::vector<QString> changed, edited;
+};
+
+/// Two edits in a window, the first with the focus.
+template <class First, class Second>
+struct Pair {
+    QWidget window;
+    First first;
+    Second second;
+
+    Pair()
+    {
+        auto *layout = new QVBoxLayout(&window);
+        layout->addWidget(&first);
+        layout->addWidget(&second);
+        window.show();
+        window.activateWindow();
+        QApplication::processEvents();
+        first.setFocus();
+        QApplication::processEvents();
+    }
+    ~Pair()
+    {
+        first.setParent(nullptr);
+        second.setParent(nullptr);
+    }
+};
+
+} // namespace
+
+// Keys
+
+TEST(EditRoutes, AKeyOfSeveralCharactersEntersEachByTheRules)
+{
+    NumericEdit edit;
+    press(edit, 0, Qt::NoModifier, QStringLiteral("1a2.5"));
+    EXPECT_EQ(edit.Picture(), L"12.5|");
+}
+
+TEST(EditRoutes, KeysWithControlEnterNothing)
+{
+    NumericEdit edit;
+    press(edit, Qt::Key_1, Qt::ControlModifier, QStringLiteral("1"));
+    press(edit, Qt::Key_1, Qt::ControlModifier | Qt::ShiftModifier, QStringLiteral("1"));
+    EXPECT_EQ(edit.text(), QString());
+    press(edit, Qt::Key_1, Qt::KeypadModifier, QStringLiteral("1"));
+    EXPECT_EQ(edit.text(), QStringLiteral("1"));
+}
+
+TEST(EditRoutes, WordsAndLinesAreDeletedByTheRules)
+{
+    NumericEdit edit;
+    edit.SetDigitsInGroup(3);
+    edit.SetPrefix(L"$ ");
+    place(edit, L"1234567", 11, 11);
+    press(edit, Qt::Key_Backspace, Qt::ControlModifier);
+    EXPECT_EQ(edit.GetText(), edit.GetValidText());
+    EXPECT_LT(edit.GetText().size(), 11u);
+    place(edit, L"1234567", 2, 2);
+    press(edit, Qt::Key_Delete, Qt::ControlModifier);
+    EXPECT_EQ(edit.GetText(), edit.GetValidText());
+    place(edit, L"1234567", 0, 0);
+    press(edit, Qt::Key_Delete, Qt::ControlModifier);
+    EXPECT_EQ(edit.GetText(), L"$ 1,234,567") << "the prefix cannot be deleted alone";
+    place(edit, L"1234567", 4, 4);
+    press(edit, Qt::Key_K, Qt::ControlModifier);
+    EXPECT_EQ(edit.Picture(), L"$ 1|");
+    EXPECT_EQ(edit.Clipboard(), L"234,567");
+    place(edit, L"1234567", 4, 4);
+    press(edit, Qt::Key_U, Qt::ControlModifier);
+    EXPECT_EQ(edit.GetText(), L"");
+}
+
+TEST(EditRoutes, ASelectionMadeWithShiftIsReplaced)
+{
+    NumericEdit edit;
+    place(edit, L"1234", 4, 4);
+    press(edit, Qt::Key_Left, Qt::ShiftModifier);
+    press(edit, Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_EQ(edit.Picture(), L"12[34]");
+    press(edit, Qt::Key_5, Qt::NoModifier, QStringLiteral("5"));
+    EXPECT_EQ(edit.Picture(), L"125|");
+}
+
+TEST(EditRoutes, KeysThatTheBoxHasNoUseForGoOn)
+{
+    NumericEdit edit;
+    for (const int key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_Escape, Qt::Key_F5}) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(&edit, &event);
+        EXPECT_FALSE(event.isAccepted()) << key;
+    }
+    QKeyEvent refused(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
+    QApplication::sendEvent(&edit, &refused);
+    EXPECT_TRUE(refused.isAccepted()) << "a refused character is dropped here";
+}
+
+TEST(EditRoutes, AReadOnlyBoxTakesNothingByAnyRoute)
+{
+    NumericEdit edit;
+    place(edit, L"123", 1, 2);
+    edit.setReadOnly(true);
+    edit.SetClipboard(L"9");
+    press(edit, Qt::Key_5, Qt::NoModifier, QStringLiteral("5"));
+    press(edit, Qt::Key_Backspace, Qt::NoModifier, QStringLiteral("\b"));
+    press(edit, Qt::Key_Delete);
+    edit.PressCut();
+    edit.PressPaste();
+    edit.PressUndo();
+    edit.cut();
+    edit.paste();
+    edit.undo();
+    edit.clearSelection();
+    drop(edit, QStringLiteral("7"), QPointF(2, 2));
+    QInputMethodEvent commit;
+    commit.setCommitString(QStringLiteral("8"));
+    QApplication::sendEvent(&edit, &commit);
+    EXPECT_EQ(edit.GetText(), L"123");
+    EXPECT_EQ(edit.Clipboard(), L"9");
+
+    const std::unique_ptr<QMenu> menu(edit.createStandardContextMenu());
+    for (const char *name : {"undo", "redo", "cut", "paste", "clear"})
+        EXPECT_FALSE(menu->findChild<QAction *>(QLatin1String(name))->isEnabled()) << name;
+}
+
+// Clipboard, drop, menu
+
+TEST(EditRoutes, PasteByKeySlotAndMenu)
+{
+    for (int way = 0; way < 4; ++way) {
+        NumericEdit edit(4, 2);
+        place(edit, L"1", 1, 1);
+        edit.SetClipboard(L"2x3456");
+        if (way == 0)
+            edit.PressPaste();
+        else if (way == 1)
+            edit.paste();
+        else if (way == 2)
+            trigger(edit, "paste");
+        else
+            press(edit, Qt::Key_Insert, Qt::ShiftModifier);
+        EXPECT_EQ(edit.Picture(), L"1|234") << way;
+    }
+}
+
+TEST(EditRoutes, CutByKeySlotAndMenu)
+{
+    for (int way = 0; way < 4; ++way) {
+        NumericEdit edit;
+        place(edit, L"1234", 1, 3);
+        if (way == 0)
+            edit.PressCut();
+        else if (way == 1)
+            edit.cut();
+        else if (way == 2)
+            trigger(edit, "cut");
+        else
+            press(edit, Qt::Key_Delete, Qt::ShiftModifier);
+        EXPECT_EQ(edit.Picture(), L"1|4") << way;
+        EXPECT_EQ(edit.Clipboard(), L"23") << way;
+    }
+}
+
+TEST(EditRoutes, TheMenuClearsCopiesSelectsAndWalksBack)
+{
+    NumericEdit edit;
+    edit.SetPrefix(L"$ ");
+    place(edit, L"1234", 0, 4);
+    trigger(edit, "clear");
+    EXPECT_EQ(edit.Picture(), L"[$ 12]34") << "the prefix cannot be deleted alone";
+    edit.SetSel(3, 5);
+    trigger(edit, "copy");
+    EXPECT_EQ(edit.Clipboard(), L"23");
+    trigger(edit, "clear");
+    EXPECT_EQ(edit.Picture(), L"$ 1|4");
+    trigger(edit, "undo");
+    EXPECT_EQ(edit.GetText(), L"$ 1234");
+    trigger(edit, "redo");
+    EXPECT_EQ(edit.GetText(), L"$ 14");
+    trigger(edit, "select-all");
+    EXPECT_EQ(edit.Picture(), L"[$ 14]");
+}
+
+TEST(EditRoutes, TheMenuOffersWhatIsPossible)
+{
+    NumericEdit edit;
+    edit.SetClipboard(L"");
+    const auto enabled = [&] {
+        std::vector<std::string> names;
+        const std::unique_ptr<QMenu> menu(edit.createStandardContextMenu());
+        for (const QAction *action : menu->actions()) {
+            if (action->isEnabled() && !action->isSeparator())
+                names.push_back(action->objectName().toStdString());
+        }
+        return names;
+    };
+    EXPECT_THAT(enabled(), IsEmpty());
+    edit.Type(L'1');
+    EXPECT_THAT(enabled(), ElementsAre("undo", "select-all"));
+    edit.PressUndo();
+    EXPECT_THAT(enabled(), ElementsAre("redo"));
+    edit.PressRedo();
+    edit.SetClipboard(L"5");
+    edit.selectAll();
+    EXPECT_THAT(enabled(), ElementsAre("undo", "cut", "copy", "paste", "clear"));
+}
+
+TEST(EditRoutes, TheContextMenuEventShowsThatMenu)
+{
+    NumericEdit edit;
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
+    QApplication::sendEvent(&edit, &event);
+    auto *menu = edit.findChild<QMenu *>(QStringLiteral("qt_edit_menu"));
+    ASSERT_NE(menu, nullptr);
+    EXPECT_TRUE(menu->testAttribute(Qt::WA_DeleteOnClose));
+    delete menu;
+}
+
+TEST(EditRoutes, DroppedTextIsReducedToItsValidForm)
+{
+    NumericEdit edit(4, 2);
+    edit.resize(200, 30);
+    place(edit, L"1", 1, 1);
+    drop(edit, QStringLiteral("a2b3456"), QPointF(190, 15));
+    EXPECT_EQ(edit.GetText(), L"1234");
+    place(edit, L"1", 1, 1);
+    drop(edit, QStringLiteral("2"), QPointF(190, 15));
+    EXPECT_EQ(edit.GetText(), L"12");
+    edit.PressUndo();
+    EXPECT_EQ(edit.GetText(), L"1");
+}
+
+TEST(EditRoutes, AMiddleButtonIsHandledAsAPaste)
+{
+    NumericEdit edit;
+    place(edit, L"12", 1, 1);
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, QPointF(2, 2), QPointF(2, 2), Qt::MiddleButton, Qt::MiddleButton, Qt::NoModifier);
+        QApplication::sendEvent(&edit, &event);
+    }
+    ASSERT_FALSE(edit.defaults.empty());
+    EXPECT_EQ(edit.defaults.back().kind, EditMessage::Kind::Paste);
+    EXPECT_EQ(edit.GetText(), L"12");
+}
+
+// Input methods
+
+TEST(EditRoutes, CommittedTextIsTypedCharacterByCharacter)
+{
+    NumericEdit edit(4, 2);
+    edit.SetDigitsInGroup(3);
+    QInputMethodEvent event;
+    event.setCommitString(QStringLiteral("1x2345"));
+    QApplication::sendEvent(&edit, &event);
+    EXPECT_EQ(edit.Picture(), L"1,234|");
+    edit.PressUndo();
+    EXPECT_EQ(edit.GetText(), L"") << "one step";
+}
+
+TEST(EditRoutes, TextUnderCompositionIsNotTheBoxsText)
+{
+    NumericEdit edit;
+    place(edit, L"12", 1, 1);
+    QInputMethodEvent composing(QStringLiteral("abc"), {});
+    QApplication::sendEvent(&edit, &composing);
+    EXPECT_EQ(edit.GetText(), L"12");
+    EXPECT_TRUE(edit.displayText().contains(QStringLiteral("12")) || !edit.displayText().isEmpty());
+    QInputMethodEvent commit;
+    commit.setCommitString(QStringLiteral("3"));
+    QApplication::sendEvent(&edit, &commit);
+    EXPECT_EQ(edit.Picture(), L"13|2");
+}
+
+TEST(EditRoutes, CompositionOverASelectionLeavesAValidText)
+{
+    NumericEdit edit;
+    edit.SetDigitsInGroup(3);
+    place(edit, L"1234567", 0, 3);
+    QInputMethodEvent composing(QStringLiteral("a"), {});
+    QApplication::sendEvent(&edit, &composing);
+    EXPECT_EQ(edit.GetText(), L"34,567");
+}
+
+TEST(EditRoutes, ReplacedTextIsReducedToItsValidForm)
+{
+    NumericEdit edit;
+    place(edit, L"123", 3, 3);
+    QInputMethodEvent event;
+    event.setCommitString(QStringLiteral("x9"), -2, 2);
+    QApplication::sendEvent(&edit, &event);
+    EXPECT_EQ(edit.GetText(), L"19");
+}
+
+// From code
+
+TEST(EditRoutes, SetsFromCodeAreReducedByEveryName)
+{
+    NumericEdit edit(4, 2);
+    edit.setText(QStringLiteral("a12345"));
+    EXPECT_EQ(edit.GetText(), L"1234");
+    QLineEdit &plain = edit;
+    plain.setText(QStringLiteral("b56.789"));
+    EXPECT_EQ(edit.GetText(), L"56.78");
+    edit.setProperty("text", QStringLiteral("7c7"));
+    EXPECT_EQ(edit.GetText(), L"77");
+    plain.insert(QStringLiteral("x8"));
+    EXPECT_EQ(edit.GetText(), L"778");
+    edit.SetDigitsInGroup(3);
+    QMetaObject::invokeMethod(&edit, "setText", Q_ARG(QString, QStringLiteral("1234")));
+    EXPECT_EQ(edit.GetText(), L"1,234");
+    plain.backspace();
+    EXPECT_EQ(edit.GetText(), L"123");
+    plain.undo();
+    EXPECT_EQ(edit.GetText(), edit.GetValidText());
+    edit.clear();
+    EXPECT_EQ(edit.GetText(), L"");
+    EXPECT_FALSE(edit.isUndoAvailable());
+}
+
+TEST(EditRoutes, ListenersHearOfTheTextOnceAndInItsFinalForm)
+{
+    NumericEdit edit;
+    edit.SetDigitsInGroup(3);
+    place(edit, L"123", 3, 3);
+    const Heard heard(edit);
+    edit.Type(L'4');
+    EXPECT_THAT(heard.changed, ElementsAre("1,234"));
+    EXPECT_THAT(heard.edited, ElementsAre("1,234"));
+    edit.Type(L'x');
+    EXPECT_THAT(heard.changed, testing::SizeIs(1)) << "a dropped key changes nothing";
+    edit.setText(QStringLiteral("a5b"));
+    EXPECT_THAT(heard.changed, ElementsAre("1,234", "5"));
+    EXPECT_THAT(heard.edited, ElementsAre("1,234")) << "set by the program";
+    EXPECT_FALSE(edit.isModified());
+    edit.SetClipboard(L"x6");
+    edit.PressPaste();
+    EXPECT_THAT(heard.changed, ElementsAre("1,234", "5", "56"));
+    EXPECT_THAT(heard.edited, ElementsAre("1,234", "56"));
+    EXPECT_TRUE(edit.isModified());
+}
+
+TEST(EditRoutes, ListenersOfACallPastTheBoxHearOfTheFinalFormLast)
+{
+    NumericEdit edit;
+    const Heard heard(edit);
+    static_cast<QLineEdit &>(edit).setText(QStringLiteral("a5b"));
+    QApplication::processEvents();
+    ASSERT_FALSE(heard.changed.empty());
+    EXPECT_EQ(heard.changed.back(), QStringLiteral("5"));
+}
+
+TEST(EditRoutes, ACutIsToldAsItIsLeft)
+{
+    NumericEdit edit;
+    edit.SetDigitsInGroup(3);
+    place(edit, L"123456", 4, 7);
+    const Heard heard(edit);
+    edit.PressCut();
+    QApplication::processEvents();
+    EXPECT_EQ(edit.GetText(), L"123,");
+    EXPECT_THAT(heard.changed, ElementsAre("123,"));
+}
+
+TEST(EditRoutes, CaretAndSelectionAreToldOnce)
+{
+    NumericEdit edit;
+    edit.SetDigitsInGroup(3);
+    place(edit, L"123", 3, 3);
+    std::vector<std::pair<int, int>> moves;
+    int selections = 0;
+    QObject::connect(&edit, &QLineEdit::cursorPositionChanged, [&](int from, int to) { moves.emplace_back(from, to); });
+    QObject::connect(&edit, &QLineEdit::selectionChanged, [&] { ++selections; });
+    edit.Type(L'4');
+    EXPECT_THAT(moves, ElementsAre(std::pair(3, 5)));
+    EXPECT_EQ(selections, 0);
+    edit.SetSel(0, 2);
+    EXPECT_EQ(selections, 1);
+}
+
+// Characters of two halves
+
+TEST(EditRoutes, PositionsAreCountedInWholeCharacters)
+{
+    AlphanumericEdit edit(3);
+    const std::wstring smile(1, L'\U0001F600');
+    edit.SetWindowText(L"a" + smile + L"b");
+    EXPECT_EQ(edit.text().size(), 4);
+    edit.SetSel(2, 3);
+    EXPECT_EQ(edit.GetSel(), (Selection{2, 3}));
+    EXPECT_EQ(edit.selectedText(), QStringLiteral("b"));
+    edit.SetSel(1, 2);
+    EXPECT_EQ(ToWide(edit.selectedText()), smile);
+    edit.SetSel(0, 0);
+    edit.Type(L'\U0001F600');
+    EXPECT_EQ(edit.GetText(), smile + smile + L"b") << "a full box overwrites a whole character";
+    EXPECT_EQ(edit.GetSel(), (Selection{1, 1}));
+    edit.SetWindowText(smile + smile + smile + smile);
+    EXPECT_EQ(edit.GetText(), smile + smile + smile) << "none is halved";
+    edit.SetWindowText(L"");
+    edit.Type(L'\U0001F600');
+    EXPECT_EQ(edit.GetText(), smile);
+}
+
+// Focus
+
+TEST(EditFocus, LossPadsAndTellsThatEditingIsFinished)
+{
+    Pair<NumericEdit, NumericEdit> pair;
+    ASSERT_TRUE(pair.first.hasFocus());
+    pair.first.ModifyFlags(PadZerosAfterDecimal, 0);
+    int finished = 0;
+    QObject::connect(&pair.first, &QLineEdit::editingFinished, [&] { ++finished; });
+    pair.first.Type(L'5');
+    pair.second.setFocus();
+    EXPECT_EQ(pair.first.GetText(), L"5.0000");
+    EXPECT_EQ(finished, 1);
+    EXPECT_TRUE(pair.second.hasFocus());
+}
+
+TEST(EditFocus, AListenerMaySetTheBoxWhenEditingIsFinished)
+{
+    Pair<NumericEdit, NumericEdit> pair;
+    QObject::connect(&pair.first, &QLineEdit::editingFinished, [&] { pair.first.SetDouble(7, true); });
+    pair.first.Type(L'5');
+    const Heard heard(pair.first);
+    pair.second.setFocus();
+    EXPECT_EQ(pair.first.GetText(), L"7");
+    EXPECT_THAT(heard.edited, IsEmpty());
+}
+
+TEST(EditFocus, AnInvalidValueTakesTheFocusBack)
+{
+    Pair<NumericEdit, NumericEdit> pair;
+    pair.first.SetRange(1, 5);
+    pair.first.ModifyFlags(KillFocusRefocusIfInvalid, 0);
+    pair.first.SetWindowText(L"9");
+    pair.second.setFocus();
+    QApplication::processEvents();
+    EXPECT_TRUE(pair.first.hasFocus());
+    EXPECT_EQ(pair.first.focusTakes, 1);
+}
+
+TEST(EditFocus, TwoBoxesDoNotFightForTheFocus)
+{
+    Pair<NumericEdit, NumericEdit> pair;
+    for (NumericEdit *edit : {&pair.first, &pair.second}) {
+        edit->SetRange(1, 5);
+        edit->ModifyFlags(KillFocusMessageIfEmpty | KillFocusBeepIfEmpty, 0);
+    }
+    pair.second.setFocus();
+    for (int i = 0; i < 10; ++i)
+        QApplication::processEvents();
+    EXPECT_TRUE(pair.first.hasFocus());
+    EXPECT_EQ(pair.first.messages.size(), 1u);
+    EXPECT_THAT(pair.second.messages, IsEmpty());
+    EXPECT_EQ(pair.second.beeps, 0);
+}
+
+TEST(EditFocus, APopUpTakesNoFocus)
+{
+    NumericEdit edit;
+    edit.ModifyFlags(KillFocusBeepIfEmpty, 0);
+    for (const auto reason : {Qt::PopupFocusReason, Qt::MenuBarFocusReason}) {
+        QFocusEvent event(QEvent::FocusOut, reason);
+        QApplication::sendEvent(&edit, &event);
+    }
+    EXPECT_EQ(edit.beeps, 0);
+    QFocusEvent event(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(&edit, &event);
+    EXPECT_EQ(edit.beeps, 1);
+}
+
+TEST(EditFocus, TheMessageIsAModalBoxWithTheWarningIcon)
+{
+    const ToolkitForTests toolkit;
+    CAMSNumericEdit edit(9, 4, kNoSettings);
+    edit.SetRange(1, 5);
+    QString shown;
+    bool warns = false, modal = false;
+    QTimer::singleShot(0, [&] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            shown = box->text();
+            warns = box->icon() == QMessageBox::Warning;
+            modal = box->isModal();
+            box->accept();
+        }
+    });
+    EXPECT_FALSE(edit.CheckIfValid(true));
+    EXPECT_EQ(shown, QStringLiteral("Please specify a numeric value between 1 and 5."));
+    EXPECT_TRUE(warns);
+    EXPECT_TRUE(modal);
+}
+
+// The edits of the family
+
+TEST(EditFamily, EachIsConstructedAsTold)
+{
+    const ToolkitForTests toolkit;
+    QWidget parent;
+    const auto *numeric = new CAMSNumericEdit(&parent);
+    EXPECT_EQ(numeric->parentWidget(), &parent);
+    EXPECT_EQ(numeric->GetMaxWholeDigits(), 9);
+    EXPECT_EQ(numeric->GetMaxDecimalPlaces(), 4);
+    CAMSIntegerEdit integer(5, kNoSettings);
+    EXPECT_EQ(integer.GetMaxWholeDigits(), 5);
+    EXPECT_EQ(integer.GetMaxDecimalPlaces(), 0);
+    integer.SetWindowText(L"12.5");
+    EXPECT_EQ(integer.GetText(), L"12");
+    CAMSCurrencyEdit currency(kNoSettings);
+    EXPECT_EQ(currency.GetFlags(), 0xE00u);
+    currency.SetWindowText(L"1234.5");
+    EXPECT_EQ(currency.GetText(), L"$1,234.5");
+    currency.OnKillFocus(nullptr);
+    EXPECT_EQ(currency.GetText(), L"$1,234.50");
+    CAMSAlphanumericEdit alphanumeric(3, L"x");
+    alphanumeric.SetWindowText(L"axbc");
+    EXPECT_EQ(alphanumeric.GetText(), L"ab");
+    CAMSMaskedEdit masked(L"##/##");
+    masked.GetSymbolArray() = {Symbol(L'#', [](wchar_t c) { return c >= L'0' && c <= L'9' ? 1 : 0; })};
+    masked.SetWindowText(L"123");
+    EXPECT_EQ(masked.GetText(), L"12/3");
+    CAMSMultiMaskedEdit multi(kNoSettings);
+    multi.SetMask(L"###");
+    multi.SetWindowText(L"a1234");
+    EXPECT_EQ(multi.GetText(), L"123");
+}
+
+TEST(EditFamily, EachIsFoundByItsOwnClass)
+{
+    const ToolkitForTests toolkit;
+    QWidget parent;
+    new CAMSNumericEdit(9, 4, kNoSettings, &parent);
+    new CAMSCurrencyEdit(kNoSettings, &parent);
+    new CAMSAlphanumericEdit(0, L"", &parent);
+    EXPECT_EQ(parent.findChildren<CAMSNumericEdit *>().size(), 2);
+    EXPECT_EQ(parent.findChildren<CAMSCurrencyEdit *>().size(), 1);
+    EXPECT_EQ(parent.findChildren<CAMSMaskedEdit *>().size(), 0);
+    EXPECT_EQ(parent.findChildren<CAMSEdit *>().size(), 3);
+}
+
+TEST(EditFamily, ADialogsFieldIsSetUpInItsOrder)
+{
+    const ToolkitForTests toolkit;
+    CAMSNumericEdit edit(9, 4);
+    edit.SetMaxWholeDigits(4);
+    edit.SetMaxDecimalPlaces(4);
+    edit.SetSeparators(L'.', L',');
+    edit.AllowNegative(false);
+    edit.SetRange(0.0, 1.0);
+    EXPECT_EQ(edit.GetFlags(), CannotBeNegative);
+    edit.SetDouble(12345.678912, true);
+    EXPECT_EQ(edit.GetText(), L"1234.6789");
+    EXPECT_EQ(edit.GetDouble(), 1234.6789);
+    edit.OnKillFocus(nullptr);
+    EXPECT_EQ(edit.GetText(), L"1234.6789") << "the range is never enforced";
+}
+
+// The widget and the fake box are one
+
+TEST(EditRoutes, TheWidgetDoesWhatTheFakeBoxDoesWithAnyKeys)
+{
+    const unsigned seed = 20240517;
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    int useful = 0;
+    for (int round = 0; round < 150; ++round) {
+        class Fake : public TNumericEdit<FakeEditBox> {
+        public:
+            Fake() : TValidatingEdit(6, 2, kNoSettings) {}
+        } fake;
+        NumericEdit widget(6, 2);
+        for (NumericBehavior *edit : std::initializer_list<NumericBehavior *>{&fake, &widget}) {
+            edit->SetDigitsInGroup(round % 4);
+            edit->SetPrefix(round % 3 == 0 ? L"$ " : L"");
+            edit->ModifyFlags(round % 5 == 0 ? DecimalAfterMaxWhole | PadZerosAfterDecimal : 0, 0);
+        }
+        std::vector<std::uint8_t> data(120);
+        std::ranges::generate(data, [&] { return static_cast<std::uint8_t>(random()); });
+        edit_ops::Bytes bytes(data.data(), data.size());
+        while (!bytes.AtEnd()) {
+            const edit_ops::Op op = edit_ops::NextOp(bytes);
+            const std::wstring before = fake.Picture();
+            edit_ops::Apply(fake, op);
+            edit_ops::Apply(widget, op);
+            useful += fake.Picture() != before ? 1 : 0;
+            ASSERT_EQ(widget.Picture(), fake.Picture())
+                << "round " << round << " kind " << static_cast<int>(op.kind) << " character "
+                << static_cast<unsigned>(op.character) << " key " << op.key << " from " << before;
+        }
+    }
+    EXPECT_GT(useful, 2000);
+}
