@@ -138,7 +138,11 @@ void CAMSEdit::DefaultKeyDown(const EditMessage &message)
     const bool underWay =
         m_pKeyEvent && !entersText(*m_pKeyEvent) &&
         (m_pKeyEvent->key() == key->first || (message.code == kKeyDelete && m_pKeyEvent->key() != Qt::Key_Backspace));
-    if (underWay) {
+    const bool plain = !underWay || (m_pKeyEvent->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (hasSelectedText() && plain && (message.code == kKeyLeft || message.code == kKeyRight)) {
+        // A plain arrow goes to that end of the selection; the toolkit would step on from the caret.
+        setCursorPosition(message.code == kKeyLeft ? selectionStart() : selectionEnd());
+    } else if (underWay) {
         QLineEdit::keyPressEvent(std::exchange(m_pKeyEvent, nullptr));
     } else {
         QKeyEvent event(QEvent::KeyPress, key->first, Qt::NoModifier);
@@ -149,7 +153,7 @@ void CAMSEdit::DefaultKeyDown(const EditMessage &message)
 void CAMSEdit::inputMethodEvent(QInputMethodEvent *event)
 {
     if (isReadOnly()) {
-        QLineEdit::inputMethodEvent(event);
+        event->ignore();
         return;
     }
     if (event->replacementLength() > 0) {

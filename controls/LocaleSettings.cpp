@@ -54,7 +54,9 @@ int symbolPosition(const QString &amount, const QString &symbol)
 
 QString CLocaleSettings::Answer(RegionalQuery query) const
 {
-    const QString symbol = m_locale.currencySymbol();
+    QString symbol = m_locale.currencySymbol();
+    if (symbol.isEmpty()) // some languages of a country name none
+        symbol = m_locale.currencySymbol(QLocale::CurrencyIsoCode);
     switch (query) {
     case RegionalQuery::DecimalPoint:
     case RegionalQuery::MoneyDecimalPoint:

@@ -49,7 +49,7 @@ struct Op {
     wchar_t character = 0;
     unsigned key = 0;
     int start = 0, end = 0;
-    std::wstring text;
+    std::wstring text = {};
 };
 
 /// Kind::Setter is the caller's to read on.

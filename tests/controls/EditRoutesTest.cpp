@@ -55,6 +55,8 @@ void drop(CAMSEdit &edit, const QString &text, QPointF where)
 {
     QMimeData data;
     data.setText(text);
+    QDragEnterEvent enter(where.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&edit, &enter);
     QDropEvent event(where, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&edit, &event);
 }
@@ -123,7 +125,7 @@ TEST(EditRoutes, KeysWithControlEnterNothing)
     EXPECT_EQ(edit.text(), QStringLiteral("1"));
 }
 
-TEST(EditRoutes, WordsAndLinesAreDeletedByTheRules)
+TEST(EditRoutes, WordsAreDeletedByTheRules)
 {
     NumericEdit edit;
     edit.SetDigitsInGroup(3);
@@ -138,12 +140,23 @@ TEST(EditRoutes, WordsAndLinesAreDeletedByTheRules)
     place(edit, L"1234567", 0, 0);
     press(edit, Qt::Key_Delete, Qt::ControlModifier);
     EXPECT_EQ(edit.GetText(), L"$ 1,234,567") << "the prefix cannot be deleted alone";
+}
+
+TEST(EditRoutes, LinesAreDeletedByTheRulesWhereTheDesktopHasKeysForIt)
+{
+    NumericEdit edit;
+    const auto endOfLine = QKeySequence::keyBindings(QKeySequence::DeleteEndOfLine);
+    const auto wholeLine = QKeySequence::keyBindings(QKeySequence::DeleteCompleteLine);
+    if (endOfLine.isEmpty() || wholeLine.isEmpty())
+        GTEST_SKIP() << "this platform has no keys that delete lines";
+    edit.SetDigitsInGroup(3);
+    edit.SetPrefix(L"$ ");
     place(edit, L"1234567", 4, 4);
-    press(edit, Qt::Key_K, Qt::ControlModifier);
+    press(edit, endOfLine[0][0].key(), endOfLine[0][0].keyboardModifiers());
     EXPECT_EQ(edit.Picture(), L"$ 1|");
     EXPECT_EQ(edit.Clipboard(), L"234,567");
     place(edit, L"1234567", 4, 4);
-    press(edit, Qt::Key_U, Qt::ControlModifier);
+    press(edit, wholeLine[0][0].key(), wholeLine[0][0].keyboardModifiers());
     EXPECT_EQ(edit.GetText(), L"");
 }
 

@@ -53,7 +53,7 @@ TEST(LocaleSettings, Currencies)
     for (const Row &row : {Row{"en_US", L"$", L"0", L"2", L"3"}, Row{"de_DE", L"\u20ac", L"3", L"2", L"3"},
                            Row{"es_PA", L"B/.", L"0", L"2", L"3"}, Row{"da_DK", L"kr.", L"3", L"2", L"3"},
                            Row{"hi_IN", L"\u20b9", L"0", L"2", L"3"}, Row{"ja_JP", L"\uffe5", L"0", L"0", L"3"},
-                           Row{"de_CH", L"CHF", L"2", L"2", L"3"}}) {
+                           Row{"nl_NL", L"\u20ac", L"2", L"2", L"3"}, Row{"it_CH", L"CHF", L"3", L"2", L"3"}}) {
         EXPECT_EQ(answer(row.locale, Query::CurrencySymbol), row.symbol) << row.locale;
         EXPECT_EQ(answer(row.locale, Query::MoneySymbolPosition), row.position) << row.locale;
         EXPECT_EQ(answer(row.locale, Query::MoneyDecimalPlaces), row.places) << row.locale;
