@@ -44,6 +44,9 @@ public:
     unsigned GetFlags() const { return m_nFlags; }
 
 protected:
+    /// For an heir that shares its base with other heirs: it names its box by Bind, as its first act.
+    Behavior() = default;
+    void Bind(CEditBox &edit) { m_pEdit = &edit; }
     /// The base character handler: the platform enters the character, or does what a control character stands for.
     void DefaultChar(wchar_t character, unsigned repeat, unsigned keyFlags);
     CEditBox &Edit() const { return *m_pEdit; }
@@ -74,7 +77,7 @@ protected:
     }
 
 private:
-    CEditBox *m_pEdit;
+    CEditBox *m_pEdit = nullptr;
     unsigned m_nFlags = 0;
 };
 

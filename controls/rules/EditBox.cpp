@@ -61,6 +61,7 @@ std::optional<PaintColours> CEditBox::OnCtlColor()
 
 void CEditBox::Redraw()
 {
+    ++m_nRules;
     if (!IsWindow())
         return;
     const std::wstring valid = GetValidText();
@@ -124,7 +125,10 @@ void CEditBox::Walk(std::optional<CEditHistory::State> (CEditHistory::*step)())
         return;
     const Route route(*this);
     m_bWalking = true;
-    SetWindowText(state->text);
+    if (state->rules == m_nRules)
+        PlatformSetText(state->text);
+    else
+        SetWindowText(state->text);
     SetSel(state->selection.start, state->selection.end);
 }
 

@@ -59,7 +59,8 @@ public:
     void OnCut();
     /// Removes the selection by the rules of the Delete key. A bare caret: nothing.
     void OnClear();
-    /// Back or forth by one step of the user; the text found there is put in its valid form. Nothing at the ends.
+    /// Back or forth by one step of the user. A text of the present rules comes back as it was, half typed too; one
+    /// from before a change of the rules is put in its valid form. Nothing at the ends.
     void OnUndo();
     void OnRedo();
     bool CanUndo() const { return m_history.CanUndo(); }
@@ -104,13 +105,14 @@ protected:
     virtual void RouteEnds(Route::By) {}
 
 private:
-    CEditHistory::State Now() const { return {GetWindowText(), GetSel()}; }
+    CEditHistory::State Now() const { return {GetWindowText(), GetSel(), m_nRules}; }
     void Walk(std::optional<CEditHistory::State> (CEditHistory::*step)());
 
     std::optional<ColorRef> m_brush;
     ColorRef m_crText = 0;
     std::uint32_t m_nInternalFlags = 0;
     CEditHistory m_history;
+    unsigned m_nRules = 0; ///< counts the redraws: every change of a rule ends in one
     int m_nRoutes = 0;
     Route::By m_by = Route::By::User;
     bool m_bForget = false;  ///< the step now under way can't be undone

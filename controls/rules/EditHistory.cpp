@@ -7,7 +7,7 @@ namespace AMSEdit {
 void CEditHistory::Record(State state)
 {
     if (state.text == Text()) {
-        m_states[m_nCurrent].selection = state.selection;
+        m_states[m_nCurrent] = std::move(state);
         return;
     }
     m_states.resize(m_nCurrent + 1);

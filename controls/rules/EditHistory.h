@@ -15,12 +15,13 @@ public:
     struct State {
         std::wstring text;
         Selection selection;
+        unsigned rules = 0; ///< the rules that the text was entered under
         bool operator==(const State &) const = default;
     };
     /// Older steps are forgotten.
     static constexpr std::size_t kMaxSteps = 200;
 
-    /// Notes the text after a step; what could be redone is gone. An unchanged text moves the selection only.
+    /// Notes the text after a step; what could be redone is gone. An unchanged text takes the new selection and rules.
     void Record(State state);
     /// The caret has moved since the last step.
     void MoveSelection(Selection selection) { m_states[m_nCurrent].selection = selection; }

@@ -16,7 +16,6 @@ namespace AMSEdit {
 enum RoutedMessage : unsigned { kRouteChar = 1, kRouteKeyDown = 2, kRouteKillFocus = 4 };
 
 /// An edit on a box of any platform. An heir vetoes characters by overriding ShouldEnter.
-/// A behaviour that is a virtual heir of Behavior is joined in the same way, by an heir that also constructs Behavior.
 template <class Box, class Rule, unsigned Routes>
 class TValidatingEdit : public Box, public Rule {
 public:
