@@ -69,10 +69,16 @@ void CAMSEdit::keyPressEvent(QKeyEvent *event)
             OnChar(character, 1, 0);
         return;
     }
-    if (HandleCommandKey(event))
-        return;
+    // These keys alone are no command of the desktop, which takes long to find out.
+    const bool alone = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     const auto found = std::ranges::find(kKeys, event->key(), &std::pair<int, EditKey>::first);
-    if (found != kKeys.end())
+    if (alone && event->key() == Qt::Key_Backspace)
+        OnChar(kKeyBackspace, 1, 0);
+    else if (alone && found != kKeys.end())
+        OnKeyDown(found->second, 1, 0);
+    else if (HandleCommandKey(event))
+        return;
+    else if (found != kKeys.end())
         OnKeyDown(found->second, 1, 0);
     else
         QLineEdit::keyPressEvent(event);

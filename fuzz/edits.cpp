@@ -32,10 +32,9 @@ void requireCaretInside(const CEditBox &edit)
 }
 
 /// True where the rules promise the valid form whatever the text was before.
-bool setsWholeText(Op::Kind kind, bool changed)
+bool setsWholeText(Op::Kind kind)
 {
-    const bool walks = kind == Op::Kind::Undo || kind == Op::Kind::Redo;
-    return kind == Op::Kind::Paste || kind == Op::Kind::Set || kind == Op::Kind::Setter || (walks && changed);
+    return kind == Op::Kind::Paste || kind == Op::Kind::Set || kind == Op::Kind::Setter;
 }
 
 /// A box without its journal, which would only grow.
@@ -65,7 +64,7 @@ void run(Edit &edit, Bytes &bytes, Setter setter, MayBeOpen mayBeOpen)
         edit.Forget();
         requireCaretInside(edit);
         const std::wstring text = edit.GetText();
-        const bool whole = setsWholeText(op.kind, text != before);
+        const bool whole = setsWholeText(op.kind);
         cut = op.kind == Op::Kind::Cut ? cut || text != before : cut && !whole;
         const bool settled = edit.GetValidText() == text;
         if (settled)
