@@ -322,14 +322,19 @@ TEST(EditRoutes, DroppedTextIsReducedToItsValidForm)
 TEST(EditRoutes, AMiddleButtonIsHandledAsAPaste)
 {
     NumericEdit edit;
-    place(edit, L"12", 1, 1);
+    place(edit, L"12", 2, 2);
+    const bool hasSelection = QApplication::clipboard()->supportsSelection();
+    if (hasSelection)
+        QApplication::clipboard()->setText(QStringLiteral("a3b"), QClipboard::Selection);
+    edit.defaults.clear();
     for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
         QMouseEvent event(type, QPointF(2, 2), QPointF(2, 2), Qt::MiddleButton, Qt::MiddleButton, Qt::NoModifier);
         QApplication::sendEvent(&edit, &event);
     }
     ASSERT_FALSE(edit.defaults.empty());
     EXPECT_EQ(edit.defaults.back().kind, EditMessage::Kind::Paste);
-    EXPECT_EQ(edit.GetText(), L"12");
+    EXPECT_EQ(edit.GetText().size(), hasSelection ? 3u : 2u);
+    EXPECT_EQ(edit.GetText(), edit.GetValidText());
 }
 
 // Input methods
