@@ -120,11 +120,11 @@ void CEditBox::OnRedo()
 
 void CEditBox::Walk(std::optional<CEditHistory::State> (CEditHistory::*step)())
 {
+    const Route route(*this); // notes the caret of the state that is left
+    m_bWalking = true;
     const auto state = (m_history.*step)();
     if (!state)
         return;
-    const Route route(*this);
-    m_bWalking = true;
     if (state->rules == m_nRules)
         PlatformSetText(state->text);
     else
