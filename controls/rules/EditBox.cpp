@@ -190,9 +190,13 @@ CEditBox::Route::Route(CEditBox &box, By by) : m_box(box)
 CEditBox::Route::~Route()
 {
     if (m_box.m_nRoutes == 1) {
-        if (m_box.m_bForget)
-            m_box.m_history.Restart(m_box.Now());
-        else if (!m_box.m_bWalking)
+        if (m_box.m_bForget) {
+            // What a cut has left may be no text of the rules, and undo does not bring it back as it is.
+            CEditHistory::State start = m_box.Now();
+            --start.rules;
+            m_box.m_history.Restart(std::move(start));
+        }
+        if (!m_box.m_bForget && !m_box.m_bWalking)
             m_box.m_history.Record(m_box.Now());
     }
     if (--m_box.m_nRoutes == 0)

@@ -7,7 +7,7 @@ namespace AMSEdit {
 void CEditHistory::Record(State state)
 {
     if (state.text == Text()) {
-        m_states[m_nCurrent] = std::move(state);
+        MoveSelection(state.selection);
         return;
     }
     m_states.resize(m_nCurrent + 1);

@@ -21,7 +21,7 @@ public:
     /// Older steps are forgotten.
     static constexpr std::size_t kMaxSteps = 200;
 
-    /// Notes the text after a step; what could be redone is gone. An unchanged text takes the new selection and rules.
+    /// Notes the text after a step; what could be redone is gone. An unchanged text moves the selection only.
     void Record(State state);
     /// The caret has moved since the last step.
     void MoveSelection(Selection selection) { m_states[m_nCurrent].selection = selection; }

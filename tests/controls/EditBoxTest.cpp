@@ -168,6 +168,13 @@ TEST(EditBox, ACutCannotBeUndone)
     EXPECT_EQ(edit.GetText(), L"3");
 }
 
+TEST(EditBox, UndoBringsWhatACutHasLeftInItsValidForm)
+{
+    NumericEdit edit;
+    edit.SetDigitsInGroup(3);
+    sequence::Run(edit, L"123,[456]", L"<Cut>>123,|~ 7>1,237| <Undo>>123|");
+}
+
 TEST(EditBox, ClearIsTheDeleteKeyOfTheSelection)
 {
     NumericEdit edit;
