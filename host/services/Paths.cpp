@@ -1,5 +1,7 @@
 #include "host/services/Paths.h"
 
+#include "host/drawing/dxf/AtomicFile.h"
+
 #include <array>
 #include <cstdlib>
 
@@ -85,11 +87,14 @@ fs::path Paths::supportFile(const fs::path &name) const
     if (shipped.empty() || !isFile(shipped))
         return {};
     for (const std::string_view written : kWrittenFiles) {
-        std::error_code error;
         if (name != written || users.empty())
             continue;
+        // All of it or nothing: half a file of the user's would win from then on.
+        const ReadFileResult read = readWholeFile(shipped);
+        const std::string_view pieces[] = {read.bytes};
+        std::error_code error;
         fs::create_directories(users.parent_path(), error);
-        if (!error && fs::copy_file(shipped, users, error) && !error)
+        if (read && !error && writeFileAtomically(users, pieces, false))
             return users;
     }
     return shipped;

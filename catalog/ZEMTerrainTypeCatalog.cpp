@@ -1,0 +1,198 @@
+#include "catalog/ZEMTerrainTypeCatalog.h"
+
+#include "catalog/NameCoding.h"
+#include "catalog/NumberText.h"
+#include "contracts/CoreServices.h"
+
+#include <locale.h>
+#include <unordered_set>
+#include <wctype.h>
+
+namespace {
+
+constexpr wchar_t kFileName[] = L"ZEMXTerrainType.cfg";
+constexpr wchar_t kDictionary[] = L"ZEMX_TERRAINTYPE";
+constexpr wchar_t kKey[] = L"TT_DEFINITION";
+constexpr wchar_t kTemplate[] = L"<?xml version=\"1.0\" encoding=\"utf-8\" ?><Terrains></Terrains>";
+constexpr wchar_t kRoot[] = L"Terrains";
+constexpr wchar_t kTerrain[] = L"Terrain";
+constexpr wchar_t kName[] = L"name";
+constexpr wchar_t kFlow[] = L"flow";
+constexpr short kTextCode = 1;
+
+/// The text in small letters, in all alphabets and whatever the program's locale.
+std::wstring Folded(std::wstring text)
+{
+    static const locale_t letters = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    for (wchar_t &c : text)
+        c = static_cast<wchar_t>(letters ? towlower_l(static_cast<wint_t>(c), letters)
+                                         : towlower(static_cast<wint_t>(c)));
+    return text;
+}
+
+} // namespace
+
+bool CZEMTerrainTypeCatalog::FindTerrains()
+{
+    Rewind();
+    return FindElement(kRoot);
+}
+
+bool CZEMTerrainTypeCatalog::FindNextTerrain()
+{
+    return FindChildElement(kTerrain);
+}
+
+std::wstring CZEMTerrainTypeCatalog::ChildName(const CAnsiCodePage &page) const
+{
+    return DecodeName(GetChildAttribute(kName), page);
+}
+
+/// Makes the first entry of that name the child; on a miss the last entry is.
+bool CZEMTerrainTypeCatalog::FindTerrain(const std::wstring &name, const CAnsiCodePage &page)
+{
+    if (!FindTerrains())
+        return false;
+    const std::wstring wanted = Folded(name);
+    while (FindNextTerrain())
+        if (Folded(ChildName(page)) == wanted)
+            return true;
+    return false;
+}
+
+bool CZEMTerrainTypeCatalog::Load()
+{
+    std::wstring text;
+    if (!CZEMCDictionaryPtr(AcDb::kForRead).dctRead(kDictionary, kKey, text, false))
+        text = kTemplate;
+    SetText(text);
+    std::wstring path;
+    if (acedFindFile(kFileName, path) != RTNORM)
+        return false;
+    CZEMTerrainTypeCatalog file;
+    file.CMarkup::Load(path);
+    if (!file.FindTerrains())
+        return false;
+    if (FindTerrains()) // else there is no place for an entry, and the record stays as it is
+        AddFrom(file);
+    return true;
+}
+
+/// Takes over each entry of the file's list whose name this one does not have.
+void CZEMTerrainTypeCatalog::AddFrom(CZEMTerrainTypeCatalog &file)
+{
+    const CAnsiCodePage &page = CAnsiCodePage::OfSetting();
+    std::unordered_set<std::wstring> known;
+    while (FindNextTerrain())
+        known.insert(Folded(ChildName(page)));
+    while (file.FindNextTerrain()) {
+        if (!known.insert(Folded(file.ChildName(page))).second)
+            continue;
+        FindTerrains(); // no child: the entry goes to the front
+        InsertChildFragment(file.GetChildFragment());
+        SaveToDrawing();
+    }
+}
+
+bool CZEMTerrainTypeCatalog::SaveToDrawing()
+{
+    Rewind();
+    CZEMCDictionaryPtr record(AcDb::kForRead);
+    record.upgradeOpen();
+    return record.dctWrite(kDictionary, kKey, std::wstring(GetText()), false, true, kTextCode);
+}
+
+bool CZEMTerrainTypeCatalog::SaveToFile()
+{
+    std::wstring path;
+    if (acedFindFile(kFileName, path) != RTNORM) {
+        path = ZEMGis::CModuleConfiguration::Instance()->GetPath(L"Support");
+        if (path.empty())
+            return false;
+        path += kFileName;
+    }
+    CMarkup::Save(path);
+    return true;
+}
+
+bool CZEMTerrainTypeCatalog::Save()
+{
+    SaveToDrawing();
+    SaveToFile();
+    return true;
+}
+
+bool CZEMTerrainTypeCatalog::GetTerrainNames(CStringArray &names)
+{
+    if (!FindTerrains())
+        return false;
+    const CAnsiCodePage &page = CAnsiCodePage::OfSetting();
+    bool any = false;
+    for (; FindNextTerrain(); any = true)
+        names.push_back(ChildName(page));
+    return any;
+}
+
+bool CZEMTerrainTypeCatalog::GetTerrains(CStringArray &names, AcArray<double> &flows)
+{
+    if (!FindTerrains())
+        return false;
+    const CAnsiCodePage &page = CAnsiCodePage::OfSetting();
+    bool any = false;
+    for (; FindNextTerrain(); any = true) {
+        names.push_back(ChildName(page));
+        flows.push_back(ReadDouble(GetChildAttribute(kFlow)).value);
+    }
+    return any;
+}
+
+bool CZEMTerrainTypeCatalog::GetFlow(std::wstring name, double &flow)
+{
+    if (!FindTerrains())
+        return false;
+    const CAnsiCodePage &page = CAnsiCodePage::OfSetting();
+    name = Folded(std::move(name));
+    bool any = false;
+    for (; FindNextTerrain(); any = true)
+        if (Folded(ChildName(page)) == name)
+            flow = ReadDouble(GetChildAttribute(kFlow)).value;
+    return any;
+}
+
+bool CZEMTerrainTypeCatalog::SetFlow(std::wstring name, double flow)
+{
+    return FindTerrain(name, CAnsiCodePage::OfSetting()) && SetChildAttribute(kFlow, FourDecimals(flow));
+}
+
+bool CZEMTerrainTypeCatalog::SetTerrain(std::wstring name, double flow)
+{
+    if (!FindTerrains())
+        return false;
+    const CAnsiCodePage &page = CAnsiCodePage::OfSetting();
+    const std::wstring flowText = FourDecimals(flow);
+    while (FindNextTerrain()) {
+        if (ChildName(page) != name)
+            continue;
+        EnterChild();
+        if (SetAttribute(kFlow, flowText))
+            return true;
+        LeaveElement();
+        while (FindNextTerrain()) // its tag can't be written to: a new one behind the last
+            continue;
+        break;
+    }
+    if (!AddChildElement(kTerrain))
+        return false;
+    SetChildAttribute(kName, EncodeName(name, page));
+    SetChildAttribute(kFlow, flowText);
+    return true;
+}
+
+bool CZEMTerrainTypeCatalog::RemoveTerrain(std::wstring name)
+{
+    const bool found = FindTerrain(name, CAnsiCodePage::OfSetting());
+    // Also without a match: what goes is then the entry at which the search ended.
+    LeaveElement();
+    RemoveChildElement();
+    return found;
+}

@@ -1,0 +1,110 @@
+#include "catalog/NumberText.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <locale>
+
+TEST(ReadDouble, StopsAtTheFirstCharacterThatCantBelongToANumber)
+{
+    struct Row {
+        const wchar_t *text;
+        double value;
+        std::size_t length;
+    };
+    const Row rows[] = {
+        {L"0.3500", 0.35, 6},  {L"0.35abc", 0.35, 4}, {L"-1.5e2x", -150.0, 6}, {L"+2", 2.0, 2},  {L".5", 0.5, 2},
+        {L"5.", 5.0, 2},       {L"1.2.3", 1.2, 3},    {L"1e", 1.0, 1},         {L"1e+", 1.0, 1}, {L"1E-1", 0.1, 4},
+        {L" \t\r\n7", 7.0, 5}, {L"0,9", 0.0, 1},      {L"0x10", 0.0, 1},       {L"1 2", 1.0, 1},
+    };
+    for (const Row &row : rows) {
+        EXPECT_EQ(ReadDouble(row.text).value, row.value) << testing::PrintToString(row.text);
+        EXPECT_EQ(ReadDouble(row.text).length, row.length) << testing::PrintToString(row.text);
+    }
+}
+
+TEST(ReadDouble, GivesNothingWhereNoNumberStarts)
+{
+    for (const wchar_t *text : {L"", L" ", L"abc", L"-", L"+", L".", L"-.", L"e5", L"inf", L"nan", L"- 1", L"٣"}) {
+        EXPECT_EQ(ReadDouble(text).value, 0.0) << testing::PrintToString(text);
+        EXPECT_EQ(ReadDouble(text).length, 0u) << testing::PrintToString(text);
+    }
+}
+
+TEST(ReadDouble, BeyondTheRangeOfADoubleIsInfiniteOrZero)
+{
+    EXPECT_EQ(ReadDouble(L"1e999").value, std::numeric_limits<double>::infinity());
+    EXPECT_EQ(ReadDouble(L"-1e999").value, -std::numeric_limits<double>::infinity());
+    EXPECT_EQ(ReadDouble(L"1e-999").value, 0.0);
+}
+
+TEST(ReadInt, StopsAtTheFirstCharacterThatIsNoDigit)
+{
+    EXPECT_EQ(ReadInt(L"100"), 100);
+    EXPECT_EQ(ReadInt(L" 130 l/s"), 130);
+    EXPECT_EQ(ReadInt(L"180.9"), 180);
+    EXPECT_EQ(ReadInt(L"-25"), -25);
+    EXPECT_EQ(ReadInt(L"+7"), 7);
+    EXPECT_EQ(ReadInt(L"x5"), 0);
+    EXPECT_EQ(ReadInt(L""), 0);
+    EXPECT_EQ(ReadInt(L"99999999999999999999"), std::numeric_limits<int>::max());
+    EXPECT_EQ(ReadInt(L"-99999999999999999999"), std::numeric_limits<int>::min());
+}
+
+TEST(ParseNumber, ACommaCountsAsAPoint)
+{
+    EXPECT_EQ(ParseNumber(L"0,35"), 0.35);
+    EXPECT_EQ(ParseNumber(L"0.35"), 0.35);
+    EXPECT_EQ(ParseNumber(L"1,2,3"), kMissingNumber) << "two of them leave something over";
+}
+
+TEST(ParseNumber, BlanksAtTheEndDontCount)
+{
+    EXPECT_EQ(ParseNumber(L"12   "), 12.0);
+    EXPECT_EQ(ParseNumber(L"  12 "), 12.0) << "those before a number belong to it";
+    EXPECT_EQ(ParseNumber(L"12\t"), kMissingNumber) << "only blanks are trimmed";
+}
+
+TEST(ParseNumber, AnEmptyTextGivesTheMarker)
+{
+    EXPECT_EQ(ParseNumber(L""), -1000000.0);
+    EXPECT_EQ(ParseNumber(L"    "), -1000000.0);
+}
+
+TEST(ParseNumber, AnythingBehindTheNumberGivesTheMarker)
+{
+    for (const wchar_t *text : {L"0.5a", L"0.5 m", L"abc", L"1e", L"-", L"0x10", L"nan", L"1;2"})
+        EXPECT_EQ(ParseNumber(text), -1000000.0) << testing::PrintToString(text);
+    EXPECT_EQ(ParseNumber(L"-1e-2"), -0.01);
+}
+
+namespace {
+
+/// Numbers as central Europe writes them.
+class CDecimalComma : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+};
+
+} // namespace
+
+TEST(Numbers, TheProgramsLocaleHasNoSay)
+{
+    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new CDecimalComma));
+    const std::wstring written = FourDecimals(1234.5);
+    const double read = ParseNumber(L"1234.5");
+    std::locale::global(before);
+    EXPECT_EQ(written, L"1234.5000");
+    EXPECT_EQ(read, 1234.5);
+}
+
+TEST(FourDecimals, AreAlwaysWritten)
+{
+    EXPECT_EQ(FourDecimals(0.35), L"0.3500");
+    EXPECT_EQ(FourDecimals(0.0), L"0.0000");
+    EXPECT_EQ(FourDecimals(-2.0), L"-2.0000");
+    EXPECT_EQ(FourDecimals(0.12345), L"0.1235");
+    EXPECT_EQ(FourDecimals(0.99999), L"1.0000");
+    EXPECT_EQ(FourDecimals(std::numeric_limits<double>::max()).size(), 309u + 5u);
+    EXPECT_EQ(FourDecimals(-std::numeric_limits<double>::max()).size(), 310u + 5u);
+}
