@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <locale.h>
@@ -97,7 +98,7 @@ double ParseNumber(std::wstring text)
     if (text.empty())
         return kMissingNumber;
     const TextNumber number = ReadDouble(text);
-    return number.length == text.size() ? number.value : kMissingNumber;
+    return number.length == text.size() && std::isfinite(number.value) ? number.value : kMissingNumber;
 }
 
 std::wstring FourDecimals(double value)

@@ -20,8 +20,8 @@ TextNumber ReadDouble(std::wstring_view text);
 /// The whole number at the start of the text, behind white space; 0 for none, the nearest int beyond its range.
 int ReadInt(std::wstring_view text);
 
-/// The text as one number; "," counts as ".", blanks at the end don't count. kMissingNumber for an empty text and when
-/// anything is left over.
+/// The text as one number; "," counts as ".", blanks at the end don't count. kMissingNumber for an empty text, when
+/// anything is left over, and beyond the range of a double.
 double ParseNumber(std::wstring text);
 
 /// "0.3500"

@@ -79,6 +79,13 @@ TEST(ParseNumber, AnythingBehindTheNumberGivesTheMarker)
     EXPECT_EQ(ParseNumber(L"-1e-2"), -0.01);
 }
 
+TEST(ParseNumber, BeyondTheRangeOfADoubleThereIsNoNumber)
+{
+    EXPECT_EQ(ParseNumber(L"1e999"), -1000000.0);
+    EXPECT_EQ(ParseNumber(L"-1e999"), -1000000.0);
+    EXPECT_EQ(ParseNumber(L"1e300"), 1e300);
+}
+
 TEST(Numbers, TheProgramsLocaleHasNoSay)
 {
     const std::string before = std::setlocale(LC_ALL, nullptr);

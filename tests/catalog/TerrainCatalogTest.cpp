@@ -354,13 +354,15 @@ TEST_F(TerrainCatalog, TheCodePageOfNamesIsASetting)
 
 TEST_F(TerrainCatalog, ATagThatCantBeWrittenToGetsANewEntryBehindTheLast)
 {
-    // The second quote is missing, so that what follows belongs to the value.
-    const std::wstring damaged = L"<Terrains><Terrain name=\"A\" flow=\"1/><Terrain name=\"B\" flow=\"2\"/></Terrains>";
-    catalog.SetText(damaged);
-    const CStringArray before = names(catalog);
+    // Its loose quotes hide a ">": with another value the tag would end there.
+    const std::wstring damaged = L"<Terrain name=A flow=5\"x>\"/>";
+    catalog.SetText(L"<Terrains>" + damaged + L"<Terrain name=\"B\" flow=\"2\"/></Terrains>");
 
-    EXPECT_TRUE(before.empty() || catalog.SetTerrain(before.front(), 0.5));
-    EXPECT_LE(names(catalog).size(), before.size() + 1);
+    EXPECT_TRUE(catalog.SetTerrain(L"A", 0.5));
+    EXPECT_THAT(names(catalog), ElementsAre(L"A", L"B", L"A"));
+    EXPECT_EQ(flows(catalog).back(), 0.5);
+    EXPECT_TRUE(catalog.GetText().starts_with(L"<Terrains>" + damaged));
+    EXPECT_FALSE(catalog.SetFlow(L"A", 0.6)) << "what the write returned";
 }
 
 TEST_F(TerrainCatalog, RemovingTakesTheFirstEntryOfTheNameWhateverTheCase)
