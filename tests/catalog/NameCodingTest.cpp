@@ -31,7 +31,7 @@ std::string Byte(int value)
 
 TEST(AnsiCodePage, EveryByteOfEveryPageGivesItselfBack)
 {
-    for (int number = 1250; number <= 1258; ++number) {
+    for (const int number : {1250, 1251, 1252, 1253, 1254, 1255, 1256, 1257, 1258, 437, 857, 874}) {
         const CAnsiCodePage &page = CAnsiCodePage::Of(number);
         EXPECT_EQ(page.GetNumber(), number);
         for (int byte = 0; byte < 256; ++byte)
@@ -54,6 +54,8 @@ TEST(AnsiCodePage, AByteThatThePageLeavesFreeIsTheCharacterOfItsNumber)
 {
     EXPECT_EQ(CAnsiCodePage::Of(1250).ToWide("\x81"), L"\x81");
     EXPECT_EQ(CAnsiCodePage::Of(1253).ToWide("\xAA"), L"\xAA");
+    EXPECT_EQ(CAnsiCodePage::Of(857).ToWide("\xE5\xD5"), (std::wstring{0xD5, 0xDCD5}))
+        << "unless the page has that one";
 }
 
 TEST(AnsiCodePage, ACharacterThatThePageLacksBecomesAQuestionMark)

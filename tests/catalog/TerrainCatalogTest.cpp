@@ -350,6 +350,9 @@ TEST_F(TerrainCatalog, TheCodePageOfNamesIsASetting)
     ASSERT_TRUE(catalog.SetTerrain(L"ñ", 0.5));
     start();
     EXPECT_THAT(names(catalog), ElementsAre(L"č", L"ń")) << "1250 when it is not set";
+    start("ANSI_CODE_PAGE = 9999\n");
+    EXPECT_FALSE(velmor::Services::instance().findings().empty()) << "told as any wrong setting";
+    EXPECT_THAT(names(catalog), ElementsAre(L"č", L"ń"));
 }
 
 TEST_F(TerrainCatalog, ATagThatCantBeWrittenToGetsANewEntryBehindTheLast)

@@ -178,6 +178,16 @@ TEST_F(Configuration, ACatalogueThatTheModuleWritesIsCopiedToTheUserBeforeItIsFo
     EXPECT_TRUE(std::filesystem::exists(shipped));
 }
 
+TEST_F(Configuration, WhereTheUsersFolderTakesNoCopyTheShippedCatalogueIsFound)
+{
+    const auto shipped = resources.write("support/ZEMXTerrainType.cfg", "<types/>");
+    user.write("support", "a file where the folder should be");
+    start();
+
+    EXPECT_EQ(Services::instance().paths().supportFile("ZEMXTerrainType.cfg"), shipped);
+    EXPECT_EQ(user.read("support"), "a file where the folder should be");
+}
+
 TEST_F(Configuration, TheSettingsDialogAnswersNotAvailableAndSaysSo)
 {
     start();
