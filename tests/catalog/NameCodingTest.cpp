@@ -202,6 +202,7 @@ TEST(DecodeName, AnEqualsSignInTheLastTwoCharactersEndsTheName)
 {
     EXPECT_EQ(Decode(L"ab="), "ab");
     EXPECT_EQ(Decode(L"ab=4"), "ab");
+    EXPECT_EQ(Decode(L"ab=8"), "ab");
     EXPECT_EQ(Decode(L"ab=41"), "abA");
 }
 

@@ -176,8 +176,10 @@ TEST_F(TerrainCatalog, ARecordWhoseListCantBeFoundIsLeftAlone)
         writeEntries("<Terrain name=\"C\" flow=\"0.3\"/>");
         CStringArray found;
         AcArray<double> values;
+        Journal::instance().setRecording(true);
 
         EXPECT_TRUE(catalog.Load()) << testing::PrintToString(text);
+        EXPECT_EQ(recordedWrites(), 0u);
         EXPECT_FALSE(catalog.GetTerrains(found, values)) << testing::PrintToString(text);
         EXPECT_THAT(found, IsEmpty());
         EXPECT_EQ(record(), text);
