@@ -11,7 +11,9 @@ namespace velmor {
 
 SaveResult savePicture(Drawing &drawing, const std::filesystem::path &file, const PictureOptions &options)
 {
-    QImage image(options.size, QImage::Format_RGB32);
+    // Asked for before the image is made: the system may grant memory that it does not have and stop the program later.
+    const bool isTooLarge = static_cast<std::int64_t>(options.size.width()) * options.size.height() > kMostPixels;
+    QImage image(isTooLarge ? QSize() : options.size, QImage::Format_RGB32);
     if (image.isNull())
         return {FileStatus::NotWritable,
                 file.string() + ": there is no room for so large a picture; choose a smaller size"};

@@ -6,13 +6,17 @@
 
 #include <QSize>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
 namespace velmor {
 
+/// The most pixels of a picture: a gigabyte of memory while it is drawn.
+inline constexpr std::int64_t kMostPixels = std::int64_t{1} << 28;
+
 struct PictureOptions {
-    QSize size{1600, 1200};
+    QSize size{1600, 1200}; ///< at most kMostPixels in all
     PaintStyle style;
     Extents extents; ///< empty: everything visible
 };
