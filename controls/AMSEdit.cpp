@@ -158,7 +158,10 @@ void CAMSEdit::DefaultKillFocus()
         return;
     // Who hears that editing is finished may set this box: not a change by the user.
     const bool blocked = blockSignals(m_bSignalsWereBlocked);
+    const QString before = text();
     QLineEdit::focusOutEvent(m_pFocusEvent);
+    if (text() != before)
+        HandleForeignChange();
     blockSignals(blocked);
     m_before = Look();
 }
@@ -178,7 +181,8 @@ void CAMSEdit::RouteEnds(Route::By by)
 {
     blockSignals(m_bSignalsWereBlocked);
     const Seen before = std::exchange(m_before, {}), now = Look();
-    const bool telling = std::exchange(m_bTelling, true);
+    // A listener may change the text, also past this box.
+    const std::optional<QString> telling = std::exchange(m_telling, now.text);
     if (now.text != before.text) {
         if (by == Route::By::User) {
             setModified(true);
@@ -190,14 +194,14 @@ void CAMSEdit::RouteEnds(Route::By by)
         Q_EMIT cursorPositionChanged(before.cursor, now.cursor);
     if (now.selectionStart != before.selectionStart || now.selectionLength != before.selectionLength)
         Q_EMIT selectionChanged();
-    m_bTelling = telling;
+    m_telling = telling;
 }
 
 void CAMSEdit::OnTextChanged()
 {
-    if (m_bTelling || IsInRoute())
-        return;
     const QString given = text();
+    if (m_telling == given || IsInRoute())
+        return;
     HandleForeignChange();
     // Those who are told after this box still hear of the text as it was given.
     if (text() != given)

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 
 #include <functional>
+#include <optional>
 
 namespace AMSEdit {
 
@@ -94,7 +95,8 @@ private:
     std::function<void()> m_fnPaste; ///< empty: the clipboard
     Seen m_before;
     bool m_bSignalsWereBlocked = false;
-    bool m_bTelling = false;
+    std::optional<Selection> m_composedOver; ///< selected when an input method began
+    std::optional<QString> m_telling;        ///< the text that listeners are hearing of just now
     bool m_bColouring = false;
     bool m_bColoured = false;
     QPalette m_desktopPalette; ///< as it is without the box's own colours; kept while it has some

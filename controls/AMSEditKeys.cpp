@@ -63,6 +63,7 @@ void CAMSEdit::keyPressEvent(QKeyEvent *event)
         QLineEdit::keyPressEvent(event);
         return;
     }
+    m_composedOver.reset();
     const KeyUnderWay key(m_pKeyEvent, event);
     if (entersText(*event)) {
         for (const wchar_t character : ToWide(event->text()))
@@ -167,19 +168,26 @@ void CAMSEdit::inputMethodEvent(QInputMethodEvent *event)
         return;
     }
     const Route route(*this);
-    if (!event->commitString().isEmpty()) {
+    const bool composes = !event->preeditString().isEmpty();
+    const bool commits = !event->commitString().isEmpty();
+    if (commits || !composes) {
         // What was being composed goes; then each character comes as if it were typed.
         QInputMethodEvent composed;
         QLineEdit::inputMethodEvent(&composed);
+        if (const auto selection = std::exchange(m_composedOver, std::nullopt))
+            SetSel(selection->start, selection->end);
         for (const wchar_t character : ToWide(event->commitString()))
             OnChar(character, 1, 0);
-        if (event->preeditString().isEmpty())
-            return;
     }
-    QInputMethodEvent composing(event->preeditString(), event->attributes());
-    QLineEdit::inputMethodEvent(&composing);
-    // Composing removes the selection.
-    HandleForeignChange();
+    if (composes) {
+        // The toolkit would remove the selection, which only the rules may: it waits for what is entered.
+        if (hasSelectedText()) {
+            m_composedOver = GetSel();
+            setCursorPosition(selectionStart());
+        }
+        QInputMethodEvent composing(event->preeditString(), event->attributes());
+        QLineEdit::inputMethodEvent(&composing);
+    }
 }
 
 void CAMSEdit::dropEvent(QDropEvent *event)

@@ -19,11 +19,13 @@ QString typedSign(QString sign)
     return withoutMarks(std::move(sign)).replace(QChar(0x2212), QLatin1Char('-'));
 }
 
-/// The first character between two fields of a date or time pattern.
-QString separatorOf(const QString &pattern)
+/// The first character behind the first field of a date or time pattern; fields tells what letters begin one.
+QString separatorOf(const QString &pattern, QLatin1String fields)
 {
     const QString plain = withoutMarks(pattern);
-    const auto found = std::find_if(plain.cbegin(), plain.cend(), [](QChar c) { return !c.isLetter() && c != u'\''; });
+    const auto first =
+        std::find_if(plain.cbegin(), plain.cend(), [=](QChar c) { return fields.contains(c, Qt::CaseInsensitive); });
+    const auto found = std::find_if(first, plain.cend(), [](QChar c) { return !c.isLetter() && c != u'\''; });
     return found == plain.cend() ? QString() : QString(*found);
 }
 
@@ -79,9 +81,9 @@ QString CLocaleSettings::Answer(RegionalQuery query) const
     case RegionalQuery::ShortDatePattern:
         return withoutMarks(m_locale.dateFormat(QLocale::ShortFormat));
     case RegionalQuery::DateSeparator:
-        return separatorOf(m_locale.dateFormat(QLocale::ShortFormat));
+        return separatorOf(m_locale.dateFormat(QLocale::ShortFormat), QLatin1String("dmy"));
     case RegionalQuery::TimeSeparator:
-        return separatorOf(m_locale.timeFormat(QLocale::ShortFormat));
+        return separatorOf(m_locale.timeFormat(QLocale::ShortFormat), QLatin1String("h"));
     case RegionalQuery::TimeOfTwentyFourHours:
         return m_locale.timeFormat(QLocale::ShortFormat).contains(u'a', Qt::CaseInsensitive) ? QStringLiteral("0")
                                                                                              : QStringLiteral("1");

@@ -27,9 +27,16 @@ void CEditBox::SetBackgroundColor(ColorRef colour)
 
 ColorRef CEditBox::GetBackgroundColor()
 {
-    if (!m_brush)
-        m_brush = ContextBackgroundColor();
+    if (!m_brush) {
+        TakeBackground();
+        PlatformRepaint();
+    }
     return *m_brush;
+}
+
+void CEditBox::TakeBackground()
+{
+    m_brush = m_brush.value_or(ContextBackgroundColor());
 }
 
 void CEditBox::SetTextColor(ColorRef colour)
@@ -44,6 +51,7 @@ ColorRef CEditBox::GetTextColor()
     if (!(m_nInternalFlags & kTextColourKnown)) {
         m_crText = ContextTextColor();
         m_nInternalFlags |= kTextColourKnown;
+        PlatformRepaint();
     }
     return m_crText;
 }
@@ -55,7 +63,8 @@ std::optional<PaintColours> CEditBox::OnCtlColor()
     PaintColours colours;
     if (m_crText != 0)
         colours.text = m_crText;
-    colours.background = GetBackgroundColor();
+    TakeBackground();
+    colours.background = *m_brush;
     return colours;
 }
 

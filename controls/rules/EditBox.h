@@ -106,6 +106,7 @@ protected:
 
 private:
     CEditHistory::State Now() const { return {GetWindowText(), GetSel(), m_nRules}; }
+    void TakeBackground();
     void Walk(std::optional<CEditHistory::State> (CEditHistory::*step)());
 
     std::optional<ColorRef> m_brush;

@@ -102,8 +102,7 @@ void NumericBehavior::ExchangePrefix(const std::wstring &prefix)
     m_strPrefix = prefix;
     if (start > 0)
         Edit().SetWindowText(text.substr(start));
-    else
-        Redraw();
+    Redraw();
 }
 
 void NumericBehavior::SetRange(double min, double max)

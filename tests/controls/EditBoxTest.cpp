@@ -212,6 +212,37 @@ TEST(EditBox, APasteOfInvalidTextLeavesTheValidFormAndTheSelectionOfBefore)
     sequence::Run(edit, L"[12]", L"<Paste>>|");
 }
 
+TEST(EditBox, ACorrectedPasteScrollsTheCaretIntoView)
+{
+    NumericEdit edit;
+    sequence::Place(edit, L"1|2");
+    edit.SetClipboard(L"5x");
+    const int scrolls = edit.scrolls;
+    edit.OnPaste(0, 0);
+    EXPECT_EQ(edit.scrolls, scrolls + 1);
+}
+
+TEST(EditBox, UndoBehindAnotherPrefixDoesNotBringTheOldOneBack)
+{
+    class Listening : public NumericEdit {
+    public:
+        void OnKillFocus(IEditSurface *newFocus) override
+        {
+            const Route route(*this);
+            SetPrefix(L"kn ");
+            NumericEdit::OnKillFocus(newFocus);
+        }
+    } edit;
+    edit.SetPrefix(L"$ ");
+    sequence::Run(edit, L"|", L"1>$_1| 2>$_12|");
+    edit.OnKillFocus(nullptr);
+    EXPECT_EQ(edit.GetText(), L"kn 12");
+    edit.OnUndo();
+    EXPECT_EQ(edit.GetText(), L"kn 12");
+    edit.OnUndo();
+    EXPECT_EQ(edit.GetText(), L"kn 1");
+}
+
 TEST(EditBox, APasteIsOneStepOfUndo)
 {
     NumericEdit edit;

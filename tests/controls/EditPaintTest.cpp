@@ -108,6 +108,19 @@ TEST_P(EditPaint, AskingForTheColoursTakesTheDesktopsOver)
     EXPECT_NE(edit.OnCtlColor(), std::nullopt);
 }
 
+TEST_P(EditPaint, ABoxThatWasAskedKeepsItsColoursWhenItIsDisabled)
+{
+    WidgetEditBox edit;
+    edit.GetTextColor();
+    edit.setEnabled(false);
+    EXPECT_EQ(Text(edit, QPalette::Disabled), DesktopText());
+    WidgetEditBox other;
+    other.GetBackgroundColor();
+    QApplication::setPalette(desktop(!GetParam()));
+    QApplication::processEvents();
+    EXPECT_EQ(Painted(other), desktop(GetParam()).color(QPalette::Base));
+}
+
 TEST_P(EditPaint, AnotherDesktopIsFollowedWhereNothingIsSet)
 {
     WidgetEditBox plain, coloured;

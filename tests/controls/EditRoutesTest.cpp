@@ -365,14 +365,41 @@ TEST(EditRoutes, TextUnderCompositionIsNotTheBoxsText)
     EXPECT_EQ(edit.Picture(), L"13|2");
 }
 
-TEST(EditRoutes, CompositionOverASelectionLeavesAValidText)
+TEST(EditRoutes, CompositionOverASelectionLeavesItToWhatIsEntered)
 {
-    NumericEdit edit;
-    edit.SetDigitsInGroup(3);
-    place(edit, L"1234567", 0, 3);
-    QInputMethodEvent composing(QStringLiteral("a"), {});
-    QApplication::sendEvent(&edit, &composing);
-    EXPECT_EQ(edit.GetText(), L"34,567");
+    const auto compose = [](CAMSEdit &edit, const char *text) {
+        QInputMethodEvent event(QLatin1String(text), {});
+        QApplication::sendEvent(&edit, &event);
+    };
+    const auto enter = [](CAMSEdit &edit, const char *text) {
+        QInputMethodEvent event;
+        event.setCommitString(QLatin1String(text));
+        QApplication::sendEvent(&edit, &event);
+    };
+    NumericEdit number;
+    number.SetDigitsInGroup(3);
+    place(number, L"1234567", 0, 3);
+    compose(number, "a");
+    compose(number, "ab");
+    EXPECT_EQ(number.GetText(), L"1,234,567");
+    enter(number, "9");
+    EXPECT_EQ(number.GetText(), L"934,567");
+
+    class Masked : public TMaskedEdit<WidgetEditBox> {
+    public:
+        Masked() : TValidatingEdit(L"##/##")
+        {
+            GetSymbolArray() = {Symbol(L'#', [](wchar_t c) { return c >= L'0' && c <= L'9' ? 1 : 0; })};
+        }
+    } masked;
+    place(masked, L"1234", 1, 3);
+    compose(masked, "5");
+    EXPECT_EQ(masked.GetText(), L"12/34");
+    compose(masked, "");
+    EXPECT_EQ(masked.Picture(), L"1[2/]34") << "cancelled";
+    compose(masked, "5");
+    enter(masked, "5");
+    EXPECT_EQ(masked.Picture(), L"15|/34") << "as the key does";
 }
 
 TEST(EditRoutes, ReplacedTextIsReducedToItsValidForm)
@@ -441,6 +468,22 @@ TEST(EditRoutes, ListenersOfACallPastTheBoxHearOfTheFinalFormLast)
     QApplication::processEvents();
     ASSERT_FALSE(heard.changed.empty());
     EXPECT_EQ(heard.changed.back(), QStringLiteral("5"));
+}
+
+TEST(EditRoutes, AListenerMaySetTheTextByEitherName)
+{
+    NumericEdit edit(4, 2);
+    const auto connection = QObject::connect(&edit, &QLineEdit::textChanged, [&](const QString &text) {
+        if (text == QStringLiteral("1"))
+            static_cast<QLineEdit &>(edit).setText(QStringLiteral("x77y"));
+        else if (text == QStringLiteral("771"))
+            edit.setText(QStringLiteral("z88"));
+    });
+    edit.Type(L'1');
+    EXPECT_EQ(edit.GetText(), L"77");
+    edit.Type(L'1');
+    EXPECT_EQ(edit.GetText(), L"88");
+    QObject::disconnect(connection);
 }
 
 TEST(EditRoutes, ACutIsToldAsItIsLeft)
@@ -519,6 +562,20 @@ TEST(EditFocus, AListenerMaySetTheBoxWhenEditingIsFinished)
     const Heard heard(pair.first);
     pair.second.setFocus();
     EXPECT_EQ(pair.first.GetText(), L"7");
+    EXPECT_THAT(heard.edited, IsEmpty());
+}
+
+TEST(EditFocus, AListenerThatSetsTheBoxPastItsRoutesIsFilteredToo)
+{
+    Pair<NumericEdit, NumericEdit> pair;
+    QObject::connect(&pair.first, &QLineEdit::editingFinished,
+                     [&] { static_cast<QLineEdit &>(pair.first).setText(QStringLiteral("a5b")); });
+    pair.first.Type(L'1');
+    const Heard heard(pair.first);
+    pair.second.setFocus();
+    EXPECT_EQ(pair.first.GetText(), L"5");
+    ASSERT_FALSE(heard.changed.empty());
+    EXPECT_EQ(heard.changed.back(), QStringLiteral("5"));
     EXPECT_THAT(heard.edited, IsEmpty());
 }
 

@@ -82,6 +82,8 @@ TEST(LocaleSettings, DatesAndTimes)
     EXPECT_EQ(answer("hr_HR", Query::TimeOfTwentyFourHours), L"1");
     EXPECT_EQ(answer("da_DK", Query::TimeSeparator), L".");
     EXPECT_EQ(answer("sv_SE", Query::DateSeparator), L"-");
+    ASSERT_TRUE(QLocale(QLatin1String("ko_KR")).timeFormat(QLocale::ShortFormat).startsWith(QStringLiteral("AP")));
+    EXPECT_EQ(answer("ko_KR", Query::TimeSeparator), L":") << "what stands between hour and minute";
 }
 
 TEST(LocaleSettings, AnEditTakesThemFromTheUsersLocale)

@@ -54,6 +54,26 @@ TEST(NumericDefaults, AreThoseOfAPlainNumber)
     EXPECT_EQ(max, 1.7976931348623157e308);
 }
 
+TEST(NumericFlags, HaveTheirValues)
+{
+    EXPECT_EQ(KillFocusBeepIfInvalid, 0x0001u);
+    EXPECT_EQ(KillFocusBeepIfEmpty, 0x0002u);
+    EXPECT_EQ(KillFocusRepairIfInvalid, 0x0004u);
+    EXPECT_EQ(KillFocusRepairIfEmpty, 0x0008u);
+    EXPECT_EQ(KillFocusRefocusIfInvalid, 0x0010u);
+    EXPECT_EQ(KillFocusRefocusIfEmpty, 0x0020u);
+    EXPECT_EQ(KillFocusMessageIfInvalid, 0x0050u);
+    EXPECT_EQ(KillFocusMessageIfEmpty, 0x00A0u);
+    EXPECT_EQ(PadZerosBeforeDecimal, 0x0100u);
+    EXPECT_EQ(PadZerosAfterDecimal, 0x0200u);
+    EXPECT_EQ(NoPadIfEmpty, 0x0400u);
+    EXPECT_EQ(TrimLeadingZeros, 0x0800u);
+    EXPECT_EQ(CannotBeNegative, 0x1000u);
+    EXPECT_EQ(DecimalAfterMaxWhole, 0x2000u);
+    EXPECT_EQ(kStyleReadOnly, 0x800u);
+    EXPECT_EQ(kWarningExclamation, 48u);
+}
+
 TEST(NumericDefaults, NegativeWholeDigitsMeanTheirAbsoluteValueAndNoNegativeNumbers)
 {
     NumericEdit edit(-6, 2);

@@ -313,6 +313,16 @@ TEST(NumericTyping, ThePrefixCannotBeDeletedAlone)
                              {L"$_|12", L"<BS>>$|_12"}});
 }
 
+TEST(NumericTyping, ACaretRightBehindThePrefixStaysWhenASeparatorGoes)
+{
+    RunAll(Numeric(kMoney), {{L"$_1|,234", L"<BS>>$_|234"}, {L"$_|1,234", L"<Del>>$_|234"}});
+}
+
+TEST(NumericTyping, APrefixThatIsAllTheTextIsDeletedLikeAnyText)
+{
+    RunAll(Numeric(kMoney), {{L"|", L"$>$|~ _>$_|~ <Left>>$|_~ <Del>>|"}, {L"|", L"$>$|~ <Home>>|$~ <Del>>|"}});
+}
+
 TEST(NumericTyping, TheSignStandsBehindThePrefix)
 {
     RunAll(Numeric(kMoney), {{L"$_1|2", L"->$_-1|2 ->$_1|2"},
