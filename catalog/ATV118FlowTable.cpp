@@ -8,6 +8,8 @@
 namespace {
 
 constexpr wchar_t kFileName[] = L"ATV118flow.cfg";
+/// A file that can't be read leaves the document as it was; one that is only damaged does not.
+constexpr wchar_t kUnread[] = L"<Unread/>";
 constexpr const wchar_t *kClassNames[] = {L"Pad1", L"Pad2", L"Pad3", L"Pad4"};
 constexpr std::array<int, CATV118FlowTable::kIntensities> kColumns = {100, 130, 180, 225};
 
@@ -36,7 +38,8 @@ bool CATV118FlowTable::LoadTable()
         return false;
     m_cells.fill(kMissingNumber);
     CMarkup document;
-    if (!document.Load(path) && document.GetText().empty())
+    document.SetText(kUnread);
+    if (!document.Load(path) && document.GetText() == kUnread)
         return false;
     document.Rewind();
     if (document.FindElement(L"ATVRoot")) {

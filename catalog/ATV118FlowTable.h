@@ -23,10 +23,10 @@ public:
     CATV118FlowTable();
     virtual ~CATV118FlowTable() = default;
 
-    /// Reads the file along the support path, else in the support folder. True when there was something to read: a
-    /// damaged file counts as far as its elements can be recognised, and cells that the file does not fill, or not with
-    /// a number, hold kMissingNumber. False leaves no number in any cell or, without any place to look at, the cells as
-    /// they were. Nothing is told.
+    /// Reads the file along the support path, else in the support folder. True when it could be read, whatever stands
+    /// in it: a damaged file counts as far as its elements can be recognised, and cells that the file does not fill, or
+    /// not with a number, hold kMissingNumber. False leaves no number in any cell or, without any place to look at, the
+    /// cells as they were. Nothing is told.
     bool LoadTable();
 
     /// The coefficient of a slope class (0 to 3), a rain intensity and a percentage. The percentage takes the step

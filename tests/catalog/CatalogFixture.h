@@ -10,6 +10,10 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace velmor::test {
 
 class CatalogFixture : public testing::Test {
@@ -39,6 +43,23 @@ protected:
     {
         CZEMCDictionaryPtr writer(AcDb::kForWrite);
         ASSERT_TRUE(writer.dctWrite(L"ZEMX_TERRAINTYPE", L"TT_DEFINITION", text, false, true, 1));
+    }
+    /// Takes all rights off a file of the user's, and runs in a child process of a user without special rights.
+    bool withoutRightsTo(const std::string &name, const std::function<bool()> &run) const
+    {
+        namespace fs = std::filesystem;
+        fs::permissions(user.path(), fs::perms(0755));
+        fs::permissions(user.path() / name, fs::perms::none);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            constexpr uid_t kNobody = 65534;
+            if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0))
+                ::_exit(2);
+            ::_exit(run() ? 0 : 1);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return WIFEXITED(status) && WEXITSTATUS(status) == 0;
     }
     static std::size_t recordedWrites()
     {

@@ -1,4 +1,5 @@
 #include "catalog/ATV118FlowTable.h"
+#include "catalog/Markup.h"
 #include "tests/catalog/CatalogFixture.h"
 
 namespace {
@@ -251,26 +252,36 @@ TEST_F(FlowTable, WithNeitherAFileNorASupportFolderTheCellsStay)
     EXPECT_TRUE(isEmpty(CATV118FlowTable())) << "a new one starts with the marker";
 }
 
-TEST_F(FlowTable, AFolderOrAFileThatCantBeReadInItsPlaceGivesAnEmptyTable)
+TEST_F(FlowTable, AFolderInItsPlaceGivesAnEmptyTable)
 {
-    const auto place = user.path() / "support/ATV118flow.cfg";
-    std::filesystem::create_directories(place);
-    CATV118FlowTable overFolder;
-    EXPECT_FALSE(overFolder.LoadTable());
-    EXPECT_TRUE(isEmpty(overFolder));
-
-    std::filesystem::remove(place);
-    std::filesystem::create_symlink("/proc/self/mem", place); // opens, but its first byte can't be read
-    CATV118FlowTable overMemory;
-    EXPECT_FALSE(overMemory.LoadTable());
-    EXPECT_TRUE(isEmpty(overMemory));
+    std::filesystem::create_directories(user.path() / "support/ATV118flow.cfg");
+    CATV118FlowTable table;
+    EXPECT_FALSE(table.LoadTable());
+    EXPECT_TRUE(isEmpty(table));
 }
 
-TEST_F(FlowTable, AnEmptyFileGivesAnEmptyTable)
+TEST_F(FlowTable, AFileThatCantBeReadGivesAnEmptyTable)
+{
+    write("<ATVRoot><Pad1><Intenzitet val=\"100\"><KoefFlow percent=\"0\" val=\"0.2\"/></Intenzitet></Pad1></ATVRoot>");
+    CATV118FlowTable table;
+    ASSERT_FALSE(isEmpty(table));
+    EXPECT_TRUE(withoutRightsTo("support/ATV118flow.cfg", [&] { return !table.LoadTable() && isEmpty(table); }));
+}
+
+TEST_F(FlowTable, AFileTooLongToReadGivesAnEmptyTable)
+{
+    write("<ATVRoot/>");
+    std::filesystem::resize_file(user.path() / "support/ATV118flow.cfg", CMarkup::kLongestFile + 1);
+    CATV118FlowTable table;
+    EXPECT_FALSE(table.LoadTable());
+    EXPECT_TRUE(isEmpty(table));
+}
+
+TEST_F(FlowTable, AnEmptyFileIsReadAndFillsNothing)
 {
     write("");
     CATV118FlowTable table;
-    EXPECT_FALSE(table.LoadTable());
+    EXPECT_TRUE(table.LoadTable());
     EXPECT_TRUE(isEmpty(table));
 }
 
