@@ -43,6 +43,7 @@ CMarkup &CMarkup::operator=(const CMarkup &other)
     m_nNodeType = other.m_nNodeType;
     m_nNodeOffset = other.m_nNodeOffset;
     m_nNodeLength = other.m_nNodeLength;
+    m_iBehindNode = other.m_iBehindNode;
     m_nDocFlags = other.m_nDocFlags;
     m_isInDocumentOrder = other.m_isInDocumentOrder;
     return *this;
@@ -102,7 +103,7 @@ void CMarkup::RefuseLength(std::size_t length)
                  std::to_wstring(kLongestText) + L" are possible";
 }
 
-/// Makes the index of the text. The error text is the note, ", " and the first parse error.
+/// Makes the index of the text. The error text is the note, ", " and the parse error.
 bool CMarkup::Parse(const std::wstring &note)
 {
     Rewind();
@@ -124,9 +125,10 @@ bool CMarkup::Parse(const std::wstring &note)
             if (build.isTopDamaged)
                 document.Set(CMarkupRecord::kDamaged);
             m_strError = build.error;
-            if (m_strError.empty() && build.first == 0)
+            // Without exactly one root nothing else matters.
+            if (build.first == 0)
                 m_strError = L"No root element";
-            else if (m_strError.empty() && m_index[build.first].next != 0)
+            else if (m_index[build.first].next != 0)
                 m_strError = L"Root element has sibling";
         }
     } catch (...) {
@@ -162,6 +164,7 @@ void CMarkup::MoveTo(std::uint32_t iParent, std::uint32_t iMain, std::uint32_t i
     m_iChild = iChild;
     m_nNodeType = iMain != 0 ? kElement : kNoNode;
     m_nNodeOffset = m_nNodeLength = 0;
+    m_iBehindNode = 0;
 }
 
 void CMarkup::Rewind()
@@ -201,12 +204,7 @@ std::uint32_t CMarkup::FirstBehindPosition() const
 {
     if (m_iMain != 0)
         return m_index[m_iMain].next;
-    std::uint32_t i = m_index[m_iParent].firstChild;
-    if (m_nNodeType != kNoNode) {
-        while (i != 0 && m_index[i].start < static_cast<std::uint32_t>(m_nNodeOffset + m_nNodeLength))
-            i = m_index[i].next;
-    }
-    return i;
+    return m_nNodeType != kNoNode ? m_iBehindNode : m_index[m_iParent].firstChild;
 }
 
 bool CMarkup::FindElement(CMarkupArgument name)

@@ -8,9 +8,10 @@
 // itself); the main element among them; the child, an element below the main one. They persist between calls; a new
 // walk starts with Rewind.
 //
-// Damage. A damaged text never throws and never stops a load: GetErrorText tells the first damage with its offset,
-// IsWellFormed is false, and every element that could be recognised can be found. Only the machine failing throws
-// (std::bad_alloc; Load and Save report that, too).
+// Damage. A damaged text never throws and never stops a load: GetErrorText tells of it with its offset, IsWellFormed is
+// false, and every element that could be recognised can be found. Of several errors one is told: that there is not
+// exactly one root; else the later of the last end tag without start tag and the first element that is not ended; else
+// the first fault of a single token. Only the machine failing throws (std::bad_alloc; Load and Save report that, too).
 //
 // Names. A given name matches a tag or attribute name when the two agree over the whole of the latter and the given
 // one ends there or goes on with one of " ", "=", "/", "[" or "]". White space is space, tab, LF and CR.
@@ -126,19 +127,19 @@ public:
 
     // --- Adding and removing elements ------------------------------------------------------------------------------
 
-    /// Adds "<name/>" (null text) or "<name>text</name>" and CR LF behind the child position, else at the end of the
-    /// main element; the new element becomes the child. A main element without content gets a line end behind its start
-    /// tag, one without an end tag gets one. False without a main element, for a name that can't be one, and when the
-    /// document would get too long.
+    /// Adds "<name/>" (null text) or "<name>text</name>" and CR LF behind the child position, else behind all that the
+    /// main element holds; the new element becomes the child. A main element without content gets a line end behind its
+    /// start tag, one without an end tag gets one. False without a main element, for a name that can't be one, and when
+    /// the document would get too long.
     bool AddChildElement(CMarkupArgument name, CMarkupArgument text = nullptr, int flags = kEscaped);
     /// The child's text with the white space behind it that stands before "<" or the end of the text; empty without
     /// one.
     std::wstring GetChildFragment() const;
     /// Inserts the text from its first element to its last before the child position, else at the very front of the
-    /// main element, followed by CR LF; the first element becomes the child. A text that is not well-formed makes it
-    /// false but is inserted anyway: several elements as they are, damaged text whole (the document then counts as
-    /// damaged). Nothing changes, and it is false, without a main element, for an empty text and when the document
-    /// would get too long.
+    /// main element, without line ends of its own; the first element becomes the child. A text that is not well-formed
+    /// makes it false but is inserted anyway: several elements as they are, damaged text whole (the document then
+    /// counts as damaged). Nothing changes, and it is false, without a main element, for an empty text and when the
+    /// document would get too long.
     bool InsertChildFragment(CMarkupArgument text);
     /// Takes the child away with the white space behind it; the one before becomes the child. False without a child.
     bool RemoveChildElement();
@@ -222,7 +223,7 @@ private:
         std::uint32_t offset = 0;
     };
     Place BehindElement(std::uint32_t i) const;
-    Place EndOfContent(std::uint32_t i) const;
+    Place EndOfContent(std::uint32_t i) const { return {i, 0, ContentEnd(i)}; }
     Place FrontOfContent(std::uint32_t i) const;
     /// Puts text in and adapts the parent's tags; what stood behind is shifted. Gives the offset of the content, or
     /// kRefused when the document would get too long.
@@ -256,6 +257,7 @@ private:
     int m_nNodeType = kNoNode;
     int m_nNodeOffset = 0;
     int m_nNodeLength = 0;
+    std::uint32_t m_iBehindNode = 0; ///< the parent's next element behind a current node that is no element
     int m_nDocFlags = 0;
     std::unique_ptr<CMarkupSavedPositions> m_pSaved;
     bool m_isInDocumentOrder = true; ///< records stand in the order of their elements; false after an insertion

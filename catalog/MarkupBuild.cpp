@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cwctype>
+#include <utility>
 
 using namespace MarkupScan;
 
@@ -46,7 +47,8 @@ private:
     void CloseTop(std::uint32_t end, std::uint32_t endTagLength);
     std::uint32_t FindOpen(std::wstring_view name) const;
     void EndTop();
-    void Damage(std::wstring error);
+    void Fault(const Token &token);
+    void Damage();
     void GiveChildrenTheirParent(std::uint32_t iFirst, std::uint32_t iParent);
     void CorrectLevels(std::uint32_t begin);
 
@@ -76,6 +78,7 @@ private:
     std::size_t m_level; ///< of the top-level elements
     bool m_ignoreCase;
     bool m_hasForeignChildren = false; ///< anywhere
+    bool m_hasToldNotEnded = false;    ///< only the first element that is not ended is told
     std::vector<OpenElement> m_open;
     std::array<std::uint32_t, kBuckets> m_buckets{};
     CMarkupBuild m_result;
@@ -109,11 +112,11 @@ CMarkupBuild Builder::Run()
         if (token.kind == TokenKind::EndTag)
             Close(token.nameStart, token.nameLength, token.End());
         else if (token.kind == TokenKind::Error)
-            Damage(FaultText(token));
+            Fault(token);
         p = m_begin + token.End();
     }
     while (m_open.size() > 1) {
-        if (m_result.error.empty())
+        if (!std::exchange(m_hasToldNotEnded, true))
             m_result.error = L"Element '" + std::wstring(NameOf(m_open.back())) + L"' at offset " +
                              std::to_wstring(m_open.back().nameStart - 1) + L" not ended";
         EndTop();
@@ -180,11 +183,12 @@ void Builder::Close(std::uint32_t nameStart, std::uint32_t nameLength, std::uint
     const std::uint32_t slash = nameStart - 1;
     const std::uint32_t place = FindOpen(name);
     if (place == 0) {
-        Damage(L"No start tag for end tag '" + std::wstring(name) + L"' at offset " + std::to_wstring(slash));
+        m_result.error = L"No start tag for end tag '" + std::wstring(name) + L"' at offset " + std::to_wstring(slash);
+        Damage();
         return;
     }
     while (m_open.size() - 1 > place) {
-        if (m_result.error.empty())
+        if (!std::exchange(m_hasToldNotEnded, true))
             m_result.error = L"End tag '" + std::wstring(name) + L"' at offset " + std::to_wstring(slash) +
                              L" does not match start tag '" + std::wstring(NameOf(m_open.back())) + L"' at offset " +
                              std::to_wstring(m_open.back().nameStart - 1);
@@ -235,10 +239,17 @@ void Builder::EndTop()
     outer.hasForeignChildren = m_hasForeignChildren = true;
 }
 
-void Builder::Damage(std::wstring error)
+/// The scanner's messages count only where nothing was said before.
+void Builder::Fault(const Token &token)
 {
     if (m_result.error.empty())
-        m_result.error = std::move(error);
+        m_result.error = FaultText(token);
+    Damage();
+}
+
+/// Around the innermost open element.
+void Builder::Damage()
+{
     m_result.isDamaged = true;
     if (m_open.size() > 1)
         m_index[m_open.back().record].Set(CMarkupRecord::kDamaged);

@@ -12,7 +12,9 @@ struct CMarkupBuild {
     std::uint32_t begin = 0, end = 0;  ///< the records that were added
     bool isDamaged = false;
     bool isTopDamaged = false; ///< damage stands around the top level itself
-    std::wstring error;        ///< the first one
+    /// An end tag without start and the first element that is not ended are told whatever was told before; a fault of a
+    /// token only when nothing was.
+    std::wstring error;
 };
 
 /// Adds records for the elements of a text to the index, as children of iParent at its level + 1, one after the other

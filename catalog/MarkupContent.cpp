@@ -68,7 +68,7 @@ bool CMarkup::InsertChildFragment(CMarkupArgument text)
         from = m_index[build.first].start;
         to = EndOf(build.last);
     }
-    const std::uint32_t offset = InsertAt(place, piece.View().substr(from, to - from), true);
+    const std::uint32_t offset = InsertAt(place, piece.View().substr(from, to - from), false);
     if (offset == kRefused) {
         m_index.Truncate(build.begin);
         return false;

@@ -58,12 +58,6 @@ CMarkup::Place CMarkup::BehindElement(std::uint32_t i) const
     return {m_index[i].parent, m_index[i].next, BehindWhiteSpace(EndOf(i))};
 }
 
-CMarkup::Place CMarkup::EndOfContent(std::uint32_t i) const
-{
-    const std::uint32_t iFirst = m_index[i].firstChild;
-    return iFirst != 0 ? BehindElement(m_index[iFirst].previous) : Place{i, 0, ContentEnd(i)};
-}
-
 CMarkup::Place CMarkup::FrontOfContent(std::uint32_t i) const
 {
     return {i, m_index[i].firstChild, BehindWhiteSpace(ContentStart(i))};

@@ -68,8 +68,8 @@ void CMarkupIndex::Reset(std::size_t textLength)
 
 void CMarkupIndex::Grow()
 {
-    const std::uint32_t endOfNext = ((m_capacity >> kSegmentShift) + 1) << kSegmentShift;
-    SetCapacity(std::max(std::min(m_free + m_free / 2, endOfNext), m_free + 1));
+    const std::uint32_t endOfNext = (((m_capacity - 1) >> kSegmentShift) + 2) << kSegmentShift;
+    SetCapacity(std::min(m_free + m_free / 2, endOfNext));
 }
 
 void CMarkupIndex::SetCapacity(std::uint32_t capacity)

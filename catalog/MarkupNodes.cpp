@@ -83,6 +83,7 @@ int CMarkup::FindNode(int types)
             m_nNodeType = type;
             m_nNodeOffset = static_cast<int>(token.start);
             m_nNodeLength = static_cast<int>(token.length);
+            m_iBehindNode = iNext;
             return type;
         }
         at = token.End();
@@ -164,5 +165,6 @@ bool CMarkup::AddNode(int type, CMarkupArgument text)
     m_nNodeType = kind;
     m_nNodeOffset = static_cast<int>(offset);
     m_nNodeLength = static_cast<int>(length);
+    m_iBehindNode = place.before;
     return true;
 }

@@ -4,6 +4,7 @@
 // Input: commands up to the first null byte, then the bytes of a file.
 #include "catalog/Markup.h"
 #include "catalog/MarkupFile.h"
+#include "catalog/MarkupScan.h"
 #include "tests/catalog/IndexCheck.h"
 
 #include <algorithm>
@@ -21,18 +22,36 @@ void require(bool holds, const std::string &what)
     }
 }
 
+constexpr int kSteps = 24;
+
 class Session {
 public:
     Session(const std::uint8_t *commands, std::size_t count) : m_at(commands), m_end(commands + count) {}
+
+    /// The same commands on the text with a long comment behind it, without looking at the whole in between: so edits
+    /// far from the end are made one upon the other.
+    void runQuietly(const std::wstring &text, std::wstring_view tail)
+    {
+        m_isQuiet = true;
+        m_document.SetDocumentFlags((next() & 1) != 0 ? CMarkup::kIgnoreCase : 0);
+        m_document.SetText(text + std::wstring(tail));
+        for (int i = 0; i < kSteps && m_at != m_end; ++i)
+            step(next() % 24);
+        check();
+    }
+    const CMarkup &document() const { return m_document; }
+    /// Nothing looked at the end of the document, which is another one with a tail.
+    bool isAsGoodWithATail() const { return !m_hasSeenTheEnd; }
 
     void run(const std::wstring &text)
     {
         m_document.SetDocumentFlags((next() & 1) != 0 ? CMarkup::kIgnoreCase : 0);
         m_document.SetText(text);
+        m_hasBadTokens = hasBadTokens(text);
         require(m_document.GetText() == text, "the text of a parse");
         check();
         require(markup_check::differenceToFreshParse(m_document).empty(), "a parse is like another one");
-        for (int i = 0; i < 24 && m_at != m_end; ++i)
+        for (int i = 0; i < kSteps && m_at != m_end; ++i)
             step(next() % 24);
         CMarkup copy(m_document);
         require(copy.GetText() == m_document.GetText() && copy.IsWellFormed() == m_document.IsWellFormed(), "a copy");
@@ -77,25 +96,39 @@ private:
         return fragments[next() % 16];
     }
 
+    /// A token that is none may become another one when its neighbours change; then no more than the rules that always
+    /// hold can be asked of the index.
+    static bool hasBadTokens(const std::wstring &text)
+    {
+        CMarkupText padded;
+        padded.Assign(text);
+        for (std::size_t at = 0; at < text.size();) {
+            const MarkupScan::Token token = MarkupScan::ScanToken(padded.View(), at);
+            if (token.kind == MarkupScan::TokenKind::Error)
+                return true;
+            at = token.End();
+        }
+        return false;
+    }
+
     void check() const
     {
         const std::string broken = markup_check::brokenRule(m_document);
         require(broken.empty(), broken);
     }
-    /// No damage was found or put in.
-    bool isWhole() const { return !m_document.GetIndex()[0].Has(CMarkupRecord::kIllFormed); }
-
     void step(int command)
     {
         if (command < 11) {
             move(command);
             return;
         }
-        m_before = m_document.GetText();
-        m_wasWhole = isWhole();
+        if (!m_isQuiet)
+            m_before = m_document.GetText();
         edit(command);
+        if (m_isQuiet)
+            return;
         check();
-        if (m_wasWhole && isWhole()) {
+        if (!m_hasBadTokens) {
             const std::string difference = markup_check::differenceToFreshParse(m_document);
             require(difference.empty(), difference);
         }
@@ -138,6 +171,7 @@ private:
     /// All nodes from here on stand one behind the other.
     void walkNodes()
     {
+        m_hasSeenTheEnd = true;
         int behind = -1;
         for (int i = 0; i < 8; ++i) {
             const int type = m_document.FindNode();
@@ -157,6 +191,15 @@ private:
         }
     }
 
+    /// Damage put in may join with what stands around it as bad tokens do.
+    const wchar_t *wholeOr(const wchar_t *fragment)
+    {
+        CMarkup alone;
+        alone.SetText((std::wstring(L"<x>") + fragment + L"</x>"));
+        m_hasBadTokens = m_hasBadTokens || !alone.IsWellFormed();
+        return fragment;
+    }
+
     // --- What an edit may change -----------------------------------------------------------------------------------
 
     std::uint32_t recordAt(int offset) const
@@ -169,10 +212,16 @@ private:
         require(false, "an element at its offset");
         return 0;
     }
-    void requireSame() const { require(m_document.GetText() == m_before, "a refused edit changes nothing"); }
+    void requireSame() const
+    {
+        if (!m_isQuiet)
+            require(m_document.GetText() == m_before, "a refused edit changes nothing");
+    }
     /// Nothing outside of [from, to) of the text before.
     void requireInside(std::size_t from, std::size_t to) const
     {
+        if (m_isQuiet)
+            return;
         const std::wstring_view before = m_before, after = m_document.GetText();
         require(after.size() >= from + before.size() - to && after.starts_with(before.substr(0, from)) &&
                     after.ends_with(before.substr(to)),
@@ -181,6 +230,8 @@ private:
     /// Characters were put in at one place, where at most two (the end of an empty tag) went away.
     void requireInsertion() const
     {
+        if (m_isQuiet)
+            return;
         const std::wstring_view before = m_before, after = m_document.GetText();
         const auto [x, y] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
         const auto front = static_cast<std::size_t>(x - before.begin());
@@ -202,7 +253,7 @@ private:
             return addElement();
         case 16:
         case 17:
-            m_document.InsertChildFragment(fragment());
+            m_document.InsertChildFragment(wholeOr(fragment()));
             return requireInsertion();
         case 18:
             return removeElement();
@@ -217,7 +268,9 @@ private:
         default: {
             const int type = 1 << (1 + next() % 6);
             const std::wstring text = value();
-            if (m_document.AddNode(type, text) && type == CMarkup::kText)
+            const bool isAdded = m_document.AddNode(type, text);
+            m_hasSeenTheEnd = m_hasSeenTheEnd || isAdded;
+            if (isAdded && type == CMarkup::kText)
                 require(m_document.GetNodeText() == text, "the text of an added node");
             requireInsertion();
         }
@@ -246,7 +299,7 @@ private:
         const int flags = (next() & 1) != 0 ? CMarkup::kAsCData : CMarkup::kEscaped;
         if (!m_document.AddChildElement(name, withText ? text.c_str() : nullptr, flags))
             return requireSame();
-        require(m_document.GetChildText() == (withText ? text : L""), "the text of an added element");
+        require(m_isQuiet || m_document.GetChildText() == (withText ? text : L""), "the text of an added element");
         requireInsertion();
     }
 
@@ -256,6 +309,8 @@ private:
         const std::wstring fragment = m_document.GetChildFragment();
         if (!m_document.RemoveChildElement())
             return requireSame();
+        if (m_isQuiet)
+            return;
         std::wstring rest = m_before;
         require(rest.compare(static_cast<std::size_t>(offset), fragment.size(), fragment) == 0, "what a removal takes");
         require(m_document.GetText() == rest.erase(static_cast<std::size_t>(offset), fragment.size()),
@@ -284,7 +339,8 @@ private:
         const int flags = (next() & 1) != 0 ? CMarkup::kAsCData : CMarkup::kEscaped;
         if (!(ofChild ? m_document.SetChildText(text, flags) : m_document.SetElementText(text, flags)))
             return requireSame();
-        require(isThere && (ofChild ? m_document.GetChildText() : m_document.GetElementText()) == text,
+        require(isThere, "an element whose text was set");
+        require(m_isQuiet || (ofChild ? m_document.GetChildText() : m_document.GetElementText()) == text,
                 "a text that was set");
         requireInside(from, to);
     }
@@ -293,7 +349,7 @@ private:
     {
         std::size_t from = 0, to = 0;
         const bool isThere = content(ofChild, from, to);
-        const wchar_t *markup = fragment();
+        const wchar_t *markup = wholeOr(fragment());
         if (ofChild)
             m_document.SetChildContent(markup);
         else
@@ -306,7 +362,9 @@ private:
     const std::uint8_t *m_at, *m_end;
     CMarkup m_document;
     std::wstring m_before;
-    bool m_wasWhole = false;
+    bool m_isQuiet = false;
+    bool m_hasBadTokens = false;
+    bool m_hasSeenTheEnd = false;
 };
 
 } // namespace
@@ -319,6 +377,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     std::size_t used = 0;
     text.resize(static_cast<std::size_t>(MarkupFile::Widen(bytes, true, text.data(), used) - text.data()));
     require(used == bytes.size() && markup_check::narrow(text) == bytes, "the bytes of a file come back");
-    Session(data, static_cast<std::size_t>(split - data)).run(text);
+    const auto count = static_cast<std::size_t>(split - data);
+    Session session(data, count);
+    session.run(text);
+    // Now and then with a long tail, where splices are noted first.
+    if (count > 0 && (data[0] & 2) != 0 && session.isAsGoodWithATail()) {
+        static const std::wstring tail = L"<!--" + std::wstring(40000, L'.') + L"-->";
+        Session far(data, count);
+        far.runQuietly(text, tail);
+        CMarkup parsed;
+        parsed.SetText(text);
+        if (parsed.IsWellFormed())
+            require(far.document().GetText() == std::wstring(session.document().GetText()) + tail,
+                    "edits far from the end");
+    }
     return 0;
 }

@@ -82,6 +82,8 @@ TEST(MarkupAdd, WithoutAChildPositionGoesToTheEnd)
     EXPECT_EQ(afterAdding(L"<p><a/><b/></p>", 0, L"c"), L"<p><a/><b/><c/>\r\n</p>");
     EXPECT_EQ(afterAdding(L"<p>text</p>", 0, L"c"), L"<p>text<c/>\r\n</p>");
     EXPECT_EQ(afterAdding(L"<p> </p>", 0, L"c"), L"<p> <c/>\r\n</p>");
+    EXPECT_EQ(afterAdding(L"<p><a/>text</p>", 0, L"c"), L"<p><a/>text<c/>\r\n</p>");
+    EXPECT_EQ(afterAdding(L"<p><a/><!-- x --></p>", 0, L"c"), L"<p><a/><!-- x --><c/>\r\n</p>");
 }
 
 TEST(MarkupAdd, TextIsEscaped)
@@ -223,16 +225,16 @@ TEST(MarkupFragments, GoInBeforeTheChild)
 {
     const Inserted inserted = afterInserting(L"<p>\r\n<a/>\r\n<b/>\r\n</p>", 2, L"<c><d x='1'/></c>");
     EXPECT_TRUE(inserted.isGood);
-    EXPECT_EQ(inserted.text, L"<p>\r\n<a/>\r\n<c><d x='1'/></c>\r\n<b/>\r\n</p>");
-    EXPECT_EQ(afterInserting(L"<p><a/></p>", 1, L"<c/>").text, L"<p><c/>\r\n<a/></p>");
+    EXPECT_EQ(inserted.text, L"<p>\r\n<a/>\r\n<c><d x='1'/></c><b/>\r\n</p>");
+    EXPECT_EQ(afterInserting(L"<p><a/></p>", 1, L"<c/>").text, L"<p><c/><a/></p>");
 }
 
 TEST(MarkupFragments, WithoutAChildPositionGoToTheVeryFront)
 {
-    EXPECT_EQ(afterInserting(L"<p>\r\n<a/>\r\n</p>", 0, L"<c/>").text, L"<p>\r\n<c/>\r\n<a/>\r\n</p>");
-    EXPECT_EQ(afterInserting(L"<p>text<a/></p>", 0, L"<c/>").text, L"<p><c/>\r\ntext<a/></p>");
-    EXPECT_EQ(afterInserting(L"<p></p>", 0, L"<c/>").text, L"<p>\r\n<c/>\r\n</p>");
-    EXPECT_EQ(afterInserting(L"<p/>", 0, L"<c/>").text, L"<p>\r\n<c/>\r\n</p>");
+    EXPECT_EQ(afterInserting(L"<p>\r\n<a/>\r\n</p>", 0, L"<c/>").text, L"<p>\r\n<c/><a/>\r\n</p>");
+    EXPECT_EQ(afterInserting(L"<p>text<a/></p>", 0, L"<c/>").text, L"<p><c/>text<a/></p>");
+    EXPECT_EQ(afterInserting(L"<p></p>", 0, L"<c/>").text, L"<p><c/></p>");
+    EXPECT_EQ(afterInserting(L"<p/>", 0, L"<c/>").text, L"<p><c/></p>");
 }
 
 TEST(MarkupFragments, TheFirstElementBecomesTheChild)
@@ -249,27 +251,27 @@ TEST(MarkupFragments, WhatStandsAroundTheirElementIsLeftOut)
     const Inserted inserted =
         afterInserting(L"<p><a/></p>", 1, L"<?xml version=\"1.0\"?>\n<!-- x --><c><!-- y --></c>\n<!-- z -->");
     EXPECT_TRUE(inserted.isGood);
-    EXPECT_EQ(inserted.text, L"<p><c><!-- y --></c>\r\n<a/></p>");
+    EXPECT_EQ(inserted.text, L"<p><c><!-- y --></c><a/></p>");
 }
 
 TEST(MarkupFragments, SeveralElementsGoInButAreNotWellFormed)
 {
     const Inserted inserted = afterInserting(L"<p><a/></p>", 1, L" <c/> - <d><e/></d> ");
     EXPECT_FALSE(inserted.isGood);
-    EXPECT_EQ(inserted.text, L"<p><c/> - <d><e/></d>\r\n<a/></p>");
+    EXPECT_EQ(inserted.text, L"<p><c/> - <d><e/></d><a/></p>");
     CMarkup document = onChild(L"<p><a/></p>", 1);
     document.InsertChildFragment(L"<c/><d/>");
     EXPECT_TRUE(document.IsWellFormed());
     EXPECT_EQ(document.GetChildFragment(), L"<c/>");
     document.FindChildElement();
-    EXPECT_EQ(document.GetChildFragment(), L"<d/>\r\n");
+    EXPECT_EQ(document.GetChildFragment(), L"<d/>");
 }
 
 TEST(MarkupFragments, DamagedTextGoesInWhole)
 {
     CMarkup document = onChild(L"<p><a/></p>", 1);
     EXPECT_FALSE(document.InsertChildFragment(L"x<c><d/></e></c>y"));
-    EXPECT_EQ(document.GetText(), L"<p>x<c><d/></e></c>y\r\n<a/></p>");
+    EXPECT_EQ(document.GetText(), L"<p>x<c><d/></e></c>y<a/></p>");
     EXPECT_FALSE(document.IsWellFormed());
     EXPECT_EQ(document.GetChildFragment(), L"<c><d/></e></c>");
     EXPECT_EQ(brokenRule(document), "");
@@ -279,12 +281,12 @@ TEST(MarkupFragments, TextWithoutElementsGoesInWithoutMovingTheChild)
 {
     CMarkup document = onChild(L"<p><a/></p>", 1);
     EXPECT_FALSE(document.InsertChildFragment(L"text"));
-    EXPECT_EQ(document.GetText(), L"<p>text\r\n<a/></p>");
+    EXPECT_EQ(document.GetText(), L"<p>text<a/></p>");
     EXPECT_EQ(document.GetChildFragment(), L"<a/>");
     EXPECT_TRUE(document.IsWellFormed());
     EXPECT_FALSE(document.InsertChildFragment(L""));
     EXPECT_FALSE(document.InsertChildFragment(nullptr));
-    EXPECT_EQ(document.GetText(), L"<p>text\r\n<a/></p>");
+    EXPECT_EQ(document.GetText(), L"<p>text<a/></p>");
 }
 
 TEST(MarkupFragments, OneTakenGoesInElsewhere)
@@ -292,7 +294,7 @@ TEST(MarkupFragments, OneTakenGoesInElsewhere)
     CMarkup file = onChild(L"<Terrains>\n\t<Terrain name='x' flow='0.5'>note</Terrain>\n</Terrains>", 1);
     CMarkup drawing = onChild(L"<Terrains></Terrains>", 0);
     EXPECT_TRUE(drawing.InsertChildFragment(file.GetChildFragment()));
-    EXPECT_EQ(drawing.GetText(), L"<Terrains>\r\n<Terrain name='x' flow='0.5'>note</Terrain>\r\n</Terrains>");
+    EXPECT_EQ(drawing.GetText(), L"<Terrains><Terrain name='x' flow='0.5'>note</Terrain></Terrains>");
     EXPECT_EQ(differenceToFreshParse(drawing), "");
 }
 
@@ -300,7 +302,7 @@ TEST(MarkupFragments, MayBeAPartOfTheDocumentItself)
 {
     CMarkup document = onChild(L"<p><a x='1'/></p>", 1);
     EXPECT_TRUE(document.InsertChildFragment(document.GetText()));
-    EXPECT_EQ(document.GetText(), L"<p><p><a x='1'/></p>\r\n<a x='1'/></p>");
+    EXPECT_EQ(document.GetText(), L"<p><p><a x='1'/></p><a x='1'/></p>");
     EXPECT_EQ(differenceToFreshParse(document), "");
 }
 

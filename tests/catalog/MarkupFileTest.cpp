@@ -208,6 +208,30 @@ TEST_F(MarkupFiles, AFolderIsNoFile)
     EXPECT_THAT(names(), IsEmpty());
 }
 
+TEST_F(MarkupFiles, AFileOfAHundredMegabytesIsReadAndWritten)
+{
+    const std::string line = "\n<item name='0123456789' value='\xC5\xA0\xC4\x8D 456789abcde'/>";
+    std::size_t count = 0;
+    {
+        std::ofstream stream(path(), std::ios::binary);
+        stream << "<list>";
+        for (std::size_t bytes = 0; bytes < 100000000; bytes += line.size(), ++count)
+            stream << line;
+        stream << "</list>";
+    }
+    CMarkup document;
+    ASSERT_TRUE(document.Load(wide()));
+    EXPECT_EQ(document.GetIndex().End(), count + 2);
+    EXPECT_EQ(document.GetErrorText(), std::to_wstring(fs::file_size(path())) + L" bytes to " +
+                                           std::to_wstring(fs::file_size(path()) - 2 * count) + L" wide chars");
+    document.FindElement();
+    document.FindChildElement();
+    EXPECT_EQ(document.GetChildAttribute(L"value"), L"\u0160\u010D 456789abcde");
+    EXPECT_TRUE(document.SetChildAttribute(L"name", L"x"));
+    EXPECT_TRUE(document.Save(wide("b.xml")));
+    EXPECT_EQ(fs::file_size(path("b.xml")), fs::file_size(path()) - 9);
+}
+
 TEST_F(MarkupFiles, APipeIsNoFileToRead)
 {
     ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);

@@ -91,6 +91,26 @@ TEST(MarkupNodes, OnlySomeTypesMayBeAskedFor)
                             Node{CMarkup::kComment, L"#comment", L" 2 "}));
 }
 
+TEST(MarkupNodes, AWalkOverALongListLooksAtEachElementOnce)
+{
+    // If each step looked for its place from the first element on, this would take hours.
+    constexpr int kCount = 1000000;
+    std::wstring text = L"<a>";
+    for (int i = 0; i < kCount; ++i)
+        text += L"<b/>\n";
+    CMarkup document;
+    document.SetText(text + L"</a>");
+    document.FindElement();
+    document.EnterChild();
+    int elements = 0, others = 0;
+    while (document.FindNode(CMarkup::kWhiteSpace) == CMarkup::kWhiteSpace) {
+        ++others;
+        elements += document.FindElement() ? 1 : 0;
+    }
+    EXPECT_EQ(others, kCount);
+    EXPECT_EQ(elements, kCount - 1);
+}
+
 TEST(MarkupNodes, AMissMovesNothing)
 {
     CMarkup document;
@@ -202,6 +222,11 @@ TEST(MarkupAddNode, ATextBeforeAnotherIsANodeOfItsOwn)
 TEST(MarkupAddNode, WithoutAPositionGoesToTheEnd)
 {
     CMarkup document;
+    document.SetText(L"<a><b/>tail</a>");
+    document.FindElement();
+    document.EnterChild();
+    EXPECT_TRUE(document.AddNode(CMarkup::kText, L"x"));
+    EXPECT_EQ(document.GetText(), L"<a><b/>tailx</a>");
     document.SetText(L"<a/>");
     EXPECT_TRUE(document.AddNode(CMarkup::kComment, L"end"));
     EXPECT_EQ(document.GetText(), L"<a/><!--end-->\r\n");

@@ -103,10 +103,19 @@ const ParseCase kDamage[] = {
      L"End tag 'a' at offset 14 does not match start tag 'b' at offset 3"},
     {"AnEndTagWithoutStartClosesNothing", L"<a></b></a>", L"(a)", false, L"No start tag for end tag 'b' at offset 4"},
     {"AnEndTagBeforeTheRoot", L"</b><a/>", L"(a)", false, L"No start tag for end tag 'b' at offset 1"},
-    {"NamesCompareExactly", L"<a></A>", L"(a!)", false, L"No start tag for end tag 'A' at offset 4"},
+    {"NamesCompareExactly", L"<a><b></b></A></a>", L"(a(b))", false, L"No start tag for end tag 'A' at offset 11"},
     {"TheEndOfTheTextEndsNothing", L"<a>", L"(a!)", false, L"Element 'a' at offset 0 not ended"},
-    {"AllThatIsOpenAtTheEndIsNotEnded", L"<a><b>text", L"(a!)(b!)", false, L"Element 'b' at offset 3 not ended"},
-    {"TheFirstErrorStays", L"<a></b><c></a>", L"(a(c!))", false, L"No start tag for end tag 'b' at offset 4"},
+    {"AllThatIsOpenAtTheEndIsNotEnded", L"<a><b>text", L"(a!)(b!)", false, L"Root element has sibling"},
+    {"OfSeveralThatAreNotEndedTheInnermostIsTold", L"<a><b><c></b><d></a>", L"(a(b(c!))(d!))", false,
+     L"End tag 'b' at offset 10 does not match start tag 'c' at offset 6"},
+    {"TheFirstThatIsNotEndedIsToldWhateverWasToldBefore", L"<a></b><c></a>", L"(a(c!))", false,
+     L"End tag 'a' at offset 11 does not match start tag 'c' at offset 7"},
+    {"AnEndTagWithoutStartIsToldWhateverWasToldBefore", L"<a><c><b></c></x></y></a>", L"(a(c(b!)))", false,
+     L"No start tag for end tag 'y' at offset 18"},
+    {"AFaultOfATokenIsToldOnlyFirst", L"<a></x><1><2></a>", L"(a)", false, L"No start tag for end tag 'x' at offset 4"},
+    {"TheFirstFaultOfATokenIsKept", L"<a><1><2></a>", L"(a)", false, L"Incorrect tag name character at offset 3"},
+    {"NoRootIsToldWhateverWasToldBefore", L"</b>", L"", false, L"No root element"},
+    {"ASiblingIsToldWhateverWasToldBefore", L"<a></x></a><b/>", L"(a)(b)", false, L"Root element has sibling"},
     {"NoNameAtAll", L"<a><1></a>", L"(a)", false, L"Incorrect tag name character at offset 3"},
     {"NoNameInAnEndTag", L"<a></></a>", L"(a)", false, L"No start tag for end tag '' at offset 4"},
     {"ABadTokenEndsAtAnOpen", L"<a><1<b/></a>", L"(a(b))", false, L"Incorrect tag name character at offset 3"},
@@ -118,7 +127,7 @@ const ParseCase kDamage[] = {
     {"AnUnterminatedDeclaration", L"<a/><!ELEMENT", L"(a)", false, L"Doctype at offset 4 unterminated"},
     {"AnUnterminatedTag", L"<a/><b c='>", L"(a)", false, L"Element tag at offset 4 unterminated"},
     {"AnUnterminatedName", L"<a/><b", L"(a)", false, L"Element tag at offset 4 unterminated"},
-    {"AnUnterminatedEndTag", L"<a></a", L"(a!)", false, L"Element end tag at offset 3 unterminated"},
+    {"AnUnterminatedEndTag", L"<a/></a", L"(a)", false, L"Element end tag at offset 4 unterminated"},
     {"AnUnterminatedCData", L"<a/><![CDATA[x]]", L"(a)", false, L"CDATA Section at offset 4 unterminated"},
     {"AnUnterminatedInstruction", L"<a/><?x ?", L"(a)", false, L"Processing instruction at offset 4 unterminated"},
     {"AnUnterminatedComment", L"<a/><!-->", L"(a)", false, L"Comment at offset 4 unterminated"},
@@ -132,6 +141,22 @@ INSTANTIATE_TEST_SUITE_P(Damage, MarkupParse, testing::ValuesIn(kDamage), nameOf
 bool hasFlag(const CMarkup &document, std::uint32_t i, std::uint32_t flag)
 {
     return document.GetIndex()[i].Has(flag);
+}
+
+TEST(MarkupFlags, HaveTheirNumbers)
+{
+    EXPECT_EQ(CMarkupRecord::kEmptyTag, 0x010000u);
+    EXPECT_EQ(CMarkupRecord::kDeleted, 0x020000u);
+    EXPECT_EQ(CMarkupRecord::kFirstChild, 0x080000u);
+    EXPECT_EQ(CMarkupRecord::kNotEnded, 0x100000u);
+    EXPECT_EQ(CMarkupRecord::kDamaged, 0x200000u);
+    EXPECT_EQ(CMarkupRecord::kIllFormed, 0x800000u);
+    EXPECT_EQ(CMarkupRecord::kStartTagMask, 0x2FFFFFu);
+    EXPECT_EQ(static_cast<int>(CMarkup::kIgnoreCase), 8);
+    EXPECT_EQ(static_cast<int>(CMarkup::kNoNode), 0);
+    EXPECT_EQ(static_cast<int>(CMarkup::kElement), 1);
+    EXPECT_EQ(static_cast<int>(CMarkup::kStrayEndTag), 0x80);
+    EXPECT_EQ(static_cast<int>(CMarkup::kErrorToken), 0x8000);
 }
 
 TEST(MarkupFlags, DamageMarksTheOpenElementAndTheDocument)

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <random>
 
 using markup_check::brokenRule;
@@ -72,7 +74,7 @@ TEST(MarkupDepth, AHundredThousandElementsThatAreNotEnded)
 {
     CMarkup document;
     EXPECT_FALSE(document.SetText(repeated(L"<a>", kDeep)));
-    EXPECT_EQ(document.GetErrorText(), L"Element 'a' at offset 299997 not ended");
+    EXPECT_EQ(document.GetErrorText(), L"Root element has sibling");
     EXPECT_EQ(brokenRule(document), "");
     std::size_t count = 0;
     while (document.FindElement(L"a"))
@@ -85,7 +87,7 @@ TEST(MarkupDepth, EndTagsWithoutStartCostLittleHoweverDeep)
 {
     CMarkup document;
     EXPECT_FALSE(document.SetText(repeated(L"<a>", kDeep) + repeated(L"</b>", kDeep) + repeated(L"</a>", kDeep)));
-    EXPECT_EQ(document.GetErrorText(), L"No start tag for end tag 'b' at offset 300001");
+    EXPECT_EQ(document.GetErrorText(), L"No start tag for end tag 'b' at offset 699997");
     EXPECT_EQ(brokenRule(document), "");
 }
 
@@ -131,6 +133,11 @@ TEST(MarkupSize, TheIndexIsSizedAndGrowsAsPlanned)
         index.Add();
     index.Add();
     EXPECT_EQ(index.Capacity(), 7u * 65536);
+    CMarkupIndex other;
+    other.Reset(std::size_t{64} * (60000 - 8));
+    while (other.End() <= 60000)
+        other.Add();
+    EXPECT_EQ(other.Capacity(), 90000u);
 }
 
 TEST(MarkupSize, AnElementTakesAtMost48BytesBesideTheText)
@@ -176,6 +183,39 @@ TEST(MarkupSize, ATextBeyondTheLimitIsRefused)
     EXPECT_EQ(document.GetErrorText(), L"A text of 8589934592 characters is too long: at most 268435456 are possible");
     EXPECT_EQ(document.GetText(), L"<a b='1'/>");
     EXPECT_EQ(differenceToFreshParse(document), "");
+}
+
+TEST(MarkupSize, AnEditThatWouldPassTheLimitIsRefusedAndChangesNothing)
+{
+    if (::sysconf(_SC_AVPHYS_PAGES) < (std::int64_t{5} << 30) / ::sysconf(_SC_PAGESIZE))
+        GTEST_SKIP() << "this needs 4 GB of free memory";
+    constexpr std::wstring_view kBegin = L"<r><a x='1'/><!--", kEnd = L"--></r>";
+    constexpr std::size_t kRoom = 5;
+    CMarkup document;
+    {
+        std::wstring text(CMarkup::kLongestText - kRoom, L'.');
+        text.replace(0, kBegin.size(), kBegin);
+        text.replace(text.size() - kEnd.size(), kEnd.size(), kEnd);
+        ASSERT_TRUE(document.SetText(text));
+    }
+    const std::uint32_t records = document.GetIndex().End();
+    document.FindElement();
+    document.FindChildElement();
+    EXPECT_FALSE(document.SetChildAttribute(L"x", L"1234567"));
+    EXPECT_EQ(document.GetErrorText(), L"A text of 268435457 characters is too long: at most 268435456 are possible");
+    EXPECT_FALSE(document.SetAttribute(L"y", L"1"));
+    EXPECT_FALSE(document.AddChildElement(L"b"));
+    EXPECT_FALSE(document.InsertChildFragment(L"<b></b>"));
+    EXPECT_FALSE(document.SetChildContent(L"<b/>"));
+    EXPECT_FALSE(document.SetChildText(L"text"));
+    EXPECT_FALSE(document.AddNode(CMarkup::kComment, L"c"));
+    EXPECT_EQ(document.GetText().size(), CMarkup::kLongestText - kRoom);
+    EXPECT_TRUE(document.GetText().starts_with(kBegin) && document.GetText().ends_with(kEnd));
+    EXPECT_EQ(document.GetIndex().End(), records);
+    EXPECT_EQ(brokenRule(document), "");
+    EXPECT_EQ(document.GetChildFragment(), L"<a x='1'/>");
+    EXPECT_TRUE(document.SetChildAttribute(L"x", L"123456")) << "as long as possible";
+    EXPECT_EQ(document.GetText().size(), CMarkup::kLongestText);
 }
 
 TEST(MarkupSize, TagsLongerThanTheirBitsAreHeldAllTheSame)
