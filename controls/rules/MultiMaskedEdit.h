@@ -1,6 +1,7 @@
 // One box that takes its behaviour from a mask.
 #pragma once
 
+#include "controls/rules/DateTimeBehavior.h"
 #include "controls/rules/ValidatingEdit.h"
 
 #include <type_traits>
@@ -10,12 +11,17 @@ namespace AMSEdit {
 /// Starts alphanumeric, without a limit and without % ' * " + ? > < : \ . Every message, paste too, goes to the current
 /// behaviour. The symbols of the masked behaviour are the owner's to fill.
 template <class Box>
-class TMultiMaskedEdit : public Box, public AlphanumericBehavior, public NumericBehavior, public MaskedBehavior {
+class TMultiMaskedEdit : public Box,
+                         public AlphanumericBehavior,
+                         public NumericBehavior,
+                         public MaskedBehavior,
+                         public DateTimeBehavior {
 public:
-    explicit TMultiMaskedEdit(const IRegionalSettings &settings)
+    explicit TMultiMaskedEdit(const IRegionalSettings &settings, const IClock &clock = SystemClock())
         : Box(), AlphanumericBehavior(static_cast<CEditBox &>(*this), 0, L"%'*\"+?><:\\"),
           NumericBehavior(static_cast<CEditBox &>(*this), 9, 4, settings),
-          MaskedBehavior(static_cast<CEditBox &>(*this))
+          MaskedBehavior(static_cast<CEditBox &>(*this)),
+          DateTimeBehavior(static_cast<CEditBox &>(*this), settings, clock)
     {
     }
 
@@ -34,6 +40,9 @@ public:
             NumericBehavior::SetMask(mask);
             break;
         case MaskChoice::Kind::DateTime:
+            // Flags of an earlier mask stay.
+            DateTimeBehavior::ModifyFlags(m_choice.flags, 0);
+            break;
         case MaskChoice::Kind::Masked:
             MaskedBehavior::StoreMask({});
             MaskedBehavior::SetMask(mask);
@@ -81,10 +90,12 @@ private:
             std::conditional_t<std::is_const_v<Self>, const AlphanumericBehavior, AlphanumericBehavior>;
         using Numeric = std::conditional_t<std::is_const_v<Self>, const NumericBehavior, NumericBehavior>;
         using Masked = std::conditional_t<std::is_const_v<Self>, const MaskedBehavior, MaskedBehavior>;
+        using DateTime = std::conditional_t<std::is_const_v<Self>, const DateTimeBehavior, DateTimeBehavior>;
         switch (self.m_choice.kind) {
         case MaskChoice::Kind::Numeric:
             return call(static_cast<Numeric &>(self));
         case MaskChoice::Kind::DateTime:
+            return call(static_cast<DateTime &>(self));
         case MaskChoice::Kind::Masked:
             return call(static_cast<Masked &>(self));
         case MaskChoice::Kind::Alphanumeric:
