@@ -8,6 +8,10 @@
 
 namespace AMSEdit {
 
+// Each behaviour has a base of its own, so that none can be asked for without naming the behaviour.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winaccessible-base"
+
 /// Starts alphanumeric, without a limit and without % ' * " + ? > < : \ . Every message, paste too, goes to the current
 /// behaviour. The symbols of the masked behaviour are the owner's to fill.
 template <class Box>
@@ -106,5 +110,7 @@ private:
 
     MaskChoice m_choice;
 };
+
+#pragma GCC diagnostic pop
 
 } // namespace AMSEdit

@@ -85,14 +85,16 @@ TEST(DateTyping, TheSeparatorIsTakenAtItsOwnPlacesAlone)
 
 TEST(DateTyping, OtherCharactersAreDropped)
 {
-    TypeAll(Date(), {{L"|", L"x>| ->| .>| _>| />|"}, {L"06/15/2000|", L"x>06/15/2000| 1>06/15/2000|"},
+    TypeAll(Date(), {{L"|", L"x>| ->| .>| _>| />|"},
+                     {L"06/15/2000|", L"x>06/15/2000| 1>06/15/2000|"},
                      {L"06|/15/2000", L"->06|/15/2000 .>06|/15/2000"}});
 }
 
 TEST(DateTyping, AMonthEndsAtTwelveAndStartsAtOne)
 {
-    TypeAll(Date(), {{L"|", L"1>1| 3>1| 9>1| 0>10|"}, {L"|", L"1>1| 1>11|"}, {L"|", L"1>1| 2>12|"},
-                     {L"|", L"0>0| 0>0| 1>01|"}});
+    TypeAll(
+        Date(),
+        {{L"|", L"1>1| 3>1| 9>1| 0>10|"}, {L"|", L"1>1| 1>11|"}, {L"|", L"1>1| 2>12|"}, {L"|", L"0>0| 0>0| 1>01|"}});
 }
 
 TEST(DateTyping, ADayEndsWithItsMonth)
@@ -177,7 +179,9 @@ TEST(DateTyping, WithTheDayInFrontTheMonthCutsTheDayBeforeIt)
 
 TEST(DateTyping, InTheYearOfTheMaximumALaterMonthIsRefused)
 {
-    TypeAll(Date([](DateEdit &edit) { edit.SetRange({1900, 1, 1}, {2000, 6, 15}); }),
+    TypeAll(Date([](DateEdit &edit) {
+                edit.SetRange({1900, 1, 1}, {2000, 6, 15});
+            }),
             {{L"0|5/20/2000", L"7>0|5/20/2000 6>06/[15]/2000"},
              {L"|05/20/2000", L"1>|05/20/2000"},
              {L"0|5/20/1999", L"7>07|/20/1999"},
@@ -200,9 +204,9 @@ TEST(DateTyping, InTheMonthOfALimitTheDaysBeyondItAreRefused)
 
 TEST(DateTyping, AYearThatBringsTheMonthOutOfTheRangeMakesItTheFirstThatFits)
 {
-    TypeAll(Date(Narrowed), {{L"08/20/|1995", L"2>01/20/2[000]"},
-                             {L"02/05/199|1", L"0>03/31/1990|"},
-                             {L"06/20/|1995", L"2>06/15/2[000]"}});
+    TypeAll(
+        Date(Narrowed),
+        {{L"08/20/|1995", L"2>01/20/2[000]"}, {L"02/05/199|1", L"0>03/31/1990|"}, {L"06/20/|1995", L"2>06/15/2[000]"}});
 }
 
 TEST(DateTyping, UpAndDownStepTheFieldUnderTheCaret)
@@ -378,15 +382,13 @@ TEST(DateTyping, NoKeysMakeACompleteTextThatIsNoDateOfTheRange)
     constexpr unsigned kSeed = 20261121;
     SCOPED_TRACE("seed " + std::to_string(kSeed));
     std::mt19937 random(kSeed);
-    const std::vector<std::wstring> keys = {L"0", L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8", L"9", L"0",
-                                            L"1", L"2", L"9", L"/", L"/", L"x", L"<BS>", L"<Del>", L"<Left>",
-                                            L"<Right>", L"<Home>", L"<End>", L"<Up>", L"<Down>", L"<Undo>"};
-    const CalendarTime limits[][2] = {{{1900, 1, 1}, {9998, 12, 31}},
-                                      {{1990, 3, 10}, {2000, 6, 15}},
-                                      {{2000, 2, 20}, {2000, 3, 5}},
-                                      {{2000, 6, 10}, {2000, 6, 15}},
-                                      {{1999, 11, 30}, {2001, 1, 1}},
-                                      {{800, 5, 5}, {1200, 7, 7}}};
+    const std::vector<std::wstring> keys = {L"0",      L"1",     L"2",    L"3",      L"4",     L"5",      L"6",
+                                            L"7",      L"8",     L"9",    L"0",      L"1",     L"2",      L"9",
+                                            L"/",      L"/",     L"x",    L"<BS>",   L"<Del>", L"<Left>", L"<Right>",
+                                            L"<Home>", L"<End>", L"<Up>", L"<Down>", L"<Undo>"};
+    const CalendarTime limits[][2] = {{{1900, 1, 1}, {9998, 12, 31}}, {{1990, 3, 10}, {2000, 6, 15}},
+                                      {{2000, 2, 20}, {2000, 3, 5}},  {{2000, 6, 10}, {2000, 6, 15}},
+                                      {{1999, 11, 30}, {2001, 1, 1}}, {{800, 5, 5}, {1200, 7, 7}}};
     int complete = 0, all = 0;
     for (const auto &[min, max] : limits) {
         for (const bool dayFirst : {false, true}) {

@@ -34,8 +34,8 @@ auto Both(std::function<void(DateTimeEdit &)> setUp = {})
 
 TEST(TimeTyping, DigitsAndSeparatorsFillTheFields)
 {
-    TypeAll(TwentyFour(), {{L"|", L"1>1| 3>13| :>13:| 4>13:4| 5>13:45| 6>13:45| :>13:45|"},
-                           {L"|", L"1>1| 3>13| 4>13:4| 5>13:45|"}});
+    TypeAll(TwentyFour(),
+            {{L"|", L"1>1| 3>13| :>13:| 4>13:4| 5>13:45| 6>13:45| :>13:45|"}, {L"|", L"1>1| 3>13| 4>13:4| 5>13:45|"}});
     TypeAll(TwentyFour(WithSecondsShown), {{L"|", L"1>1| 2>12| :>12:| 3>12:3| 4>12:34| :>12:34:| 5>12:34:5| "
                                                   L"6>12:34:56| 7>12:34:56|"},
                                            {L"|", L"1>1| 2>12| 3>12:3| 4>12:34| 5>12:34:5| 6>12:34:56|"}});
@@ -131,8 +131,8 @@ TEST(TimeTyping, AnotherLetterOfTheFieldIsSteppedOver)
 
 TEST(TimeTyping, TheBlankInFrontOfTheFieldCanBeTyped)
 {
-    TypeAll(Twelve(), {{L"09:30|_AM", L"_>09:30_|AM"},
-                       {L"09:30_AM|", L"<BS>>09:30_A| <BS>>09:30_| <BS>>09:30| _>09:30_|"}});
+    TypeAll(Twelve(),
+            {{L"09:30|_AM", L"_>09:30_|AM"}, {L"09:30_AM|", L"<BS>>09:30_A| <BS>>09:30_| <BS>>09:30| _>09:30_|"}});
 }
 
 TEST(TimeTyping, ADigitCompletesAFieldThatHasBeenBegunOrIsMissing)
@@ -265,7 +265,7 @@ TEST(DateTimeTyping, WithBothFlagsItIsTheDateAlone)
 TEST(DateTimeTyping, UndoGoesBackKeyByKey)
 {
     TypeAll(Both(), {{L"06/15/2000_13:4|5", L"2>06/15/2000_13:42| <BS>>06/15/2000_13:4| <Undo>>06/15/2000_13:42| "
-                                             L"<Undo>>06/15/2000_13:4|5 <Redo>>06/15/2000_13:42|"}});
+                                            L"<Undo>>06/15/2000_13:4|5 <Redo>>06/15/2000_13:42|"}});
 }
 
 TEST(DateTimeTyping, NoKeysMakeACompleteTextThatIsNoDateAndTime)
@@ -273,10 +273,10 @@ TEST(DateTimeTyping, NoKeysMakeACompleteTextThatIsNoDateAndTime)
     constexpr unsigned kSeed = 834521;
     SCOPED_TRACE("seed " + std::to_string(kSeed));
     std::mt19937 random(kSeed);
-    const std::vector<std::wstring> keys = {L"0", L"1", L"2", L"3", L"4", L"5", L"6", L"7",      L"8",      L"9",
-                                            L"/", L":", L"a", L"p", L"m", L"_", L"x", L"<BS>",   L"<Del>",  L"<Left>",
-                                            L"0", L"1", L"2", L"9", L"0", L"5", L"1", L"<Right>", L"<Home>", L"<End>",
-                                            L"<Up>", L"<Down>", L"<Undo>", L"<Redo>"};
+    const std::vector<std::wstring> keys = {
+        L"0", L"1", L"2", L"3",       L"4",      L"5",     L"6",     L"7",      L"8",      L"9",     L"/", L":",
+        L"a", L"p", L"m", L"_",       L"x",      L"<BS>",  L"<Del>", L"<Left>", L"0",      L"1",     L"2", L"9",
+        L"0", L"5", L"1", L"<Right>", L"<Home>", L"<End>", L"<Up>",  L"<Down>", L"<Undo>", L"<Redo>"};
     int complete = 0, all = 0;
     for (const unsigned flags : {0U, 0x0100U, 0x0200U, 0x4000U, 0x4200U, 0x2000U, 0x6000U, 0x2200U, 0x7000U}) {
         DateTimeEdit edit(kNoAnswers, kNow);
