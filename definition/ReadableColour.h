@@ -1,21 +1,9 @@
-// A given text colour, kept as it is on light backgrounds and held readable on dark ones.
+// The text colours of the definition dialog.
 #pragma once
 
-#include <QColor>
-
-#include <cstdint>
+#include "controls/ReadableColour.h"
 
 /// Colours on the seam stand in blue, green, red byte order.
 inline constexpr std::uint32_t kColourGuidance = 0xFF0000; ///< blue
 inline constexpr std::uint32_t kColourResult = 23551;      ///< orange
 inline constexpr std::uint32_t kColourPlain = 0x000000;    ///< black
-
-/// The colour of a value in blue, green, red byte order.
-QColor ColourOf(std::uint32_t blueGreenRed);
-
-/// Contrast of two colours, 1 to 21, by the relative luminance of the Web Content Accessibility Guidelines.
-double ContrastOf(const QColor &one, const QColor &other);
-
-/// wanted itself on a light background, which is one that black stands out from at least as well as white. On a dark
-/// one the same hue, lightened until its contrast is 4.5 or more; wanted itself when it already is.
-QColor ReadableColour(const QColor &wanted, const QColor &background);

@@ -1,4 +1,4 @@
-#include "definition/ReadableColour.h"
+#include "controls/ReadableColour.h"
 
 #include <algorithm>
 #include <cmath>
@@ -45,4 +45,12 @@ QColor ReadableColour(const QColor &wanted, const QColor &background)
         colour = QColor::fromHslF(std::max(hue, 0.0F), saturation, lightness + (1.0F - lightness) * part);
     }
     return colour;
+}
+
+QColor ReadableText(const QColor &wanted, const QColor &background)
+{
+    if (ContrastOf(wanted, background) >= kReadableContrast)
+        return wanted;
+    const QColor black(Qt::black), white(Qt::white);
+    return ContrastOf(black, background) >= ContrastOf(white, background) ? black : white;
 }
