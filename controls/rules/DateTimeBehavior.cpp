@@ -114,7 +114,7 @@ std::wstring DateTimeBehavior::GetValidText() const
     GetRange(&min, &max);
     const CalendarTime date = ValidDate(), value = joined(date, ValidTime());
     // The date is within the range: the time of its first or last day may still lead out of it.
-    if (value < min && date.DateAlone() == min.DateAlone())
+    if ((value < min || max < min) && date.DateAlone() == min.DateAlone())
         return Form(min);
     if (value > max && date.DateAlone() == max.DateAlone())
         return Form(max);

@@ -26,31 +26,31 @@ wchar_t unitsOf(int value)
 
 TwoDigitField DateBehavior::MonthField() const
 {
-    const auto [smallest, largest] = Months(ValidYear());
-    const auto second = [=](wchar_t first) {
+    const FieldRange months = Months(ValidYear());
+    const auto second = [months](wchar_t first) {
         const bool tens = first == L'1';
         DigitLimits limits = {tens ? L'0' : L'1', tens ? L'2' : L'9'};
-        if (first == tensOf(smallest))
-            limits.smallest = unitsOf(smallest);
-        if (first == tensOf(largest))
-            limits.largest = unitsOf(largest);
+        if (first == tensOf(months.smallest))
+            limits.smallest = unitsOf(months.smallest);
+        if (first == tensOf(months.largest))
+            limits.largest = unitsOf(months.largest);
         return limits;
     };
-    return {MonthStart(), {tensOf(smallest), tensOf(largest)}, second};
+    return {MonthStart(), {tensOf(months.smallest), tensOf(months.largest)}, second};
 }
 
 TwoDigitField DateBehavior::DayField() const
 {
-    const auto [smallest, largest] = DaysOfBox();
-    const auto second = [=](wchar_t first) {
+    const FieldRange days = DaysOfBox();
+    const auto second = [days](wchar_t first) {
         DigitLimits limits = {first == L'0' ? L'1' : L'0', L'9'};
-        if (first == tensOf(smallest))
-            limits.smallest = unitsOf(smallest);
-        if (first == tensOf(largest))
-            limits.largest = unitsOf(largest);
+        if (first == tensOf(days.smallest))
+            limits.smallest = unitsOf(days.smallest);
+        if (first == tensOf(days.largest))
+            limits.largest = unitsOf(days.largest);
         return limits;
     };
-    return {DayStart(), {tensOf(smallest), tensOf(largest)}, second};
+    return {DayStart(), {tensOf(days.smallest), tensOf(days.largest)}, second};
 }
 
 DigitLimits DateBehavior::YearDigit(int index) const

@@ -8,8 +8,8 @@
 
 namespace AMSEdit {
 
-// Each behaviour has a base of its own, so that none can be asked for without naming the behaviour.
-#pragma GCC diagnostic push
+// Each behaviour has a base of its own, so that none can be asked for without naming the behaviour. That holds for heirs
+// of the edit as well: the warning stays off for whoever includes this.
 #pragma GCC diagnostic ignored "-Winaccessible-base"
 
 /// Starts alphanumeric, without a limit and without % ' * " + ? > < : \ . Every message, paste too, goes to the current
@@ -110,7 +110,5 @@ private:
 
     MaskChoice m_choice;
 };
-
-#pragma GCC diagnostic pop
 
 } // namespace AMSEdit

@@ -91,7 +91,7 @@ TEST(DateValue, TheFirstMOrDOfTheShortPatternTellsTheOrder)
         {L"yyyy-dd-MM", true}, {L"m/M/dd", false},    {L"", false},     {L"yyyy", false},
     };
     for (const auto &[pattern, dayFirst] : patterns) {
-        const PinnedSettings settings{{{Query::ShortDatePattern, pattern}, {Query::DateSeparator, L"-x"}}};
+        const PinnedSettings settings{{Query::ShortDatePattern, pattern}, {Query::DateSeparator, L"-x"}};
         DateEdit edit(settings, kNow);
         EXPECT_EQ(edit.IsDayShownBeforeMonth(), dayFirst) << Narrow(pattern);
         EXPECT_EQ(edit.GetSeparator(), L'-');
@@ -105,10 +105,10 @@ TEST(TimeValue, TheSettingsGiveSeparatorHoursAndTexts)
     };
     for (const auto &[am, pm, wantedAm, wantedPm] :
          {Texts{L"dop.", L"odp.", L"dop.", L"odp."}, Texts{L"a", L"pm", L"AM", L"PM"}, Texts{L"", L"", L"AM", L"PM"}}) {
-        const PinnedSettings settings{{{Query::TimeSeparator, L".x"},
-                                       {Query::TimeOfTwentyFourHours, L"0"},
-                                       {Query::MorningText, am},
-                                       {Query::AfternoonText, pm}}};
+        const PinnedSettings settings{{Query::TimeSeparator, L".x"},
+                                      {Query::TimeOfTwentyFourHours, L"0"},
+                                      {Query::MorningText, am},
+                                      {Query::AfternoonText, pm}};
         TimeEdit edit(settings, kNow);
         std::wstring foundAm, foundPm;
         edit.GetAMPMSymbols(&foundAm, &foundPm);
@@ -120,7 +120,7 @@ TEST(TimeValue, TheSettingsGiveSeparatorHoursAndTexts)
     EXPECT_TRUE(TimeEdit(kTwentyFour, kNow).IsShowing24HourFormat());
     EXPECT_FALSE(TimeEdit(kNoAnswers, kNow).IsShowing24HourFormat());
     EXPECT_FALSE(TimeEdit(kTwentyFour, kNow).IsShowingSeconds());
-    EXPECT_TRUE(TimeEdit(PinnedSettings{{{Query::TimeOfTwentyFourHours, L"2"}}}, kNow).IsShowing24HourFormat());
+    EXPECT_TRUE(TimeEdit(PinnedSettings{{Query::TimeOfTwentyFourHours, L"2"}}, kNow).IsShowing24HourFormat());
 }
 
 TEST(DateValue, TextSetFromOutsideIsReadByPlacesAndPutRight)
@@ -198,6 +198,14 @@ TEST(DateValue, ARangeThatHoldsNothingOrMakesNoDatesStillHasASettledForm)
             EXPECT_EQ(edit.GetValidText(), edit.GetWindowText());
         }
     }
+}
+
+TEST(DateTimeValue, ARangeThatEndsBeforeItStartsOnTheSameDayHasASettledForm)
+{
+    SetAll(Both([](DateTimeEdit &edit) {
+               edit.SetRange({1990, 11, 1, 12, 3, 0}, {1990, 11, 1, 5, 0, 0});
+           }),
+           {{L" ", L"11/01/1990 12:03"}, {L"11/01/1990 05:00", L"11/01/1990 12:03"}});
 }
 
 TEST(DateValue, ASetterOfTheRangeRedraws)
@@ -751,9 +759,9 @@ TEST(DateMessage, CheckIfValidShowsItAndTakesTheFocusButADisabledBoxCountsAsVali
     EXPECT_TRUE(edit.messages.empty());
     EXPECT_FALSE(edit.CheckIfValid(true));
     EXPECT_EQ(edit.journal, (Steps{L"message:48", L"focus"}));
-    edit.enabled = false;
+    edit.SetEnabled(false);
     EXPECT_TRUE(edit.CheckIfValid(true));
-    edit.enabled = true;
+    edit.SetEnabled(true);
     edit.SetDate(2000, 6, 15);
     EXPECT_TRUE(edit.CheckIfValid(true));
     EXPECT_EQ(edit.messages.size(), 1u);

@@ -3,29 +3,14 @@
 #pragma once
 
 #include "tests/controls/KeySequence.h"
+#include "tests/controls/PinnedSettings.h"
 
 #include "controls/rules/DateTimeEdits.h"
 
-#include <map>
+#include <functional>
 #include <memory>
 
 namespace sequence {
-
-/// Settings that answer what a test gives them.
-class PinnedSettings : public AMSEdit::IRegionalSettings {
-public:
-    using Answers = std::map<AMSEdit::RegionalQuery, std::wstring>;
-    PinnedSettings() = default;
-    explicit PinnedSettings(Answers answers) : m_answers(std::move(answers)) {}
-    std::optional<std::wstring> Query(AMSEdit::RegionalQuery query) const override
-    {
-        const auto found = m_answers.find(query);
-        return found == m_answers.end() ? std::nullopt : std::optional(found->second);
-    }
-
-private:
-    Answers m_answers;
-};
 
 /// A clock that stands still.
 class PinnedClock : public AMSEdit::IClock {
@@ -37,17 +22,17 @@ private:
     AMSEdit::CalendarTime m_now;
 };
 
-inline const PinnedSettings kNoAnswers;
-inline const PinnedSettings kDayFirst{{{AMSEdit::RegionalQuery::DateSeparator, L"."},
-                                       {AMSEdit::RegionalQuery::ShortDatePattern, L"dd.MM.yyyy"},
-                                       {AMSEdit::RegionalQuery::TimeOfTwentyFourHours, L"1"}}};
-inline const PinnedSettings kTwentyFour{{{AMSEdit::RegionalQuery::TimeOfTwentyFourHours, L"1"}}};
+inline const PinnedSettings kNoAnswers{};
+inline const PinnedSettings kDayFirst{{AMSEdit::RegionalQuery::DateSeparator, L"."},
+                                      {AMSEdit::RegionalQuery::ShortDatePattern, L"dd.MM.yyyy"},
+                                      {AMSEdit::RegionalQuery::TimeOfTwentyFourHours, L"1"}};
+inline const PinnedSettings kTwentyFour{{AMSEdit::RegionalQuery::TimeOfTwentyFourHours, L"1"}};
 /// Saturday, 21 November 2026, a quarter to two in the afternoon.
 inline const PinnedClock kNow{{2026, 11, 21, 13, 45, 30}};
 
-using DateEdit = AMSEdit::TDateEdit<FakeEditBox>;
-using TimeEdit = AMSEdit::TTimeEdit<FakeEditBox>;
-using DateTimeEdit = AMSEdit::TDateTimeEdit<FakeEditBox>;
+using DateEdit = AMSEdit::TDateEdit<SequenceBox>;
+using TimeEdit = AMSEdit::TTimeEdit<SequenceBox>;
+using DateTimeEdit = AMSEdit::TDateTimeEdit<SequenceBox>;
 
 /// Makes edits that a function sets up.
 template <class Edit>

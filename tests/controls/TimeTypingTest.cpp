@@ -1,14 +1,12 @@
 // Keys in a time edit and in one of a date and a time, as sequences: text and selection after every key.
 #include "tests/controls/FieldSequence.h"
 
-#include <random>
-
 using namespace AMSEdit;
 using namespace sequence;
 
 namespace {
 
-const PinnedSettings kOtherTexts{{{RegionalQuery::MorningText, L"dop."}, {RegionalQuery::AfternoonText, L"odp."}}};
+const PinnedSettings kOtherTexts{{RegionalQuery::MorningText, L"dop."}, {RegionalQuery::AfternoonText, L"odp."}};
 
 void WithSecondsShown(TimeEdit &edit)
 {
@@ -187,7 +185,7 @@ TEST(TimeTyping, AReadOnlyBoxIgnoresKeys)
 {
     auto edit = Twelve()();
     Place(*edit, L"09:30_|AM");
-    edit->readOnly = true;
+    edit->SetReadOnly(true);
     for (const wchar_t *key : {L"1", L"p", L"<BS>", L"<Del>"}) {
         Press(*edit, key);
         EXPECT_EQ(Shown(edit->Picture()), L"09:30_|AM") << Narrow(key);
@@ -266,31 +264,4 @@ TEST(DateTimeTyping, UndoGoesBackKeyByKey)
 {
     TypeAll(Both(), {{L"06/15/2000_13:4|5", L"2>06/15/2000_13:42| <BS>>06/15/2000_13:4| <Undo>>06/15/2000_13:42| "
                                             L"<Undo>>06/15/2000_13:4|5 <Redo>>06/15/2000_13:42|"}});
-}
-
-TEST(DateTimeTyping, NoKeysMakeACompleteTextThatIsNoDateAndTime)
-{
-    constexpr unsigned kSeed = 834521;
-    SCOPED_TRACE("seed " + std::to_string(kSeed));
-    std::mt19937 random(kSeed);
-    const std::vector<std::wstring> keys = {
-        L"0", L"1", L"2", L"3",       L"4",      L"5",     L"6",     L"7",      L"8",      L"9",     L"/", L":",
-        L"a", L"p", L"m", L"_",       L"x",      L"<BS>",  L"<Del>", L"<Left>", L"0",      L"1",     L"2", L"9",
-        L"0", L"5", L"1", L"<Right>", L"<Home>", L"<End>", L"<Up>",  L"<Down>", L"<Undo>", L"<Redo>"};
-    int complete = 0, all = 0;
-    for (const unsigned flags : {0U, 0x0100U, 0x0200U, 0x4000U, 0x4200U, 0x2000U, 0x6000U, 0x2200U, 0x7000U}) {
-        DateTimeEdit edit(kNoAnswers, kNow);
-        edit.ModifyFlags(flags, 0);
-        edit.SetToNow();
-        const std::size_t length = edit.GetWindowText().size();
-        for (int key = 0; key < 20000; ++key, ++all) {
-            Press(edit, keys[random() % keys.size()]);
-            ASSERT_LE(edit.GetWindowText().size(), length) << Narrow(edit.Picture());
-            if (edit.GetWindowText().size() < length)
-                continue;
-            ++complete;
-            ASSERT_TRUE(edit.IsValid()) << Narrow(edit.Picture()) << " after key " << key << ", flags " << flags;
-        }
-    }
-    EXPECT_GT(complete, all / 5);
 }

@@ -1,0 +1,42 @@
+// What the gallery's window asks of a control: its name, the control itself, its value and its options.
+#pragma once
+
+#include "controls/rules/CalendarTime.h"
+#include "controls/rules/RegionalSettings.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace gallery {
+
+struct Row {
+    QString name;
+    QWidget *control = nullptr;
+    QWidget *options = nullptr;
+    std::function<QString()> text;
+    std::function<QString()> value; ///< none: the control has no value beside its text
+    std::function<bool()> valid;    ///< none: every text is valid
+};
+
+/// Rows of one kind, in order.
+struct Group {
+    QString title;
+    std::vector<Row> rows;
+};
+
+/// What every edit is made with.
+struct Setting {
+    const AMSEdit::IRegionalSettings &regional;
+    /// Told of every beep, with the control's name.
+    std::function<void(const QString &what)> note;
+};
+
+Group NumberRows(const Setting &setting);
+Group TextRows(const Setting &setting);
+Group DateRows(const Setting &setting);
+Group SmallRows();
+
+} // namespace gallery
