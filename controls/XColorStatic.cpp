@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QStyle>
 
+#include <algorithm>
 #include <string_view>
 
 namespace {
@@ -16,6 +17,7 @@ constexpr std::size_t kLongestFaceName = 31;
 CXColorStatic::CXColorStatic(QWidget *parent) : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
 }
 
 CXColorStatic::CXColorStatic(const QString &text, QWidget *parent) : CXColorStatic(parent)
@@ -44,9 +46,12 @@ void CXColorStatic::SetBackgroundColor(ColorRef colour, bool redraw)
 void CXColorStatic::SetBold(bool bold, bool redraw)
 {
     m_bBold = bold;
-    QFont own = font();
-    own.setWeight(bold ? QFont::Bold : QFont::Normal);
-    setFont(own);
+    if (!m_font && testAttribute(Qt::WA_SetFont))
+        m_font = font();
+    if (!m_font)
+        m_font = QFont(); // nothing of its own yet: all but the weight stays the desktop's
+    m_font->setWeight(bold ? QFont::Bold : QFont::Normal);
+    setFont(*m_font);
     Redraw(redraw);
 }
 
@@ -54,9 +59,9 @@ void CXColorStatic::SetFont(const QFont *font, bool redraw)
 {
     if (!font)
         return;
-    QFont own = *font;
-    own.setWeight(m_bBold ? QFont::Bold : QFont::Normal);
-    setFont(own);
+    m_font = *font;
+    m_font->setWeight(m_bBold ? QFont::Bold : QFont::Normal);
+    setFont(*m_font);
     Redraw(redraw);
 }
 
@@ -106,7 +111,35 @@ QSize CXColorStatic::sizeHint() const
 
 QSize CXColorStatic::minimumSizeHint() const
 {
-    return WithMargins(QLabel::minimumSizeHint());
+    if (!hasHeightForWidth())
+        return WithMargins(QLabel::minimumSizeHint());
+    const int longestWord = fontMetrics().boundingRect(QRect(0, 0, 1, 1), TextFlags(), text()).width();
+    return WithMargins({longestWord, fontMetrics().height()});
+}
+
+bool CXColorStatic::hasHeightForWidth() const
+{
+    return m_icon.isNull() && (TextFlags() & Qt::TextWordWrap) != 0;
+}
+
+int CXColorStatic::heightForWidth(int width) const
+{
+    if (!hasHeightForWidth())
+        return QLabel::heightForWidth(width);
+    const QRect place(0, 0, std::max(width - m_nXMargin, 1), QWIDGETSIZE_MAX);
+    return fontMetrics().boundingRect(place, TextFlags(), text()).height() + m_nYMargin;
+}
+
+int CXColorStatic::TextFlags() const
+{
+    const Qt::Alignment wanted = QStyle::visualAlignment(layoutDirection(), alignment());
+    int flags = Qt::AlignLeft;
+    if (wanted & Qt::AlignHCenter)
+        flags = Qt::AlignHCenter;
+    else if (wanted & Qt::AlignRight)
+        flags = Qt::AlignRight;
+    flags |= wanted & Qt::AlignVCenter ? Qt::AlignVCenter | Qt::TextSingleLine : Qt::AlignTop | Qt::TextWordWrap;
+    return buddy() ? flags | Qt::TextShowMnemonic : flags;
 }
 
 QColor CXColorStatic::TextColour() const
@@ -128,15 +161,6 @@ void CXColorStatic::paintEvent(QPaintEvent *)
         m_icon.paint(&painter, place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
         return;
     }
-    const Qt::Alignment wanted = QStyle::visualAlignment(layoutDirection(), alignment());
-    int flags = Qt::AlignLeft;
-    if (wanted & Qt::AlignHCenter)
-        flags = Qt::AlignHCenter;
-    else if (wanted & Qt::AlignRight)
-        flags = Qt::AlignRight;
-    flags |= wanted & Qt::AlignVCenter ? Qt::AlignVCenter | Qt::TextSingleLine : Qt::AlignTop | Qt::TextWordWrap;
-    if (buddy())
-        flags |= Qt::TextShowMnemonic;
     painter.setPen(TextColour());
-    painter.drawText(rect().adjusted(m_nXMargin, m_nYMargin, 0, 0), flags, text());
+    painter.drawText(rect().adjusted(m_nXMargin, m_nYMargin, 0, 0), TextFlags(), text());
 }

@@ -12,8 +12,8 @@
 /// Without colours of its own it is painted in the desktop's. A text colour alone is lightened on a dark window until
 /// it can be read; with a background of its own it is painted as it was given.
 ///
-/// Alignment as of any label: centred vertically means one line, otherwise the text starts at the top and is broken
-/// between words. The text is plain.
+/// Alignment as of any label: centred vertically means one line, otherwise, and from the start, the text begins at the
+/// top and is broken between words. The text is plain.
 ///
 /// Every setter has a redraw argument: true paints the label at once, false leaves that to the next paint.
 class CXColorStatic : public QLabel {
@@ -42,6 +42,8 @@ public:
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    bool hasHeightForWidth() const override;
+    int heightForWidth(int width) const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -50,10 +52,12 @@ private:
     QColor TextColour() const;
     QSize WithMargins(const QSize &ofText) const;
     int IconSize() const;
+    int TextFlags() const;
     void Redraw(bool redraw);
 
     std::optional<ColorRef> m_crText; ///< none: the desktop's
     std::optional<ColorRef> m_crBackground;
+    std::optional<QFont> m_font; ///< what it has of a font of its own
     bool m_bBold = false;
     int m_nXMargin = 0;
     int m_nYMargin = 0;

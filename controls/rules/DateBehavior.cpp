@@ -166,8 +166,7 @@ void DateBehavior::SetSeparator(wchar_t separator)
     m_chSeparator = separator;
     if (changed)
         Edit().SetWindowText(text);
-    else
-        Redraw();
+    Redraw();
 }
 
 void DateBehavior::ShowDayBeforeMonth(bool dayBeforeMonth)
@@ -181,6 +180,7 @@ void DateBehavior::ShowDayBeforeMonth(bool dayBeforeMonth)
     }
     StoreFlags(GetFlags() ^ DayBeforeMonth);
     SetDate(date);
+    Redraw();
 }
 
 FieldRange DateBehavior::Years() const

@@ -134,7 +134,7 @@ void DateTimeBehavior::OnChar(wchar_t character, unsigned repeat, unsigned keyFl
 
 void DateTimeBehavior::TypeBlank(const TypedKey &key)
 {
-    TypeSeparator(key, L' ', HourTakes(key.character, Place() == Length()));
+    TypeSeparator(key, L' ', HourTakes(key.character));
 }
 
 void DateTimeBehavior::OnKeyDown(unsigned key, unsigned repeat, unsigned keyFlags)

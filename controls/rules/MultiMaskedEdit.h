@@ -8,8 +8,8 @@
 
 namespace AMSEdit {
 
-// Each behaviour has a base of its own, so that none can be asked for without naming the behaviour. That holds for heirs
-// of the edit as well: the warning stays off for whoever includes this.
+// Each behaviour has a base of its own, so that none can be asked for without naming the behaviour. That holds for
+// heirs of the edit as well: the warning stays off for whoever includes this.
 #pragma GCC diagnostic ignored "-Winaccessible-base"
 
 /// Starts alphanumeric, without a limit and without % ' * " + ? > < : \ . Every message, paste too, goes to the current

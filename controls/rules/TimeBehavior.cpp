@@ -265,8 +265,7 @@ void TimeBehavior::SetSeparator(wchar_t separator)
     m_chSeparator = separator;
     if (changed)
         Edit().SetWindowText(text);
-    else
-        Redraw();
+    Redraw();
 }
 
 void TimeBehavior::Show24HourFormat(bool twentyFourHours)
@@ -291,6 +290,7 @@ void TimeBehavior::SetAMPMSymbols(const std::wstring &am, const std::wstring &pm
     std::wstring text = Text();
     text.resize(static_cast<std::size_t>(HourStart() + AmPmPlace()));
     Edit().SetWindowText(text + (afternoon ? m_strPm : m_strAm));
+    Redraw();
 }
 
 void TimeBehavior::GetAMPMSymbols(std::wstring *am, std::wstring *pm) const

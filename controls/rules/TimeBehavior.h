@@ -85,8 +85,8 @@ protected:
     std::wstring TimeText() const;
     bool IsTimeComplete() const;
     CalendarTime ValidTime() const;
-    /// True when the first field takes the digit, at the end of the text also behind a 0.
-    bool HourTakes(wchar_t digit, bool atEnd) const { return Takes(HourField(), digit, atEnd); }
+    /// True for a digit that an hour may start with.
+    bool HourTakes(wchar_t digit) const { return HourField().first.Take(digit); }
 
 private:
     std::wstring FieldsForm(int hour, int minute, int second) const;
@@ -106,7 +106,6 @@ private:
 
     TwoDigitField HourField() const;
     TwoDigitField Field(int index) const;
-    static bool Takes(const TwoDigitField &field, wchar_t digit, bool atEnd);
     void SetField(int index, int value, FieldRange range);
     void WriteTime(const std::wstring &time);
     void WriteAmPm(const std::wstring &ampm);

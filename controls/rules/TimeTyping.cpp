@@ -40,11 +40,6 @@ TwoDigitField TimeBehavior::Field(int index) const
     return {HourStart() + index * kFieldWidth, {L'0', L'5'}, [](wchar_t) { return DigitLimits(); }};
 }
 
-bool TimeBehavior::Takes(const TwoDigitField &field, wchar_t digit, bool atEnd)
-{
-    return field.first.Take(digit) || (atEnd && field.second(L'0').Take(digit));
-}
-
 void TimeBehavior::OnChar(wchar_t character, unsigned repeat, unsigned keyFlags)
 {
     if (IsReadOnly())
@@ -76,7 +71,7 @@ void TimeBehavior::TypeDigit(const TypedKey &key, int place)
         taken = TypeSecondDigit(Field(index), key, index + 1 < Fields() ? m_chSeparator : L'\0');
         break;
     default:
-        TypeSeparator(key, m_chSeparator, Takes(Field(index + 1), key.character, Place() == Length()));
+        TypeSeparator(key, m_chSeparator, Field(index + 1).first.Take(key.character));
         break;
     }
     if (taken)

@@ -646,6 +646,48 @@ using Steps = std::vector<std::wstring>;
 
 } // namespace
 
+TEST(DateTimeValue, TheFlagsHaveTheirValues)
+{
+    EXPECT_EQ(DateOnly, 0x0100u);
+    EXPECT_EQ(TimeOnly, 0x0200u);
+    EXPECT_EQ(DayBeforeMonth, 0x1000u);
+    EXPECT_EQ(TwentyFourHour, 0x2000u);
+    EXPECT_EQ(WithSeconds, 0x4000u);
+}
+
+TEST(DateTimeValue, WithoutSecondsThoseOfTheSmallestDateAndTimeCount)
+{
+    DateTimeEdit edit(kTwentyFour, kNow);
+    edit.SetRange({2000, 1, 1, 8, 0, 30}, {2000, 6, 15, 16, 0, 10});
+    edit.SetWindowText(L"06/15/2000 15:00");
+    EXPECT_EQ(edit.GetDateTime(), CalendarTime(2000, 6, 15, 15, 0, 30));
+    edit.SetWindowText(L"01/01/2000 08:00");
+    EXPECT_TRUE(edit.IsValid());
+    edit.SetWindowText(L"06/15/2000 16:00");
+    EXPECT_FALSE(edit.IsValid());
+    // The time alone has a range of its own.
+    edit.ModifyFlags(TimeOnly, 0);
+    edit.SetWindowText(L"15:00");
+    EXPECT_EQ(edit.GetDateTime(), CalendarTime::TimeOfDay(15, 0, 0));
+}
+
+TEST(DateValue, AfterAChangeOfARuleUndoBringsNoTextOfTheOldOne)
+{
+    DateEdit edit(kNoAnswers, kNow);
+    const auto changes = {+[](DateEdit &e) { e.SetSeparator(L'-'); }, +[](DateEdit &e) { e.ShowDayBeforeMonth(true); },
+                          +[](DateEdit &e) { e.SetRange(kFirst, kLast); }};
+    for (const auto &change : changes) {
+        Place(edit, L"|");
+        for (const wchar_t *key : {L"0", L"6", L"1", L"5"})
+            Press(edit, key);
+        change(edit);
+        for (int key = 0; key < 5; ++key) {
+            Press(edit, L"<Undo>");
+            EXPECT_EQ(edit.GetWindowText(), edit.GetValidText());
+        }
+    }
+}
+
 TEST(DateFocusLoss, WithoutFlagsInTheLowByteNothingHappens)
 {
     DateEdit edit(kNoAnswers, kNow);

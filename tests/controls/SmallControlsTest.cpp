@@ -247,11 +247,18 @@ TEST_F(ColourStatic, TextIsBrokenBetweenWordsUnlessItIsCentredVertically)
 {
     SetDesktop(Qt::white, Qt::black);
     CXColorStatic label(QStringLiteral("WWWWWWWW WWWWWWWW"));
-    label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    const int broken = Ink(Picture(label), Qt::white).height();
+    const int broken = Ink(Picture(label), Qt::white).height(); // as it is from the start
+    EXPECT_TRUE(label.hasHeightForWidth());
+    EXPECT_GE(label.heightForWidth(120), 2 * label.fontMetrics().height());
+    EXPECT_LT(label.heightForWidth(1000), 2 * label.fontMetrics().height());
+    EXPECT_LT(label.minimumSizeHint().width(), label.sizeHint().width());
+    label.SetMargins(0, 9);
+    EXPECT_GE(label.heightForWidth(120), 2 * label.fontMetrics().height() + 9);
+    label.SetMargins(0, 0);
     label.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     const int single = Ink(Picture(label), Qt::white).height();
     EXPECT_GT(broken, single + 5);
+    EXPECT_FALSE(label.hasHeightForWidth());
 }
 
 TEST_F(ColourStatic, RedrawPaintsAtOnceAndOtherwiseWaits)

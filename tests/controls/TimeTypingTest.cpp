@@ -77,9 +77,9 @@ TEST(TimeTyping, SeparatorsAndPaddingActAsInADate)
     TypeAll(Twelve(), {{L"|", L"0>0| :>0|"}, {L"|", L"1>1| :>01:|"}});
 }
 
-TEST(TimeTyping, ADigitAtASeparatorsPlaceAtTheEndIsPaddedBehindIt)
+TEST(TimeTyping, ADigitThatTheNextFieldDoesNotStartWithWritesNoSeparator)
 {
-    TypeAll(TwentyFour(), {{L"|", L"9>09| 7>09:07|"}, {L"|", L"0>0| 0>00| 0>00:0| 0>00:00|"}});
+    TypeAll(TwentyFour(), {{L"|", L"9>09| 7>09| :>09:| 7>09:07|"}, {L"|", L"0>0| 0>00| 0>00:0| 0>00:00|"}});
 }
 
 TEST(TimeTyping, OtherCharactersAreDropped)
@@ -90,7 +90,8 @@ TEST(TimeTyping, OtherCharactersAreDropped)
 
 TEST(TimeTyping, ABoxOfTwelveHoursGetsTheMorningWhenItsDigitsAreThere)
 {
-    TypeAll(Twelve(), {{L"|", L"9>09| :>09:| 3>09:3| 0>09:30|_AM 5>09:30|_AM"}, {L"|", L"1>1| 1>11| 7>11:07|_AM"}});
+    TypeAll(Twelve(),
+            {{L"|", L"9>09| :>09:| 3>09:3| 0>09:30|_AM 5>09:30|_AM"}, {L"|", L"1>1| 1>11| :>11:| 7>11:07|_AM"}});
     TypeAll(Twelve(WithSecondsShown), {{L"|", L"9>09| 3>09:3| 0>09:30| 1>09:30:1| 5>09:30:15|_AM"}});
     TypeAll(TwentyFour(), {{L"|", L"0>0| 9>09| 3>09:3| 0>09:30|"}});
 }
@@ -220,7 +221,7 @@ TEST(DateTimeTyping, TheDateIsFollowedByABlankAndTheTime)
                      {L"|", L"6>06| />06/| 5>06/05| />06/05/| 1>06/05/1| 9>06/05/19| 9>06/05/199| 9>06/05/1999| "
                             L"x>06/05/1999| />06/05/1999| _>06/05/1999_| 9>06/05/1999_09| :>06/05/1999_09:|"},
                      {L"|", L"6>06| />06/| 5>06/05| />06/05/| 1>06/05/1| 9>06/05/19| 9>06/05/199| 9>06/05/1999| "
-                            L"7>06/05/1999_07|"}});
+                            L"7>06/05/1999| _>06/05/1999_| 7>06/05/1999_07|"}});
     TypeAll(Make<DateTimeEdit>(kNoAnswers),
             {{L"06/05/1999|_09:30_PM", L"_>06/05/1999_|09:30_PM a>06/05/1999_09:30_AM|"},
              {L"06/05/199|9_09:30_PM", L"a>06/05/199|9_09:30_PM"},

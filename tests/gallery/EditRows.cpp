@@ -159,13 +159,14 @@ Row numericRow(const QString &name, Edit *edit, bool decimals, double value)
     return row;
 }
 
-/// "#" takes digits, "A" letters, which become capitals, and "*" anything.
+/// "#" takes digits, "A" letters, which become capitals, and "*" both. Literals of a mask are neither.
 void fillSymbols(MaskedBehavior &rule)
 {
     const auto isDigit = [](wchar_t c) { return std::iswdigit(static_cast<std::wint_t>(c)); };
     const auto isLetter = [](wchar_t c) { return std::iswalpha(static_cast<std::wint_t>(c)); };
+    const auto isEither = [](wchar_t c) { return std::iswalnum(static_cast<std::wint_t>(c)); };
     const auto capital = [](wchar_t c) { return static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(c))); };
-    rule.GetSymbolArray() = {Symbol(L'#', isDigit), Symbol(L'A', isLetter, capital), Symbol(L'*')};
+    rule.GetSymbolArray() = {Symbol(L'#', isDigit), Symbol(L'A', isLetter, capital), Symbol(L'*', isEither)};
 }
 
 QString kindOf(MaskChoice::Kind kind)
@@ -255,6 +256,12 @@ Group TextRows(const Setting &setting)
 {
     const QString alphanumeric = translated("Alphanumeric"), masked = translated("Masked"),
                   multi = translated("Multi-masked");
+    const QString plain = translated("Without rules");
+    auto *plainEdit = new Watched<CAMSEdit>(setting, plain);
+    auto *plainOptions = new Options;
+    AddColours(*plainOptions, *plainEdit);
+    plainEdit->SetText(L"Any text");
+
     auto *alphanumericEdit = new Watched<CAMSAlphanumericEdit>(setting, alphanumeric, 12, L"%*?");
     auto *alphanumericOptions = new Options;
     alphanumericOptions->Number(translated("Most characters (0: any)"), 12, 0, 100,
@@ -269,7 +276,7 @@ Group TextRows(const Setting &setting)
     auto *maskedOptions = new Options;
     maskedOptions->Text(translated("Mask"), QStringLiteral("AA-### (##)"),
                         [=](const QString &text) { maskedEdit->SetMask(ToWide(text)); });
-    maskedOptions->Row(QString(), new QLabel(translated("#  digit\nA  letter, made a capital\n*  anything")));
+    maskedOptions->Row(QString(), new QLabel(translated("#  digit\nA  letter, made a capital\n*  digit or letter")));
     AddColours(*maskedOptions, *maskedEdit);
     maskedEdit->SetText(L"KS-104 (2");
     Row maskedRow = rowOf(masked, maskedEdit, maskedOptions);
@@ -291,7 +298,8 @@ Group TextRows(const Setting &setting)
     multiRow.value = [multiEdit] { return kindOf(multiEdit->CurrentKind()); };
 
     return {translated("Text and masks"),
-            {rowOf(alphanumeric, alphanumericEdit, alphanumericOptions), maskedRow, multiRow}};
+            {rowOf(plain, plainEdit, plainOptions), rowOf(alphanumeric, alphanumericEdit, alphanumericOptions),
+             maskedRow, multiRow}};
 }
 
 Group DateRows(const Setting &setting)

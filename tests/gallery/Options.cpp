@@ -20,6 +20,7 @@ namespace gallery {
 namespace {
 
 constexpr int kFieldWidth = 150;
+constexpr char kFlag[] = "flag"; ///< property of a check box
 
 struct NamedColour {
     const char *name;
@@ -158,7 +159,7 @@ void AddFocusFlags(Options &options, std::function<void(unsigned add, unsigned r
         const char *label;
         unsigned invalid, empty;
     };
-    // A message shows only beside the bit that takes the focus back, so its box stands for both.
+    // Two boxes may stand for one bit: a message shows only beside the bit that takes the focus back.
     constexpr FlagRow kRows[] = {
         {"Beep", KillFocusBeepIfInvalid, KillFocusBeepIfEmpty},
         {"Repair", KillFocusRepairIfInvalid, KillFocusRepairIfEmpty},
@@ -180,8 +181,13 @@ void AddFocusFlags(Options &options, std::function<void(unsigned add, unsigned r
         for (const unsigned flag : {invalid, empty}) {
             auto *box = new QCheckBox;
             box->setAccessibleName(Options::tr(label));
-            QObject::connect(box, &QCheckBox::toggled, &options,
-                             [flag, modify](bool on) { modify(on ? flag : 0, on ? 0 : flag); });
+            box->setProperty(kFlag, flag);
+            QObject::connect(box, &QCheckBox::toggled, &options, [table, modify] {
+                unsigned flags = 0;
+                for (const QCheckBox *each : table->findChildren<QCheckBox *>())
+                    flags |= each->isChecked() ? each->property(kFlag).toUInt() : 0;
+                modify(flags, kKillFocusFlags & ~flags);
+            });
             grid->addWidget(box, line, column++, Qt::AlignHCenter);
         }
         ++line;

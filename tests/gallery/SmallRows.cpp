@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QStyle>
 
+#include <memory>
+
 namespace gallery {
 
 namespace {
@@ -25,6 +27,7 @@ Row colourStaticRow()
     auto *label = new CXColorStatic(translated("Section S-104"));
     label->SetTextColor(0xFF0000, false);
     label->SetBold(true, false);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     auto *options = new Options;
     options->Text(translated("Text"), label->text(), [=](const QString &text) { label->setText(text); });
     options->Colour(translated("Text colour"), [=](std::uint32_t colour) { label->SetTextColor(colour); });
@@ -37,7 +40,18 @@ Row colourStaticRow()
                         constexpr Qt::Alignment kPlaces[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
                         label->setAlignment(kPlaces[index] | Qt::AlignVCenter);
                     });
-    options->Number(translated("Margin at the left"), 0, 0, 60, [=](int x) { label->SetMargins(x, 0); });
+    const auto margins = std::make_shared<QPoint>();
+    options->Number(translated("Margin at the left"), 0, 0, 60, [=](int x) {
+        margins->setX(x);
+        label->SetMargins(margins->x(), margins->y());
+    });
+    options->Number(translated("Margin at the top"), 0, 0, 20, [=](int y) {
+        margins->setY(y);
+        label->SetMargins(margins->x(), margins->y());
+    });
+    options->EditableChoice(
+        translated("Face"), {label->font().family(), QStringLiteral("Monospace"), QStringLiteral("Serif")},
+        [=](const QString &face) { label->SetFont(ToWide(face).c_str(), label->font().pointSize()); });
     options->Check(translated("Icon in place of the text"), false, [=](bool on) {
         label->SetIcon(on ? label->style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
     });
