@@ -37,8 +37,9 @@ constexpr Region kRegions[] = {
 
 QPalette darkPalette()
 {
-    const QColor window(0x2b, 0x2d, 0x30), base(0x1e, 0x1f, 0x22), text(0xe4, 0xe4, 0xe6), faint(0x85, 0x87, 0x8b);
-    QPalette palette(QColor(0x3a, 0x3c, 0x40), window);
+    const QColor window(0x38, 0x3a, 0x3e), base(0x22, 0x23, 0x26), text(0xe8, 0xe8, 0xea), faint(0x98, 0x9a, 0x9e);
+    QPalette palette(QColor(0x4a, 0x4d, 0x52), window);
+    palette.setColor(QPalette::Mid, QColor(0x60, 0x63, 0x68));
     palette.setColor(QPalette::Window, window);
     palette.setColor(QPalette::Base, base);
     palette.setColor(QPalette::AlternateBase, window);
@@ -117,7 +118,7 @@ GalleryWindow::GalleryWindow(QWidget *parent) : QMainWindow(parent)
     connect(clock, &QTimer::timeout, this, &GalleryWindow::Refresh);
     clock->start(kRefreshMilliseconds);
     Rebuild();
-    resize(1200, 800);
+    resize(1200, 880);
 }
 
 QWidget *GalleryWindow::MakeBar()

@@ -7,7 +7,7 @@
 #include "controls/WideText.h"
 #include "controls/XColorStatic.h"
 
-#include <QFrame>
+#include <QLabel>
 #include <QLineEdit>
 #include <QStyle>
 
@@ -65,10 +65,10 @@ Row colourStaticRow()
 
 Row toolTipRow()
 {
-    auto *frame = new QFrame;
+    auto *frame = new QLabel(translated("Left half    |    The rest"));
     frame->setFrameShape(QFrame::StyledPanel);
+    frame->setAlignment(Qt::AlignCenter);
     frame->setFixedHeight(28);
-    frame->setMinimumWidth(60);
     auto *tips = new CMyToolTipCtrl(frame);
     tips->AddWindowTool(frame, L"The window's tip");
     tips->AddRectTool(frame, L"Left half", QRect(0, 0, 95, 28), 1);
