@@ -5,7 +5,6 @@
 #include "controls/XColorStatic.h"
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QPainter>
@@ -181,18 +180,24 @@ TEST_F(ColourStatic, SetFontByNameTakes31CharactersAndWithoutANameThePresentFont
     EXPECT_EQ(label.font().pointSize(), 20);
 }
 
-TEST_F(ColourStatic, WithoutAFontOfItsOwnItHasTheDesktopsAlsoInBold)
+TEST_F(ColourStatic, WithoutAFontOfItsOwnItHasTheDesktops)
 {
-    const QFont before = QApplication::font();
     CXColorStatic label(Text());
-    EXPECT_EQ(label.font().family(), before.family());
+    EXPECT_EQ(label.font(), QApplication::font(&label));
     label.SetBold(true);
-    QFont larger = before;
-    larger.setPointSize(before.pointSize() + 6);
-    QApplication::setFont(larger);
-    EXPECT_EQ(label.font().pointSize(), larger.pointSize());
-    EXPECT_EQ(label.font().weight(), 700);
-    QApplication::setFont(before);
+    EXPECT_EQ(label.font().family(), QApplication::font(&label).family());
+    EXPECT_EQ(label.font().pointSize(), QApplication::font(&label).pointSize());
+}
+
+TEST_F(ColourStatic, InBoldItStillFollowsTheFontOfItsDialog)
+{
+    QWidget dialog;
+    auto *label = new CXColorStatic(Text(), &dialog);
+    label->SetBold(true);
+    dialog.setFont(QFont(QStringLiteral("Some Face"), 19));
+    EXPECT_EQ(label->font().family(), QStringLiteral("Some Face"));
+    EXPECT_EQ(label->font().pointSize(), 19);
+    EXPECT_EQ(label->font().weight(), 700);
 }
 
 TEST_F(ColourStatic, AnIconHidesTheTextCompletelyAndStandsInTheMiddle)
