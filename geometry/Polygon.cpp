@@ -16,6 +16,15 @@ CVertex *Allocate(CVertex *block, int count)
     return static_cast<CVertex *>(std::realloc(block, static_cast<std::size_t>(count) * sizeof(CVertex)));
 }
 
+/// The edge, which has an end on either side of the ray, meets it.
+bool IsCrossed(const CVertex &a, const CVertex &b, double x, double y)
+{
+    const bool isRightA = a.x >= x;
+    if (isRightA == (b.x >= x))
+        return isRightA;
+    return a.x - (a.y - y) * (b.x - a.x) / (b.y - a.y) >= x;
+}
+
 } // namespace
 
 CPolygon::CPolygon(int count)
@@ -67,15 +76,21 @@ CVertex CPolygon::Centroid() const
 {
     static CVertex result;
     static double total;
-    result = {0.0, 0.0, 0.0};
-    total = 0.0;
-
+    // Summed up beside the static ones, which would be written to memory at each step.
+    CVertex sum = {0.0, 0.0, 0.0};
+    double weights = 0.0;
     for (int i = 0; i < m_nCount - 2; ++i) {
         const CVertex &a = m_pVertices[0], &b = m_pVertices[i + 1], &c = m_pVertices[i + 2];
         const double weight = SignedDoubledArea(a, b, c);
-        total += weight;
-        result += (a + b + c) / 3.0 * weight;
+        weights += weight;
+        sum.x += (a.x + b.x + c.x) / 3.0 * weight;
+        sum.y += (a.y + b.y + c.y) / 3.0 * weight;
+        const double z = a.z + b.z + c.z;
+        if (z != 0.0) // level rings are spared a division
+            sum.z += z / 3.0 * weight;
     }
+    result = sum;
+    total = weights;
     if (total > kPolygonTolerance) {
         result = result * (1.0 / total);
         return result;
@@ -91,32 +106,27 @@ CVertex CPolygon::Centroid() const
 
 int CPolygon::Contains(double x, double y) const
 {
-    const CVertex *a = &m_pVertices[m_nCount - 1];
-    const CVertex *b = a;
-    bool aboveA = a->y - y >= 0.0;
-    bool aboveB = aboveA;
-    int crossings = 0;
     // A and B leapfrog along the ring, so each step looks at the edge between them, in alternating direction.
-    for (int i = 0; i < m_nCount; ++i) {
-        if (i % 2 == 0) {
-            b = &m_pVertices[i];
-            aboveB = b->y >= y;
-        } else {
-            a = &m_pVertices[i];
-            aboveA = a->y - y >= 0.0;
-        }
-        if (aboveA == aboveB)
-            continue;
-        const bool rightA = a->x >= x;
-        const bool rightB = b->x >= x;
-        if (rightA != rightB) {
-            if (a->x - (a->y - y) * (b->x - a->x) / (b->y - a->y) >= x)
-                ++crossings;
-        } else if (rightA) {
-            ++crossings;
-        }
+    const CVertex *a = &m_pVertices[m_nCount - 1];
+    bool aboveA = a->y - y >= 0.0;
+    bool isInside = false;
+    int i = 0;
+    for (; i + 1 < m_nCount; i += 2) {
+        const CVertex *b = &m_pVertices[i];
+        const bool aboveB = b->y >= y;
+        if (aboveA != aboveB)
+            isInside ^= IsCrossed(*a, *b, x, y);
+        a = b + 1;
+        aboveA = a->y - y >= 0.0;
+        if (aboveA != aboveB)
+            isInside ^= IsCrossed(*a, *b, x, y);
     }
-    return crossings % 2;
+    if (i < m_nCount) {
+        const CVertex *b = &m_pVertices[i];
+        if (aboveA != (b->y >= y))
+            isInside ^= IsCrossed(*a, *b, x, y);
+    }
+    return isInside ? 1 : 0;
 }
 
 bool CPolygon::IsClosed() const

@@ -7,5 +7,8 @@
 inline double SignedDoubledArea(const CVertex &a, const CVertex &b, const CVertex &c)
 {
     const CVertex product = (b - a).Cross(c - a);
+    // Level triangles, the common ones, need no root: z is the length with the sign asked for.
+    if (product.x == 0.0 && product.y == 0.0)
+        return product.z;
     return product.z < 0.0 ? -product.Length() : product.Length();
 }
