@@ -34,6 +34,7 @@ enum : unsigned {
     kSettings = 60003,
     kNotOffered = 60004,
     kZoomFactor = 60005,
+    kExampleTable = 60006,
 };
 } // namespace MessageId
 

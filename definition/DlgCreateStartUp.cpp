@@ -222,6 +222,9 @@ void CDlgCreateCatchmentArea::SetToolTips()
     const QString notOffered = ToQString(Msg(MessageId::kNotOffered));
     for (const int control : EnablingTable::kNotOffered)
         GetDlgItem(control)->setToolTip(notOffered);
+    const QString example = ToQString(Msg(MessageId::kExampleTable)) + QStringLiteral("\n") + notOffered;
+    for (const int control : {kRadioAtv, kComboSlopeClass, kEditIntensity, kComboRunoff})
+        GetDlgItem(control)->setToolTip(example);
     for (const MessageRow &row : kTips) {
         QString tip = ToQString(Msg(row.m_nMessage));
         if (EnablingTable::kNotOffered.Contains(row.m_nControl))

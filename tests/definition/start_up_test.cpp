@@ -57,6 +57,10 @@ TEST_F(StartUp, ToolTipsAreTheMessagesOfTheirNumbers)
                       ToQString(message(tip.message) + L"\n" + message(60004)))
                 << tip.control;
         }
+        // The table of ATV 118 is an example as shipped.
+        for (const int control : {344, 345, 222, 347})
+            EXPECT_EQ(dialog.GetDlgItem(control)->toolTip(), ToQString(message(60006) + L"\n" + message(60004)))
+                << control;
         EXPECT_EQ(dialog.GetDlgItem(100)->toolTip(), ToQString(message(2666) + L" - " + message(1221)));
         EXPECT_EQ(dialog.GetDlgItem(101)->toolTip(), ToQString(message(2666) + L" - " + message(5795)));
     });
