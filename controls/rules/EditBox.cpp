@@ -199,14 +199,15 @@ CEditBox::Route::Route(CEditBox &box, By by) : m_box(box)
 CEditBox::Route::~Route()
 {
     if (m_box.m_nRoutes == 1) {
-        if (m_box.m_bForget) {
-            // What a cut has left may be no text of the rules, and undo does not bring it back as it is.
-            CEditHistory::State start = m_box.Now();
-            --start.rules;
-            m_box.m_history.Restart(std::move(start));
-        }
-        if (!m_box.m_bForget && !m_box.m_bWalking)
-            m_box.m_history.Record(m_box.Now());
+        CEditHistory::State state = m_box.Now();
+        // What a cut has left may be no text of the rules, nor what keys make of it: undo puts both in their form.
+        const bool mayBeLeft = m_box.m_bForget || m_box.m_history.Rules() != m_box.m_nRules;
+        if (mayBeLeft && m_box.GetValidText() != state.text)
+            --state.rules;
+        if (m_box.m_bForget)
+            m_box.m_history.Restart(std::move(state));
+        else if (!m_box.m_bWalking)
+            m_box.m_history.Record(std::move(state));
     }
     if (--m_box.m_nRoutes == 0)
         m_box.RouteEnds(m_box.m_by);

@@ -32,8 +32,9 @@ public:
     /// The state one step back or forth, which is the current one from now on; none at the ends.
     std::optional<State> Undo();
     std::optional<State> Redo();
-    /// The text noted last.
+    /// The text noted last, and the rules that it was entered under.
     const std::wstring &Text() const { return m_states[m_nCurrent].text; }
+    unsigned Rules() const { return m_states[m_nCurrent].rules; }
 
 private:
     std::vector<State> m_states{State{}};

@@ -228,6 +228,11 @@ TEST(Masked, DeleteDeletesAtTheEndOnly)
                               {L"1[2/]34", L"<Clear>>1[2/]34"}});
 }
 
+TEST(Masked, UndoPutsWhatKeysMadeOfACutTextInItsForm)
+{
+    RunAll(Masked(L"##/##"), {{L"[1]0/0", L"<Cut>>|0/0~ 0>0|/0~ 7>07|0~ 6>07/6| <Undo>>07|/0"}});
+}
+
 TEST(Masked, OtherKeysMoveTheCaret)
 {
     RunAll(Masked(L"##/##"), {{L"12|/34", L"<Right>>12/|34 <End>>12/34| <Left>>12/3|4 <Home>>|12/34"}});
