@@ -25,7 +25,8 @@ protected:
         static int argumentCount = 1;
         static char name[] = "small_controls_test";
         static char *arguments[] = {name, nullptr};
-        static QApplication application(argumentCount, arguments);
+        // Never deleted: statics of the toolkit go first at the end of the program.
+        [[maybe_unused]] static auto *application = new QApplication(argumentCount, arguments);
     }
     void TearDown() override { QApplication::setPalette(m_desktop); }
 
