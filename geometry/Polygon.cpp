@@ -4,7 +4,9 @@
 #include "geometry/PolygonMessage.h"
 #include "geometry/PolygonTriangle.h"
 
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 
 namespace {
@@ -23,6 +25,57 @@ bool IsCrossed(const CVertex &a, const CVertex &b, double x, double y)
     if (isRightA == (b.x >= x))
         return isRightA;
     return a.x - (a.y - y) * (b.x - a.x) / (b.y - a.y) >= x;
+}
+
+/// The fan of triangles from vertex 0: their signed doubled areas, and their centres times these.
+struct FanSums {
+    CVertex weighted = {0.0, 0.0, 0.0};
+    double weights = 0.0;
+};
+
+FanSums AnyFan(const CVertex *vertices, int count)
+{
+    FanSums fan;
+    for (int i = 2; i < count; ++i) {
+        const CVertex &a = vertices[0], &b = vertices[i - 1], &c = vertices[i];
+        const double weight = SignedDoubledArea(a, b, c);
+        fan.weights += weight;
+        fan.weighted += (a + b + c) / 3.0 * weight;
+    }
+    return fan;
+}
+
+/// x and y side by side: each operation below works on both at once.
+using Plane = double __attribute__((vector_size(2 * sizeof(double))));
+
+Plane PlaneOf(const CVertex &vertex)
+{
+    return Plane{vertex.x, vertex.y};
+}
+
+/// AnyFan of a ring whose vertices have one z, to the last bit; false, and fan of no use, for any other ring. What the
+/// second side of a triangle gave is the first side's of the next.
+bool LevelFan(const CVertex *vertices, int count, FanSums &fan)
+{
+    if (count < 3)
+        return false;
+    const Plane a = PlaneOf(vertices[0]), first = PlaneOf(vertices[1]);
+    const double z = vertices[0].z, middleZ = (z + z + z) / 3.0;
+    Plane side = first - a, sum = a + first, weighted = {0.0, 0.0}, upward = {0.0, 0.0};
+    // Compared bit by bit: the unit that compares numbers is the one that is busy here.
+    const auto bits = std::bit_cast<std::uint64_t>(z);
+    std::uint64_t otherBits = std::bit_cast<std::uint64_t>(vertices[1].z) ^ bits;
+    for (int i = 2; i < count; ++i) {
+        const Plane c = PlaneOf(vertices[i]), nextSide = c - a;
+        otherBits |= std::bit_cast<std::uint64_t>(vertices[i].z) ^ bits;
+        const double weight = side[0] * nextSide[1] - side[1] * nextSide[0];
+        upward += Plane{1.0, middleZ} * weight;
+        weighted += (sum + c) / 3.0 * weight;
+        side = nextSide;
+        sum = a + c;
+    }
+    fan = {{weighted[0], weighted[1], upward[1]}, upward[0]};
+    return otherBits == 0;
 }
 
 } // namespace
@@ -76,21 +129,11 @@ CVertex CPolygon::Centroid() const
 {
     static CVertex result;
     static double total;
-    // Summed up beside the static ones, which would be written to memory at each step.
-    CVertex sum = {0.0, 0.0, 0.0};
-    double weights = 0.0;
-    for (int i = 0; i < m_nCount - 2; ++i) {
-        const CVertex &a = m_pVertices[0], &b = m_pVertices[i + 1], &c = m_pVertices[i + 2];
-        const double weight = SignedDoubledArea(a, b, c);
-        weights += weight;
-        sum.x += (a.x + b.x + c.x) / 3.0 * weight;
-        sum.y += (a.y + b.y + c.y) / 3.0 * weight;
-        const double z = a.z + b.z + c.z;
-        if (z != 0.0) // level rings are spared a division
-            sum.z += z / 3.0 * weight;
-    }
-    result = sum;
-    total = weights;
+    FanSums fan;
+    if (!LevelFan(m_pVertices, m_nCount, fan))
+        fan = AnyFan(m_pVertices, m_nCount);
+    result = fan.weighted;
+    total = fan.weights;
     if (total > kPolygonTolerance) {
         result = result * (1.0 / total);
         return result;

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -354,6 +355,49 @@ TEST(PolygonCentroid, IsReturnedByValueAndNotSharedBetweenPolygons)
     shape.Centroid();
     ExpectVertex(first, 0.5, 0.5);
     ExpectVertex(square.Centroid(), 0.5, 0.5);
+}
+
+/// The centroid of the area by its definition, one plain step after the other; none when the mean stands for it.
+std::optional<CVertex> CentroidStepByStep(const std::vector<CVertex> &ring)
+{
+    CVertex sum{0.0, 0.0, 0.0};
+    double total = 0.0;
+    for (std::size_t i = 0; i + 2 < ring.size(); ++i) {
+        const CVertex &a = ring[0], &b = ring[i + 1], &c = ring[i + 2];
+        const CVertex normal = (b - a).Cross(c - a);
+        const double weight = normal.z < 0.0 ? -normal.Length() : normal.Length();
+        total += weight;
+        sum += (a + b + c) / 3.0 * weight;
+    }
+    if (total <= 0.001)
+        return {};
+    return sum * (1.0 / total);
+}
+
+TEST(PolygonCentroid, OfLevelAndOfOtherRingsIsTheSumOfTheFanToTheLastBit)
+{
+    std::mt19937_64 random(11);
+    std::uniform_real_distribution<double> reach(0.2, 90.0), height(-5.0, 300.0);
+    int compared = 0;
+    for (int vertices = 3; vertices < 60; ++vertices) {
+        for (const int unlevel : {-1, 0, 1, vertices / 2, vertices - 1}) {
+            std::vector<CVertex> ring;
+            const double z = vertices % 3 == 0 ? 0.0 : height(random);
+            for (int i = 0; i < vertices; ++i) {
+                const double angle = 6.28318 * i / vertices, r = reach(random);
+                ring.push_back({5071234.567 + r * std::cos(angle), 4321.0 + r * std::sin(angle),
+                                i == unlevel ? height(random) : z});
+            }
+            CPolygon polygon;
+            Fill(polygon, ring);
+            const std::optional<CVertex> expected = CentroidStepByStep(ring);
+            if (!expected)
+                continue;
+            ++compared;
+            EXPECT_EQ(polygon.Centroid(), *expected) << vertices << " vertices, odd one " << unlevel;
+        }
+    }
+    EXPECT_GT(compared, 250);
 }
 
 // --- Closing
