@@ -458,6 +458,11 @@ AcDbObject *Drawing::findByHandle(std::uint64_t handle) const
     return d->find(handle);
 }
 
+void Drawing::entityChanging(AcDbEntity &entity)
+{
+    tell(d->observers, [&](DrawingObserver &o) { o.shapeChanging(entity); });
+}
+
 void Drawing::entityChanged(AcDbEntity &entity)
 {
     d->changed();

@@ -49,7 +49,18 @@ struct LoadReport {
     bool damaged() const; ///< any finding of severity Damage
 };
 
-enum class FileStatus { Ok, NotFound, NotAFile, NotReadable, Empty, NotADrawing, NotWritable, DiskFull, Refused };
+enum class FileStatus {
+    Ok,
+    NotFound,
+    NotAFile,
+    NotReadable,
+    Empty,
+    NotADrawing,
+    NotWritable,
+    DiskFull,
+    Refused,
+    Cancelled
+};
 
 // --- Layers, blocks
 // ----------------------------------------------------------------------------------------------------
@@ -100,11 +111,18 @@ public:
     virtual ~DrawingObserver() = default;
     virtual void dataChanging(AcDbObject &, const std::string & /*key*/) {}
     virtual void dictionaryChanging(const std::string & /*dictionary*/, const std::string & /*key*/) {}
+    /// Right before a change of the entity's own shape (or a text of its attributes); entityModified follows.
+    virtual void shapeChanging(AcDbEntity &) {}
     virtual void entityAppended(AcDbEntity &) {}
     virtual void entityModified(AcDbEntity &) {}
     virtual void entityErased(AcDbEntity &, bool /*erased*/) {}
 };
 
+struct LoadOptions {
+    /// Told from time to time how much is done, from 0 to 1, on the thread that loads; false ends the load, with the
+    /// status Cancelled and no drawing.
+    std::function<bool(double done)> progress;
+};
 struct SaveOptions {
     /// A file that was damaged when it was read is only overwritten when this is set.
     bool overwriteDamaged = false;
@@ -130,9 +148,9 @@ public:
     /// An empty drawing that any CAD program opens (AC1027, metres).
     static std::unique_ptr<Drawing> createNew();
     /// Reads ASCII DXF R12 to 2018 or binary DXF, as far as it can be read.
-    static LoadResult load(const std::filesystem::path &path);
+    static LoadResult load(const std::filesystem::path &path, const LoadOptions &options = {});
     /// The same from text in memory; used by load, by tests and by the fuzz target.
-    static LoadResult read(std::string bytes);
+    static LoadResult read(std::string bytes, const LoadOptions &options = {});
     ~Drawing() override;
 
     /// Writes the drawing in its own version: a new file beside the old, synced, renamed over it.
@@ -185,7 +203,9 @@ public:
     AcDbObjectId appendAttribute(AcDbBlockReference &reference, std::unique_ptr<AttributeEntity> attribute);
     void setAttributeText(AttributeEntity &attribute, const std::wstring &text);
     AcDbObject *findByHandle(std::uint64_t handle) const; ///< erased ones too
-    /// To be called after a change through an object's own setters.
+    /// To be called before a change of an object's own shape, so that it can be taken back, and ...
+    void entityChanging(AcDbEntity &entity);
+    /// ... after it, and after any other change through an object's own setters.
     void entityChanged(AcDbEntity &entity);
 
     // Attached data: items under a key on an object, kept in the file and by other programs.

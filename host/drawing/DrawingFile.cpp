@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <functional>
 
 namespace velmor {
 
@@ -50,12 +51,18 @@ std::unique_ptr<Drawing> Drawing::createNew()
     return std::move(result.drawing);
 }
 
-LoadResult Drawing::load(const std::filesystem::path &path)
+LoadResult Drawing::load(const std::filesystem::path &path, const LoadOptions &options)
 {
-    ReadFileResult file = readWholeFile(path);
+    // Getting the bytes is the shorter part of the work.
+    constexpr double kReadingShare = 0.1;
+    const auto partly = [&options](double from, double share) {
+        return options.progress ? [&options, from, share](double done) { return options.progress(from + share * done); }
+                                : std::function<bool(double)>();
+    };
+    ReadFileResult file = readWholeFile(path, partly(0.0, kReadingShare));
     if (!file)
         return refused(file.status, std::move(file.message));
-    LoadResult result = read(std::move(file.bytes));
+    LoadResult result = read(std::move(file.bytes), {partly(kReadingShare, 1.0 - kReadingShare)});
     if (result.drawing)
         result.drawing->d->file.path = std::filesystem::absolute(path);
     else
@@ -63,8 +70,8 @@ LoadResult Drawing::load(const std::filesystem::path &path)
     return result;
 }
 
-LoadResult Drawing::read(std::string bytes)
-{
+LoadResult Drawing::read(std::string bytes, const LoadOptions &options)
+try {
     if (bytes.empty())
         return refused(FileStatus::Empty, "the file is empty");
     std::optional<BinaryDxfText> binary;
@@ -81,7 +88,7 @@ LoadResult Drawing::read(std::string bytes)
         std::unique_ptr<Drawing> drawing(new Drawing);
         Private &p = *drawing->d;
         p.file.text = std::move(bytes);
-        dxf::DxfReader reader(p);
+        dxf::DxfReader reader(p, options.progress);
         const bool isDrawing = reader.run();
         const dxf::DxfReader::Cut &cut = reader.cut();
         const bool isCut = isDrawing && cut.offset != dxf::kNowhere;
@@ -112,6 +119,8 @@ LoadResult Drawing::read(std::string bytes)
         result.drawing = std::move(drawing);
         return result;
     }
+} catch (const dxf::ReadingCancelled &) {
+    return refused(FileStatus::Cancelled, "loading was cancelled");
 }
 
 std::string Drawing::write()

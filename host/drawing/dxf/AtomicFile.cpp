@@ -409,7 +409,7 @@ SaveResult writeFileAtomically(const fs::path &path, std::span<const std::string
     return writeFileAtomically(path, pieces, backup, operations);
 }
 
-ReadFileResult readWholeFile(const fs::path &path)
+ReadFileResult readWholeFile(const fs::path &path, const std::function<bool(double)> &progress)
 {
     const auto failed = [&](FileStatus status, const std::string &why) {
         return ReadFileResult{status, {}, "cannot open " + quoted(path) + ": " + why};
@@ -438,7 +438,8 @@ ReadFileResult readWholeFile(const fs::path &path)
     result.bytes.resize(static_cast<std::size_t>(info.st_size));
     std::size_t have = 0;
     while (have < result.bytes.size()) {
-        const ssize_t count = ::read(file, result.bytes.data() + have, result.bytes.size() - have);
+        constexpr std::size_t kAtOnce = std::size_t{8} << 20;
+        const ssize_t count = ::read(file, result.bytes.data() + have, std::min(result.bytes.size() - have, kAtOnce));
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
@@ -446,6 +447,8 @@ ReadFileResult readWholeFile(const fs::path &path)
         if (count == 0)
             break;
         have += static_cast<std::size_t>(count);
+        if (progress && !progress(static_cast<double>(have) / static_cast<double>(result.bytes.size())))
+            return closed({FileStatus::Cancelled, {}, "loading " + quoted(path) + " was cancelled"});
     }
     result.bytes.resize(have);
     if (have == 0)

@@ -8,6 +8,7 @@
 #include "host/drawing/Drawing.h"
 
 #include <filesystem>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -47,11 +48,12 @@ SaveResult writeFileAtomically(const std::filesystem::path &path, std::span<cons
 std::filesystem::path backupPathOf(const std::filesystem::path &path);
 
 struct ReadFileResult {
-    FileStatus status = FileStatus::Ok; ///< Ok, NotFound, NotAFile, NotReadable, Empty
+    FileStatus status = FileStatus::Ok; ///< Ok, NotFound, NotAFile, NotReadable, Empty, Cancelled
     std::string bytes;
     std::string message; ///< one line unless status is Ok
     explicit operator bool() const { return status == FileStatus::Ok; }
 };
-ReadFileResult readWholeFile(const std::filesystem::path &path);
+/// progress is told the part that is read, from 0 to 1, and gives false to end it.
+ReadFileResult readWholeFile(const std::filesystem::path &path, const std::function<bool(double)> &progress = {});
 
 } // namespace velmor

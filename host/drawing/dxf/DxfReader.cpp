@@ -9,6 +9,7 @@ namespace velmor::dxf {
 namespace {
 
 constexpr std::size_t kMostFindings = 1000;
+constexpr std::size_t kBytesBetweenTold = 1 << 19;
 
 std::string printable(std::string_view text)
 {
@@ -71,6 +72,9 @@ bool DxfReader::advance()
             m_zeroStart = m_objectEnd = start;
             if (!m_cursor.badLines().empty()) [[unlikely]]
                 reportBadLines();
+            m_passed += objectLength();
+            if (m_passed >= m_nextTold) [[unlikely]]
+                tellProgress();
             return true;
         }
         if (tag.code != 999)
@@ -81,6 +85,14 @@ bool DxfReader::advance()
     if (!m_cursor.badLines().empty())
         reportBadLines();
     return true;
+}
+
+void DxfReader::tellProgress()
+{
+    // Often enough for a bar that moves evenly, and for a cancel that is felt at once.
+    m_nextTold = m_passed + kBytesBetweenTold;
+    if (m_progress && !m_progress(std::min(1.0, static_cast<double>(m_passed) / static_cast<double>(f.text.size()))))
+        throw ReadingCancelled();
 }
 
 void DxfReader::find(Severity severity, const char *where, std::string text)

@@ -4,14 +4,22 @@
 #include "host/drawing/DrawingData.h"
 #include "host/drawing/dxf/EntityReader.h"
 
+#include <functional>
 #include <unordered_set>
 
 namespace velmor::dxf {
 
+/// Thrown out of a read that its caller no longer wants.
+struct ReadingCancelled {};
+
 class DxfReader {
 public:
-    /// The text stands in the drawing's file; it may be mended where it was cut off.
-    DxfReader(Drawing::Private &drawing) : d(drawing), f(drawing.file), m_entities(drawing.arena, drawing.file.codec) {}
+    /// The text stands in the drawing's file; it may be mended where it was cut off. progress is told how much is done,
+    /// from 0 to 1, and gives false to end the read.
+    explicit DxfReader(Drawing::Private &drawing, std::function<bool(double)> progress = {})
+        : d(drawing), f(drawing.file), m_progress(std::move(progress)), m_entities(drawing.arena, drawing.file.codec)
+    {
+    }
 
     /// False when the text is no drawing at all.
     bool run();
@@ -32,6 +40,7 @@ private:
 
     // Stepping through objects: a tag with code 0 and all up to the next.
     bool advance();
+    void tellProgress();
     bool isType(std::string_view name) const { return m_type == name; }
     std::size_t offsetOf(const char *p) const { return static_cast<std::size_t>(p - f.text.data()); }
     std::size_t startOffset() const { return offsetOf(m_start); }
@@ -83,6 +92,8 @@ private:
 
     Drawing::Private &d;
     FileText &f;
+    std::function<bool(double)> m_progress;
+    std::size_t m_passed = 0, m_nextTold = 0; ///< bytes of the objects read, and from where on progress is told
     EntityReader m_entities;
     TagCursor m_cursor;
     std::vector<Tag> m_tags;
