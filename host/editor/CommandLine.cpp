@@ -1,6 +1,6 @@
 #include "host/editor/CommandLine.h"
 
-#include "host/services/Messages.h"
+#include "host/editor/Captions.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -24,9 +24,11 @@ CommandLine::CommandLine(QWidget *parent)
     m_said->setReadOnly(true);
     m_said->setMaximumBlockCount(kKeptLines);
     m_said->setFixedHeight(m_said->fontMetrics().lineSpacing() * kShownLines + 10);
-    m_said->setAccessibleName(QString::fromStdWString(uiText("ui.command.history")));
+    keepCaptioned(this, [this] {
+        m_said->setAccessibleName(uiString("ui.command.history"));
+        m_input->setAccessibleName(uiString("ui.command.input"));
+    });
     m_said->setFocusPolicy(Qt::ClickFocus);
-    m_input->setAccessibleName(QString::fromStdWString(uiText("ui.command.input")));
     m_input->installEventFilter(this);
     m_prompt->setTextFormat(Qt::PlainText);
     m_prompt->setBuddy(m_input);

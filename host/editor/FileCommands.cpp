@@ -152,6 +152,7 @@ void addHostCommands(CommandStack &stack)
     addNetworkCommands(stack);
     addLayerCommands(stack);
     addBoundaryCommands(stack);
+    addAppearanceCommands(stack);
 }
 
 } // namespace velmor

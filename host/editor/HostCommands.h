@@ -13,6 +13,8 @@
 //                                    areas; a name with a comma stands alone
 //   BOUNDARY POINT                   draws the region around a point, with its islands
 //   -BOUNDARY                        the same prompt by prompt, with all its options
+//   LANGUAGE EN|HR                   language of all texts, at once and from then on
+//   THEME SYSTEM|LIGHT|DARK          colours of all windows
 //
 // NEW and OPEN ask first when the drawing has changes that were not saved (answer Yes to drop them).
 #pragma once
@@ -26,5 +28,6 @@ void addFileCommands(CommandStack &stack);
 void addNetworkCommands(CommandStack &stack);
 void addLayerCommands(CommandStack &stack);
 void addBoundaryCommands(CommandStack &stack);
+void addAppearanceCommands(CommandStack &stack);
 
 } // namespace velmor

@@ -1,11 +1,14 @@
 #include "host/editor/MainWindow.h"
 
 #include "host/drawing/Findings.h"
+#include "host/editor/Captions.h"
 #include "host/editor/CommandLine.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/Guarded.h"
+#include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/Viewport.h"
+#include "host/editor/panels/Docks.h"
 #include "host/network/Network.h"
 #include "host/services/Messages.h"
 #include "host/services/Text.h"
@@ -54,7 +57,13 @@ MainWindow::MainWindow(Session &session)
     column->addWidget(m_viewport, 1);
     column->addWidget(m_commandLine);
     setCentralWidget(middle);
-    m_viewport->setAccessibleName(ui("ui.viewport"));
+    followLanguage();
+    keepCaptioned(this, [this] {
+        m_viewport->setAccessibleName(ui("ui.viewport"));
+        if (m_prompt == nullptr) // a command's prompt stays in the language in which it asked
+            m_commandLine->setPrompt(ui("ui.command.idle"));
+        refreshTitle();
+    });
     m_coordinates->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000.0000, 0000000.0000")));
     statusBar()->addPermanentWidget(m_coordinates);
     buildMenus();
@@ -74,7 +83,6 @@ MainWindow::MainWindow(Session &session)
     m_session.setPromptSource(this);
     m_viewport->setStyle(palette().color(QPalette::Base).lightnessF() < 0.5 ? PaintStyle::dark() : PaintStyle::light());
     showDrawing(m_session.drawing());
-    m_commandLine->setPrompt(ui("ui.command.idle"));
     resize(1200, 820);
     m_commandLine->focusInput();
 }
@@ -93,19 +101,22 @@ void MainWindow::buildMenus()
         std::function<void()> action;
     };
     const auto fill = [this](const char *title, const std::vector<Row> &rows) {
-        QMenu *menu = menuBar()->addMenu(ui(title));
+        QMenu *menu = menuBar()->addMenu(QString());
+        keepCaptioned(menu, [menu, title] { menu->setTitle(ui(title)); });
         for (const Row &row : rows) {
             if (row.text == nullptr) {
                 menu->addSeparator();
                 continue;
             }
-            QAction *action = menu->addAction(ui(row.text));
+            QAction *action = menu->addAction(QString());
+            keepCaptioned(action, [action, text = row.text] { action->setText(ui(text)); });
             connect(action, &QAction::triggered, this, [this, action, work = row.action] {
                 const std::wstring name = action->text().remove(QLatin1Char('&')).toStdWString();
                 runGuarded(m_session, name, work);
             });
             action->setShortcut(row.key);
         }
+        return menu;
     };
     const Row separator{nullptr, {}, {}};
     fill("ui.menu.file",
@@ -116,14 +127,16 @@ void MainWindow::buildMenus()
           {"ui.file.saveas", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), [this] { chooseAndSave(); }},
           separator,
           {"ui.file.quit", QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { close(); }}});
-    fill("ui.menu.view",
-         {{"ui.view.extents", QKeySequence(Qt::CTRL | Qt::Key_0), [this] { m_viewport->showEverything(); }},
-          {"ui.view.in", QKeySequence::ZoomIn, [this] { m_viewport->zoomBy(1.5); }},
-          {"ui.view.out", QKeySequence::ZoomOut, [this] { m_viewport->zoomBy(1.0 / 1.5); }}});
+    QMenu *view =
+        fill("ui.menu.view",
+             {{"ui.view.extents", QKeySequence(Qt::CTRL | Qt::Key_0), [this] { m_viewport->showEverything(); }},
+              {"ui.view.in", QKeySequence::ZoomIn, [this] { m_viewport->zoomBy(1.5); }},
+              {"ui.view.out", QKeySequence::ZoomOut, [this] { m_viewport->zoomBy(1.0 / 1.5); }}});
     fill(
         "ui.menu.catchments",
         {{"ui.catchments.define", QKeySequence(Qt::Key_F5), [this] { runCommand(QStringLiteral("zemsewage_create")); }},
          {"ui.catchments.review", QKeySequence(Qt::Key_F6), [this] { runCommand(QStringLiteral("zemsewage_edit")); }}});
+    m_docks = new Docks(*this, *view, m_session);
     fill("ui.menu.help", {{"ui.help.about", QKeySequence(Qt::Key_F1), [this] {
                                QMessageBox::about(this, QStringLiteral("Velmor"),
                                                   ui("ui.help.about.text").arg(QApplication::applicationVersion()));
@@ -186,12 +199,14 @@ bool MainWindow::showFile(OpenedFile opened)
 void MainWindow::showDrawing(Drawing *drawing)
 {
     m_viewport->setDrawing(drawing);
+    m_docks->showDrawing(drawing);
     refreshTitle();
 }
 
 void MainWindow::redraw()
 {
     m_viewport->update();
+    m_docks->bringUpToDate();
     refreshTitle();
     // A handler that ends with a refresh expects the screen to show its result at once.
     m_viewport->repaint();
@@ -282,6 +297,7 @@ void MainWindow::runCommand(const QString &line)
     // An alert or a status line may have said it already.
     if (!m_session.commands().run(line.toStdWString(), &reason) && !reason.empty() && reason != m_lastSaid)
         m_commandLine->say(QString::fromStdWString(reason));
+    m_docks->bringUpToDate();
     m_viewport->update(); // the drawing may have changed without a word to the view
     refreshTitle();
 }
@@ -390,11 +406,15 @@ int runWindow(Session &session, OpenedFile opened)
 {
     if (session.drawing() == nullptr)
         session.setDrawing(Drawing::createNew());
+    applyTheme(themeOfSettings());
     MainWindow window(session);
+    window.docks().restoreLayout();
     window.show();
     if (opened.drawing)
         window.showFile(std::move(opened));
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    window.docks().keepLayout();
+    return code;
 }
 
 } // namespace velmor

@@ -16,6 +16,7 @@ class QLabel;
 namespace velmor {
 
 class CommandLine;
+class Docks;
 class Viewport;
 
 /// What a file gave for a window.
@@ -40,6 +41,8 @@ public:
     bool openFile(const std::filesystem::path &file);
     /// The same for what was read of a file.
     bool showFile(OpenedFile opened);
+
+    Docks &docks() const { return *m_docks; }
 
     // SessionView
     void showDrawing(Drawing *drawing) override;
@@ -75,6 +78,7 @@ private:
     Viewport *m_viewport;
     CommandLine *m_commandLine;
     QLabel *m_coordinates;
+    Docks *m_docks = nullptr;
     const Prompt *m_prompt = nullptr; ///< the prompt that waits for an answer
     QEventLoop *m_promptLoop = nullptr;
     std::optional<Answer> m_answer;

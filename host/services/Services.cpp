@@ -52,8 +52,11 @@ void Services::applySettings(bool readTexts)
     };
     m_paths.setSupportFolders(folderList(text("SUPPORT_PATH")));
     const std::string language = chooseLanguage(m_options.language, text("LANGUAGE"));
-    if (readTexts || m_messages.language() != language)
+    if (readTexts || m_messages.language() != language) {
         m_messages.load(m_paths, language);
+        if (m_languageChanged)
+            m_languageChanged();
+    }
 
     const char *log = std::getenv("VELMOR_LOG");
     m_logging = log && *log ? std::string_view(log) != "0" : std::get<int>(m_settings.valueOrStandard("LOGGING")) != 0;
@@ -72,6 +75,12 @@ SaveResult Services::set(std::string_view key, const SettingValue &value)
     SaveResult result = m_settings.set(key, value);
     applySettings(false);
     return result;
+}
+
+SaveResult Services::setLanguage(const std::string &language)
+{
+    m_options.language = language;
+    return set("LANGUAGE", wide(language));
 }
 
 std::vector<FileFinding> Services::findings() const

@@ -28,6 +28,10 @@ public:
     const Messages &messages() const { return m_messages; }
     /// Sets a key and lets it take effect at once, the language too.
     SaveResult set(std::string_view key, const SettingValue &value);
+    /// Takes up a language ("hr", "en") at once, whatever the program was started with, and keeps it as a setting.
+    SaveResult setLanguage(const std::string &language);
+    /// Told after the texts of another language were taken up; one listener, and null for none.
+    void setLanguageChanged(std::function<void()> changed) { m_languageChanged = std::move(changed); }
     /// Everything that was wrong in settings and texts.
     std::vector<FileFinding> findings() const;
 
@@ -51,6 +55,7 @@ private:
     Settings m_settings;
     Messages m_messages;
     std::function<void(const std::wstring &)> m_notice;
+    std::function<void()> m_languageChanged;
     bool m_logging = false;
     std::string m_logFile;
 };

@@ -31,6 +31,7 @@ const std::vector<SettingSpec> &table()
         {"HIGHLIGHT_COLOR", kGroupDefinition | kGroupReview, 6, 1, 255, "ui.setting.highlight"},
         {"ANSI_CODE_PAGE", kGroupProgram, 1250, 1250, 1258, "ui.setting.codePage"},
         {"LANGUAGE", kGroupProgram, std::wstring(), 0, 0, "ui.setting.language"},
+        {"THEME", kGroupProgram, std::wstring(), 0, 0, "ui.setting.theme"},
         {"SUPPORT_PATH", kGroupProgram, std::wstring(), 0, 0, "ui.setting.support"},
         {"SYMBOL_PATH", kGroupProgram, std::wstring(), 0, 0, "ui.setting.symbols"},
         {"LOGGING", kGroupProgram, 0, 0, 1, "ui.setting.logging"},

@@ -1,0 +1,292 @@
+#include "host/editor/panels/LayersModel.h"
+
+#include "host/editor/Captions.h"
+
+#include <algorithm>
+
+namespace velmor {
+
+// --- Counts ---------------------------------------------------------------------------------------------------------
+
+LayerCounts::LayerCounts(Drawing &drawing) : m_drawing(drawing)
+{
+    m_drawing.addObserver(*this);
+}
+
+LayerCounts::~LayerCounts()
+{
+    m_drawing.removeObserver(*this);
+}
+
+std::size_t LayerCounts::of(std::size_t layer)
+{
+    if (m_stale)
+        count();
+    return layer < m_counts.size() ? m_counts[layer] : 0;
+}
+
+void LayerCounts::count()
+{
+    m_stale = false;
+    m_counts.assign(m_drawing.layers().size(), 0);
+    for (const auto &block : m_drawing.blocks())
+        for (const AcDbEntity *entity : block->entities())
+            if (!entity->isErased())
+                ++at(layerIndexOf(*entity));
+}
+
+std::size_t &LayerCounts::at(std::size_t layer)
+{
+    if (layer >= m_counts.size())
+        m_counts.resize(layer + 1);
+    return m_counts[layer];
+}
+
+void LayerCounts::entityAppended(AcDbEntity &entity)
+{
+    if (!m_stale)
+        ++at(layerIndexOf(entity));
+}
+
+void LayerCounts::entityModified(AcDbEntity &)
+{
+    m_stale = true;
+}
+
+void LayerCounts::entityErased(AcDbEntity &entity, bool erased)
+{
+    if (!m_stale)
+        at(layerIndexOf(entity)) += erased ? static_cast<std::size_t>(-1) : 1;
+}
+
+// --- Model ----------------------------------------------------------------------------------------------------------
+
+namespace {
+
+bool sameLayer(const Layer &a, const Layer &b)
+{
+    return a.name == b.name && a.color == b.color && a.on == b.on && a.frozen == b.frozen && a.locked == b.locked;
+}
+
+} // namespace
+
+LayersModel::LayersModel(Change change, QObject *parent) : PanelModel(parent), m_change(std::move(change)) {}
+
+void LayersModel::setDrawing(Drawing *drawing)
+{
+    beginResetModel();
+    m_drawing = drawing;
+    m_revision = drawing ? drawing->revision() : 0;
+    m_rows = read();
+    endResetModel();
+}
+
+std::vector<LayersModel::Row> LayersModel::read() const
+{
+    std::vector<Row> rows;
+    if (!m_drawing)
+        return rows;
+    auto &counts = m_drawing->component<LayerCounts>();
+    const auto layers = m_drawing->layers();
+    for (std::size_t i = 0; i < layers.size(); ++i)
+        rows.push_back({i, layers[i], i == m_drawing->currentLayer(), counts.of(i)});
+    return rows;
+}
+
+void LayersModel::bringUpToDate()
+{
+    if (!m_drawing || m_drawing->revision() == m_revision)
+        return;
+    m_revision = m_drawing->revision();
+    std::vector<Row> now = read();
+    const bool sameOrder =
+        now.size() >= m_rows.size() && std::equal(m_rows.begin(), m_rows.end(), now.begin(),
+                                                  [](const Row &a, const Row &b) { return a.index == b.index; });
+    if (!sameOrder) {
+        beginResetModel();
+        m_rows = std::move(now);
+        endResetModel();
+        return;
+    }
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        const bool same = sameLayer(m_rows[i].layer, now[i].layer) && m_rows[i].current == now[i].current &&
+                          m_rows[i].entities == now[i].entities;
+        if (same)
+            continue;
+        m_rows[i] = std::move(now[i]);
+        Q_EMIT dataChanged(index(static_cast<int>(i), 0), index(static_cast<int>(i), ColumnCount - 1));
+    }
+    if (now.size() > m_rows.size()) {
+        beginInsertRows({}, rows(), static_cast<int>(now.size()) - 1);
+        m_rows.insert(m_rows.end(), std::make_move_iterator(now.begin() + rows()), std::make_move_iterator(now.end()));
+        endInsertRows();
+    }
+}
+
+int LayersModel::rowOf(std::size_t layer) const
+{
+    const auto found = std::ranges::find(m_rows, layer, &Row::index);
+    return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
+}
+
+bool LayersModel::changeLayer(int row, const char *name, const std::function<void(Layer &)> &change)
+{
+    const std::size_t layerIndex = layerOf(row);
+    const bool done = m_change(name, [&](Drawing &drawing) {
+        Layer changed = drawing.layer(layerIndex);
+        change(changed);
+        drawing.setLayer(layerIndex, changed);
+    });
+    bringUpToDate();
+    return done;
+}
+
+bool LayersModel::makeCurrent(int row)
+{
+    const std::size_t layerIndex = layerOf(row);
+    const bool done =
+        m_change("ui.layers.step.current", [&](Drawing &drawing) { drawing.setCurrentLayer(layerIndex); });
+    bringUpToDate();
+    return done;
+}
+
+bool LayersModel::setColor(int row, int color)
+{
+    return color >= 1 && color <= 255 &&
+           changeLayer(row, "ui.layers.step.color", [&](Layer &changed) { changed.color = color; });
+}
+
+const char *LayersModel::refusalOf(const QString &name) const
+{
+    const std::wstring wideName = name.trimmed().toStdWString();
+    if (wideName.empty() || !std::ranges::all_of(wideName, isNameCharacter))
+        return "ui.layer.badName";
+    return m_drawing && m_drawing->findLayer(wideName) ? "ui.layers.taken" : nullptr;
+}
+
+int LayersModel::add(const QString &name)
+{
+    if (!m_drawing || refusalOf(name))
+        return -1;
+    const std::wstring wideName = name.trimmed().toStdWString();
+    std::size_t layerIndex = 0;
+    if (!m_change("ui.layers.step.new", [&](Drawing &drawing) { layerIndex = drawing.ensureLayer(wideName); }))
+        return -1;
+    bringUpToDate();
+    return rowOf(layerIndex);
+}
+
+bool LayersModel::isLess(int column, int a, int b) const
+{
+    const Row &left = m_rows[static_cast<std::size_t>(a)], &right = m_rows[static_cast<std::size_t>(b)];
+    switch (column) {
+    case Current:
+        return left.current > right.current;
+    case On:
+        return left.layer.on > right.layer.on;
+    case Frozen:
+        return left.layer.frozen > right.layer.frozen;
+    case Locked:
+        return left.layer.locked > right.layer.locked;
+    case Color:
+        return left.layer.color < right.layer.color;
+    case Entities:
+        return left.entities < right.entities;
+    default:
+        return compareNames(QString::fromStdWString(left.layer.name), QString::fromStdWString(right.layer.name)) < 0;
+    }
+}
+
+bool LayersModel::matches(int row, const QString &text) const
+{
+    return QString::fromStdWString(layer(row).name).contains(text, Qt::CaseInsensitive);
+}
+
+const char *LayersModel::caption(int column) const
+{
+    constexpr const char *kCaptions[ColumnCount] = {
+        "ui.layers.head.current", "ui.layers.head.name",  "ui.layers.head.on",      "ui.layers.head.frozen",
+        "ui.layers.head.locked",  "ui.layers.head.color", "ui.layers.head.entities"};
+    return kCaptions[column];
+}
+
+const char *LayersModel::explanation(int column) const
+{
+    constexpr const char *kTips[ColumnCount] = {"ui.layers.tip.current", nullptr,
+                                                "ui.layers.tip.on",      "ui.layers.tip.frozen",
+                                                "ui.layers.tip.locked",  "ui.layers.tip.color",
+                                                "ui.layers.tip.entities"};
+    return kTips[column];
+}
+
+Qt::ItemFlags LayersModel::flags(const QModelIndex &index) const
+{
+    Qt::ItemFlags flags = PanelModel::flags(index);
+    if (index.column() == On || index.column() == Frozen || index.column() == Locked || index.column() == Current)
+        flags |= Qt::ItemIsUserCheckable;
+    return flags;
+}
+
+QString LayersModel::text(int row, int column) const
+{
+    switch (column) {
+    case Name:
+        return QString::fromStdWString(layer(row).name);
+    case Color:
+        return QString::number(layer(row).color);
+    case Entities:
+        return QString::number(m_rows[static_cast<std::size_t>(row)].entities);
+    default:
+        return {};
+    }
+}
+
+QVariant LayersModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const Row &row = m_rows[static_cast<std::size_t>(index.row())];
+    if (role == Qt::CheckStateRole) {
+        const auto state = [](bool on) { return QVariant(on ? Qt::Checked : Qt::Unchecked); };
+        switch (index.column()) {
+        case Current:
+            return state(row.current);
+        case On:
+            return state(row.layer.on);
+        case Frozen:
+            return state(row.layer.frozen);
+        case Locked:
+            return state(row.layer.locked);
+        default:
+            return {};
+        }
+    }
+    if (role == Qt::AccessibleTextRole) // a lone check box or swatch says what it is of
+        return uiString(caption(index.column())) + QStringLiteral(": ") +
+               (index.column() == Name ? QString() : QString::fromStdWString(row.layer.name) + QLatin1Char(' ')) +
+               text(index.row(), index.column());
+    return PanelModel::data(index, role);
+}
+
+bool LayersModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role != Qt::CheckStateRole)
+        return false;
+    const bool on = value.toInt() == Qt::Checked;
+    switch (index.column()) {
+    case Current: // one layer is always current: the mark can only be set
+        return on && makeCurrent(index.row());
+    case On:
+        return changeLayer(index.row(), "ui.layers.step.on", [&](Layer &layer) { layer.on = on; });
+    case Frozen: // what is drawn would vanish at once
+        if (on && isCurrent(index.row()))
+            return false;
+        return changeLayer(index.row(), "ui.layers.step.frozen", [&](Layer &layer) { layer.frozen = on; });
+    case Locked:
+        return changeLayer(index.row(), "ui.layers.step.locked", [&](Layer &layer) { layer.locked = on; });
+    default:
+        return false;
+    }
+}
+
+} // namespace velmor
