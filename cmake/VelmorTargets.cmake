@@ -59,11 +59,33 @@ function(velmor_library NAME)
     endif()
 endfunction()
 
-# Qt with moc and the precompiled header.
-function(velmor_use_qt NAME)
+# velmor_precompiled(NAME [LINK lib...] HEADERS header...): headers that are compiled once for all programs that say
+# REUSE_FROM NAME and velmor_like_precompiled.
+function(velmor_precompiled NAME)
+    cmake_parse_arguments(ARG "" "" "LINK;HEADERS" ${ARGN})
+    file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/${NAME}.cpp" CONTENT "int main() {}\n")
+    add_executable(${NAME} EXCLUDE_FROM_ALL "${CMAKE_BINARY_DIR}/${NAME}.cpp")
+    target_link_libraries(${NAME} PRIVATE ${ARG_LINK} velmor_settings)
+    target_precompile_headers(${NAME} PRIVATE ${ARG_HEADERS})
+    velmor_like_precompiled(${NAME})
+endfunction()
+
+# One code model for all programs that share precompiled headers: the one that Qt asks for.
+function(velmor_like_precompiled NAME)
+    set_target_properties(${NAME} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+    target_compile_options(${NAME} PRIVATE -fPIC)
+endfunction()
+
+# Qt with moc.
+function(velmor_link_qt NAME)
     set_target_properties(${NAME} PROPERTIES AUTOMOC ON)
     target_link_libraries(${NAME} PUBLIC Qt6::Widgets)
     target_compile_definitions(${NAME} PRIVATE QT_NO_KEYWORDS)
+endfunction()
+
+# The same with a precompiled header of its own.
+function(velmor_use_qt NAME)
+    velmor_link_qt(${NAME})
     target_precompile_headers(${NAME} PRIVATE <QtWidgets>)
 endfunction()
 
@@ -72,8 +94,12 @@ function(velmor_test NAME)
     cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
     add_executable(${NAME} ${ARG_SOURCES})
     target_link_libraries(${NAME} PRIVATE ${ARG_LINK} velmor_settings GTest::gmock_main)
+    velmor_like_precompiled(${NAME})
     if(ARG_QT)
-        velmor_use_qt(${NAME})
+        velmor_link_qt(${NAME})
+        target_precompile_headers(${NAME} REUSE_FROM velmor_qt_test_headers)
+    else()
+        target_precompile_headers(${NAME} REUSE_FROM velmor_test_headers)
     endif()
     add_test(NAME ${NAME} COMMAND ${NAME})
     set_tests_properties(${NAME} PROPERTIES TIMEOUT 600 ENVIRONMENT
