@@ -26,7 +26,7 @@ class CEntity;
 class ZEMX_CONTRACT CModuleConfiguration {
 public:
     static CModuleConfiguration *Instance();
-    /// Text of a numbered message in the user's language; for an unknown number a text that names it.
+    /// Text of a numbered message in the user's language; empty for an unknown number.
     std::wstring GetMsg(unsigned number) const;
     /// Folder of a kind ("Support", "Symbol") with its trailing separator; empty when unset.
     std::wstring GetPath(const wchar_t *kind) const;

@@ -109,7 +109,10 @@ public:
     }
     /// From read to write; refused while others have it open.
     Acad::ErrorStatus upgradeOpen();
-    /// Takes the object out of the drawing (true) or brings it back (false); it must be open for writing.
+    /// Takes the object out of the drawing (true) or brings it back (false); it must be open for writing. Besides
+    /// entities these can go: a block definition that nothing refers to (else eIsReferenced; model and paper space
+    /// never go) and the record behind a key of a named dictionary or of attached data. Any other object is kept as it
+    /// was read, since nobody can tell what refers to it: eInvalidInput.
     Acad::ErrorStatus erase(bool erasing = true);
     bool isErased() const { return (m_host.flags & kErasedFlag) != 0; }
     bool isWriteEnabled() const;
@@ -154,7 +157,8 @@ public:
     virtual Acad::ErrorStatus highlight(const AcDbFullSubentPath &path = kNullSubent, bool highlightAll = false) const;
     virtual Acad::ErrorStatus unhighlight(const AcDbFullSubentPath &path = kNullSubent,
                                           bool highlightAll = false) const;
-    /// Joins another entity into this one (operation code 0); no entity of this host can, so it answers eNotAvailable.
+    /// Joins another region into this one (operation code 0). Drawings of this host hold no regions (they are bodies of
+    /// a solid modeller), and what is no region has nothing to join: eInvalidInput, and both stay as they are.
     virtual Acad::ErrorStatus booleanOper(int operation, AcDbEntity *other);
 
 protected:
@@ -219,7 +223,7 @@ public:
         bool operator==(const Vertex &) const = default;
     };
     AcDbPolyline() = default;
-    AcDbPolyline(std::vector<Vertex> vertices, bool closed, double elevation = 0.0);
+    AcDbPolyline(std::vector<Vertex> vertices, bool closed, double elevation = 0.0, double constantWidth = 0.0);
     [[gnu::const]] static AcRxClass *desc() noexcept;
     AcRxClass *isA() const override;
     bool isOnlyLines() const;
@@ -228,13 +232,15 @@ public:
     Acad::ErrorStatus getBulgeAt(unsigned index, double &bulge) const;
     bool isClosed() const override { return m_closed; }
     double elevation() const { return m_elevation; }
+    /// Width of every segment in drawing units, half of it to each side; 0: a thin line.
+    double constantWidth() const { return m_width; }
     const std::vector<Vertex> &vertices() const { return m_vertices; }
     Acad::ErrorStatus getArea(double &area) const override;
 
 private:
     friend class velmor::ObjectAccess;
     std::vector<Vertex> m_vertices;
-    double m_elevation = 0.0;
+    double m_elevation = 0.0, m_width = 0.0;
     bool m_closed = false;
 };
 
@@ -522,15 +528,15 @@ ZEMX_CONTRACT void acuiSetStringTable(void *moduleHandle, const AcUiString *entr
 /// characters, the closing zero included.
 ZEMX_CONTRACT bool acuiLoadString(void *moduleHandle, int id, wchar_t *buffer, int length);
 
-/// External functions: a table of names by code, which a module fills with acedDefun and thins with acedUndef. This
-/// host calls none of them. RTNORM when the name stands under the code (a later one replaces it); RTERROR for no name
-/// or a code below 0.
+/// External functions: a table of names by code, which a module fills with acedDefun and thins with acedUndef. RTNORM
+/// when the name stands under the code (a later one replaces it); RTERROR for no name or a code below 0. A name that
+/// begins with "C:" can be typed as a command once its code has a function.
 ZEMX_CONTRACT int acedDefun(const wchar_t *name, short code);
 /// RTNORM when the name was taken out; RTERROR when it does not stand under that code.
 ZEMX_CONTRACT int acedUndef(const wchar_t *name, short code);
-/// RTERROR: a function that is never called is not kept either.
+/// Gives the name under the code its function (null takes it away). RTERROR when no name stands there.
 ZEMX_CONTRACT int acedRegFunc(int (*function)(), int code);
-/// The code of the function that is being called; RTERROR, since none ever is.
+/// The code of the external function that is being called; RTERROR while none is.
 ZEMX_CONTRACT int acedGetFunCode();
 
 /// Runs a host command over arguments that stand as pairs of ResbufKind and value (RTSTR const wchar_t*, RTPOINT and
@@ -581,7 +587,13 @@ ZEMX_CONTRACT bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *widget, 
 // --- Selection sets, display
 // -----------------------------------------------------------------------------------------------
 
-/// With all arguments null: the user selects.
+/// With all arguments null the user selects. Else mode says what is selected among what is visible in model space:
+/// "X" everything in it, visible or not; "A" everything visible; "L" the last one visible; "P" what the last call
+/// selected; "W" what lies inside a box of two corners, "C" what also crosses it (first and second are ads_points);
+/// "WP", "CP" the same of a polygon and "F" what crosses a line (first is a chain of points); null with first: what the
+/// user could pick at that point. filter (any mode, null too) is a chain of group codes that must all hold: 0 kind, 2
+/// block, 8 layer, 62 colour, -4 "<OR", "<AND", "<NOT" with their ends; texts may hold the wild cards * ? # @ and
+/// alternatives behind commas. RTREJ for another mode or code, RTERROR when nothing was selected (no set is made then).
 ZEMX_CONTRACT int acedSSGet(const wchar_t *mode, const void *first, const void *second, const resbuf *filter,
                             ads_name set);
 ZEMX_CONTRACT int acedSSLength(const ads_name set, std::int32_t *length);
@@ -590,7 +602,9 @@ ZEMX_CONTRACT int acedSSFree(const ads_name set);
 /// entity null: result is a new set, empty or (with set) a copy. Else adds the entity; set and result may be the same.
 ZEMX_CONTRACT int acedSSAdd(const std::int64_t *entity, const std::int64_t *set, ads_name result);
 
-/// With null and mode 4 wipes what DrawTemporary drew.
+/// With null the view is drawn again; mode 4 then wipes what DrawTemporary drew, the other modes leave it. With an
+/// entity: 1 draws it, 2 blanks it out until it is drawn again, 3 highlights it, 4 takes the highlight away; none of it
+/// changes the drawing. RTREJ for another mode, RTERROR for a name that is no entity's.
 ZEMX_CONTRACT int acedRedraw(const std::int64_t *entity, int mode);
 ZEMX_CONTRACT void acedUpdateDisplay();
 
@@ -742,8 +756,8 @@ class AcDbBlockReference;
 /// Draws in model space of the working drawing, on the current layer.
 class ZEMX_CONTRACT CZEMCDraw {
 public:
-    /// A light-weight polyline, closed when closed is not 0, with the first point's z as elevation. A null id without a
-    /// drawing, without a point, or for a width other than 0, which this host does not offer.
+    /// A light-weight polyline of a width, closed when closed is not 0, with the first point's z as elevation. A null
+    /// id without a drawing, without a point, or for a width below 0.
     static AcDbObjectId polylineLW(const AcGePoint3dArray &points, double width, int closed,
                                    CZEMCPolylineLWPtr *opened);
     static AcDbObjectId line(const AcGePoint3d &from, const AcGePoint3d &to, CZEMCLinePtr *opened);

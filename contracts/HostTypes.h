@@ -36,6 +36,7 @@ enum ErrorStatus : int {
     eNotInDatabase = 91,     ///< the object was never appended to a drawing
     eAlreadyInDatabase = 92, ///< the object is in a drawing already
     eKeyNotFound = 101,
+    eIsReferenced = 104, ///< something of the drawing refers to the object
     eFileAccessErr = 230,
     eDegenerateGeometry = 301,
     eNotAvailable = 900, ///< this host does not offer the operation
@@ -49,7 +50,7 @@ enum AcedStatus : int {
     RTCAN = -5002,   ///< the user cancelled (Escape)
     RTREJ = -5003,   ///< refused: wrong arguments
     RTFAIL = -5004,
-    RTKWORD = -5005, ///< the user gave a keyword
+    RTKWORD = -5005,     ///< the user gave a keyword
     RTNONE_INPUT = 5000, ///< the user pressed Enter with no value
 };
 

@@ -97,8 +97,8 @@ Acad::ErrorStatus AcDbArc::getArea(double &area) const
     return Acad::eOk;
 }
 
-AcDbPolyline::AcDbPolyline(std::vector<Vertex> vertices, bool closed, double elevation)
-    : m_vertices(std::move(vertices)), m_elevation(elevation), m_closed(closed)
+AcDbPolyline::AcDbPolyline(std::vector<Vertex> vertices, bool closed, double elevation, double constantWidth)
+    : m_vertices(std::move(vertices)), m_elevation(elevation), m_width(constantWidth), m_closed(closed)
 {
 }
 

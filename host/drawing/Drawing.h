@@ -69,6 +69,7 @@ struct Layer {
     std::wstring name;
     int color = 7; ///< index, always positive
     bool on = true, frozen = false, locked = false;
+    bool erased = false; ///< taken out of the drawing; its index stays, and its name is free
     bool visible() const { return on && !frozen; }
 };
 
@@ -91,6 +92,7 @@ private:
     std::wstring m_name;
     AcGePoint3d m_basePoint;
     std::vector<AcDbEntity *> m_entities;
+    std::vector<AcDbEntity *> m_erasedWithIt; ///< they come back with it
 };
 
 // --- Attached data, dictionaries
@@ -176,14 +178,17 @@ public:
     std::optional<std::size_t> findLayer(std::wstring_view name) const; ///< case-insensitive
     /// The layer's index; made with that colour when there is none.
     std::size_t ensureLayer(const std::wstring &name, int color = 7);
-    void setLayer(std::size_t index, const Layer &layer); ///< all but the name
+    void setLayer(std::size_t index, const Layer &layer); ///< all but the name and whether it is erased
+    /// Takes a layer out (or brings it back, unless its name is taken again). Refused for layer 0, the current one, and
+    /// one that something is on or refers to (see Uses.h, which tells it for all layers and blocks at once).
+    bool eraseLayer(std::size_t index, bool erasing = true);
     std::size_t currentLayer() const;
     void setCurrentLayer(std::size_t index);
 
     // Blocks
     BlockRecord &modelSpace();
     const BlockRecord &modelSpace() const;
-    /// All records in block-table order.
+    /// All records in block-table order, erased ones included.
     std::span<const std::unique_ptr<BlockRecord>> blocks() const;
     BlockRecord *findBlock(std::wstring_view name) const; ///< case-insensitive
     /// A new empty definition; the existing one when the name is taken.
@@ -191,6 +196,9 @@ public:
     /// Copies another drawing's model space (and the blocks it needs) into a definition of this one, replacing what
     /// the definition held.
     BlockRecord &importBlock(const std::wstring &name, const Drawing &source);
+    /// Takes a definition out with all that it holds, or brings it back. eInvalidInput for model and paper space,
+    /// eIsReferenced while something refers to it.
+    Acad::ErrorStatus eraseBlock(BlockRecord &block, bool erasing = true);
 
     // Entities
     /// Takes the entity into a record, on the current layer unless it has one. The id; the entity stays closed.
@@ -242,6 +250,11 @@ public:
 
     struct Private;
     Private &priv() { return *d; }
+
+    /// eraseBlock for a block that is known to be free.
+    void setBlockErased(BlockRecord &block, bool erasing);
+    /// Takes out the record of data that an object of the file is. False when it is none.
+    bool eraseRecord(const AcDbObject &object);
 
 private:
     Drawing();

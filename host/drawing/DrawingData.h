@@ -120,6 +120,8 @@ struct Drawing::Private {
     /// Gives the object a handle when it has none yet.
     std::uint64_t giveHandle(AcDbObject &object);
     std::size_t addLayer(Layer layer);
+    /// eraseLayer for a layer that is known to be free.
+    void setLayerErased(std::size_t index, bool erasing);
 };
 
 } // namespace velmor

@@ -70,10 +70,12 @@ Acad::ErrorStatus AcDbObject::erase(bool erasing)
         return Acad::eNotInDatabase;
     if (m_host.readers >= 0)
         return Acad::eNotOpenForWrite;
-    if (!(m_host.flags & velmor::kIsEntity))
-        return Acad::eNotAvailable;
     if (erasing && isErased())
         return Acad::eWasErased;
+    if (isKindOf(AcDbBlockTableRecord::desc()))
+        return drawing->eraseBlock(static_cast<velmor::BlockRecord &>(*this), erasing);
+    if (!(m_host.flags & velmor::kIsEntity))
+        return erasing && drawing->eraseRecord(*this) ? Acad::eOk : Acad::eInvalidInput;
     drawing->erase(static_cast<AcDbEntity &>(*this), erasing);
     return Acad::eOk;
 }
@@ -219,18 +221,25 @@ namespace {
 
 class BlockIterator final : public AcDbBlockTableIterator {
 public:
-    BlockIterator(Drawing &drawing, bool atBeginning) : m_drawing(drawing) { start(atBeginning, true); }
-    void start(bool atBeginning, bool) override
+    BlockIterator(Drawing &drawing, bool atBeginning, bool skipErased) : m_drawing(drawing)
+    {
+        start(atBeginning, skipErased);
+    }
+    void start(bool atBeginning, bool skipErased) override
     {
         m_next = atBeginning || m_drawing.blocks().empty() ? 0 : m_drawing.blocks().size() - 1;
+        if (!done() && skipErased && m_drawing.blocks()[m_next]->isErased())
+            step(atBeginning, true);
     }
     bool done() const override { return m_next >= m_drawing.blocks().size(); }
-    void step(bool forward, bool) override
+    void step(bool forward, bool skipErased) override
     {
-        if (done())
-            return;
         // Backwards from the first leads behind the last, where done() is true.
-        m_next = forward ? m_next + 1 : m_next == 0 ? m_drawing.blocks().size() : m_next - 1;
+        while (!done()) {
+            m_next = forward ? m_next + 1 : m_next == 0 ? m_drawing.blocks().size() : m_next - 1;
+            if (done() || !skipErased || !m_drawing.blocks()[m_next]->isErased())
+                return;
+        }
     }
     Acad::ErrorStatus getRecord(AcDbBlockTableRecord *&record, AcDb::OpenMode mode) const override
     {
@@ -251,9 +260,10 @@ private:
 
 } // namespace
 
-Acad::ErrorStatus BlockTableObject::newIterator(AcDbBlockTableIterator *&iterator, bool atBeginning, bool) const
+Acad::ErrorStatus BlockTableObject::newIterator(AcDbBlockTableIterator *&iterator, bool atBeginning,
+                                                bool skipErased) const
 {
-    iterator = new BlockIterator(m_drawing, atBeginning);
+    iterator = new BlockIterator(m_drawing, atBeginning, skipErased);
     return Acad::eOk;
 }
 
@@ -366,5 +376,5 @@ Acad::ErrorStatus ObjectAccess::changeLine(AcDbLine &line, AcGePoint3d &end, con
 Acad::ErrorStatus AcDbEntity::booleanOper(int operation, AcDbEntity *other)
 {
     journal("AcDbEntity::booleanOper", objectId(), operation, other ? other->objectId() : AcDbObjectId());
-    return Acad::eNotAvailable;
+    return Acad::eInvalidInput;
 }

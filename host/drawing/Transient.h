@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace velmor {
@@ -60,6 +61,14 @@ public:
     }
     const std::vector<const AcDbEntity *> &highlighted() const { return m_highlighted; }
 
+    /// A blanked entity of the drawing is not painted until it is drawn again.
+    void setBlanked(const AcDbEntity &entity, bool on)
+    {
+        if (on ? m_blanked.insert(&entity).second : m_blanked.erase(&entity) > 0)
+            ++m_revision;
+    }
+    bool isBlanked(const AcDbEntity &entity) const { return !m_blanked.empty() && m_blanked.contains(&entity); }
+
     /// Grows with every change.
     std::uint64_t revision() const { return m_revision; }
 
@@ -67,6 +76,7 @@ private:
     std::vector<TransientPath> m_temporary;
     std::map<std::wstring, TransientMark> m_marks;
     std::vector<const AcDbEntity *> m_highlighted;
+    std::unordered_set<const AcDbEntity *> m_blanked;
     std::uint64_t m_revision = 0;
 };
 

@@ -202,7 +202,7 @@ Command::Next BoundaryCommand::finish(Session &session)
     if (m_found.empty())
         return Next::Commit;
     if (m_regions) {
-        session.alert(uiText("ui.boundary.regions"));
+        session.status(uiText("ui.boundary.regions"));
         return Next::Commit;
     }
     std::size_t made = 0;

@@ -40,7 +40,8 @@ CModuleConfiguration *CModuleConfiguration::Instance()
 
 std::wstring CModuleConfiguration::GetMsg(unsigned number) const
 {
-    return Services::instance().messages().text(number);
+    const auto &messages = Services::instance().messages();
+    return messages.contains(number) ? messages.text(number) : std::wstring();
 }
 
 std::wstring CModuleConfiguration::GetPath(const wchar_t *kind) const

@@ -33,13 +33,14 @@ AcDbObjectId CZEMCDraw::polylineLW(const AcGePoint3dArray &points, double width,
 {
     journal("CZEMCDraw::polylineLW", points.size(), width, closed);
     Drawing *drawing = workingDrawing();
-    if (!drawing || points.empty() || width != 0.0 || !std::all_of(points.begin(), points.end(), isFinite))
+    if (!drawing || points.empty() || !(width >= 0.0) || !std::isfinite(width) ||
+        !std::all_of(points.begin(), points.end(), isFinite))
         return {};
     std::vector<AcDbPolyline::Vertex> vertices;
     vertices.reserve(points.size());
     for (const AcGePoint3d &point : points)
         vertices.push_back({point.x, point.y, 0.0});
-    return appended(*drawing, std::make_unique<AcDbPolyline>(std::move(vertices), closed != 0, points.front().z),
+    return appended(*drawing, std::make_unique<AcDbPolyline>(std::move(vertices), closed != 0, points.front().z, width),
                     opened);
 }
 

@@ -120,7 +120,8 @@ bool CZEMCLayerTablePtr::allLayerNames(CStringArray &names) const
     if (!drawing)
         return false;
     for (const velmor::Layer &layer : drawing->layers())
-        names.push_back(layer.name);
+        if (!layer.erased)
+            names.push_back(layer.name);
     return true;
 }
 

@@ -120,12 +120,12 @@ void DxfWriter::giveHandles()
             handle = d.nextHandle++;
     };
     if (!m_isR12)
-        for (LayerSource &layer : f.layers)
-            if (layer.length == 0 && layer.needsRecord)
-                give(layer.handle);
+        for (std::size_t i = 0; i < f.layers.size(); ++i)
+            if (f.layers[i].length == 0 && f.layers[i].needsRecord && !d.layers[i].erased)
+                give(f.layers[i].handle);
     for (const auto &block : d.blocks) {
         BlockSource &source = f.blocks[block.get()];
-        if (source.headLength != 0 || block->isLayout())
+        if (source.headLength != 0 || block->isLayout() || block->isErased())
             continue;
         d.giveHandle(*block);
         give(source.beginHandle);
@@ -236,6 +236,11 @@ void DxfWriter::writeLayers()
     for (std::size_t i = 0; i < d.layers.size(); ++i) {
         const Layer &layer = d.layers[i];
         const LayerSource &source = f.layers[i];
+        if (layer.erased) {
+            if (source.object)
+                removeErased(*source.object);
+            continue;
+        }
         const int color = layer.on ? layer.color : -layer.color;
         const int flags = (layer.frozen ? 1 : 0) | (layer.locked ? 4 : 0);
         if (source.length != 0) {
@@ -341,6 +346,10 @@ void DxfWriter::writeBlocks()
     for (const auto &block : d.blocks) {
         const BlockSource &source = f.blocks[block.get()];
         const AcGePoint3d &base = block->basePoint();
+        if (block->isErased()) {
+            removeBlock(source);
+            continue;
+        }
         if (source.headLength != 0) {
             const AcGePoint3d &before = source.basePoint;
             if (base.x == before.x && base.y == before.y && base.z == before.z)
@@ -401,6 +410,32 @@ void DxfWriter::writeBlocks()
         head("ENDBLK", source.endHandle, "AcDbBlockEnd");
     }
     m_newBlocks += m_anonymousBlocks;
+}
+
+/// From BLOCK to ENDBLK; the block's record goes with the other objects that were erased.
+void DxfWriter::removeBlock(const BlockSource &source)
+{
+    if (source.headLength == 0)
+        return;
+    std::size_t end = source.offset + source.headLength;
+    if (source.endOffset != kNowhere) {
+        TagCursor cursor(f.text.data() + source.endOffset, f.text.data() + f.text.size());
+        Tag tag;
+        const char *start = nullptr;
+        end = source.endOffset;
+        const auto missing = [&](const MissingEnd &m) {
+            return m.offset == end && std::string_view(m.type) == "ENDBLK";
+        };
+        if (std::ranges::any_of(f.missingEnds, missing)) {
+            m_goneEnd = end;
+        } else {
+            cursor.next(tag, start); // ENDBLK itself
+            do
+                end = static_cast<std::size_t>(cursor.position() - f.text.data());
+            while (cursor.next(tag, start) && tag.code != 0);
+        }
+    }
+    replace(source.offset, end - source.offset, "");
 }
 
 /// Puts what is new at the end of its section or table, and makes those that the file lacks.
@@ -475,6 +510,8 @@ void DxfWriter::finishSections()
             insert(end, section("OBJECTS", m_newObjects), EditRank::Section);
     }
     for (const MissingEnd &missing : f.missingEnds) {
+        if (missing.offset == m_goneEnd && std::string_view(missing.type) == "ENDBLK")
+            continue; // its block was erased
         std::string text;
         TagWriter(text, f).tag(0, missing.type);
         insert(missing.offset, std::move(text), missing.rank);

@@ -42,6 +42,7 @@ private:
     void setVariable(const std::string &name, int code, const std::string &value);
     void writeLayers();
     void writeBlocks();
+    void removeBlock(const BlockSource &source);
     void writeAdded();
     void writeApplication();
     void finishSections();
@@ -83,6 +84,7 @@ private:
         m_anonymousBlocks;
     std::map<const BlockRecord *, std::string> m_newInBlocks;
     bool m_usesApplication = false;
+    std::size_t m_goneEnd = kNowhere;                                 ///< where an erased block lacks its end
     std::map<std::pair<std::uint64_t, std::string>, bool> m_overflow; ///< records (by handle) that did not fit in place
 };
 

@@ -347,7 +347,7 @@ EntityReader::Result EntityReader::readLwPolyline(std::span<const Tag> tags, con
     if (facing == Facing::Tilted)
         return {};
     std::vector<AcDbPolyline::Vertex> vertices;
-    double elevation = 0.0, number = 0.0;
+    double elevation = 0.0, width = 0.0, number = 0.0;
     bool closed = false, hasY = true;
     for (const Tag &tag : tags) {
         switch (tag.code) {
@@ -377,6 +377,10 @@ EntityReader::Result EntityReader::readLwPolyline(std::span<const Tag> tags, con
             if (!tag.real(elevation))
                 return notANumber(tag);
             break;
+        case 43:
+            if (!tag.real(width))
+                return notANumber(tag);
+            break;
         case 70:
             closed = (tag.integer() & 1) != 0;
             break;
@@ -398,7 +402,7 @@ EntityReader::Result EntityReader::readLwPolyline(std::span<const Tag> tags, con
         }
         elevation = -elevation;
     }
-    return {m_arena.make<AcDbPolyline>(std::move(vertices), closed, elevation), {}, nullptr};
+    return {m_arena.make<AcDbPolyline>(std::move(vertices), closed, elevation, std::max(width, 0.0)), {}, nullptr};
 }
 
 EntityReader::Result EntityReader::readSpline(std::span<const Tag> tags)

@@ -144,14 +144,14 @@ void EntityWriter::write(std::string &out, AcDbEntity &entity, std::string &bloc
 void EntityWriter::writeLwPolyline(TagWriter &w, AcDbPolyline &entity)
 {
     if (m_isR12) {
-        writePolyline(w, entity, entity.vertices(), {}, entity.isClosed(), entity.elevation());
+        writePolyline(w, entity, entity.vertices(), {}, entity.isClosed(), entity.elevation(), entity.constantWidth());
         return;
     }
     begin(w, "LWPOLYLINE", entity);
     w.tag(100, "AcDbPolyline");
     w.integer(90, static_cast<std::int64_t>(entity.vertices().size()));
     w.integer(70, entity.isClosed() ? 1 : 0);
-    w.real(43, 0.0);
+    w.real(43, entity.constantWidth());
     if (entity.elevation() != 0.0)
         w.real(38, entity.elevation());
     for (const auto &v : entity.vertices()) {
@@ -162,7 +162,7 @@ void EntityWriter::writeLwPolyline(TagWriter &w, AcDbPolyline &entity)
 }
 
 void EntityWriter::writePolyline(TagWriter &w, AcDbEntity &entity, std::span<const AcDbPolyline::Vertex> vertices,
-                                 std::span<const AcGePoint3d> points, bool closed, double elevation)
+                                 std::span<const AcGePoint3d> points, bool closed, double elevation, double width)
 {
     const bool is3d = !points.empty() || kindOf(entity) == EntityKind::Polyline3d;
     begin(w, "POLYLINE", entity);
@@ -170,6 +170,10 @@ void EntityWriter::writePolyline(TagWriter &w, AcDbEntity &entity, std::span<con
     w.integer(66, 1);
     w.point(10, 0.0, 0.0, elevation);
     w.integer(70, (closed ? 1 : 0) | (is3d ? 8 : 0));
+    if (width > 0.0) {
+        w.real(40, width);
+        w.real(41, width);
+    }
     finish(w, entity);
     const auto vertex = [&](double x, double y, double z, double bulge) {
         begin(w, "VERTEX", entity, false);

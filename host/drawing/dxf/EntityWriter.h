@@ -43,7 +43,7 @@ private:
     }
     void writeLwPolyline(TagWriter &w, AcDbPolyline &entity);
     void writePolyline(TagWriter &w, AcDbEntity &entity, std::span<const AcDbPolyline::Vertex> vertices,
-                       std::span<const AcGePoint3d> points, bool closed, double elevation);
+                       std::span<const AcGePoint3d> points, bool closed, double elevation, double width = 0.0);
     void writeFlattened(TagWriter &w, AcDbEntity &entity, const std::vector<AcGePoint3d> &points, bool closed);
     void writeEllipse(TagWriter &w, EllipseEntity &entity);
     void writeSpline(TagWriter &w, SplineEntity &entity);

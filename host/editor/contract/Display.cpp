@@ -3,15 +3,12 @@
 #include "host/drawing/Entities.h"
 #include "host/drawing/Journal.h"
 #include "host/drawing/Transient.h"
-#include "host/editor/EntityPick.h"
 #include "host/editor/LineworkCache.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Session.h"
-#include "host/services/Messages.h"
 
 #include <cmath>
 
-using velmor::Answer;
 using velmor::journal;
 using velmor::SelectionSet;
 using velmor::SelectionSets;
@@ -28,35 +25,6 @@ void journalNames(const char *operation, Names... names)
 }
 
 } // namespace
-
-int acedSSGet(const wchar_t *mode, const void *first, const void *second, const resbuf *filter, ads_name set)
-{
-    Session *session = Session::currentOrNull();
-    if (!session || !session->drawing() || !set)
-        return RTERROR;
-    if (mode || first || second || filter)
-        return RTREJ; // only the interactive form is offered
-    journal("acedSSGet");
-    SelectionSet &selected = session->selectionSets().create();
-    for (;;) {
-        const Answer answer = session->ask({.kind = velmor::PromptKind::Selection,
-                                            .text = velmor::uiText("ui.prompt.objects"),
-                                            .keywords = {velmor::kAllWord}});
-        if (answer.isEnter() || answer.isEscape()) {
-            const bool some = answer.isEnter() && !selected.members().empty();
-            if (some)
-                SelectionSets::toName(selected, set);
-            else
-                session->selectionSets().release(selected.id());
-            return some ? RTNORM : answer.isEnter() ? RTERROR : RTCAN;
-        }
-        const auto ids = velmor::selectedEntities(*session, answer);
-        if (!ids)
-            session->status(velmor::uiText("ui.input.nothing"));
-        for (const AcDbObjectId &id : ids.value_or(AcDbObjectIdArray()))
-            selected.add(id);
-    }
-}
 
 int acedSSLength(const ads_name set, std::int32_t *length)
 {
@@ -123,12 +91,28 @@ int acedRedraw(const std::int64_t *entity, int mode)
     Session *session = Session::currentOrNull();
     if (!session)
         return RTERROR;
-    journal("acedRedraw", mode);
-    constexpr int kWipeTemporary = 4;
-    if (entity || mode != kWipeTemporary)
-        return RTREJ; // drawing or highlighting single entities is not offered
-    if (session->drawing())
+    if (entity)
+        journalNames("acedRedraw", entity);
+    else
+        journal("acedRedraw", mode);
+    enum Mode { kView = 0, kDraw = 1, kBlank = 2, kHighlight = 3, kUnhighlight = 4 };
+    if (mode < kView || mode > kUnhighlight || (entity && mode == kView))
+        return RTREJ;
+    if (entity) {
+        AcDbObjectId id;
+        AcDbEntity *target = nullptr;
+        if (!session->drawing() || acdbGetObjectId(id, entity) != Acad::eOk ||
+            acdbOpenAcDbEntity(target, id, AcDb::kForRead) != Acad::eOk)
+            return RTERROR;
+        auto &graphics = session->drawing()->component<velmor::TransientGraphics>();
+        if (mode == kDraw || mode == kBlank)
+            graphics.setBlanked(*target, mode == kBlank);
+        else
+            graphics.setHighlighted(*target, mode == kHighlight);
+        target->close();
+    } else if (session->drawing() && mode == kUnhighlight) {
         session->drawing()->component<velmor::TransientGraphics>().clearTemporary();
+    }
     if (session->view())
         session->view()->redraw();
     return RTNORM;

@@ -9,6 +9,7 @@
 #include <cwchar>
 #include <filesystem>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include <dlfcn.h>
@@ -35,11 +36,61 @@ public:
     }
 };
 
-/// Names of external functions by code: the table stands for the life of the program.
-std::map<int, std::wstring> &functionNames()
+/// External functions by code: the table stands for the life of the program.
+struct ExternalFunction {
+    std::wstring name;
+    int (*function)() = nullptr;
+};
+std::map<int, ExternalFunction> &externalFunctions()
 {
-    static std::map<int, std::wstring> names;
-    return names;
+    static std::map<int, ExternalFunction> functions;
+    return functions;
+}
+int runningFunction = RTERROR; ///< code of the one that is being called
+
+constexpr wchar_t kExternalGroup[] = L"EXTERNAL";
+
+/// What is typed to call it; empty for a function that can't be typed.
+std::wstring commandOf(const ExternalFunction &external)
+{
+    const bool isCommand = external.name.size() > 2 && (external.name[0] | 0x20) == L'c' && external.name[1] == L':';
+    return isCommand ? external.name.substr(2) : std::wstring();
+}
+
+/// Calls the function whose command the session is running.
+void callExternal()
+{
+    Session *session = Session::currentOrNull();
+    if (!session || session->commands().running().empty())
+        return;
+    const std::wstring command = session->commands().running().back();
+    for (const auto &[code, external] : externalFunctions()) {
+        if (!external.function || commandOf(external) != command)
+            continue;
+        struct Running { // ends also by an exception
+            explicit Running(int own) : before(std::exchange(runningFunction, own)) {}
+            ~Running() { runningFunction = before; }
+            int before;
+        } const running(code);
+        const auto function = external.function; // it may take itself out of the table
+        function();
+        return;
+    }
+}
+
+/// Gives an external function's command to the command table, or takes it away.
+void setCommand(const ExternalFunction &external, bool on)
+{
+    Session *session = Session::currentOrNull();
+    const std::wstring command = commandOf(external);
+    if (!session || command.empty())
+        return;
+    const velmor::JournalPause pause;
+    if (on)
+        session->commands().addCommand(kExternalGroup, command.c_str(), command.c_str(), 0, &callExternal, nullptr, -1,
+                                       nullptr, nullptr);
+    else
+        session->commands().removeCmd(kExternalGroup, command.c_str());
 }
 
 /// Modules with resources, in the order of attaching.
@@ -136,27 +187,36 @@ int acedDefun(const wchar_t *name, short code)
     journal("acedDefun", name, code);
     if (!name || !*name || code < 0)
         return RTERROR;
-    functionNames()[code] = name;
+    ExternalFunction &external = externalFunctions()[code];
+    setCommand(external, false);
+    external = {name, nullptr};
     return RTNORM;
 }
 
 int acedUndef(const wchar_t *name, short code)
 {
     journal("acedUndef", name, code);
-    const auto found = functionNames().find(code);
-    if (!name || found == functionNames().end() || found->second != name)
+    const auto found = externalFunctions().find(code);
+    if (!name || found == externalFunctions().end() || found->second.name != name)
         return RTERROR;
-    functionNames().erase(found);
+    setCommand(found->second, false);
+    externalFunctions().erase(found);
     return RTNORM;
 }
 
-int acedRegFunc(int (*)(), int code)
+int acedRegFunc(int (*function)(), int code)
 {
     journal("acedRegFunc", code);
-    return RTERROR;
+    const auto found = externalFunctions().find(code);
+    if (found == externalFunctions().end())
+        return RTERROR;
+    setCommand(found->second, false);
+    found->second.function = function;
+    setCommand(found->second, function != nullptr);
+    return RTNORM;
 }
 
 int acedGetFunCode()
 {
-    return RTERROR;
+    return runningFunction;
 }

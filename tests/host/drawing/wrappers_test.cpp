@@ -449,7 +449,8 @@ TEST_F(Wrappers, WithoutPointsOrDrawingNothingIsDrawn)
 {
     EXPECT_TRUE(CZEMCDraw::polylineLW({}, 0.0, 1, nullptr).isNull());
     EXPECT_TRUE(CZEMCDraw::polylineLW({{NAN, 0}, {1, 1}}, 0.0, 1, nullptr).isNull());
-    EXPECT_TRUE(CZEMCDraw::polylineLW({{0, 0}, {1, 1}}, 2.0, 1, nullptr).isNull());
+    EXPECT_TRUE(CZEMCDraw::polylineLW({{0, 0}, {1, 1}}, -2.0, 1, nullptr).isNull());
+    EXPECT_TRUE(CZEMCDraw::polylineLW({{0, 0}, {1, 1}}, NAN, 1, nullptr).isNull());
     EXPECT_TRUE(CZEMCDraw::line({0, 0}, {INFINITY, 0}, nullptr).isNull());
     EXPECT_THAT(m_drawing->modelSpace().entities(), IsEmpty());
     setWorkingDrawing(nullptr);
@@ -646,7 +647,7 @@ TEST_F(Wrappers, WhatIsDoneToEntitiesIsInTheJournal)
     line->highlight();
     line->unhighlight();
     EXPECT_EQ(line->layer(), L"Slivovi");
-    EXPECT_EQ(line->booleanOper(0, line.get()), Acad::eNotAvailable);
+    EXPECT_EQ(line->booleanOper(0, line.get()), Acad::eInvalidInput);
     line->erase(true);
     Journal::instance().setRecording(false);
     EXPECT_THAT(Journal::instance().entries(),

@@ -136,12 +136,30 @@ TEST(ExternalFunctions, OneWithoutANameOrWithANegativeCodeIsRefusedAndALaterName
     EXPECT_EQ(acedUndef(L"c:second", 3), RTNORM);
 }
 
-TEST(ExternalFunctions, AreNotCalledHereSoRegisteringOneIsRefused)
+int callsOfExternal = 0;
+int codeDuringCall = 0;
+
+TEST(ExternalFunctions, ANameThatBeginsWithCIsTypedAsACommandOnceItHasAFunction)
 {
-    EXPECT_EQ(acedDefun(L"c:test", 3), RTNORM);
-    EXPECT_EQ(acedRegFunc([] { return 0; }, 3), RTERROR);
-    EXPECT_EQ(acedGetFunCode(), RTERROR);
-    EXPECT_EQ(acedUndef(L"c:test", 3), RTNORM);
+    Session session;
+    session.setMessageSink({});
+    callsOfExternal = codeDuringCall = 0;
+    const auto function = [] {
+        ++callsOfExternal;
+        codeDuringCall = acedGetFunCode();
+        return 0;
+    };
+    EXPECT_EQ(acedRegFunc(function, 3), RTERROR) << "no name stands under the code";
+    ASSERT_EQ(acedDefun(L"C:TEST", 3), RTNORM);
+    EXPECT_FALSE(session.commands().run(L"TEST"));
+    ASSERT_EQ(acedRegFunc(function, 3), RTNORM);
+    EXPECT_TRUE(session.commands().run(L"test"));
+    EXPECT_EQ(callsOfExternal, 1);
+    EXPECT_EQ(codeDuringCall, 3);
+    EXPECT_EQ(acedGetFunCode(), RTERROR) << "the call is over";
+    EXPECT_EQ(acedUndef(L"C:TEST", 3), RTNORM);
+    EXPECT_FALSE(session.commands().run(L"TEST"));
+    EXPECT_EQ(callsOfExternal, 1);
 }
 
 } // namespace

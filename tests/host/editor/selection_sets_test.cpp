@@ -156,7 +156,8 @@ TEST_F(SelectionSetsTest, ACancelledOrEmptySelectionGivesNoSet)
     session.answers().push({Answer::Enter{}});
     EXPECT_EQ(acedSSGet(nullptr, nullptr, nullptr, nullptr, set), RTERROR);
     EXPECT_EQ(session.selectionSets().size(), 0u);
-    EXPECT_EQ(acedSSGet(L"_X", nullptr, nullptr, nullptr, set), RTREJ);
+    EXPECT_EQ(acedSSGet(L"_X", nullptr, nullptr, nullptr, set), RTERROR) << "the drawing is empty";
+    EXPECT_EQ(acedSSGet(L"Q", nullptr, nullptr, nullptr, set), RTREJ) << "no such mode";
 }
 
 } // namespace
