@@ -10,6 +10,9 @@ class QPainter;
 
 namespace velmor {
 
+/// Colour index of what is highlighted.
+inline constexpr int kHighlightColor = 2;
+
 struct PaintStyle {
     QColor background = Qt::white;
     bool antialias = true;

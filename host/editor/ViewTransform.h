@@ -5,6 +5,7 @@
 
 #include <QPointF>
 #include <QSizeF>
+#include <QTransform>
 
 namespace velmor {
 
@@ -23,6 +24,16 @@ struct ViewTransform {
     {
         return {centerX + (p.x() - size.width() / 2.0) / pixelsPerUnit,
                 centerY - (p.y() - size.height() / 2.0) / pixelsPerUnit};
+    }
+    /// The same as toView for shapes.
+    QTransform transform() const
+    {
+        return {pixelsPerUnit,
+                0.0,
+                0.0,
+                -pixelsPerUnit,
+                size.width() / 2.0 - centerX * pixelsPerUnit,
+                size.height() / 2.0 + centerY * pixelsPerUnit};
     }
     Extents visible() const;
     /// Shows the extents with a margin (a fraction of the size on each side); empty extents change nothing.

@@ -1,0 +1,616 @@
+#include "host/editor/DisplayIndex.h"
+
+#include "host/drawing/ObjectAccess.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+namespace velmor {
+
+namespace {
+
+constexpr std::size_t kMostInNode = 1024; ///< items, before a cell is divided
+constexpr double kSmallestHalf = 1e-6;    ///< of a cell, drawing units; smaller ones are not divided
+constexpr double kMapLimit = 1e12;        ///< coordinates beyond this lie in no cell
+constexpr std::size_t kRunSegments = 32;
+constexpr std::size_t kKeptChanges = 256;
+/// How far, as a fraction of a cell's size, rounding to float can move a coordinate in it.
+constexpr double kFloatError = 4e-7;
+constexpr double kFloatLimit = 3e38;
+
+float floatBelow(double value)
+{
+    const auto rounded = static_cast<float>(std::clamp(value, -kFloatLimit, kFloatLimit));
+    return static_cast<double>(rounded) > value ? std::nextafter(rounded, -static_cast<float>(kFloatLimit)) : rounded;
+}
+
+float floatAbove(double value)
+{
+    return -floatBelow(-value);
+}
+
+/// Segments of a polyline; 0 for other kinds.
+std::size_t segmentsOf(const AcDbEntity &entity)
+{
+    const auto count = [](const auto &polyline) {
+        const std::size_t vertices = polyline.vertices().size();
+        return vertices < 2 ? 0 : vertices - (polyline.isClosed() ? 0 : 1);
+    };
+    switch (kindOf(entity)) {
+    case EntityKind::LwPolyline:
+        return count(static_cast<const AcDbPolyline &>(entity));
+    case EntityKind::Polyline2d:
+        return count(static_cast<const AcDb2dPolyline &>(entity));
+    case EntityKind::Polyline3d: {
+        const auto &polyline = static_cast<const AcDb3dPolyline &>(entity);
+        // Two vertices have one segment there and back.
+        return polyline.vertices().size() == 2 ? 1 : count(polyline);
+    }
+    default:
+        return 0;
+    }
+}
+
+/// Extents of some segments of a polyline.
+Extents runExtents(const AcDbEntity &entity, std::size_t first, std::size_t segments)
+{
+    Extents box;
+    const auto bulged = [&](const std::vector<AcDbPolyline::Vertex> &vertices) {
+        for (std::size_t i = first; i < first + segments; ++i) {
+            const auto &a = vertices[i], &b = vertices[(i + 1) % vertices.size()];
+            box.add(a.x, a.y);
+            box.add(b.x, b.y);
+            if (a.bulge == 0.0)
+                continue;
+            // An arc stays within its sagitta of the chord when it is at most a half circle, else within its circle.
+            const double chord = std::hypot(b.x - a.x, b.y - a.y), bulge = std::abs(a.bulge);
+            const double reach = bulge <= 1.0 ? 0.5 * bulge * chord : 0.5 * chord * (bulge + 1.0 / bulge);
+            box.add(std::min(a.x, b.x) - reach, std::min(a.y, b.y) - reach);
+            box.add(std::max(a.x, b.x) + reach, std::max(a.y, b.y) + reach);
+        }
+    };
+    switch (kindOf(entity)) {
+    case EntityKind::LwPolyline:
+        bulged(static_cast<const AcDbPolyline &>(entity).vertices());
+        break;
+    case EntityKind::Polyline2d:
+        bulged(static_cast<const AcDb2dPolyline &>(entity).vertices());
+        break;
+    default: {
+        const auto &vertices = static_cast<const AcDb3dPolyline &>(entity).vertices();
+        for (std::size_t i = first; i <= first + segments; ++i)
+            box.add(vertices[i % vertices.size()].x, vertices[i % vertices.size()].y);
+    }
+    }
+    return box;
+}
+
+Extents shiftedBox(const DisplayIndex::Node &node, const float *shape)
+{
+    return {node.x + static_cast<double>(shape[0]), node.y + static_cast<double>(shape[1]),
+            node.x + static_cast<double>(shape[2]), node.y + static_cast<double>(shape[3])};
+}
+
+bool drawnBefore(const DisplayIndex::Item &a, const DisplayIndex::Item &b)
+{
+    return a.entity != b.entity ? a.entity < b.entity : a.first < b.first;
+}
+
+} // namespace
+
+DisplayIndex::DisplayIndex(Drawing &drawing) : m_drawing(drawing)
+{
+    m_drawing.addObserver(*this);
+}
+
+DisplayIndex::~DisplayIndex()
+{
+    m_drawing.removeObserver(*this);
+}
+
+// --- Questions
+
+std::uint64_t DisplayIndex::revision()
+{
+    bringUpToDate();
+    return m_revision;
+}
+
+std::optional<Extents> DisplayIndex::changedSince(std::uint64_t revision) const
+{
+    if (revision < m_allSince || revision < m_forgotten)
+        return std::nullopt;
+    Extents all;
+    for (auto change = m_changes.rbegin(); change != m_changes.rend() && change->first > revision; ++change)
+        all.add(change->second);
+    return all;
+}
+
+Extents DisplayIndex::boxOf(const Node &node, const Item &item)
+{
+    Extents box = shiftedBox(node, item.shape);
+    if (item.kind == ItemKind::Line) {
+        if (box.minX > box.maxX)
+            std::swap(box.minX, box.maxX);
+        if (box.minY > box.maxY)
+            std::swap(box.minY, box.maxY);
+        box.grow(node.half * kFloatError);
+    }
+    return box;
+}
+
+Extents DisplayIndex::visibleExtents()
+{
+    // The boxes are a little too large, so those at the edge are measured exactly.
+    Extents rough, everything{-1e308, -1e308, 1e308, 1e308};
+    double error = 0.0;
+    visitNodes(everything, [&](const Node &node) {
+        error = std::max(error, node.half * 4.0 * kFloatError);
+        for (const Item &item : node.items)
+            if (!item.gone && isVisible(m_pens[item.pen]))
+                rough.add(boxOf(node, item));
+        return true;
+    });
+    if (rough.isEmpty())
+        return rough;
+    const auto isAtEdge = [&](const Extents &box) {
+        return box.minX <= rough.minX + error || box.minY <= rough.minY + error || box.maxX >= rough.maxX - error ||
+               box.maxY >= rough.maxY - error;
+    };
+    Extents exact;
+    const AcDbEntity *last = nullptr;
+    visitNodes(everything, [&](const Node &node) {
+        if (!isAtEdge(node.box))
+            return false;
+        for (const Item &item : node.items) {
+            if (item.gone || !isVisible(m_pens[item.pen]) || !isAtEdge(boxOf(node, item)))
+                continue;
+            if (const AcDbEntity *it = m_entities[item.entity]; it != last)
+                exact.add(extentsOf(*(last = it)));
+        }
+        return true;
+    });
+    return exact;
+}
+
+std::optional<std::uint32_t> DisplayIndex::numberOf(const AcDbEntity &entity)
+{
+    bringUpToDate();
+    const auto found = std::ranges::lower_bound(m_byAddress, &entity, std::less<>(),
+                                                [this](std::uint32_t n) -> const AcDbEntity * { return m_entities[n]; });
+    if (found != m_byAddress.end() && m_entities[*found] == &entity)
+        return *found;
+    const auto later = m_later.find(&entity);
+    return later == m_later.end() ? std::nullopt : std::optional(later->second);
+}
+
+std::size_t DisplayIndex::memoryBytes() const
+{
+    std::size_t bytes = m_nodes.capacity() * sizeof(Node) + m_entities.capacity() * sizeof(AcDbEntity *) +
+                        (m_where.capacity() + m_byAddress.capacity()) * sizeof(std::uint32_t) +
+                        m_later.size() * 48 + m_several.capacity() * sizeof(m_several.front());
+    for (const Node &node : m_nodes)
+        bytes += node.items.capacity() * sizeof(Item);
+    for (const auto &nodes : m_several)
+        bytes += nodes.capacity() * sizeof(std::uint32_t);
+    return bytes;
+}
+
+// --- Keeping up
+
+void DisplayIndex::bringUpToDate()
+{
+    if (!m_built)
+        build();
+    if (m_referencesStale)
+        measureReferences();
+    if (m_checkedRevision != m_drawing.revision())
+        checkLayers();
+}
+
+void DisplayIndex::checkLayers()
+{
+    m_checkedRevision = m_drawing.revision();
+    std::vector<LayerState> states;
+    for (const Layer &layer : m_drawing.layers())
+        states.push_back({layer.visible(), layer.color});
+    // New layers come at the end and change nothing that was there.
+    if (states.size() < m_layers.size() || !std::equal(m_layers.begin(), m_layers.end(), states.begin()))
+        changedAll();
+    m_layers = std::move(states);
+}
+
+void DisplayIndex::changed(const Extents &box)
+{
+    ++m_revision;
+    m_changes.emplace_back(m_revision, box);
+    if (m_changes.size() > kKeptChanges) {
+        m_forgotten = m_changes.front().first;
+        m_changes.pop_front();
+    }
+}
+
+void DisplayIndex::changedAll()
+{
+    m_allSince = ++m_revision;
+    m_changes.clear();
+}
+
+void DisplayIndex::build()
+{
+    ++m_builds;
+    m_built = true;
+    m_nodes.assign(3, {});
+    const auto &all = m_drawing.modelSpace().entities();
+    m_entities.reserve(all.size());
+    m_where.reserve(all.size());
+    std::vector<Loose> items;
+    items.reserve(all.size());
+    Extents extents;
+    for (AcDbEntity *entity : all) {
+        const auto number = static_cast<std::uint32_t>(m_entities.size());
+        m_entities.push_back(entity);
+        m_where.push_back(kNowhere);
+        if (!entity->isErased())
+            looseItems(number, items);
+    }
+    m_byAddress.resize(m_entities.size());
+    for (std::uint32_t i = 0; i < m_byAddress.size(); ++i)
+        m_byAddress[i] = i;
+    std::ranges::sort(m_byAddress, std::less<>(), [this](std::uint32_t n) { return m_entities[n]; });
+    const auto beyond = std::partition(items.begin(), items.end(), [](const Loose &l) { return isOnMap(l.box); });
+    for (auto loose = beyond; loose != items.end(); ++loose)
+        put(kOutside, *loose);
+    items.erase(beyond, items.end());
+    for (const Loose &loose : items)
+        extents.add(loose.box);
+    Node &root = m_nodes[kRoot];
+    root.half = 1.0;
+    if (!extents.isEmpty()) {
+        root.x = 0.5 * (extents.minX + extents.maxX);
+        root.y = 0.5 * (extents.minY + extents.maxY);
+        const double size = std::max(extents.maxX - extents.minX, extents.maxY - extents.minY);
+        while (2.0 * root.half < size)
+            root.half *= 2.0;
+    }
+    fill(kRoot, items, 0, items.size());
+    changedAll();
+}
+
+void DisplayIndex::measureReferences()
+{
+    m_referencesStale = false;
+    for (std::uint32_t number = 0; number < m_entities.size(); ++number) {
+        if (kindOf(*m_entities[number]) != EntityKind::BlockReference || m_entities[number]->isErased())
+            continue;
+        takeOut(number);
+        place(number);
+    }
+    changedAll();
+}
+
+bool DisplayIndex::noteBlockChange(const AcDbEntity &entity)
+{
+    const BlockRecord *owner = ownerOf(entity);
+    if (owner == &m_drawing.modelSpace())
+        return false;
+    m_referencesStale = m_referencesStale || (owner && !owner->isLayout());
+    return true;
+}
+
+void DisplayIndex::entityAppended(AcDbEntity &entity)
+{
+    if (!m_built || noteBlockChange(entity))
+        return;
+    const auto number = static_cast<std::uint32_t>(m_entities.size());
+    m_entities.push_back(&entity);
+    m_where.push_back(kNowhere);
+    m_later.emplace(&entity, number);
+    place(number);
+}
+
+void DisplayIndex::entityModified(AcDbEntity &entity)
+{
+    if (!m_built || noteBlockChange(entity))
+        return;
+    const auto number = numberOf(entity);
+    if (!number || entity.isErased())
+        return;
+    takeOut(*number);
+    place(*number);
+}
+
+void DisplayIndex::entityErased(AcDbEntity &entity, bool erased)
+{
+    if (!m_built || noteBlockChange(entity))
+        return;
+    if (const auto number = numberOf(entity)) {
+        takeOut(*number);
+        if (!erased)
+            place(*number);
+    }
+}
+
+// --- Items
+
+std::uint32_t DisplayIndex::penOf(const AcDbEntity &entity)
+{
+    const Pen pen{static_cast<std::uint32_t>(layerIndexOf(entity)), ObjectAccess::host(entity).color};
+    const std::uint64_t key = std::uint64_t{pen.layer} << 16 | static_cast<std::uint16_t>(pen.color);
+    const auto [found, isNew] = m_penNumbers.try_emplace(key, static_cast<std::uint32_t>(m_pens.size()));
+    if (isNew)
+        m_pens.push_back(pen);
+    return found->second;
+}
+
+void DisplayIndex::looseItems(std::uint32_t number, std::vector<Loose> &items)
+{
+    const AcDbEntity &entity = *m_entities[number];
+    const EntityKind kind = kindOf(entity);
+    if (kind == EntityKind::AttributeDefinition || kind == EntityKind::Unknown)
+        return; // nothing of them is drawn
+    Item item{{}, number, penOf(entity), 0, 0, ItemKind::Entity, false};
+    const std::size_t segments = segmentsOf(entity);
+    if (segments > kRunSegments) {
+        item.kind = ItemKind::Run;
+        for (std::size_t first = 0; first < segments; first += kRunSegments) {
+            const std::size_t count = std::min(kRunSegments, segments - first);
+            item.first = static_cast<std::uint32_t>(first);
+            item.count = static_cast<std::uint8_t>(count);
+            if (const Extents box = runExtents(entity, first, count); !box.isEmpty())
+                items.push_back({box, item});
+        }
+        return;
+    }
+    if (kind == EntityKind::Line)
+        item.kind = ItemKind::Line;
+    else if (kind == EntityKind::Point)
+        item.kind = ItemKind::Mark;
+    else if (kind == EntityKind::Text || kind == EntityKind::MText)
+        item.kind = ItemKind::Text;
+    else if (kind == EntityKind::Hatch)
+        item.kind = ItemKind::Hatch;
+    Extents box;
+    if (kind == EntityKind::Line) {
+        const auto &line = static_cast<const AcDbLine &>(entity);
+        box.add(line.startPoint().x, line.startPoint().y);
+        box.add(line.endPoint().x, line.endPoint().y);
+        if (!std::isfinite(line.startPoint().x + line.startPoint().y + line.endPoint().x + line.endPoint().y))
+            return;
+    } else {
+        box = extentsOf(entity);
+    }
+    if (!box.isEmpty())
+        items.push_back({box, item});
+}
+
+bool DisplayIndex::isOnMap(const Extents &box)
+{
+    return box.minX >= -kMapLimit && box.minY >= -kMapLimit && box.maxX <= kMapLimit && box.maxY <= kMapLimit;
+}
+
+void DisplayIndex::place(std::uint32_t number)
+{
+    std::vector<Loose> items;
+    looseItems(number, items);
+    Extents all;
+    for (const Loose &loose : items) {
+        all.add(loose.box);
+        insert(loose);
+    }
+    if (!all.isEmpty())
+        changed(all);
+}
+
+void DisplayIndex::noteNode(std::uint32_t number, std::uint32_t node)
+{
+    std::uint32_t &where = m_where[number];
+    if (where == kNowhere || where == node) {
+        where = node;
+        return;
+    }
+    if ((where & kSeveral) == 0) {
+        m_several.push_back({where});
+        where = kSeveral | static_cast<std::uint32_t>(m_several.size() - 1);
+    }
+    auto &nodes = m_several[where & ~kSeveral];
+    if (std::ranges::find(nodes, node) == nodes.end())
+        nodes.push_back(node);
+}
+
+void DisplayIndex::takeOut(std::uint32_t number)
+{
+    const std::uint32_t where = std::exchange(m_where[number], kNowhere);
+    if (where == kNowhere)
+        return;
+    Extents box;
+    if ((where & kSeveral) == 0) {
+        box = takeOutOf(where, number);
+    } else {
+        // Taken by value: the place may be reused by what follows.
+        const auto nodes = std::exchange(m_several[where & ~kSeveral], {});
+        for (const std::uint32_t node : nodes)
+            box.add(takeOutOf(node, number));
+    }
+    changed(box);
+}
+
+Extents DisplayIndex::takeOutOf(std::uint32_t index, std::uint32_t number)
+{
+    Node &node = m_nodes[index];
+    Extents box;
+    auto item = std::ranges::lower_bound(node.items, number, std::less<>(), &Item::entity);
+    for (; item != node.items.end() && item->entity == number; ++item) {
+        if (item->gone)
+            continue;
+        box.add(boxOf(node, *item));
+        item->gone = true;
+        ++node.gone;
+    }
+    if (2 * node.gone > node.items.size()) {
+        std::erase_if(node.items, [](const Item &it) { return it.gone; });
+        node.gone = 0;
+    }
+    return box;
+}
+
+void DisplayIndex::put(std::uint32_t index, const Loose &loose)
+{
+    Node &node = m_nodes[index];
+    Item item = loose.item;
+    item.gone = false;
+    if (index == kOutside && item.kind == ItemKind::Line)
+        item.kind = ItemKind::Entity;
+    if (item.kind == ItemKind::Line) {
+        const auto &line = static_cast<const AcDbLine &>(*m_entities[item.entity]);
+        item.shape[0] = static_cast<float>(line.startPoint().x - node.x);
+        item.shape[1] = static_cast<float>(line.startPoint().y - node.y);
+        item.shape[2] = static_cast<float>(line.endPoint().x - node.x);
+        item.shape[3] = static_cast<float>(line.endPoint().y - node.y);
+    } else {
+        item.shape[0] = floatBelow(loose.box.minX - node.x);
+        item.shape[1] = floatBelow(loose.box.minY - node.y);
+        item.shape[2] = floatAbove(loose.box.maxX - node.x);
+        item.shape[3] = floatAbove(loose.box.maxY - node.y);
+    }
+    node.box.add(boxOf(node, item));
+    node.hasHatches = node.hasHatches || item.kind == ItemKind::Hatch;
+    if (node.items.empty() || !drawnBefore(item, node.items.back()))
+        node.items.push_back(item);
+    else
+        node.items.insert(std::ranges::upper_bound(node.items, item, drawnBefore), item);
+    noteNode(item.entity, index);
+}
+
+// --- Cells
+
+std::uint32_t DisplayIndex::childFor(const Node &node, const Extents &box)
+{
+    if (std::max(box.maxX - box.minX, box.maxY - box.minY) > node.half)
+        return kStays;
+    return (0.5 * (box.minX + box.maxX) >= node.x ? 1u : 0u) + (0.5 * (box.minY + box.maxY) >= node.y ? 2u : 0u);
+}
+
+std::uint32_t DisplayIndex::childOf(std::uint32_t index, std::uint32_t quadrant)
+{
+    if (const std::uint32_t known = m_nodes[index].children[quadrant])
+        return known;
+    const auto made = static_cast<std::uint32_t>(m_nodes.size());
+    Node child;
+    child.half = 0.5 * m_nodes[index].half;
+    child.x = m_nodes[index].x + (quadrant & 1 ? child.half : -child.half);
+    child.y = m_nodes[index].y + (quadrant & 2 ? child.half : -child.half);
+    m_nodes[index].children[quadrant] = made;
+    m_nodes.push_back(std::move(child));
+    return made;
+}
+
+void DisplayIndex::insert(const Loose &loose)
+{
+    if (!isOnMap(loose.box))
+        return put(kOutside, loose);
+    growRoot(loose.box);
+    std::uint32_t index = kRoot;
+    while (m_nodes[index].divided) {
+        m_nodes[index].box.add(loose.box);
+        const std::uint32_t quadrant = childFor(m_nodes[index], loose.box);
+        if (quadrant == kStays)
+            break;
+        index = childOf(index, quadrant);
+    }
+    put(index, loose);
+    if (!m_nodes[index].divided && m_nodes[index].items.size() > kMostInNode && m_nodes[index].half > kSmallestHalf)
+        divide(index);
+}
+
+void DisplayIndex::growRoot(const Extents &box)
+{
+    const double x = 0.5 * (box.minX + box.maxX), y = 0.5 * (box.minY + box.maxY);
+    const double size = std::max(box.maxX - box.minX, box.maxY - box.minY);
+    for (;;) {
+        const Node &root = m_nodes[kRoot];
+        if (size <= 2.0 * root.half && std::abs(x - root.x) <= root.half && std::abs(y - root.y) <= root.half)
+            return;
+        // The root becomes the corner of a larger one that lies away from the box.
+        const std::uint32_t quadrant = (x < root.x ? 1u : 0u) + (y < root.y ? 2u : 0u);
+        const auto moved = static_cast<std::uint32_t>(m_nodes.size());
+        Node larger;
+        larger.half = 2.0 * root.half;
+        larger.x = root.x + (quadrant & 1 ? -root.half : root.half);
+        larger.y = root.y + (quadrant & 2 ? -root.half : root.half);
+        larger.box = root.box;
+        larger.divided = true;
+        larger.children[quadrant] = moved;
+        m_nodes.push_back(std::exchange(m_nodes[kRoot], std::move(larger)));
+        for (const Item &item : m_nodes[moved].items)
+            if (!item.gone)
+                moveTo(kRoot, moved, item.entity);
+    }
+}
+
+void DisplayIndex::moveTo(std::uint32_t from, std::uint32_t to, std::uint32_t number)
+{
+    std::uint32_t &where = m_where[number];
+    if (where == from) {
+        where = to;
+    } else if ((where & kSeveral) != 0) {
+        auto &nodes = m_several[where & ~kSeveral];
+        std::erase(nodes, from);
+        if (std::ranges::find(nodes, to) == nodes.end())
+            nodes.push_back(to);
+    }
+}
+
+void DisplayIndex::divide(std::uint32_t index)
+{
+    std::vector<Loose> loose;
+    for (const Item &item : m_nodes[index].items)
+        if (!item.gone)
+            loose.push_back({boxOf(m_nodes[index], item), item});
+    m_nodes[index].items.clear();
+    m_nodes[index].gone = 0;
+    for (const Loose &it : loose) {
+        std::uint32_t &where = m_where[it.item.entity];
+        if (where == index)
+            where = kNowhere;
+        else if ((where & kSeveral) != 0)
+            std::erase(m_several[where & ~kSeveral], index);
+    }
+    fill(index, loose, 0, loose.size());
+}
+
+void DisplayIndex::fill(std::uint32_t index, std::vector<Loose> &items, std::size_t begin, std::size_t end)
+{
+    for (std::size_t i = begin; i < end; ++i)
+        m_nodes[index].box.add(items[i].box);
+    std::size_t stays = end;
+    if (end - begin > kMostInNode && m_nodes[index].half > kSmallestHalf) {
+        m_nodes[index].divided = true;
+        const auto partition = [&](std::size_t from, auto belongs) {
+            return static_cast<std::size_t>(
+                std::partition(items.begin() + static_cast<std::ptrdiff_t>(from),
+                               items.begin() + static_cast<std::ptrdiff_t>(end), belongs) -
+                items.begin());
+        };
+        const auto isIn = [&](std::uint32_t quadrant) {
+            return [this, index, quadrant](const Loose &it) { return childFor(m_nodes[index], it.box) == quadrant; };
+        };
+        stays = partition(begin, isIn(kStays));
+        std::size_t from = stays;
+        for (std::uint32_t quadrant = 0; quadrant < 4; ++quadrant) {
+            const std::size_t to = partition(from, isIn(quadrant));
+            if (to > from)
+                fill(childOf(index, quadrant), items, from, to);
+            from = to;
+        }
+    }
+    const auto first = items.begin() + static_cast<std::ptrdiff_t>(begin);
+    const auto last = items.begin() + static_cast<std::ptrdiff_t>(stays);
+    std::sort(first, last, [](const Loose &a, const Loose &b) { return drawnBefore(a.item, b.item); });
+    m_nodes[index].items.reserve(m_nodes[index].items.size() + stays - begin);
+    for (auto loose = first; loose != last; ++loose)
+        put(index, *loose);
+}
+
+} // namespace velmor
