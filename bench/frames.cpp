@@ -118,7 +118,8 @@ double report(std::size_t segments)
         image.save(QStringLiteral("full_%1.png").arg(segments));
     const auto all = linesOf(town, view, false);
     const double fullLines = drawLinesTime(all, true), fullRough = drawLinesTime(all, false);
-    const double strip = fastest(7, [&] { paintFrame(image, QRect(0, 0, kWidth / 10, kHeight), *drawing, view, style); });
+    const double strip =
+        fastest(7, [&] { paintFrame(image, QRect(0, 0, kWidth / 10, kHeight), *drawing, view, style); });
 
     ViewTransform window = view;
     window.centerX = town.sections.front().x;

@@ -148,7 +148,7 @@ Extents DisplayIndex::visibleExtents()
     visitNodes(everything, [&](const Node &node) {
         error = std::max(error, node.half * 4.0 * kFloatError);
         for (const Item &item : node.items)
-            if (!item.gone && isVisible(m_pens[item.pen]))
+            if (!item.gone && isVisible(item))
                 rough.add(boxOf(node, item));
         return true;
     });
@@ -164,7 +164,7 @@ Extents DisplayIndex::visibleExtents()
         if (!isAtEdge(node.box))
             return false;
         for (const Item &item : node.items) {
-            if (item.gone || !isVisible(m_pens[item.pen]) || !isAtEdge(boxOf(node, item)))
+            if (item.gone || !isVisible(item) || !isAtEdge(boxOf(node, item)))
                 continue;
             if (const AcDbEntity *it = m_entities[item.entity]; it != last)
                 exact.add(extentsOf(*(last = it)));
@@ -177,8 +177,8 @@ Extents DisplayIndex::visibleExtents()
 std::optional<std::uint32_t> DisplayIndex::numberOf(const AcDbEntity &entity)
 {
     bringUpToDate();
-    const auto found = std::ranges::lower_bound(m_byAddress, &entity, std::less<>(),
-                                                [this](std::uint32_t n) -> const AcDbEntity * { return m_entities[n]; });
+    const auto found = std::ranges::lower_bound(
+        m_byAddress, &entity, std::less<>(), [this](std::uint32_t n) -> const AcDbEntity * { return m_entities[n]; });
     if (found != m_byAddress.end() && m_entities[*found] == &entity)
         return *found;
     const auto later = m_later.find(&entity);
@@ -188,8 +188,8 @@ std::optional<std::uint32_t> DisplayIndex::numberOf(const AcDbEntity &entity)
 std::size_t DisplayIndex::memoryBytes() const
 {
     std::size_t bytes = m_nodes.capacity() * sizeof(Node) + m_entities.capacity() * sizeof(AcDbEntity *) +
-                        (m_where.capacity() + m_byAddress.capacity()) * sizeof(std::uint32_t) +
-                        m_later.size() * 48 + m_several.capacity() * sizeof(m_several.front());
+                        (m_where.capacity() + m_byAddress.capacity()) * sizeof(std::uint32_t) + m_later.size() * 48 +
+                        m_several.capacity() * sizeof(m_several.front());
     for (const Node &node : m_nodes)
         bytes += node.items.capacity() * sizeof(Item);
     for (const auto &nodes : m_several)
@@ -588,10 +588,9 @@ void DisplayIndex::fill(std::uint32_t index, std::vector<Loose> &items, std::siz
     if (end - begin > kMostInNode && m_nodes[index].half > kSmallestHalf) {
         m_nodes[index].divided = true;
         const auto partition = [&](std::size_t from, auto belongs) {
-            return static_cast<std::size_t>(
-                std::partition(items.begin() + static_cast<std::ptrdiff_t>(from),
-                               items.begin() + static_cast<std::ptrdiff_t>(end), belongs) -
-                items.begin());
+            return static_cast<std::size_t>(std::partition(items.begin() + static_cast<std::ptrdiff_t>(from),
+                                                           items.begin() + static_cast<std::ptrdiff_t>(end), belongs) -
+                                            items.begin());
         };
         const auto isIn = [&](std::uint32_t quadrant) {
             return [this, index, quadrant](const Loose &it) { return childFor(m_nodes[index], it.box) == quadrant; };

@@ -38,13 +38,13 @@ public:
         bool gone; ///< to be passed over
     };
     struct Node {
-        double x = 0.0, y = 0.0; ///< middle of the cell
-        double half = 0.0;       ///< half of the cell's size; what it holds lies within twice of that
-        Extents box;             ///< of everything in it and below it; may be larger than that
+        double x = 0.0, y = 0.0;                  ///< middle of the cell
+        double half = 0.0;                        ///< half of the cell's size; what it holds lies within twice of that
+        Extents box;                              ///< of everything in it and below it; may be larger than that
         std::uint32_t children[4] = {0, 0, 0, 0}; ///< by quadrant (1: right, 2: upper); 0: none
         bool divided = false;
         bool hasHatches = false; ///< among the items
-        std::uint32_t gone = 0; ///< number of items that are gone
+        std::uint32_t gone = 0;  ///< number of items that are gone
         std::vector<Item> items; ///< in the order of drawing
     };
     /// What an item is drawn with.
@@ -78,19 +78,19 @@ public:
         visitNode(kRoot, part, visit);
         visitNode(kOutside, part, visit);
     }
-    /// Calls visit(const Part &) for each item on a visible layer whose box meets the part of the world; an entity may
-    /// come more than once, with another part. It stops when the answer is false.
+    /// Calls visit(const Item &) for each item on a visible layer whose box meets the part of the world; a long
+    /// polyline may come more than once, with other runs. It stops when the answer is false.
     template <class Visit>
-    void visitParts(const Extents &part, Visit visit)
+    void visitItems(const Extents &part, Visit visit)
     {
         bool on = true;
         visitNodes(part, [&](const Node &node) {
             if (!on || !meets(node.box, part))
                 return false;
             for (const Item &item : node.items) {
-                if (item.gone || !isVisible(m_pens[item.pen]) || !meets(boxOf(node, item), part))
+                if (item.gone || !isVisible(item) || !meets(boxOf(node, item), part))
                     continue;
-                on = visit(partOf(item));
+                on = visit(item);
                 if (!on)
                     return false;
             }
@@ -111,6 +111,7 @@ public:
     }
     const std::vector<Pen> &pens() const { return m_pens; }
     bool isVisible(const Pen &pen) const { return m_layers[pen.layer].visible; }
+    bool isVisible(const Item &item) const { return isVisible(m_pens[item.pen]); }
     /// Extents of everything visible.
     Extents visibleExtents();
     /// The entity's number; none when it does not stand in model space.
@@ -124,7 +125,7 @@ private:
     static constexpr std::uint32_t kRoot = 1;    ///< node 0 stands for none
     static constexpr std::uint32_t kOutside = 2; ///< what lies beyond any map, in no cell
     static constexpr std::uint32_t kNowhere = 0;
-    static constexpr std::uint32_t kStays = 4; ///< instead of a quadrant: in no child
+    static constexpr std::uint32_t kStays = 4;             ///< instead of a quadrant: in no child
     static constexpr std::uint32_t kSeveral = 0x80000000u; ///< a place in m_several
 
     struct LayerState {
@@ -185,17 +186,17 @@ private:
     std::vector<Node> m_nodes;
     std::vector<Pen> m_pens;
     std::unordered_map<std::uint64_t, std::uint32_t> m_penNumbers;
-    std::vector<AcDbEntity *> m_entities;   ///< by number
-    std::vector<std::uint32_t> m_where;     ///< by number: a node, kNowhere, or kSeveral + a place in m_several
+    std::vector<AcDbEntity *> m_entities; ///< by number
+    std::vector<std::uint32_t> m_where;   ///< by number: a node, kNowhere, or kSeveral + a place in m_several
     std::vector<std::vector<std::uint32_t>> m_several; ///< nodes of entities with more than one run
-    std::vector<std::uint32_t> m_byAddress; ///< numbers of those that were there when it was built
+    std::vector<std::uint32_t> m_byAddress;            ///< numbers of those that were there when it was built
     std::unordered_map<const AcDbEntity *, std::uint32_t> m_later;
     std::vector<LayerState> m_layers;
     std::uint64_t m_checkedRevision = std::numeric_limits<std::uint64_t>::max(); ///< of the drawing
     std::uint64_t m_revision = 1;
-    std::uint64_t m_allSince = 1; ///< the latest revision at which everything changed
+    std::uint64_t m_allSince = 1;                            ///< the latest revision at which everything changed
     std::deque<std::pair<std::uint64_t, Extents>> m_changes; ///< the last ones, oldest first
-    std::uint64_t m_forgotten = 0; ///< the latest revision that is no longer among m_changes
+    std::uint64_t m_forgotten = 0;                           ///< the latest revision that is no longer among m_changes
 };
 
 } // namespace velmor

@@ -10,6 +10,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -17,9 +18,9 @@ namespace velmor {
 
 namespace {
 
-constexpr double kReachPixels = 3.0;        ///< how far what is drawn for an entity may lie outside of its box
-constexpr double kSmallestLetters = 4.5;    ///< height in pixels; lower texts are drawn as a bar
-constexpr double kSharpPixels = 0.02;       ///< how far lines may be off where their ends are kept as floats
+constexpr double kReachPixels = 3.0;     ///< how far what is drawn for an entity may lie outside of its box
+constexpr double kSmallestLetters = 4.5; ///< height in pixels; lower texts are drawn as a bar
+constexpr double kSharpPixels = 0.02;    ///< how far lines may be off where their ends are kept as floats
 constexpr double kFloatStep = 1.2e-7;
 constexpr int kSolidAlpha = 110;
 constexpr double kDensestHatch = 3.0; ///< pixels of area for one line of a pattern; denser ones become a tint
@@ -29,8 +30,8 @@ class RasterWalker final : public ShapeWalker {
 public:
     RasterWalker(QImage &image, const QRect &clip, const Drawing &drawing, const ViewTransform &view,
                  const PaintStyle &style)
-        : ShapeWalker(drawing, 1.0 / view.pixelsPerUnit), m_raster(image, clip), m_view(view),
-          m_style(style), m_texts(view), m_ratio(image.devicePixelRatio()), m_scale(view.pixelsPerUnit * m_ratio),
+        : ShapeWalker(drawing, 1.0 / view.pixelsPerUnit), m_raster(image, clip), m_view(view), m_style(style),
+          m_texts(view), m_ratio(image.devicePixelRatio()), m_scale(view.pixelsPerUnit * m_ratio),
           m_left(0.5 * view.size.width() * m_ratio), m_top(0.5 * view.size.height() * m_ratio), m_visible(partOf(clip))
     {
     }
@@ -59,7 +60,14 @@ public:
     {
         if (color == std::exchange(m_lastColor, color))
             return;
-        m_raster.setPen(m_style.color(color).rgb(), m_width * m_ratio);
+        m_raster.setPen(rgb(color), m_width * m_ratio);
+    }
+    QRgb rgb(int color)
+    {
+        const auto index = static_cast<std::size_t>(std::clamp(color, 0, 256));
+        if (m_rgb[index] == 0)
+            m_rgb[index] = m_style.color(color).rgb();
+        return m_rgb[index];
     }
     /// Draws fills and texts; without one they are left out.
     void setPainter(QPainter *painter) { m_painter = painter; }
@@ -86,7 +94,7 @@ private:
     {
         useColor(color);
         if (width * m_view.pixelsPerUnit > m_width) {
-            m_raster.setPen(m_style.color(color).rgb(), width * m_scale);
+            m_raster.setPen(rgb(color), width * m_scale);
             m_lastColor = -1;
         }
         rasterLine(imageX(a.x()), imageY(a.y()), imageX(b.x()), imageY(b.y()));
@@ -136,7 +144,7 @@ private:
         };
         const QPointF a = at(start), b = at(start + length);
         const double strength = 0.35;
-        m_raster.setPen(m_style.color(color).rgb(), strength * shape.height * map.scale() * m_scale);
+        m_raster.setPen(rgb(color), strength * shape.height * map.scale() * m_scale);
         m_lastColor = -1;
         rasterLine(imageX(a.x()), imageY(a.y()), imageX(b.x()), imageY(b.y()));
     }
@@ -149,6 +157,7 @@ private:
     Extents m_visible;
     double m_width = 1.0;
     int m_lastColor = -1;
+    std::array<QRgb, 257> m_rgb{}; ///< by index; 0: not asked for yet
     QPainter *m_painter = nullptr;
 };
 
@@ -254,8 +263,10 @@ private:
             if (item.gone || !pen.visible)
                 continue;
             // The ends of a line, or two corners of a box.
-            double ax = left + static_cast<double>(item.shape[0]) * k, ay = top - static_cast<double>(item.shape[1]) * k;
-            double bx = left + static_cast<double>(item.shape[2]) * k, by = top - static_cast<double>(item.shape[3]) * k;
+            double ax = left + static_cast<double>(item.shape[0]) * k,
+                   ay = top - static_cast<double>(item.shape[1]) * k;
+            double bx = left + static_cast<double>(item.shape[2]) * k,
+                   by = top - static_cast<double>(item.shape[3]) * k;
             if (std::max(ax, bx) < minX || std::min(ax, bx) > maxX || std::max(ay, by) < minY ||
                 std::min(ay, by) > maxY)
                 continue;

@@ -74,7 +74,7 @@ private:
 
     const Drawing &m_drawing;
     double m_unitsPerPixel;
-    double m_width = 0.0; ///< of the path that is being walked, world units
+    double m_width = 0.0;                    ///< of the path that is being walked, world units
     std::vector<const BlockRecord *> m_open; ///< blocks around what is being walked
     std::size_t m_nested = 0;
     std::map<AcDbObjectId, const BlockRecord *> m_blocks;

@@ -27,8 +27,7 @@ bool TextPainter::isVisible(const TextShape &shape, const PlaneMap &map, const E
     // No letter is wider than twice its height, whatever way the text runs.
     const double lines = 1.0 + static_cast<double>(std::ranges::count(shape.text, L'\n'));
     const double letters = static_cast<double>(shape.text.size());
-    const double reach =
-        (2.0 * letters * std::abs(shape.widthFactor) + 2.0 * lines) * shape.height * map.scale();
+    const double reach = (2.0 * letters * std::abs(shape.widthFactor) + 2.0 * lines) * shape.height * map.scale();
     const QPointF place = map.apply(shape.position.x, shape.position.y);
     return place.x() + reach >= part.minX && place.x() - reach <= part.maxX && place.y() + reach >= part.minY &&
            place.y() - reach <= part.maxY;
