@@ -9,15 +9,31 @@ namespace velmor {
 
 namespace {
 
-enum class Variable { Clayer, Dwgname, Dwgprefix, Hpgaptol, Osmode, Pickradius };
+enum class Variable {
+    Aperture,
+    Autosnap,
+    Clayer,
+    Dwgname,
+    Dwgprefix,
+    Hpgaptol,
+    Orthomode,
+    Osmode,
+    Pickbox,
+    Pickradius,
+    Polarang,
+};
 
 struct Row {
     const wchar_t *name;
     Variable variable;
 };
 constexpr std::array kTable{
-    Row{L"CLAYER", Variable::Clayer},     Row{L"DWGNAME", Variable::Dwgname}, Row{L"DWGPREFIX", Variable::Dwgprefix},
-    Row{L"HPGAPTOL", Variable::Hpgaptol}, Row{L"OSMODE", Variable::Osmode},   Row{L"PICKRADIUS", Variable::Pickradius},
+    Row{L"APERTURE", Variable::Aperture},   Row{L"AUTOSNAP", Variable::Autosnap},
+    Row{L"CLAYER", Variable::Clayer},       Row{L"DWGNAME", Variable::Dwgname},
+    Row{L"DWGPREFIX", Variable::Dwgprefix}, Row{L"HPGAPTOL", Variable::Hpgaptol},
+    Row{L"ORTHOMODE", Variable::Orthomode}, Row{L"OSMODE", Variable::Osmode},
+    Row{L"PICKBOX", Variable::Pickbox},     Row{L"PICKRADIUS", Variable::Pickradius},
+    Row{L"POLARANG", Variable::Polarang},
 };
 
 std::optional<Variable> find(const std::wstring &name)
@@ -41,6 +57,15 @@ bool setLength(double &target, const VariableValue &value)
 {
     const auto number = asNumber(value);
     if (!number || !std::isfinite(*number) || *number < 0.0)
+        return false;
+    target = *number;
+    return true;
+}
+
+bool setWhole(int &target, const VariableValue &value, int lowest, int highest)
+{
+    const auto *number = std::get_if<int>(&value);
+    if (!number || *number < lowest || *number > highest)
         return false;
     target = *number;
     return true;
@@ -77,6 +102,16 @@ std::optional<VariableValue> HostVariables::get(const Session &session, const st
         return m_gapTolerance;
     case Variable::Osmode:
         return m_osmode;
+    case Variable::Orthomode:
+        return m_orthoMode;
+    case Variable::Autosnap:
+        return m_autoSnap;
+    case Variable::Polarang:
+        return m_polarAngle;
+    case Variable::Aperture:
+        return m_aperture;
+    case Variable::Pickbox:
+        return m_pickBox;
     case Variable::Pickradius:
         return m_pickRadius;
     }
@@ -95,12 +130,19 @@ bool HostVariables::set(Session &session, const std::wstring &name, const Variab
         return setLength(m_gapTolerance, value);
     case Variable::Pickradius:
         return setLength(m_pickRadius, value);
-    case Variable::Osmode: {
-        const auto *bits = std::get_if<int>(&value);
-        if (!bits || *bits < 0 || *bits > 32767)
-            return false;
-        m_osmode = *bits;
-        return true;
+    case Variable::Osmode:
+        return setWhole(m_osmode, value, 0, 32767);
+    case Variable::Orthomode:
+        return setWhole(m_orthoMode, value, 0, 1);
+    case Variable::Autosnap:
+        return setWhole(m_autoSnap, value, 0, 63);
+    case Variable::Aperture:
+        return setWhole(m_aperture, value, 1, 50);
+    case Variable::Pickbox:
+        return setWhole(m_pickBox, value, 1, 50);
+    case Variable::Polarang: {
+        const auto degrees = asNumber(value);
+        return degrees && *degrees > 0.0 && *degrees <= 180.0 && setLength(m_polarAngle, value);
     }
     case Variable::Dwgname:
     case Variable::Dwgprefix:
