@@ -1,4 +1,5 @@
 // Data attached to objects, named dictionaries and header variables, as the drawing keeps them in memory.
+#include "host/drawing/ChangeLog.h"
 #include "host/drawing/DrawingData.h"
 #include "host/drawing/dxf/DataTags.h"
 #include "host/drawing/dxf/Tags.h"
@@ -21,18 +22,28 @@ DataItems normalized(const DataItems &items)
     return result;
 }
 
-/// Sets or takes out a record; false when it says that already.
-bool setRecord(Drawing::Private &d, DataDictionary &dictionary, const std::string &key, const DataItems &items)
+/// True when the record of that key says it already.
+bool holds(Drawing::Private &d, DataDictionary *dictionary, const std::string &key, const DataItems &items)
 {
-    const auto found = dictionary.records.find(key);
-    const bool known = found != dictionary.records.end() && found->second.isPresent();
-    if (known ? d.itemsOf(found->second) == items : items.empty())
-        return false;
+    if (!dictionary)
+        return items.empty();
+    const auto found = dictionary->records.find(key);
+    const bool known = found != dictionary->records.end() && found->second.isPresent();
+    return known ? d.itemsOf(found->second) == items : items.empty();
+}
+
+void setRecord(Drawing::Private &d, DataDictionary &dictionary, const std::string &key, const DataItems &items)
+{
     DataRecord &record = dictionary.records[key];
     record.items = items;
     record.changed = true;
     dictionary.changed = true;
-    return true;
+    if (!d.numbersAtOnce() || d.version <= "AC1009" || items.empty())
+        return;
+    if (!dictionary.source && dictionary.handle == 0)
+        dictionary.handle = d.newHandle();
+    if (!record.source && record.handle == 0)
+        record.handle = d.newHandle();
 }
 
 std::optional<DataItems> itemsUnder(Drawing::Private &d, DataDictionary &dictionary, const std::string &key)
@@ -69,9 +80,13 @@ void Drawing::setData(AcDbObject &object, const std::string &key, const DataItem
         return;
     for (DrawingObserver *observer : d->observers)
         observer->dataChanging(object, key);
-    if (!setRecord(*d, found == d->attached.end() ? d->attached[&object] : found->second, key, normalized(items)))
+    const DataItems values = normalized(items);
+    if (holds(*d, found == d->attached.end() ? nullptr : &found->second, key, values))
         return;
     const std::uint64_t handle = d->giveHandle(object);
+    if (d->log)
+        d->log->noteData(object, key);
+    setRecord(*d, d->attached[&object], key, values);
     const bool isEntity = ObjectAccess::has(object, kIsEntity);
     if (isEntity && items.empty())
         d->entitiesByKey[key].erase(handle);
@@ -112,8 +127,16 @@ void Drawing::setDictionaryEntry(const std::string &dictionary, const std::strin
         return;
     for (DrawingObserver *observer : d->observers)
         observer->dictionaryChanging(dictionary, key);
-    if (setRecord(*d, d->dictionaries[dictionary], key, normalized(items)))
-        d->changed();
+    const DataItems values = normalized(items);
+    const auto found = d->dictionaries.find(dictionary);
+    if (holds(*d, found == d->dictionaries.end() ? nullptr : &found->second, key, values))
+        return;
+    if (d->log)
+        d->log->noteEntry(dictionary, key);
+    setRecord(*d, d->dictionaries[dictionary], key, values);
+    if (d->numbersAtOnce() && !isR12() && !d->file.rootDictionary && d->file.rootHandle == 0)
+        d->file.rootHandle = d->newHandle();
+    d->changed();
 }
 
 std::optional<DataItems> Drawing::dictionaryEntry(const std::string &dictionary, const std::string &key) const
@@ -136,10 +159,12 @@ std::optional<std::string> Drawing::headerVariable(std::string_view name) const
 
 void Drawing::setHeaderVariable(const std::string &name, int code, const std::string &value)
 {
-    HeaderVariable &variable = d->header[name];
-    if (variable.code == code && variable.value == value)
+    const auto found = d->header.find(name);
+    if (found != d->header.end() && found->second.code == code && found->second.value == value)
         return;
-    variable = {code, value, true};
+    if (d->log)
+        d->log->noteHeader(name);
+    d->header[name] = {code, value, true};
     d->changed();
 }
 

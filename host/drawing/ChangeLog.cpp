@@ -1,81 +1,491 @@
 #include "host/drawing/ChangeLog.h"
 
+#include "host/drawing/ChangeRecord.h"
+
+#include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace velmor {
 
-ChangeLog::ChangeLog(Drawing &drawing) : m_drawing(drawing)
+namespace {
+
+constexpr std::size_t kStandardLimit = std::size_t{256} << 20;
+constexpr std::uint64_t kNoState = ~std::uint64_t{0};
+
+template <class State>
+Change changeOf(ChangeKind kind, AcDbObject *object, State state)
 {
-    m_drawing.addObserver(*this);
+    Change change{kind};
+    change.object = object;
+    if (object)
+        change.flags = static_cast<std::uint16_t>(ObjectAccess::host(*object).flags & kPatchFlags);
+    if constexpr (!std::is_same_v<State, std::monostate>) {
+        change.extra = std::make_unique<Change::Extra>();
+        change.extra->state = std::move(state);
+    }
+    return change;
+}
+
+Change changeOf(ChangeKind kind, AcDbObject *object)
+{
+    return changeOf(kind, object, std::monostate());
+}
+
+/// What the observers are told of: an entity, or the reference that shows an attribute.
+AcDbEntity &shownWith(AcDbObject &object)
+{
+    AcDbObject *owner = ObjectAccess::host(object).owner;
+    const bool inReference = owner && owner->isKindOf(AcDbBlockReference::desc());
+    return static_cast<AcDbEntity &>(inReference ? *owner : object);
+}
+
+} // namespace
+
+ChangeStep::ChangeStep() = default;
+ChangeStep::~ChangeStep() = default;
+ChangeStep::ChangeStep(ChangeStep &&) noexcept = default;
+ChangeStep &ChangeStep::operator=(ChangeStep &&) noexcept = default;
+
+ChangeLog::ChangeLog(Drawing &drawing) : m_drawing(drawing), m_limit(kStandardLimit)
+{
+    Drawing::Private &d = m_drawing.priv();
+    d.log = this;
+    m_handles = d.nextHandle;
+    m_savedState = d.modified ? kNoState : position();
 }
 
 ChangeLog::~ChangeLog()
 {
-    m_drawing.removeObserver(*this);
+    m_drawing.priv().log = nullptr;
 }
 
-void ChangeLog::begin()
+// --- Runs -----------------------------------------------------------------------------------------------------------
+
+void ChangeLog::begin(const std::wstring &name)
 {
-    m_runs.push_back(m_changes.size());
+    closeLoose();
+    m_runs.push_back({m_changes.size(), m_drawing.priv().nextHandle, name});
 }
 
 void ChangeLog::keep()
 {
     if (m_runs.empty())
         return;
+    const Run run = std::move(m_runs.back());
     m_runs.pop_back();
     if (m_runs.empty())
-        m_changes.clear();
+        closeStep(m_changes.size(), run.name, m_handles, m_drawing.priv().nextHandle);
 }
 
 void ChangeLog::keepForGood()
 {
     if (m_runs.empty())
         return;
-    m_runs.assign(m_runs.size() - 1, 0);
-    m_changes.clear();
+    const Run run = std::move(m_runs.back());
+    m_runs.pop_back();
+    // What the work around it did before is a step before this one.
+    if (!m_runs.empty() && run.first > 0)
+        closeStep(run.first, m_runs.front().name, m_handles, run.handles);
+    closeStep(m_changes.size(), run.name, m_handles, m_drawing.priv().nextHandle);
+    for (Run &outer : m_runs) {
+        outer.first = 0;
+        outer.handles = m_handles;
+    }
 }
 
 void ChangeLog::takeBack()
 {
     if (m_runs.empty())
         return;
-    // Taking back makes changes too, which are nobody's to take back again.
-    const auto runs = std::exchange(m_runs, {});
-    for (; m_changes.size() > runs.back(); m_changes.pop_back()) {
-        if (const auto *erasure = std::get_if<Erasure>(&m_changes.back()))
-            m_drawing.erase(*erasure->entity, erasure->erased);
-        else if (const auto *attached = std::get_if<Attached>(&m_changes.back()))
-            m_drawing.setData(*attached->object, attached->key, attached->before);
-        else if (const auto *entry = std::get_if<Entry>(&m_changes.back()))
-            m_drawing.setDictionaryEntry(entry->dictionary, entry->key, entry->before);
+    const Run run = std::move(m_runs.back());
+    m_runs.pop_back();
+    if (m_savedInStep && m_savedChanges > run.first)
+        m_savedInStep = false;
+    std::vector<Change> changes(std::make_move_iterator(m_changes.begin() + static_cast<std::ptrdiff_t>(run.first)),
+                                std::make_move_iterator(m_changes.end()));
+    m_changes.resize(run.first);
+    setHandles(run.handles);
+    apply(changes, true);
+}
+
+void ChangeLog::closeLoose()
+{
+    if (m_runs.empty() && !m_changes.empty())
+        closeStep(m_changes.size(), {}, m_handles, m_drawing.priv().nextHandle);
+}
+
+bool ChangeLog::hasChanges() const
+{
+    return std::any_of(m_changes.begin(), m_changes.end(),
+                       [](const Change &change) { return change.kind != ChangeKind::Handle; });
+}
+
+/// Makes a step of changes at the beginning of those at hand.
+void ChangeLog::closeStep(std::size_t end, std::wstring name, std::uint64_t before, std::uint64_t after)
+{
+    const auto last = m_changes.begin() + static_cast<std::ptrdiff_t>(end);
+    const bool onlyHandles =
+        std::all_of(m_changes.begin(), last, [](const Change &change) { return change.kind == ChangeKind::Handle; });
+    m_handles = after;
+    if (onlyHandles) {
+        // To name an object is no step of the user's.
+        m_keptNumbers = std::max(m_keptNumbers, end != 0 ? after : 0);
+        for (auto change = m_changes.begin(); change != last; ++change)
+            tell([&](StepFollower &follower) { follower.handleGiven(*change->object); });
+        m_changes.erase(m_changes.begin(), last);
+        return;
     }
-    m_runs.assign(runs.begin(), runs.end() - 1);
+    ChangeStep step;
+    step.name = std::move(name);
+    step.id = ++m_lastId;
+    step.handlesBefore = before;
+    step.handlesAfter = after;
+    step.changes.assign(std::make_move_iterator(m_changes.begin()), std::make_move_iterator(last));
+    m_changes.erase(m_changes.begin(), last);
+    for (const Change &change : step.changes)
+        step.bytes += bytesOf(change);
+    if (m_savedInStep) {
+        if (m_savedChanges == end)
+            m_savedState = step.id;
+        m_savedInStep = m_savedChanges > end;
+        m_savedChanges -= std::min(m_savedChanges, end);
+    }
+    for (const ChangeStep &undone : m_undone)
+        m_bytes -= undone.bytes;
+    m_undone.clear();
+    m_bytes += step.bytes;
+    m_done.push_back(std::move(step));
+    trim();
+    tellState();
+    tell([this](StepFollower &follower) { follower.stepDone(m_done.back()); });
 }
 
-void ChangeLog::entityAppended(AcDbEntity &entity)
+// --- Steps ----------------------------------------------------------------------------------------------------------
+
+std::wstring ChangeLog::undoName() const
 {
-    if (!m_runs.empty())
-        m_changes.emplace_back(Erasure{&entity, true});
+    return hasChanges() || m_done.empty() ? std::wstring() : m_done.back().name;
 }
 
-void ChangeLog::entityErased(AcDbEntity &entity, bool erased)
+std::wstring ChangeLog::redoName() const
 {
-    if (!m_runs.empty())
-        m_changes.emplace_back(Erasure{&entity, !erased});
+    return canRedo() ? m_undone.back().name : std::wstring();
 }
 
-void ChangeLog::dataChanging(AcDbObject &object, const std::string &key)
+bool ChangeLog::undo()
 {
-    if (!m_runs.empty())
-        m_changes.emplace_back(Attached{&object, key, m_drawing.data(object, key).value_or(DataItems())});
+    if (m_applying || m_runs.size() > 1 || (!m_runs.empty() && hasChanges()))
+        return false;
+    closeStep(m_changes.size(), {}, m_handles, m_drawing.priv().nextHandle);
+    if (m_done.empty())
+        return false;
+    m_undone.push_back(std::move(m_done.back()));
+    m_done.pop_back();
+    ChangeStep &step = m_undone.back();
+    setHandles(step.handlesBefore);
+    apply(step.changes, true);
+    tell([&](StepFollower &follower) { follower.stepUndone(step); });
+    return true;
 }
 
-void ChangeLog::dictionaryChanging(const std::string &dictionary, const std::string &key)
+bool ChangeLog::redo()
 {
-    if (!m_runs.empty())
-        m_changes.emplace_back(
-            Entry{dictionary, key, m_drawing.dictionaryEntry(dictionary, key).value_or(DataItems())});
+    if (m_applying || m_runs.size() > 1 || hasChanges() || m_undone.empty())
+        return false;
+    closeStep(m_changes.size(), {}, m_handles, m_drawing.priv().nextHandle);
+    m_done.push_back(std::move(m_undone.back()));
+    m_undone.pop_back();
+    ChangeStep &step = m_done.back();
+    setHandles(std::max(m_drawing.priv().nextHandle, step.handlesAfter));
+    apply(step.changes, false);
+    tell([&](StepFollower &follower) { follower.stepRedone(step); });
+    return true;
+}
+
+void ChangeLog::replay(ChangeStep step)
+{
+    closeLoose();
+    for (const ChangeStep &undone : m_undone)
+        m_bytes -= undone.bytes;
+    m_undone.clear();
+    step.id = ++m_lastId;
+    for (const Change &change : step.changes)
+        step.bytes += bytesOf(change);
+    m_bytes += step.bytes;
+    m_undone.push_back(std::move(step));
+    redo();
+    trim();
+}
+
+void ChangeLog::forget()
+{
+    m_ground = position();
+    m_done.clear();
+    m_undone.clear();
+    m_bytes = 0;
+}
+
+void ChangeLog::setLimit(std::size_t bytes)
+{
+    m_limit = bytes;
+    trim();
+}
+
+void ChangeLog::trim()
+{
+    while (m_bytes > m_limit && m_done.size() > 1) {
+        m_bytes -= m_done.front().bytes;
+        m_ground = m_done.front().id;
+        m_done.pop_front();
+    }
+}
+
+void ChangeLog::setHandles(std::uint64_t next)
+{
+    next = std::max(next, m_keptNumbers);
+    m_drawing.priv().nextHandle = next;
+    m_handles = next;
+    for (Run &run : m_runs)
+        run.handles = std::min(run.handles, next);
+}
+
+void ChangeLog::tellState()
+{
+    m_drawing.priv().modified = hasChanges() || position() != m_savedState;
+}
+
+/// Brings the drawing to the other side of all changes first, and tells its observers afterwards.
+void ChangeLog::apply(std::vector<Change> &changes, bool undoing)
+{
+    struct Pause {
+        explicit Pause(bool &applying) : m_applying(applying) { m_applying = true; }
+        ~Pause() { m_applying = false; }
+        bool &m_applying;
+    };
+    Drawing::Private &d = m_drawing.priv();
+    {
+        const Pause pause(m_applying);
+        if (undoing)
+            for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+                exchange(m_drawing, *change, true);
+        else
+            for (Change &change : changes)
+                exchange(m_drawing, change, false);
+    }
+    d.changed();
+    tellState();
+
+    std::exception_ptr failure;
+    const auto inform = [&](auto call) {
+        const auto present = d.observers;
+        for (DrawingObserver *observer : present) {
+            if (std::find(d.observers.begin(), d.observers.end(), observer) == d.observers.end())
+                continue;
+            try {
+                call(*observer);
+            } catch (...) {
+                // The others have to know all the same.
+                failure = failure ? failure : std::current_exception();
+            }
+        }
+    };
+    const Pause pause(m_applying);
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        const Change &change = undoing ? changes[changes.size() - 1 - i] : changes[i];
+        switch (change.kind) {
+        case ChangeKind::Appended:
+        case ChangeKind::Erased: {
+            auto &entity = static_cast<AcDbEntity &>(*change.object);
+            inform([&](DrawingObserver &o) { o.entityErased(entity, entity.isErased()); });
+            break;
+        }
+        case ChangeKind::Data:
+            if (!ObjectAccess::has(*change.object, kIsEntity))
+                break;
+            [[fallthrough]];
+        case ChangeKind::Attribute:
+        case ChangeKind::Look:
+        case ChangeKind::Shape:
+        case ChangeKind::Text: {
+            AcDbEntity &entity = shownWith(*change.object);
+            if (!ObjectAccess::has(entity, kWithdrawn))
+                inform([&](DrawingObserver &o) { o.entityModified(entity); });
+            break;
+        }
+        default:
+            break;
+        }
+    }
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+void ChangeLog::addFollower(StepFollower &follower)
+{
+    m_followers.push_back(&follower);
+}
+
+void ChangeLog::removeFollower(StepFollower &follower)
+{
+    std::erase(m_followers, &follower);
+}
+
+template <class Call>
+void ChangeLog::tell(Call call)
+{
+    const auto present = m_followers;
+    for (StepFollower *follower : present)
+        if (std::find(m_followers.begin(), m_followers.end(), follower) != m_followers.end())
+            call(*follower);
+}
+
+// --- Notes ----------------------------------------------------------------------------------------------------------
+
+void ChangeLog::note(Change change)
+{
+    if (!m_applying)
+        m_changes.push_back(std::move(change));
+}
+
+void ChangeLog::noteAppended(AcDbEntity &entity)
+{
+    note(changeOf(ChangeKind::Appended, &entity));
+}
+
+void ChangeLog::noteAttribute(AttributeEntity &attribute, unsigned flagsOfReference)
+{
+    Change change = changeOf(ChangeKind::Attribute, &attribute);
+    change.flags = static_cast<std::uint16_t>(flagsOfReference & kPatchFlags);
+    note(std::move(change));
+}
+
+void ChangeLog::noteErasing(AcDbEntity &entity)
+{
+    note(changeOf(ChangeKind::Erased, &entity));
+}
+
+void ChangeLog::noteLook(AcDbEntity &entity)
+{
+    if (m_applying)
+        return;
+    Change change = changeOf(ChangeKind::Look, &entity);
+    change.layer = ObjectAccess::host(entity).layer;
+    change.color = ObjectAccess::host(entity).color;
+    note(std::move(change));
+}
+
+void ChangeLog::noteShape(AcDbEntity &entity)
+{
+    if (m_applying)
+        return;
+    // A hatch is set up by a row of setters, each of which is one change.
+    const std::size_t first = m_runs.empty() ? 0 : m_runs.back().first;
+    if (m_changes.size() > first && m_changes.back().kind == ChangeKind::Shape && m_changes.back().object == &entity)
+        return;
+    note(changeOf(ChangeKind::Shape, &entity, shapeOf(entity)));
+}
+
+void ChangeLog::noteText(TextEntity &text)
+{
+    if (!m_applying)
+        note(changeOf(ChangeKind::Text, &text, text.shape().text));
+}
+
+void ChangeLog::noteData(AcDbObject &object, const std::string &key)
+{
+    if (!m_applying)
+        note(changeOf(ChangeKind::Data, &object, recordState(m_drawing.priv(), &object, {}, key)));
+}
+
+void ChangeLog::noteEntry(const std::string &dictionary, const std::string &key)
+{
+    if (!m_applying)
+        note(changeOf(ChangeKind::Entry, nullptr, recordState(m_drawing.priv(), nullptr, dictionary, key)));
+}
+
+void ChangeLog::noteHeader(const std::string &name)
+{
+    if (m_applying)
+        return;
+    HeaderState state{name, {}};
+    const auto &header = m_drawing.priv().header;
+    if (const auto found = header.find(name); found != header.end())
+        state.variable = found->second;
+    note(changeOf(ChangeKind::Header, nullptr, std::move(state)));
+}
+
+void ChangeLog::noteLayerAdded(std::size_t index)
+{
+    Change change{ChangeKind::LayerAdded};
+    change.layer = static_cast<std::uint32_t>(index);
+    note(std::move(change));
+}
+
+void ChangeLog::noteLayer(std::size_t index)
+{
+    if (m_applying)
+        return;
+    Change change = changeOf(ChangeKind::Layer, nullptr, layerState(m_drawing.priv(), index));
+    change.layer = static_cast<std::uint32_t>(index);
+    note(std::move(change));
+}
+
+void ChangeLog::noteCurrentLayer()
+{
+    Change change{ChangeKind::CurrentLayer};
+    change.layer = static_cast<std::uint32_t>(m_drawing.priv().currentLayer);
+    note(std::move(change));
+}
+
+void ChangeLog::noteBlockAdded(BlockRecord &block)
+{
+    note(changeOf(ChangeKind::BlockAdded, &block));
+}
+
+void ChangeLog::noteBlockErasing(BlockRecord &block)
+{
+    note(changeOf(ChangeKind::BlockErased, &block, BlockState{ObjectAccess::erasedWithIt(block), {}}));
+}
+
+void ChangeLog::noteBasePoint(BlockRecord &block)
+{
+    note(changeOf(ChangeKind::BasePoint, &block, BlockState{{}, block.basePoint()}));
+}
+
+void ChangeLog::noteHandle(AcDbObject &object)
+{
+    if (m_applying)
+        return;
+    if (!m_runs.empty()) {
+        Change change = changeOf(ChangeKind::Handle, &object);
+        change.number = ObjectAccess::host(object).handle;
+        note(std::move(change));
+        return;
+    }
+    m_keptNumbers = std::max(m_keptNumbers, ObjectAccess::host(object).handle + 1);
+    tell([&](StepFollower &follower) { follower.handleGiven(object); });
+}
+
+void ChangeLog::keepNumbers()
+{
+    const std::uint64_t next = m_drawing.priv().nextHandle;
+    if (next <= m_keptNumbers)
+        return;
+    m_keptNumbers = next;
+    tell([&](StepFollower &follower) { follower.numbersKept(next); });
+}
+
+std::uint64_t ChangeLog::firstFreeNumber() const
+{
+    return m_undone.empty() ? 0 : m_undone.front().handlesAfter;
+}
+
+void ChangeLog::saved()
+{
+    m_savedInStep = hasChanges();
+    m_savedChanges = m_changes.size();
+    m_savedState = m_savedInStep ? kNoState : position();
 }
 
 } // namespace velmor

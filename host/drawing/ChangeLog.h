@@ -1,57 +1,155 @@
-// Takes back what a piece of work did to a drawing, when it could not be finished.
+// What was done to a drawing, step by step: taken back when work fails, and undone and redone by the user.
+//
+// One for each drawing (drawing.component<ChangeLog>()); from the moment it is made every change of the drawing is
+// noted with what was there before, and nothing else, so that taking a step back costs what the step changed, whatever
+// the size of the drawing. It notes entities that come, go, change their shape, layer or colour, texts of attributes,
+// layers and the current one, blocks with their base points, attached data, dictionaries, header variables and the
+// handles that were given. After a step was taken back the drawing's text is byte for byte what it was before.
+//
+// Runs nest: the outermost run is a step, and what an inner one kept belongs to it. Changes outside of any run become
+// a step of their own, without a name, when the next run begins. Handles that are asked for outside of a step, or that
+// a save gives, are given for good.
+//
+// Objects that were undone stay in memory, erased, so that an id never dangles; the log itself stays below its limit
+// by forgetting the oldest steps.
 #pragma once
 
 #include "host/drawing/Drawing.h"
 
+#include <deque>
+#include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace velmor {
 
-/// One for each drawing (drawing.component<ChangeLog>()). Notes changes only while a run is on; runs nest, and the
-/// changes of an inner one that were kept belong to the outer one.
-///
-/// What it can take back: entities that were added (they are erased) and erased (they come back), attached data and
-/// entries of dictionaries. New layers and blocks stay, as do changes of an entity's own shape, layer and colour.
-class ChangeLog final : private DrawingObserver {
+struct Change;
+
+/// A step that was done, or was undone and can be done again.
+struct ChangeStep {
+    ChangeStep();
+    ~ChangeStep();
+    ChangeStep(ChangeStep &&) noexcept;
+    ChangeStep &operator=(ChangeStep &&) noexcept;
+
+    std::wstring name;    ///< of the command or dialog; empty for changes outside of any
+    std::uint64_t id = 0; ///< never given twice in a drawing
+    std::vector<Change> changes;
+    std::uint64_t handlesBefore = 0, handlesAfter = 0; ///< the next free handle
+    std::size_t bytes = 0;
+};
+
+/// Told of what becomes of steps; for a journal, menus and buttons.
+class StepFollower {
+public:
+    virtual ~StepFollower() = default;
+    /// A new step stands at the top; steps that could be redone are gone.
+    virtual void stepDone(const ChangeStep &) {}
+    virtual void stepUndone(const ChangeStep &) {}
+    virtual void stepRedone(const ChangeStep &) {}
+    /// A handle was given for good.
+    virtual void handleGiven(const AcDbObject &) {}
+    /// All numbers below this one are taken for good.
+    virtual void numbersKept(std::uint64_t /*next*/) {}
+};
+
+class ChangeLog final {
 public:
     explicit ChangeLog(Drawing &drawing); ///< made by Drawing::component
-    ~ChangeLog() override;
+    ~ChangeLog();
     ChangeLog(const ChangeLog &) = delete;
     ChangeLog &operator=(const ChangeLog &) = delete;
 
-    void begin();
+    // Runs
+    void begin(const std::wstring &name = {});
     /// Ends the innermost run, whose changes stay; the run around it may still take them back.
     void keep();
-    /// The same, and nothing that was done so far can be taken back any more.
+    /// The same, and makes a step of it at once: the run around it can no longer take back what was done so far.
     void keepForGood();
     /// Ends the innermost run and takes its changes back, the last one first.
     void takeBack();
+    bool isRunning() const { return !m_runs.empty(); }
+
+    // Steps
+    bool canUndo() const { return !m_done.empty() || hasChanges(); }
+    bool canRedo() const { return !m_undone.empty() && !hasChanges(); }
+    std::size_t undoCount() const { return m_done.size() + (hasChanges() ? 1 : 0); }
+    std::size_t redoCount() const { return canRedo() ? m_undone.size() : 0; }
+    /// Name of the step that undo (redo) takes; empty when there is none or it has none.
+    std::wstring undoName() const;
+    std::wstring redoName() const;
+    /// Takes the last step back. False when there is none, and while a run has changes of its own or stands in another.
+    bool undo();
+    /// Does the step again that was undone last.
+    bool redo();
+    /// The step that was done last; 0 for none. It names the state of the drawing.
+    std::uint64_t position() const { return m_done.empty() ? m_ground : m_done.back().id; }
+    /// Forgets all steps; the drawing stays as it is.
+    void forget();
+    /// The log holds at most about that many bytes, and the last step in any case. Standard: 256 MiB.
+    void setLimit(std::size_t bytes);
+    std::size_t bytes() const { return m_bytes; }
+
+    void addFollower(StepFollower &follower);
+    void removeFollower(StepFollower &follower);
+    /// Takes a step that was read from a journal and does it. Its changes are as those of a step that was undone.
+    void replay(ChangeStep step);
+
+    // Notes, by the drawing's own operations. "Before" ones come right before the change.
+    void noteAppended(AcDbEntity &entity);
+    void noteAttribute(AttributeEntity &attribute, unsigned flagsOfReference);
+    void noteErasing(AcDbEntity &entity);                                  ///< before an entity is erased or comes back
+    void noteLook(AcDbEntity &entity);                                     ///< before a change of layer or colour
+    void noteShape(AcDbEntity &entity);                                    ///< before a change of its own shape
+    void noteText(TextEntity &text);                                       ///< before a change of its text
+    void noteData(AcDbObject &object, const std::string &key);             ///< before
+    void noteEntry(const std::string &dictionary, const std::string &key); ///< before
+    void noteHeader(const std::string &name);                              ///< before
+    void noteLayerAdded(std::size_t index);
+    void noteLayer(std::size_t index); ///< before
+    void noteCurrentLayer();           ///< before
+    void noteBlockAdded(BlockRecord &block);
+    void noteBlockErasing(BlockRecord &block); ///< before
+    void noteBasePoint(BlockRecord &block);    ///< before
+    void noteHandle(AcDbObject &object);
+    /// A save took numbers of its own: they stay taken.
+    void keepNumbers();
+    /// No number below this one may be given: it belongs to a step that can be redone.
+    std::uint64_t firstFreeNumber() const;
+    void saved();
 
 private:
-    struct Erasure {
-        AcDbEntity *entity;
-        bool erased; ///< what it was before
+    struct Run {
+        std::size_t first; ///< of its changes
+        std::uint64_t handles;
+        std::wstring name;
     };
-    struct Attached {
-        AcDbObject *object;
-        std::string key;
-        DataItems before; ///< empty: there was none
-    };
-    struct Entry {
-        std::string dictionary, key;
-        DataItems before;
-    };
-
-    void entityAppended(AcDbEntity &entity) override;
-    void entityErased(AcDbEntity &entity, bool erased) override;
-    void dataChanging(AcDbObject &object, const std::string &key) override;
-    void dictionaryChanging(const std::string &dictionary, const std::string &key) override;
+    bool hasChanges() const;
+    void note(Change change);
+    void closeStep(std::size_t end, std::wstring name, std::uint64_t before, std::uint64_t after);
+    void closeLoose();
+    void apply(std::vector<Change> &changes, bool undoing);
+    void setHandles(std::uint64_t next);
+    void tellState();
+    void trim();
+    template <class Call>
+    void tell(Call call);
 
     Drawing &m_drawing;
-    std::vector<std::variant<Erasure, Attached, Entry>> m_changes;
-    std::vector<std::size_t> m_runs; ///< where each run begins among the changes
+    std::vector<Change> m_changes; ///< since the last step
+    std::vector<Run> m_runs;
+    std::uint64_t m_handles = 0; ///< next free handle when the changes at hand began
+    std::deque<ChangeStep> m_done;
+    std::vector<ChangeStep> m_undone; ///< the one to be redone next comes last
+    std::vector<StepFollower *> m_followers;
+    std::uint64_t m_lastId = 0;
+    std::uint64_t m_ground = 0; ///< the state below the oldest step that is still known
+    std::uint64_t m_keptNumbers = 0;
+    std::uint64_t m_savedState = 0;
+    std::size_t m_savedChanges = 0; ///< how many of the changes at hand the file on disk holds
+    bool m_savedInStep = false;
+    std::size_t m_bytes = 0, m_limit;
+    bool m_applying = false;
 };
 
 } // namespace velmor

@@ -1,4 +1,5 @@
 // The database side of a drawing: layers, blocks, entities, handles, observers.
+#include "host/drawing/ChangeLog.h"
 #include "host/drawing/DrawingData.h"
 
 #include <algorithm>
@@ -68,6 +69,28 @@ bool HandleTable::insert(AcDbObject &object)
     return true;
 }
 
+void HandleTable::remove(const AcDbObject &object)
+{
+    if (m_slots.empty())
+        return;
+    const std::size_t mask = m_slots.size() - 1;
+    std::size_t hole = slotOf(ObjectAccess::host(object).handle, mask);
+    while (m_slots[hole] && m_slots[hole] != &object)
+        hole = (hole + 1) & mask;
+    if (!m_slots[hole])
+        return;
+    --m_count;
+    // What stands behind comes up where it would no longer be found (Knuth, algorithm 6.4R).
+    for (std::size_t next = (hole + 1) & mask; m_slots[next]; next = (next + 1) & mask) {
+        const std::size_t home = slotOf(ObjectAccess::host(*m_slots[next]).handle, mask);
+        if (((next - home) & mask) >= ((next - hole) & mask)) {
+            m_slots[hole] = m_slots[next];
+            hole = next;
+        }
+    }
+    m_slots[hole] = nullptr;
+}
+
 void HandleTable::reserve(std::size_t count)
 {
     std::size_t slots = 64;
@@ -95,15 +118,34 @@ void HandleTable::grow(std::size_t slots)
 std::uint64_t Drawing::Private::giveHandle(AcDbObject &object)
 {
     auto &handle = ObjectAccess::host(object).handle;
-    if (handle != 0)
+    if (handle != 0 || ObjectAccess::has(object, kWithdrawn))
         return handle;
-    handle = nextHandle++;
+    handle = newHandle();
     if (handlesListed)
         handles.insert(object);
     // Somebody may keep it, so the file has to hold it from now on.
     if (ObjectAccess::host(object).sourceLength != 0)
         touch(object, 0);
+    if (log)
+        log->noteHandle(object);
     return handle;
+}
+
+void Drawing::Private::numberNew(AcDbObject &object)
+{
+    auto &handle = ObjectAccess::host(object).handle;
+    if (!numbersAtOnce() || handle != 0)
+        return;
+    handle = newHandle();
+    if (handlesListed)
+        handles.insert(object);
+}
+
+std::uint64_t Drawing::Private::newHandle()
+{
+    if (log)
+        nextHandle = std::max(nextHandle, log->firstFreeNumber());
+    return nextHandle++;
 }
 
 AcDbObject *Drawing::Private::find(std::uint64_t handle)
@@ -111,7 +153,7 @@ AcDbObject *Drawing::Private::find(std::uint64_t handle)
     if (!handlesListed) {
         handlesListed = true;
         const auto add = [this](AcDbObject &object) {
-            if (ObjectAccess::host(object).handle != 0)
+            if (ObjectAccess::host(object).handle != 0 && !ObjectAccess::has(object, kWithdrawn))
                 handles.insert(object);
         };
         std::size_t count = file.rawObjects.size() + blocks.size();
@@ -290,12 +332,18 @@ std::size_t Drawing::ensureLayer(const std::wstring &name, int color)
     const std::size_t index = d->addLayer({name, color});
     d->file.layers.resize(index + 1);
     d->file.layers[index].needsRecord = true;
+    if (d->numbersAtOnce() && !isR12())
+        d->file.layers[index].handle = d->newHandle();
+    if (d->log)
+        d->log->noteLayerAdded(index);
     return index;
 }
 
 void Drawing::setLayer(std::size_t index, const Layer &layer)
 {
     Layer &own = d->layers.at(index);
+    if (d->log)
+        d->log->noteLayer(index);
     std::wstring name = std::move(own.name);
     own = layer;
     own.name = std::move(name);
@@ -312,6 +360,8 @@ void Drawing::setCurrentLayer(std::size_t index)
 {
     if (index >= d->layers.size() || index == d->currentLayer)
         return;
+    if (d->log)
+        d->log->noteCurrentLayer();
     d->currentLayer = index;
     d->changed();
 }
@@ -344,8 +394,24 @@ BlockRecord &Drawing::addBlock(const std::wstring &name, const AcGePoint3d &base
         return *known;
     BlockRecord &record = d->makeBlock(name);
     ObjectAccess::basePoint(record) = basePoint;
+    d->numberNew(record);
+    if (d->numbersAtOnce()) {
+        dxf::BlockSource &source = d->file.blocks[&record];
+        source.beginHandle = d->newHandle();
+        source.endHandle = d->newHandle();
+    }
     d->changed();
+    if (d->log)
+        d->log->noteBlockAdded(record);
     return record;
+}
+
+void Drawing::Private::setBasePoint(BlockRecord &block, const AcGePoint3d &point)
+{
+    if (log)
+        log->noteBasePoint(block);
+    ObjectAccess::basePoint(block) = point;
+    changed();
 }
 
 // --- Entities
@@ -380,7 +446,10 @@ AcDbObjectId Drawing::append(std::unique_ptr<AcDbEntity> entity, BlockRecord &ow
     ObjectAccess::entities(owner).push_back(&e);
     d->made.push_back(std::move(entity));
     d->added.push_back(&e);
+    d->numberNew(e);
     d->changed();
+    if (d->log)
+        d->log->noteAppended(e);
     tell(d->observers, [&](DrawingObserver &o) { o.entityAppended(e); });
     return ObjectAccess::id(&e);
 }
@@ -390,6 +459,8 @@ void Drawing::setLayerOf(AcDbEntity &entity, std::size_t layer)
     auto &host = ObjectAccess::host(entity);
     if (layer >= d->layers.size() || host.layer == layer)
         return;
+    if (d->log)
+        d->log->noteLook(entity);
     host.layer = static_cast<std::uint32_t>(layer);
     d->touch(entity, kPatchLayer);
     entityChanged(entity);
@@ -400,25 +471,36 @@ void Drawing::setColorOf(AcDbEntity &entity, int colorIndex)
     auto &host = ObjectAccess::host(entity);
     if (colorIndex < 0 || colorIndex > 256 || host.color == colorIndex)
         return;
+    if (d->log)
+        d->log->noteLook(entity);
     host.color = static_cast<std::int16_t>(colorIndex);
     d->touch(entity, kPatchColor);
     entityChanged(entity);
 }
 
+void Drawing::Private::setErased(AcDbEntity &entity, bool erasing)
+{
+    ObjectAccess::set(entity, kErased, erasing);
+    touch(entity, 0);
+    if (kindOf(entity) != EntityKind::BlockReference)
+        return;
+    for (const AcDbObjectId id : ObjectAccess::attributes(static_cast<AcDbBlockReference &>(entity))) {
+        AcDbObject &attribute = *ObjectAccess::object(id);
+        if (attribute.isErased() == erasing || (!erasing && !ObjectAccess::has(attribute, kErasedWithOwner)))
+            continue;
+        ObjectAccess::set(attribute, kErased, erasing);
+        ObjectAccess::set(attribute, kErasedWithOwner, erasing);
+    }
+}
+
 void Drawing::erase(AcDbEntity &entity, bool erasing)
 {
-    if (entity.isErased() == erasing)
+    // What was undone comes back by redo alone.
+    if (entity.isErased() == erasing || ObjectAccess::has(entity, kWithdrawn))
         return;
-    ObjectAccess::set(entity, kErased, erasing);
-    d->touch(entity, 0);
-    if (kindOf(entity) == EntityKind::BlockReference)
-        for (const AcDbObjectId id : ObjectAccess::attributes(static_cast<AcDbBlockReference &>(entity))) {
-            AcDbObject &attribute = *ObjectAccess::object(id);
-            if (attribute.isErased() == erasing || (!erasing && !ObjectAccess::has(attribute, kErasedWithOwner)))
-                continue;
-            ObjectAccess::set(attribute, kErased, erasing);
-            ObjectAccess::set(attribute, kErasedWithOwner, erasing);
-        }
+    if (d->log)
+        d->log->noteErasing(entity);
+    d->setErased(entity, erasing);
     d->changed();
     tell(d->observers, [&](DrawingObserver &o) { o.entityErased(entity, erasing); });
 }
@@ -436,7 +518,11 @@ AcDbObjectId Drawing::appendAttribute(AcDbBlockReference &reference, std::unique
     ObjectAccess::set(a, kIsEntity);
     ObjectAccess::attributes(reference).push_back(ObjectAccess::id(&a));
     d->made.push_back(std::move(attribute));
+    d->numberNew(a);
+    const unsigned flags = ObjectAccess::host(reference).flags;
     d->touch(reference, kPatchAttributes);
+    if (d->log)
+        d->log->noteAttribute(a, flags);
     entityChanged(reference);
     return ObjectAccess::id(&a);
 }
@@ -445,6 +531,8 @@ void Drawing::setAttributeText(AttributeEntity &attribute, const std::wstring &t
 {
     if (attribute.shape().text == text)
         return;
+    if (d->log)
+        d->log->noteText(attribute);
     ObjectAccess::shape(attribute).text = text;
     d->touch(attribute, kPatchText);
     // What is drawn changes with the reference that shows it.
@@ -460,6 +548,8 @@ AcDbObject *Drawing::findByHandle(std::uint64_t handle) const
 
 void Drawing::entityChanging(AcDbEntity &entity)
 {
+    if (d->log)
+        d->log->noteShape(entity);
     tell(d->observers, [&](DrawingObserver &o) { o.shapeChanging(entity); });
 }
 

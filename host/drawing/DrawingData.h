@@ -15,6 +15,8 @@ public:
     AcDbObject *find(std::uint64_t handle) const;
     /// False when the handle is taken; the table then keeps what it had.
     bool insert(AcDbObject &object);
+    /// Takes the object out, if it is the one that is found by its handle.
+    void remove(const AcDbObject &object);
     void reserve(std::size_t count);
 
 private:
@@ -108,6 +110,7 @@ struct Drawing::Private {
     std::map<std::string, HeaderVariable, std::less<>> header;
 
     std::vector<DrawingObserver *> observers;
+    class ChangeLog *log = nullptr; ///< once somebody wants to take changes back
 
     void changed()
     {
@@ -119,6 +122,15 @@ struct Drawing::Private {
     BlockRecord &makeBlock(std::wstring name);
     /// Gives the object a handle when it has none yet.
     std::uint64_t giveHandle(AcDbObject &object);
+    /// The same as a part of making the object, in a file that has handles and while changes are noted: then undo and
+    /// redo bring the same number back.
+    void numberNew(AcDbObject &object);
+    bool numbersAtOnce() const { return log != nullptr && file.hasHandles; }
+    /// A number that no object has.
+    std::uint64_t newHandle();
+    /// Erases an entity, or brings it back, with the attributes that go with it. Tells nobody.
+    void setErased(AcDbEntity &entity, bool erasing);
+    void setBasePoint(BlockRecord &block, const AcGePoint3d &point);
     std::size_t addLayer(Layer layer);
     /// eraseLayer for a layer that is known to be free.
     void setLayerErased(std::size_t index, bool erasing);

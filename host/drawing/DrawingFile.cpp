@@ -1,4 +1,6 @@
 // Drawings from files and into files.
+#include "host/drawing/ChangeLog.h"
+#include "host/drawing/DrawingData.h"
 #include "host/drawing/dxf/AtomicFile.h"
 #include "host/drawing/dxf/BinaryDxf.h"
 #include "host/drawing/dxf/DxfReader.h"
@@ -139,6 +141,8 @@ SaveResult Drawing::save(const std::filesystem::path &path, const SaveOptions &o
     SaveResult result = writeFileAtomically(path, pieces, options.backup);
     if (result && !options.isCopy) {
         d->modified = false;
+        if (d->log)
+            d->log->saved();
         // From now on the whole drawing stands there, so saving again destroys nothing.
         if (options.overwriteDamaged && !d->file.path.empty() && isSameFile(path, d->file.path))
             d->file.path.clear();

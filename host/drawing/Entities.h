@@ -42,6 +42,7 @@ public:
     double radius() const { return m_radius; }
 
 private:
+    friend class ObjectAccess;
     AcGePoint3d m_center;
     double m_radius;
 };
@@ -64,6 +65,7 @@ public:
     AcGePoint3d pointAt(double parameter) const;
 
 private:
+    friend class ObjectAccess;
     Shape m_shape;
 };
 
@@ -87,6 +89,7 @@ public:
     std::vector<AcGePoint3d> flatten(double tolerance) const;
 
 private:
+    friend class ObjectAccess;
     Shape m_shape;
 };
 
@@ -98,6 +101,7 @@ public:
     const AcGePoint3d &position() const { return m_position; }
 
 private:
+    friend class ObjectAccess;
     AcGePoint3d m_position;
 };
 

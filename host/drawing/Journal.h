@@ -53,8 +53,7 @@ std::string journalText(double value);
 std::string journalText(const AcGePoint3d &point);
 std::string journalText(const AcDbObjectId &id); ///< handle text, "0" for none
 template <class Int>
-    requires std::is_integral_v<Int>
-std::string journalText(Int value)
+requires std::is_integral_v<Int> std::string journalText(Int value)
 {
     return std::to_string(value);
 }

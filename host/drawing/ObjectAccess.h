@@ -5,6 +5,8 @@
 
 #include "host/drawing/Drawing.h"
 
+#include <tuple>
+
 namespace velmor {
 
 /// Bits of HostState::flags.
@@ -23,6 +25,7 @@ enum ObjectFlag : std::uint16_t {
     kPatchGeometry = 1 << 11,
     kPatchAttributes = 1 << 12, ///< a reference that got attributes
     kPaperSpace = 1 << 13,      ///< an entity of a paper space
+    kWithdrawn = 1 << 14,       ///< its making was undone: erased, and its handle belongs to nobody
 };
 
 /// Class descriptor of a class of the host, with what the host asks about it.
@@ -69,6 +72,36 @@ public:
     /// Moves an end of a line; refused unless it is free or open for writing.
     static Acad::ErrorStatus changeLine(AcDbLine &line, AcGePoint3d &end, const AcGePoint3d &to);
     static TextShape &shape(TextEntity &text) { return text.m_shape; }
+
+    /// The members that make the shape of an entity.
+    static auto members(AcDbLine &line) { return std::tie(line.m_start, line.m_end); }
+    static auto members(AcDbArc &arc) { return std::tie(arc.m_center, arc.m_radius, arc.m_startAngle, arc.m_endAngle); }
+    static auto members(CircleEntity &circle) { return std::tie(circle.m_center, circle.m_radius); }
+    static EllipseEntity::Shape &member(EllipseEntity &ellipse) { return ellipse.m_shape; }
+    static SplineEntity::Shape &member(SplineEntity &spline) { return spline.m_shape; }
+    static AcGePoint3d &member(PointEntity &point) { return point.m_position; }
+    template <class Polyline>
+    static auto &vertices(Polyline &polyline)
+    {
+        return polyline.m_vertices;
+    }
+    template <class Polyline>
+    static bool &closed(Polyline &polyline)
+    {
+        return polyline.m_closed;
+    }
+    template <class Polyline>
+    static double &elevation(Polyline &polyline)
+    {
+        return polyline.m_elevation;
+    }
+    static AcDbBlockReference::Placement &placement(AcDbBlockReference &reference) { return reference.m_placement; }
+    /// The pattern's lines are evaluated anew when they are asked for.
+    static void forgetLines(AcDbHatch &hatch)
+    {
+        hatch.m_lines.clear();
+        hatch.m_evaluated = false;
+    }
 
     /// The members of a hatch, for the reader and the writer.
     struct HatchParts {

@@ -365,8 +365,11 @@ Acad::ErrorStatus ObjectAccess::changeLine(AcDbLine &line, AcGePoint3d &end, con
 {
     if (!line.isWriteEnabled())
         return Acad::eNotOpenForWrite;
+    Drawing *owner = drawing(line);
+    if (owner)
+        owner->entityChanging(line);
     end = to;
-    if (Drawing *owner = drawing(line)) {
+    if (owner) {
         owner->priv().touch(line, velmor::kPatchGeometry);
         owner->entityChanged(line);
     }

@@ -3,6 +3,7 @@
 #include "host/editor/QuestionCommand.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
+#include "host/editor/UndoHistory.h"
 #include "host/services/Messages.h"
 #include "host/services/Text.h"
 
@@ -153,6 +154,7 @@ void addHostCommands(CommandStack &stack)
     addLayerCommands(stack);
     addBoundaryCommands(stack);
     addAppearanceCommands(stack);
+    addUndoCommands(stack);
 }
 
 } // namespace velmor

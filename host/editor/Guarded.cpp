@@ -15,11 +15,11 @@ namespace {
 /// A run of the change log of the drawing that is open now; a drawing that takes its place meanwhile has none.
 class Run {
 public:
-    Run(Session &session, Kept kept)
+    Run(Session &session, const std::wstring &name, Kept kept)
         : m_session(session), m_drawing(session.drawing()), m_number(session.drawingNumber()), m_kept(kept)
     {
         if (m_drawing)
-            m_drawing->component<ChangeLog>().begin();
+            m_drawing->component<ChangeLog>().begin(name);
     }
     ~Run()
     {
@@ -51,7 +51,7 @@ private:
 
 bool runGuarded(Session &session, const std::wstring &name, const std::function<void()> &work, Kept kept)
 {
-    Run run(session, kept);
+    Run run(session, name, kept);
     std::wstring reason;
     try {
         work();

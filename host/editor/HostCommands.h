@@ -11,6 +11,8 @@
 //   SETVAR NAME VALUE                sets a host variable
 //   BOUNDARY-LAYERS NAME[,NAME] ...  the layers whose entities bound areas, kept in the drawing for those that define
 //                                    areas; a name with a comma stands alone
+//   UNDO [NUMBER | Mark | Back | All], U, REDO [NUMBER | All]
+//                                    takes steps back and does them again
 //   BOUNDARY POINT                   draws the region around a point, with its islands
 //   -BOUNDARY                        the same prompt by prompt, with all its options
 //   LANGUAGE EN|HR                   language of all texts, at once and from then on

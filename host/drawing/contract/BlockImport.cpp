@@ -48,7 +48,7 @@ BlockImport Importer::run()
 {
     m_result.block = &m_target.addBlock(m_name);
     fill(*m_result.block, m_source.modelSpace());
-    ObjectAccess::basePoint(*m_result.block) = basePoint();
+    m_target.priv().setBasePoint(*m_result.block, basePoint());
     return std::move(m_result);
 }
 
@@ -57,7 +57,7 @@ void Importer::fill(BlockRecord &to, const BlockRecord &from)
     const auto old = to.entities();
     for (AcDbEntity *entity : old)
         m_target.erase(*entity);
-    ObjectAccess::basePoint(to) = from.basePoint();
+    m_target.priv().setBasePoint(to, from.basePoint());
     m_open.push_back(&from);
     for (const AcDbEntity *entity : from.entities())
         if (!entity->isErased())

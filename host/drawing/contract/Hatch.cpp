@@ -30,6 +30,8 @@ Acad::ErrorStatus AcDbHatch::change()
     velmor::Drawing *drawing = ObjectAccess::drawing(*this);
     if (drawing && !isWriteEnabled())
         return Acad::eNotOpenForWrite;
+    if (drawing)
+        drawing->entityChanging(*this);
     m_evaluated = false;
     m_lines.clear();
     if (drawing) {

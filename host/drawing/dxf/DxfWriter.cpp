@@ -1,5 +1,6 @@
 #include "host/drawing/dxf/DxfWriter.h"
 
+#include "host/drawing/ChangeLog.h"
 #include "host/drawing/dxf/DataTags.h"
 
 #include <algorithm>
@@ -11,7 +12,10 @@ DxfWriter::DxfWriter(Drawing::Private &drawing)
     : d(drawing), f(drawing.file), m_isR12(drawing.version <= "AC1009"), m_entities(drawing, m_nextHandle)
 {
     m_entities.extendedData = [this](const AcDbObject &object) { return extendedDataOf(object); };
+    const std::uint64_t firstNew = d.nextHandle;
     giveHandles();
+    if (d.log && d.nextHandle != firstNew)
+        d.log->keepNumbers();
     // Parts without an object of their own are numbered behind all that have one.
     m_nextHandle = d.nextHandle;
     patchTouched();
@@ -117,7 +121,7 @@ void DxfWriter::giveHandles()
     }
     const auto give = [this](std::uint64_t &handle) {
         if (handle == 0)
-            handle = d.nextHandle++;
+            handle = d.newHandle();
     };
     if (!m_isR12)
         for (std::size_t i = 0; i < f.layers.size(); ++i)
@@ -163,10 +167,10 @@ void DxfWriter::giveDataHandles(DataDictionary &dictionary)
     if (!dictionary.changed)
         return;
     if (!dictionary.source && dictionary.handle == 0 && dictionary.hasRecords())
-        dictionary.handle = d.nextHandle++;
+        dictionary.handle = d.newHandle();
     for (auto &[key, record] : dictionary.records)
         if (record.changed && !record.source && record.handle == 0 && record.isPresent())
-            record.handle = d.nextHandle++;
+            record.handle = d.newHandle();
 }
 
 /// In the order of handles, so that the text does not depend on where objects lie in memory. Erased ones are left out.

@@ -1,0 +1,309 @@
+// What was done to a drawing can be taken back, undone and redone, to the last byte of its text.
+#include "host/drawing/ChangeLog.h"
+
+#include "tests/host/drawing/RandomChanges.h"
+
+#include <gmock/gmock.h>
+
+using namespace velmor;
+using testing::ElementsAre;
+
+namespace {
+
+// Sanitized programs are ten times slower.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int kSteps = 1000;
+#else
+constexpr int kSteps = 10000;
+#endif
+
+AcDbLine &addLine(Drawing &drawing, double x)
+{
+    auto line = std::make_unique<AcDbLine>(AcGePoint3d(x, 0), AcGePoint3d(x, 1));
+    AcDbLine &made = *line;
+    drawing.append(std::move(line));
+    return made;
+}
+
+class ChangeLogTest : public testing::Test {
+protected:
+    void step(const std::function<void()> &work, const std::wstring &name = L"work")
+    {
+        log.begin(name);
+        work();
+        log.keep();
+    }
+    std::unique_ptr<Drawing> drawing = Drawing::createNew();
+    ChangeLog &log = drawing->component<ChangeLog>();
+};
+
+} // namespace
+
+TEST_F(ChangeLogTest, AStepOfManyChangesIsUndoneAndRedoneAsOne)
+{
+    const std::string first = drawing->write();
+    AcDbLine *line = nullptr;
+    step([&] {
+        line = &addLine(*drawing, 1);
+        drawing->setColorOf(*line, 3);
+        drawing->setLayerOf(*line, drawing->ensureLayer(L"New", 5));
+        drawing->setData(*line, "KEY", {{1, L"value"}});
+        addLine(*drawing, 2);
+    });
+    const std::string last = drawing->write();
+    EXPECT_EQ(log.undoCount(), 1u);
+    EXPECT_EQ(log.undoName(), L"work");
+
+    EXPECT_TRUE(log.undo());
+    EXPECT_TRUE(line->isErased());
+    EXPECT_EQ(drawing->findLayer(L"new"), std::nullopt);
+    EXPECT_EQ(drawing->write(), first);
+    EXPECT_FALSE(log.undo());
+
+    EXPECT_TRUE(log.redo());
+    EXPECT_EQ(drawing->data(*line, "KEY"), (DataItems{{1, L"value"}}));
+    EXPECT_EQ(drawing->write(), last);
+    EXPECT_FALSE(log.redo());
+}
+
+TEST_F(ChangeLogTest, ANewStepEndsWhatCouldBeRedone)
+{
+    step([&] { addLine(*drawing, 1); });
+    log.undo();
+    EXPECT_TRUE(log.canRedo());
+    step([&] { addLine(*drawing, 2); });
+    EXPECT_FALSE(log.canRedo());
+    EXPECT_FALSE(log.redo());
+    EXPECT_EQ(log.undoCount(), 1u);
+}
+
+TEST_F(ChangeLogTest, AStepWithoutChangesIsNoStepAndKeepsWhatCanBeRedone)
+{
+    step([&] { addLine(*drawing, 1); });
+    log.undo();
+    step([] {});
+    EXPECT_TRUE(log.canRedo());
+    EXPECT_EQ(log.undoCount(), 0u);
+}
+
+TEST_F(ChangeLogTest, InnerRunsBelongToTheOuterStep)
+{
+    log.begin(L"outer");
+    addLine(*drawing, 1);
+    log.begin(L"inner");
+    addLine(*drawing, 2);
+    log.keep();
+    log.keep();
+    EXPECT_EQ(log.undoCount(), 1u);
+    EXPECT_EQ(log.undoName(), L"outer");
+}
+
+TEST_F(ChangeLogTest, AFailedInnerRunTakesBackItsOwnChangesAlone)
+{
+    log.begin(L"outer");
+    AcDbLine &kept = addLine(*drawing, 1);
+    log.begin(L"inner");
+    AcDbLine &lost = addLine(*drawing, 2);
+    drawing->setColorOf(kept, 4);
+    log.takeBack();
+    EXPECT_FALSE(kept.isErased());
+    EXPECT_EQ(kept.colorIndex(), 256);
+    EXPECT_TRUE(lost.isErased());
+    log.keep();
+    EXPECT_EQ(log.undoCount(), 1u);
+    log.undo();
+    EXPECT_TRUE(kept.isErased());
+}
+
+TEST_F(ChangeLogTest, AHandlerInACommandIsAStepOfItsOwnBetweenTheCommandsSteps)
+{
+    log.begin(L"command");
+    AcDbLine &before = addLine(*drawing, 1);
+    log.begin(L"handler");
+    AcDbLine &handled = addLine(*drawing, 2);
+    log.keepForGood();
+    AcDbLine &after = addLine(*drawing, 3);
+    log.takeBack();
+    EXPECT_TRUE(after.isErased());
+    EXPECT_FALSE(handled.isErased());
+    EXPECT_EQ(log.undoCount(), 2u);
+    EXPECT_EQ(log.undoName(), L"handler");
+    log.undo();
+    EXPECT_TRUE(handled.isErased());
+    EXPECT_FALSE(before.isErased());
+    EXPECT_EQ(log.undoName(), L"command");
+    log.undo();
+    EXPECT_TRUE(before.isErased());
+}
+
+TEST_F(ChangeLogTest, ChangesOutsideOfAnyRunAreAStepWithoutAName)
+{
+    step([&] { addLine(*drawing, 1); });
+    AcDbLine &loose = addLine(*drawing, 2);
+    EXPECT_EQ(log.undoCount(), 2u);
+    EXPECT_EQ(log.undoName(), L"");
+    log.undo();
+    EXPECT_TRUE(loose.isErased());
+    EXPECT_EQ(log.undoName(), L"work");
+}
+
+TEST_F(ChangeLogTest, ADrawingIsCleanAgainAtTheStateThatWasSaved)
+{
+    const auto file = std::filesystem::temp_directory_path() / "velmor_change_log_test.dxf";
+    EXPECT_FALSE(drawing->isModified());
+    step([&] { addLine(*drawing, 1); });
+    EXPECT_TRUE(drawing->isModified());
+    log.undo();
+    EXPECT_FALSE(drawing->isModified());
+    log.redo();
+    ASSERT_TRUE(drawing->save(file, {.backup = false}));
+    EXPECT_FALSE(drawing->isModified());
+    log.undo();
+    EXPECT_TRUE(drawing->isModified());
+    log.redo();
+    EXPECT_FALSE(drawing->isModified());
+    log.undo();
+    step([&] { addLine(*drawing, 2); });
+    log.undo();
+    EXPECT_TRUE(drawing->isModified()) << "the saved state was given up";
+    std::filesystem::remove(file);
+}
+
+TEST_F(ChangeLogTest, AFailedRunLeavesACleanDrawingClean)
+{
+    log.begin();
+    addLine(*drawing, 1);
+    log.takeBack();
+    EXPECT_FALSE(drawing->isModified());
+}
+
+TEST_F(ChangeLogTest, AnUndoneObjectIsNotFoundByItsHandleAndItsNumberIsFree)
+{
+    std::uint64_t handle = 0;
+    step([&] { handle = handleOf(addLine(*drawing, 1)); });
+    EXPECT_NE(drawing->findByHandle(handle), nullptr);
+    log.undo();
+    EXPECT_EQ(drawing->findByHandle(handle), nullptr);
+    step([&] { EXPECT_EQ(handleOf(addLine(*drawing, 2)), handle); });
+}
+
+TEST_F(ChangeLogTest, AHandleAskedForAfterAnUndoIsNotOneThatComesBack)
+{
+    // A file of the first release without handles.
+    auto read =
+        Drawing::read("0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n0\n20\n0\n11\n1\n21\n1\n0\nENDSEC\n0\nEOF\n");
+    ASSERT_TRUE(read.drawing);
+    Drawing &old = *read.drawing;
+    auto &oldLog = old.component<ChangeLog>();
+    AcDbEntity &line = *old.modelSpace().entities().front();
+    AcDbLine *made = nullptr;
+    oldLog.begin();
+    made = &addLine(old, 1);
+    const std::uint64_t second = handleOf(*made);
+    oldLog.keep();
+    oldLog.undo();
+    const std::uint64_t asked = handleOf(line);
+    EXPECT_NE(asked, second);
+    EXPECT_TRUE(oldLog.canRedo()) << "asking for a handle is no step";
+    oldLog.redo();
+    EXPECT_EQ(old.findByHandle(second), made);
+    EXPECT_EQ(old.findByHandle(asked), &line);
+}
+
+TEST_F(ChangeLogTest, TheOldestStepsAreForgottenWhenTheLogIsFull)
+{
+    for (int i = 0; i < 100; ++i)
+        step([&] { addLine(*drawing, i); });
+    const std::size_t each = log.bytes() / 100;
+    log.setLimit(10 * each);
+    EXPECT_EQ(log.undoCount(), 10u);
+    EXPECT_LE(log.bytes(), 10 * each);
+    while (log.undo())
+        ;
+    EXPECT_TRUE(drawing->isModified()) << "steps that are kept no longer still were done";
+}
+
+TEST_F(ChangeLogTest, ObserversLearnOfWhatUndoAndRedoChange)
+{
+    struct Recorder final : DrawingObserver {
+        std::vector<std::string> calls;
+        void entityModified(AcDbEntity &) override { calls.push_back("modified"); }
+        void entityErased(AcDbEntity &, bool erased) override { calls.push_back(erased ? "erased" : "back"); }
+    } recorder;
+    AcDbLine &line = addLine(*drawing, 1);
+    step([&] { drawing->setColorOf(line, 2); });
+    step([&] { addLine(*drawing, 2); });
+    step([&] { drawing->erase(line); });
+    drawing->addObserver(recorder);
+    log.undo();
+    log.undo();
+    log.undo();
+    log.redo();
+    log.redo();
+    drawing->removeObserver(recorder);
+    EXPECT_THAT(recorder.calls, ElementsAre("back", "erased", "modified", "modified", "back"));
+}
+
+class EveryVersion : public testing::TestWithParam<const char *> {};
+
+TEST_P(EveryVersion, RandomStepsUndoneAndRedoneGiveTheSameText)
+{
+    // An empty drawing in the version, with a few things to change.
+    std::string text = Drawing::createNew()->write();
+    if (std::string_view(GetParam()) == "AC1009") {
+        text = "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1009\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n";
+        for (int i = 0; i < 20; ++i)
+            text += "0\nLINE\n8\nA\n10\n" + std::to_string(i) + "\n20\n0\n11\n1\n21\n1\n";
+        text += "0\nENDSEC\n0\nEOF\n";
+    }
+    auto read = Drawing::read(text);
+    ASSERT_TRUE(read.drawing);
+    Drawing &drawing = *read.drawing;
+    {
+        test::RandomChanges before(drawing, 1);
+        for (int i = 0; i < 200; ++i)
+            before.make();
+        // And what a file already holds: the changes come back from their own text.
+        read = Drawing::read(drawing.write());
+        ASSERT_TRUE(read.drawing);
+    }
+    Drawing &town = *read.drawing;
+    auto &log = town.component<ChangeLog>();
+    log.setLimit(std::size_t{4} << 30);
+    const std::string first = town.write();
+
+    constexpr unsigned kSeed = 20261121;
+    test::RandomChanges changes(town, kSeed);
+    std::mt19937 random(kSeed);
+    for (int i = 0; i < kSteps; ++i) {
+        log.begin(L"step");
+        for (unsigned count = 1 + random() % 3; count > 0; --count)
+            changes.make();
+        if (random() % 50 == 0)
+            log.takeBack();
+        else
+            log.keep();
+        if (random() % 20 == 0)
+            log.undo();
+        if (random() % 25 == 0)
+            log.redo();
+    }
+    EXPECT_GT(log.undoCount(), static_cast<std::size_t>(kSteps) * 7 / 10);
+    const std::string last = town.write();
+    EXPECT_NE(last, first);
+
+    while (log.undo())
+        ;
+    EXPECT_EQ(town.write(), first);
+    EXPECT_FALSE(town.isModified());
+    while (log.redo())
+        ;
+    EXPECT_EQ(town.write(), last);
+    // And what it says is a whole drawing.
+    const auto again = Drawing::read(last);
+    ASSERT_TRUE(again.drawing);
+    EXPECT_FALSE(again.report.damaged());
+    EXPECT_EQ(again.drawing->write(), last);
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, EveryVersion, testing::Values("AC1027", "AC1009"));
