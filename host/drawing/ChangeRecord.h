@@ -62,7 +62,7 @@ struct Change {
     struct Extra {
         std::variant<std::monostate, EntityShape, std::wstring, RecordState, HeaderState, LayerState, BlockState> state;
     };
-    std::unique_ptr<Extra> extra;
+    std::unique_ptr<Extra> extra = nullptr;
 
     template <class State>
     State &as() const

@@ -59,6 +59,7 @@ public:
     static std::vector<AcDbEntity *> &entities(BlockRecord &record) { return record.m_entities; }
     static AcGePoint3d &basePoint(BlockRecord &record) { return record.m_basePoint; }
     static std::wstring &name(BlockRecord &record) { return record.m_name; }
+    static std::vector<AcDbEntity *> &erasedWithIt(BlockRecord &record) { return record.m_erasedWithIt; }
 
     static std::vector<AcDbObjectId> &attributes(AcDbBlockReference &reference) { return reference.m_attributes; }
     static const std::vector<AcDbObjectId> &attributes(const AcDbBlockReference &reference)
