@@ -9,7 +9,7 @@ namespace {
 template <class Polyline>
 PolylineShape planShape(const Polyline &polyline)
 {
-    return {polyline.vertices(), polyline.elevation(), polyline.isClosed()};
+    return {polyline.vertices(), polyline.elevation(), polyline.isClosed(), 0.0};
 }
 
 HatchShape hatchShape(const AcDbHatch &hatch)
@@ -107,10 +107,12 @@ struct Setter {
             ObjectAccess::elevation(polyline) = shape.elevation;
             ObjectAccess::closed(polyline) = shape.closed;
         };
-        if (kindOf(entity) == EntityKind::LwPolyline)
+        if (kindOf(entity) == EntityKind::LwPolyline) {
             give(static_cast<AcDbPolyline &>(entity));
-        else
+            ObjectAccess::width(static_cast<AcDbPolyline &>(entity)) = shape.width;
+        } else {
             give(static_cast<AcDb2dPolyline &>(entity));
+        }
     }
     void operator()(Polyline3dShape &&shape) const
     {
@@ -154,8 +156,12 @@ EntityShape shapeOf(const AcDbEntity &entity)
         return {static_cast<const SplineEntity &>(entity).shape()};
     case EntityKind::Point:
         return {static_cast<const PointEntity &>(entity).position()};
-    case EntityKind::LwPolyline:
-        return {planShape(static_cast<const AcDbPolyline &>(entity))};
+    case EntityKind::LwPolyline: {
+        const auto &polyline = static_cast<const AcDbPolyline &>(entity);
+        PolylineShape shape = planShape(polyline);
+        shape.width = polyline.constantWidth();
+        return {std::move(shape)};
+    }
     case EntityKind::Polyline2d:
         return {planShape(static_cast<const AcDb2dPolyline &>(entity))};
     case EntityKind::Polyline3d: {

@@ -23,6 +23,7 @@ struct PolylineShape {
     std::vector<AcDbPolyline::Vertex> vertices;
     double elevation = 0.0;
     bool closed = false;
+    double width = 0.0; ///< only a light-weight one has it
 };
 struct Polyline3dShape {
     std::vector<AcGePoint3d> vertices;

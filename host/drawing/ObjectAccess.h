@@ -96,6 +96,7 @@ public:
     {
         return polyline.m_elevation;
     }
+    static double &width(AcDbPolyline &polyline) { return polyline.m_width; }
     static AcDbBlockReference::Placement &placement(AcDbBlockReference &reference) { return reference.m_placement; }
     /// The pattern's lines are evaluated anew when they are asked for.
     static void forgetLines(AcDbHatch &hatch)

@@ -1,5 +1,6 @@
 #include "host/drawing/Uses.h"
 
+#include "host/drawing/ChangeLog.h"
 #include "host/drawing/DrawingData.h"
 #include "host/drawing/dxf/DataTags.h"
 #include "host/drawing/dxf/Numbers.h"
@@ -142,6 +143,8 @@ Uses usesOf(const Drawing &drawing)
 
 void Drawing::Private::setLayerErased(std::size_t index, bool erasing)
 {
+    if (log)
+        log->noteLayer(index);
     Layer &layer = layers[index];
     layer.erased = erasing;
     if (erasing)
@@ -163,6 +166,8 @@ bool Drawing::eraseLayer(std::size_t index, bool erasing)
 
 void Drawing::setBlockErased(BlockRecord &block, bool erasing)
 {
+    if (d->log)
+        d->log->noteBlockErasing(block);
     ObjectAccess::set(block, kErased, erasing);
     if (erasing) {
         for (AcDbEntity *entity : block.m_entities)

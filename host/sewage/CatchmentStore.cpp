@@ -68,7 +68,7 @@ CatchmentStore *CatchmentStore::ofWorkingDrawing()
 
 CatchmentStore::Key CatchmentStore::keyOf(const StoredArea &area)
 {
-    return {area.m_record.order, handleOf(*area.m_entity)};
+    return {area.m_record.order, area.m_handle};
 }
 
 // --- Following the drawing ----------------------------------------------------------------------------------

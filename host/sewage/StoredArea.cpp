@@ -22,7 +22,7 @@ constexpr wchar_t kIslandsTag[] = L"CA_ISLANDS";
 } // namespace
 
 StoredArea::StoredArea(CatchmentStore &store, AcDbEntity &entity, AreaRecord record)
-    : m_store(&store), m_entity(&entity), m_record(std::move(record))
+    : m_store(&store), m_entity(&entity), m_handle(handleOf(entity)), m_record(std::move(record))
 {
 }
 

@@ -59,6 +59,7 @@ private:
 
     CatchmentStore *m_store; ///< null when the area was deleted or the drawing is gone
     AcDbEntity *m_entity;
+    std::uint64_t m_handle; ///< of the entity; an entity that was undone has none any more
     AreaRecord m_record;
     mutable bool m_geometryKnown = false;
     mutable double m_squareMetres = 0.0;

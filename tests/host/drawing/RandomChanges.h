@@ -77,7 +77,7 @@ inline std::unique_ptr<AcDbEntity> RandomChanges::anEntity()
         return std::make_unique<AcDbPolyline>(std::move(vertices), upTo(2) == 0);
     }
     case 3:
-        return std::make_unique<TextEntity>(TextShape{.position = point(), .height = 2.5, .text = word()});
+        return std::make_unique<TextEntity>(TextShape{point(), 2.5, 0.0, 1.0, 0, 0, word()});
     case 4:
         return std::make_unique<PointEntity>(point());
     case 5: {
@@ -154,8 +154,9 @@ inline int RandomChanges::make()
         BlockRecord &block = m_drawing.addBlock(L"Block " + std::to_wstring(upTo(8)), point());
         if (block.entities().empty()) {
             m_drawing.append(std::make_unique<AcDbLine>(point(), point()), block);
-            m_drawing.append(std::make_unique<AttributeDefinitionEntity>(L"NAME", L"", TextShape{.text = word()}),
-                             block);
+            m_drawing.append(
+                std::make_unique<AttributeDefinitionEntity>(L"NAME", L"", TextShape{{}, 2.5, 0.0, 1.0, 0, 0, word()}),
+                block);
         }
         AcDbBlockReference::Placement placement;
         placement.position = point();

@@ -177,14 +177,17 @@ TEST_F(ChangeLogTest, AFailedRunLeavesACleanDrawingClean)
     EXPECT_FALSE(drawing->isModified());
 }
 
-TEST_F(ChangeLogTest, AnUndoneObjectIsNotFoundByItsHandleAndItsNumberIsFree)
+TEST_F(ChangeLogTest, AnUndoneObjectIsNotFoundByItsHandleAndItsNumberIsFreeOnceItCannotComeBack)
 {
     std::uint64_t handle = 0;
     step([&] { handle = handleOf(addLine(*drawing, 1)); });
     EXPECT_NE(drawing->findByHandle(handle), nullptr);
     log.undo();
     EXPECT_EQ(drawing->findByHandle(handle), nullptr);
-    step([&] { EXPECT_EQ(handleOf(addLine(*drawing, 2)), handle); });
+    step([&] { EXPECT_NE(handleOf(addLine(*drawing, 2)), handle); });
+    log.undo();
+    log.forget();
+    step([&] { EXPECT_EQ(handleOf(addLine(*drawing, 3)), handle); });
 }
 
 TEST_F(ChangeLogTest, AHandleAskedForAfterAnUndoIsNotOneThatComesBack)
