@@ -67,6 +67,7 @@ public:
         if (on ? m_blanked.insert(&entity).second : m_blanked.erase(&entity) > 0)
             ++m_revision;
     }
+    const std::unordered_set<const AcDbEntity *> &blanked() const { return m_blanked; }
     bool isBlanked(const AcDbEntity &entity) const { return !m_blanked.empty() && m_blanked.contains(&entity); }
 
     /// Grows with every change.

@@ -1,7 +1,5 @@
 #include "host/editor/FramePainter.h"
 
-#include "host/drawing/HatchPattern.h"
-#include "host/drawing/Transient.h"
 #include "host/editor/DisplayIndex.h"
 #include "host/editor/LineRaster.h"
 #include "host/editor/ShapeWalker.h"
@@ -23,13 +21,13 @@ constexpr double kSmallestLetters = 4.5; ///< height in pixels; lower texts are 
 constexpr double kSharpPixels = 0.02;    ///< how far lines may be off where their ends are kept as floats
 constexpr double kFloatStep = 1.2e-7;
 constexpr int kSolidAlpha = 110;
+constexpr double kTemporaryWidth = 2.5;
 constexpr double kDensestHatch = 3.0; ///< pixels of area for one line of a pattern; denser ones become a tint
 
 /// Draws the walk of entities with a line raster; fills and texts are handed to a painter.
 class RasterWalker final : public ShapeWalker {
 public:
-    RasterWalker(QImage &image, const QRect &clip, const Drawing &drawing, const ViewTransform &view,
-                 const PaintStyle &style)
+    RasterWalker(QImage &image, const QRect &clip, Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
         : ShapeWalker(drawing, 1.0 / view.pixelsPerUnit), m_raster(image, clip), m_view(view), m_style(style),
           m_texts(view), m_ratio(image.devicePixelRatio()), m_scale(view.pixelsPerUnit * m_ratio),
           m_left(0.5 * view.size.width() * m_ratio), m_top(0.5 * view.size.height() * m_ratio), m_visible(partOf(clip))
@@ -166,7 +164,8 @@ class Frame {
 public:
     Frame(QImage &image, const QRect &part, Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
         : m_image(image), m_part(part & image.rect()), m_drawing(drawing), m_style(style),
-          m_index(drawing.component<DisplayIndex>()), m_walker(image, m_part, drawing, view, style),
+          m_index(drawing.component<DisplayIndex>()), m_transient(drawing.component<TransientGraphics>()),
+          m_hasBlanked(!m_transient.blanked().empty()), m_walker(image, m_part, drawing, view, style),
           m_tiny(m_walker.ratio())
     {
     }
@@ -260,7 +259,7 @@ private:
         const double minY = m_part.top() - reach, maxY = m_part.bottom() + 1 + reach;
         for (const Index::Item &item : node.items) {
             const PenState &pen = m_pens[item.pen];
-            if (item.gone || !pen.visible)
+            if (item.gone || !pen.visible || (m_hasBlanked && m_transient.isBlanked(m_index.entity(item.entity))))
                 continue;
             // The ends of a line, or two corners of a box.
             double ax = left + static_cast<double>(item.shape[0]) * k,
@@ -308,6 +307,8 @@ private:
     Drawing &m_drawing;
     const PaintStyle &m_style;
     DisplayIndex &m_index;
+    const TransientGraphics &m_transient;
+    bool m_hasBlanked;
     RasterWalker m_walker;
     double m_tiny; ///< what is smaller than this, in image pixels, is a dot
     std::vector<PenState> m_pens;
@@ -323,7 +324,7 @@ FrameCounts paintFrame(QImage &image, const QRect &part, Drawing &drawing, const
 }
 
 void paintOver(QImage &image, const std::vector<const AcDbEntity *> &entities, int color, double width,
-               const Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
+               Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
 {
     if (entities.empty())
         return;
@@ -346,21 +347,23 @@ void paintOver(QImage &image, const std::vector<const AcDbEntity *> &entities, i
     }
 }
 
-void paintTransient(QImage &image, Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
+void paintMark(QImage &image, const TransientMark &mark, const std::vector<PatternLine> &lines, Drawing &drawing,
+               const ViewTransform &view, const PaintStyle &style)
 {
-    const auto &transient = drawing.component<TransientGraphics>();
     RasterWalker walker(image, image.rect(), drawing, view, style);
-    for (const auto &[key, mark] : transient.marks()) {
-        for (const PatternLine &line : patternLines(mark.rings, mark.pattern, mark.angle, mark.scale)) {
-            walker.useColor(mark.color);
-            walker.rasterLine(walker.imageX(line.x1), walker.imageY(line.y1), walker.imageX(line.x2),
-                              walker.imageY(line.y2));
-        }
-        for (const TransientRing &ring : mark.rings)
-            walker.walkPath(ring, true, mark.color);
-    }
-    walker.setPenWidth(2.5);
-    for (const TransientPath &path : transient.temporary())
+    walker.useColor(mark.color);
+    for (const PatternLine &line : lines)
+        walker.rasterLine(walker.imageX(line.x1), walker.imageY(line.y1), walker.imageX(line.x2),
+                          walker.imageY(line.y2));
+    for (const TransientRing &ring : mark.rings)
+        walker.walkPath(ring, true, mark.color);
+}
+
+void paintTemporary(QImage &image, Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
+{
+    RasterWalker walker(image, image.rect(), drawing, view, style);
+    walker.setPenWidth(kTemporaryWidth);
+    for (const TransientPath &path : drawing.component<TransientGraphics>().temporary())
         walker.walkPath(path.vertices, path.closed, path.color);
 }
 

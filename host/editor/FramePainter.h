@@ -2,6 +2,8 @@
 #pragma once
 
 #include "host/drawing/Drawing.h"
+#include "host/drawing/HatchPattern.h"
+#include "host/drawing/Transient.h"
 #include "host/editor/Painter.h"
 #include "host/editor/ViewTransform.h"
 
@@ -9,6 +11,7 @@
 #include <QRect>
 
 #include <cstddef>
+#include <vector>
 
 namespace velmor {
 
@@ -29,9 +32,12 @@ FrameCounts paintFrame(QImage &image, const QRect &part, Drawing &drawing, const
 
 /// Paints some entities over what is there, in one colour and with a wide pen; the image may be transparent.
 void paintOver(QImage &image, const std::vector<const AcDbEntity *> &entities, int color, double width,
-               const Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
+               Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
 
-/// Paints a drawing's marks and its temporary drawing over what is there; the image may be transparent.
-void paintTransient(QImage &image, Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
+/// Paints a mark with the lines of its pattern.
+void paintMark(QImage &image, const TransientMark &mark, const std::vector<PatternLine> &lines, Drawing &drawing,
+               const ViewTransform &view, const PaintStyle &style);
+/// Paints the drawing's temporary drawing.
+void paintTemporary(QImage &image, Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
 
 } // namespace velmor

@@ -72,7 +72,16 @@ MainWindow::MainWindow(Session &session)
     connect(m_commandLine, &CommandLine::cancelled, this, [this] { giveAnswer({Answer::Escape{}}); });
     connect(m_viewport, &Viewport::cancelled, this, [this] { giveAnswer({Answer::Escape{}}); });
     connect(m_viewport, &Viewport::entered, this, [this] { giveAnswer({Answer::Enter{}}); });
-    connect(m_viewport, &Viewport::clicked, this, &MainWindow::takeClick);
+    connect(m_viewport, &Viewport::clicked, this, [this](double x, double y) { giveAnswer({AcGePoint3d(x, y)}); });
+    connect(m_viewport, &Viewport::entityPicked, this, [this](AcDbObjectId id, double x, double y) {
+        giveAnswer({Answer::Pick{id, AcGePoint3d(x, y)}});
+    });
+    connect(m_viewport, &Viewport::selected, this, [this](const AcDbObjectIdArray &ids, bool removing) {
+        if (!removing)
+            giveAnswer({ids});
+    });
+    m_viewport->setDraftingSource([this] { return draftingOf(m_session); },
+                                  [this](const Drafting &drafting) { setDrafting(m_session, drafting); });
     connect(m_viewport, &Viewport::pointerMoved, this, [this](double x, double y) {
         m_coordinates->setText(QStringLiteral("%1, %2").arg(x, 0, 'f', 4).arg(y, 0, 'f', 4));
         if (m_prompt != nullptr && m_prompt->tip)
@@ -245,12 +254,12 @@ std::optional<Answer> MainWindow::ask(const Prompt &prompt)
     m_promptLoop = &loop;
     m_answer.reset();
     m_commandLine->setPrompt(QString::fromStdWString(prompt.text));
-    m_viewport->setPicking(prompt.kind == PromptKind::Point, prompt.base);
+    m_viewport->setPrompt(&prompt);
     m_commandLine->focusInput();
     loop.exec();
     m_prompt = outer;
     m_promptLoop = outerLoop;
-    m_viewport->setPicking(false);
+    m_viewport->setPrompt(outer);
     m_viewport->setToolTip({});
     m_commandLine->setPrompt(outer != nullptr ? QString::fromStdWString(outer->text) : ui("ui.command.idle"));
     return std::exchange(m_answer, std::nullopt);
@@ -272,22 +281,6 @@ void MainWindow::takeText(const QString &text)
         giveAnswer({Answer::Enter{}});
     else
         giveAnswer({text.toStdWString()});
-}
-
-void MainWindow::takeClick(double x, double y)
-{
-    if (m_prompt == nullptr)
-        return;
-    const AcGePoint3d point(x, y);
-    if (m_prompt->kind == PromptKind::Point)
-        giveAnswer({point});
-    else if (m_prompt->kind == PromptKind::Entity) {
-        AcDbEntity *entity = m_viewport->entityAt(point);
-        giveAnswer({Answer::Pick{entity != nullptr ? idOf(*entity) : AcDbObjectId{}, point}});
-    } else if (m_prompt->kind == PromptKind::Selection) {
-        if (AcDbEntity *entity = m_viewport->entityAt(point))
-            giveAnswer({AcDbObjectIdArray{idOf(*entity)}});
-    }
 }
 
 void MainWindow::runCommand(const QString &line)

@@ -69,7 +69,6 @@ private:
     void say(const std::wstring &text);
     void runCommand(const QString &line);
     void takeText(const QString &text);
-    void takeClick(double x, double y);
     void giveAnswer(Answer answer);
     void refreshTitle();
     void showFailure(const std::string &message);

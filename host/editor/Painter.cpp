@@ -51,6 +51,13 @@ public:
         flush();
     }
 
+    void paint(const AcDbEntity &entity, int color, double width)
+    {
+        m_penWidth = width;
+        walk(entity, color);
+        flush();
+    }
+
 private:
     bool isVisible(const QPointF &a, const QPointF &b) const
     {
@@ -132,6 +139,12 @@ QColor PaintStyle::color(int index) const
 void paintDrawing(QPainter &painter, Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
 {
     ScenePainter(painter, drawing, view, style).paint();
+}
+
+void paintEntity(QPainter &painter, const AcDbEntity &entity, int color, double width, Drawing &drawing,
+                 const ViewTransform &view, const PaintStyle &style)
+{
+    ScenePainter(painter, drawing, view, style).paint(entity, color, width);
 }
 
 Extents visibleExtents(const Drawing &drawing)

@@ -10,8 +10,8 @@ class QPainter;
 
 namespace velmor {
 
-/// Colour index of what is highlighted.
-inline constexpr int kHighlightColor = 2;
+/// Colour indices of what is highlighted, and of what stands in the selection.
+inline constexpr int kHighlightColor = 2, kSelectionColor = 4;
 
 struct PaintStyle {
     QColor background = Qt::white;
@@ -26,6 +26,10 @@ struct PaintStyle {
 /// Paints all visible entities of model space and the drawing's transient graphics. What lies outside the view, and
 /// what is smaller than a pixel, costs next to nothing. The painter's coordinates are the view's logical pixels.
 void paintDrawing(QPainter &painter, Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
+
+/// Paints one entity in one colour over what is there.
+void paintEntity(QPainter &painter, const AcDbEntity &entity, int color, double width, Drawing &drawing,
+                 const ViewTransform &view, const PaintStyle &style);
 
 /// Extents of all visible entities of model space.
 Extents visibleExtents(const Drawing &drawing);

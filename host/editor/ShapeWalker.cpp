@@ -26,8 +26,8 @@ PlaneMap placementOf(const AcDbBlockReference::Placement &p, const AcGePoint3d &
 
 } // namespace
 
-ShapeWalker::ShapeWalker(const Drawing &drawing, double unitsPerPixel)
-    : m_drawing(drawing), m_unitsPerPixel(unitsPerPixel)
+ShapeWalker::ShapeWalker(Drawing &drawing, double unitsPerPixel)
+    : m_drawing(drawing), m_transient(drawing.component<TransientGraphics>()), m_unitsPerPixel(unitsPerPixel)
 {
 }
 
@@ -50,7 +50,9 @@ void ShapeWalker::walkRun(const AcDbEntity &polyline, std::size_t first, std::si
     };
     switch (kindOf(polyline)) {
     case EntityKind::LwPolyline:
+        m_width = static_cast<const AcDbPolyline &>(polyline).constantWidth();
         bulged(static_cast<const AcDbPolyline &>(polyline).vertices());
+        m_width = 0.0;
         break;
     case EntityKind::Polyline2d:
         bulged(static_cast<const AcDb2dPolyline &>(polyline).vertices());
@@ -70,7 +72,7 @@ void ShapeWalker::walkRun(const AcDbEntity &polyline, std::size_t first, std::si
 
 void ShapeWalker::walkPlaced(const AcDbEntity &entity, const PlaneMap &map, int forcedColor, int depth)
 {
-    if (entity.isErased() || !m_drawing.layer(layerIndexOf(entity)).visible())
+    if (entity.isErased() || !m_drawing.layer(layerIndexOf(entity)).visible() || m_transient.isBlanked(entity))
         return;
     const int color = forcedColor >= 0 ? forcedColor : effectiveColor(m_drawing, entity);
     switch (kindOf(entity)) {
@@ -100,7 +102,9 @@ void ShapeWalker::walkPlaced(const AcDbEntity &entity, const PlaneMap &map, int 
         break;
     case EntityKind::LwPolyline: {
         const auto &polyline = static_cast<const AcDbPolyline &>(entity);
+        m_width = polyline.constantWidth() * map.scale();
         path(polyline.vertices(), polyline.isClosed(), map, color);
+        m_width = 0.0;
         break;
     }
     case EntityKind::Polyline2d: {

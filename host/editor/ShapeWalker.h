@@ -3,6 +3,7 @@
 
 #include "host/drawing/CurvePath.h"
 #include "host/drawing/Drawing.h"
+#include "host/drawing/Transient.h"
 
 #include <QPainterPath>
 #include <QPointF>
@@ -31,7 +32,7 @@ class ShapeWalker {
 public:
     /// unitsPerPixel: of what is drawn on, in world units; chords stray a quarter of it from their curve, and marks of
     /// points are four of it wide.
-    ShapeWalker(const Drawing &drawing, double unitsPerPixel);
+    ShapeWalker(Drawing &drawing, double unitsPerPixel);
     virtual ~ShapeWalker() = default;
 
     /// forcedColor: the colour index for all of the entity; below 0: its own.
@@ -72,7 +73,8 @@ private:
     void segment(const Vertex &from, const Vertex &to, const PlaneMap &map, int color);
     void path(const std::vector<Vertex> &vertices, bool closed, const PlaneMap &map, int color);
 
-    const Drawing &m_drawing;
+    Drawing &m_drawing;
+    const TransientGraphics &m_transient;
     double m_unitsPerPixel;
     double m_width = 0.0;                    ///< of the path that is being walked, world units
     std::vector<const BlockRecord *> m_open; ///< blocks around what is being walked

@@ -1,76 +1,112 @@
 #include "host/editor/Viewport.h"
 
-#include "host/drawing/Transient.h"
+#include "host/editor/Captions.h"
+#include "host/editor/DisplayIndex.h"
+#include "host/editor/FramePainter.h"
 
-#include <QApplication>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
-#include <QWheelEvent>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace velmor {
 
 namespace {
 
-constexpr double kWheelFactor = 1.2; ///< zoom for one notch
-constexpr double kPickPixels = 6.0;
-constexpr double kPanFraction = 0.1; ///< of the view, for one arrow key
+constexpr std::size_t kMostPast = 50; ///< views that can be gone back to
+constexpr double kNorthSize = 34.0, kNorthMargin = 12.0;
+constexpr double kMarkerSize = 5.0; ///< half of an object snap's marker, pixels
+constexpr double kTipOffset = 14.0;
 
-double distanceToSegment(const AcGePoint3d &p, double ax, double ay, double bx, double by)
+/// Metres for a drawing unit, by the numbers that files use; units that are no length count as metres.
+double metresPerUnit(const Drawing &drawing)
 {
-    const double dx = bx - ax, dy = by - ay;
-    const double lengthSquared = dx * dx + dy * dy;
-    const double t =
-        lengthSquared > 0.0 ? std::clamp(((p.x - ax) * dx + (p.y - ay) * dy) / lengthSquared, 0.0, 1.0) : 0.0;
-    return std::hypot(p.x - ax - t * dx, p.y - ay - t * dy);
+    static constexpr std::array kMetres{1.0,     0.0254, 0.3048, 1609.344, 0.001, 0.01, 1.0,  1000.0, 2.54e-8,
+                                        2.54e-5, 0.9144, 1e-10,  1e-9,     1e-6,  0.1,  10.0, 100.0};
+    const auto text = drawing.headerVariable("$INSUNITS");
+    const int unit = text ? std::atoi(text->c_str()) : 0;
+    return unit > 0 && unit < static_cast<int>(kMetres.size()) ? kMetres[static_cast<std::size_t>(unit)] : 1.0;
 }
 
-template <class Vertices>
-double distanceToPath(const AcGePoint3d &p, const Vertices &vertices, bool closed)
+const char *nameOf(SnapBit kind)
 {
-    double best = 1e300;
-    for (std::size_t i = 1; i < vertices.size(); ++i)
-        best = std::min(best, distanceToSegment(p, vertices[i - 1].x, vertices[i - 1].y, vertices[i].x, vertices[i].y));
-    if (closed && vertices.size() > 2)
-        best = std::min(best, distanceToSegment(p, vertices[vertices.size() - 1].x, vertices[vertices.size() - 1].y,
-                                                vertices[0].x, vertices[0].y));
-    return best;
+    switch (kind) {
+    case kSnapEnd:
+        return "ui.snap.end";
+    case kSnapMiddle:
+        return "ui.snap.middle";
+    case kSnapCenter:
+        return "ui.snap.center";
+    case kSnapNode:
+        return "ui.snap.node";
+    case kSnapQuadrant:
+        return "ui.snap.quadrant";
+    case kSnapIntersection:
+        return "ui.snap.intersection";
+    case kSnapInsertion:
+        return "ui.snap.insertion";
+    case kSnapPerpendicular:
+        return "ui.snap.perpendicular";
+    case kSnapNearest:
+    case kSnapSuppressed:
+        break;
+    }
+    return "ui.snap.nearest";
 }
 
-/// Distance of a point from an entity's linework; from its extents for kinds that have none.
-double distanceTo(const AcDbEntity &entity, const AcGePoint3d &p)
+/// Each kind has a shape of its own.
+void paintMarker(QPainter &painter, SnapBit kind, const QPointF &p)
 {
-    switch (kindOf(entity)) {
-    case EntityKind::Line: {
-        const auto &line = static_cast<const AcDbLine &>(entity);
-        return distanceToSegment(p, line.startPoint().x, line.startPoint().y, line.endPoint().x, line.endPoint().y);
+    const double r = kMarkerSize;
+    const QRectF square(p.x() - r, p.y() - r, 2.0 * r, 2.0 * r);
+    const auto cross = [&] {
+        painter.drawLine(square.topLeft(), square.bottomRight());
+        painter.drawLine(square.topRight(), square.bottomLeft());
+    };
+    switch (kind) {
+    case kSnapEnd:
+        painter.drawRect(square);
+        break;
+    case kSnapMiddle:
+        painter.drawPolygon(QPolygonF{{p.x(), p.y() - r}, {p.x() + r, p.y() + r}, {p.x() - r, p.y() + r}});
+        break;
+    case kSnapCenter:
+        painter.drawEllipse(square);
+        break;
+    case kSnapNode:
+        painter.drawEllipse(square);
+        cross();
+        break;
+    case kSnapQuadrant:
+        painter.drawPolygon(QPolygonF{{p.x(), p.y() - r}, {p.x() + r, p.y()}, {p.x(), p.y() + r}, {p.x() - r, p.y()}});
+        break;
+    case kSnapIntersection:
+        cross();
+        break;
+    case kSnapInsertion:
+        painter.drawRect(QRectF(p.x() - r, p.y() - r, 1.3 * r, 1.3 * r));
+        painter.drawRect(QRectF(p.x() - 0.3 * r, p.y() - 0.3 * r, 1.3 * r, 1.3 * r));
+        break;
+    case kSnapPerpendicular:
+        painter.drawPolyline(QPolygonF{square.topLeft(), square.bottomLeft(), square.bottomRight()});
+        painter.drawPolyline(QPolygonF{{p.x() - r, p.y()}, p, {p.x(), p.y() + r}});
+        break;
+    case kSnapNearest:
+    case kSnapSuppressed:
+        painter.drawPolygon(QPolygonF{square.topLeft(), square.topRight(), square.bottomLeft(), square.bottomRight()});
+        break;
     }
-    case EntityKind::Circle: {
-        const auto &circle = static_cast<const CircleEntity &>(entity);
-        return std::abs(std::hypot(p.x - circle.center().x, p.y - circle.center().y) - circle.radius());
-    }
-    case EntityKind::LwPolyline: {
-        const auto &polyline = static_cast<const AcDbPolyline &>(entity);
-        return distanceToPath(p, polyline.vertices(), polyline.isClosed());
-    }
-    case EntityKind::Polyline2d: {
-        const auto &polyline = static_cast<const AcDb2dPolyline &>(entity);
-        return distanceToPath(p, polyline.vertices(), polyline.isClosed());
-    }
-    case EntityKind::Polyline3d: {
-        const auto &polyline = static_cast<const AcDb3dPolyline &>(entity);
-        return distanceToPath(p, polyline.vertices(), polyline.isClosed());
-    }
-    case EntityKind::Arc: {
-        const auto &arc = static_cast<const AcDbArc &>(entity);
-        return std::abs(std::hypot(p.x - arc.center().x, p.y - arc.center().y) - arc.radius());
-    }
-    default:
-        return extentsOf(entity).contains(p.x, p.y) ? 0.0 : 1e300;
-    }
+}
+
+/// "1:500"; three digits are enough for what a screen can tell.
+QString scaleText(double denominator)
+{
+    if (!(denominator > 0.0) || !std::isfinite(denominator))
+        return {};
+    const double digits = std::pow(10.0, std::max(0.0, std::floor(std::log10(denominator)) - 2.0));
+    const double shown = std::round(denominator / digits) * digits;
+    return QStringLiteral("1:%1").arg(shown, 0, 'f', denominator < 10.0 ? 2 : 0);
 }
 
 } // namespace
@@ -82,211 +118,168 @@ Viewport::Viewport(QWidget *parent) : QWidget(parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setCursor(Qt::CrossCursor);
     setMinimumSize(320, 240);
+    setDraftingSource({}, {});
+    makeActions();
 }
+
+Viewport::~Viewport() = default;
 
 void Viewport::setDrawing(Drawing *drawing)
 {
+    m_selectionWatch.reset();
     m_drawing = drawing;
-    m_shown = {};
+    m_picture.reset();
+    m_past.clear();
+    m_box.reset();
+    m_preview = {};
+    m_previewImage = {};
+    m_candidates.clear();
+    m_lastPick.reset();
+    m_snap.reset();
+    m_waitsForZoomWindow = false;
     m_showEverythingNext = true;
+    if (m_drawing != nullptr)
+        m_selectionWatch = m_drawing->component<Selection>().onChange([this] {
+            update();
+            Q_EMIT selectionChanged();
+        });
     update();
+    Q_EMIT selectionChanged();
 }
 
 void Viewport::setStyle(const PaintStyle &style)
 {
     m_style = style;
-    m_shown = {};
+    m_picture.reset();
     update();
+}
+
+void Viewport::setDraftingSource(std::function<Drafting()> read, std::function<void(const Drafting &)> write)
+{
+    m_readDrafting = read ? std::move(read) : [this] { return m_ownDrafting; };
+    m_writeDrafting = write ? std::move(write) : [this](const Drafting &drafting) { m_ownDrafting = drafting; };
+    refreshActions();
+}
+
+// --- The view
+
+double Viewport::scaleDenominator() const
+{
+    constexpr double kMetresPerInch = 0.0254;
+    const double metres = m_drawing != nullptr ? metresPerUnit(*m_drawing) : 1.0;
+    return metres / m_view.pixelsPerUnit * logicalDpiX() / kMetresPerInch;
+}
+
+void Viewport::remember(Gesture gesture)
+{
+    if (gesture != Gesture::None && gesture == m_gesture)
+        return;
+    m_gesture = gesture;
+    const Past now{m_view.centerX, m_view.centerY, m_view.pixelsPerUnit};
+    if (!m_past.empty() && m_past.back() == now)
+        return;
+    m_past.push_back(now);
+    if (m_past.size() > kMostPast)
+        m_past.erase(m_past.begin());
+}
+
+void Viewport::viewMoved()
+{
+    m_showEverythingNext = false;
+    if (m_box || !m_preview.empty())
+        updatePreview();
+    update();
+    Q_EMIT viewChanged();
 }
 
 void Viewport::showExtents(const Extents &extents)
 {
-    m_showEverythingNext = false;
+    showWaiting();
+    if (extents.isEmpty())
+        return;
+    remember();
     m_view.show(extents);
-    update();
+    viewMoved();
 }
 
 void Viewport::showEverything()
 {
+    remember();
     m_showEverythingNext = true;
     update();
 }
 
+/// An empty drawing waits for what comes into it first.
+void Viewport::showWaiting()
+{
+    if (!m_showEverythingNext || m_drawing == nullptr)
+        return;
+    const Extents all = m_drawing->component<DisplayIndex>().visibleExtents();
+    if (all.isEmpty())
+        return;
+    m_showEverythingNext = false;
+    m_view.show(all);
+    Q_EMIT viewChanged();
+}
+
+bool Viewport::zoomPrevious()
+{
+    m_gesture = Gesture::None;
+    if (m_past.empty())
+        return false;
+    const Past past = m_past.back();
+    m_past.pop_back();
+    m_view.centerX = past.centerX;
+    m_view.centerY = past.centerY;
+    m_view.pixelsPerUnit = past.pixelsPerUnit;
+    viewMoved();
+    return true;
+}
+
 void Viewport::zoomBy(double factor)
 {
+    showWaiting();
+    remember();
     zoomAt(QPointF(width() / 2.0, height() / 2.0), factor);
 }
 
 void Viewport::zoomAt(const QPointF &viewPoint, double factor)
 {
-    m_showEverythingNext = false;
     m_view.zoomAt(viewPoint, factor);
-    update();
+    viewMoved();
 }
 
 void Viewport::panBy(const QPointF &pixels)
 {
-    m_showEverythingNext = false;
-    m_view.panBy(pixels);
-    update();
+    showWaiting();
+    remember(Gesture::Pan);
+    movePixels(pixels);
 }
 
-void Viewport::setPicking(bool on, std::optional<AcGePoint3d> base)
+void Viewport::movePixels(const QPointF &pixels)
 {
-    m_picking = on;
-    m_base = base;
-    update();
-}
-
-AcDbEntity *Viewport::entityAt(const AcGePoint3d &point) const
-{
-    if (m_drawing == nullptr)
-        return nullptr;
-    const double reach = kPickPixels / m_view.pixelsPerUnit;
-    AcDbEntity *best = nullptr;
-    double bestDistance = reach;
-    for (AcDbEntity *entity : m_drawing->modelSpace().entities()) {
-        if (entity->isErased() || !m_drawing->layer(layerIndexOf(*entity)).visible())
-            continue;
-        Extents extents = extentsOf(*entity);
-        extents.grow(reach);
-        if (!extents.contains(point.x, point.y))
-            continue;
-        const double distance = distanceTo(*entity, point);
-        if (distance <= bestDistance) {
-            best = entity;
-            bestDistance = distance;
-        }
-    }
-    return best;
-}
-
-Viewport::Shown Viewport::wanted() const
-{
-    if (m_drawing == nullptr)
-        return {nullptr, 0, 0, 0.0, 0.0, 0.0, size()};
-    return {m_drawing,      m_drawing->revision(), m_drawing->component<TransientGraphics>().revision(),
-            m_view.centerX, m_view.centerY,        m_view.pixelsPerUnit,
-            size()};
-}
-
-void Viewport::renderPicture()
-{
-    m_picture = QPixmap(size() * devicePixelRatioF());
-    m_picture.setDevicePixelRatio(devicePixelRatioF());
-    m_picture.fill(m_style.background);
-    if (m_drawing == nullptr)
+    // By whole pixels of the screen, so that what is drawn can be shifted.
+    const double ratio = devicePixelRatioF();
+    m_panRest += pixels * ratio;
+    const QPointF whole(std::round(m_panRest.x()), std::round(m_panRest.y()));
+    m_panRest -= whole;
+    if (whole.isNull())
         return;
-    QPainter painter(&m_picture);
-    paintDrawing(painter, *m_drawing, m_view, m_style);
+    m_view.panBy(whole / ratio);
+    viewMoved();
 }
 
-void Viewport::paintEvent(QPaintEvent *)
+void Viewport::startZoomWindow()
 {
-    // An empty drawing waits for what comes into it first.
-    if (m_showEverythingNext && m_drawing != nullptr) {
-        const Extents all = visibleExtents(*m_drawing);
-        m_showEverythingNext = all.isEmpty();
-        m_view.show(all);
-    }
-    if (const Shown want = wanted(); want != m_shown || m_picture.isNull()) {
-        renderPicture();
-        m_shown = want;
-    }
-    QPainter painter(this);
-    painter.drawPixmap(0, 0, m_picture);
-    paintRubberBand(painter);
-}
-
-void Viewport::paintRubberBand(QPainter &painter)
-{
-    if (!m_picking || !m_base)
-        return;
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(m_style.color(5), 1.0, Qt::DashLine));
-    painter.drawLine(m_view.toView(m_base->x, m_base->y), m_pointer);
+    dropBox();
+    m_waitsForZoomWindow = true;
 }
 
 void Viewport::resizeEvent(QResizeEvent *event)
 {
     m_view.size = event->size();
     QWidget::resizeEvent(event);
-}
-
-void Viewport::wheelEvent(QWheelEvent *event)
-{
-    const double notches = event->angleDelta().y() / 120.0;
-    if (notches != 0.0)
-        zoomAt(event->position(), std::pow(kWheelFactor, notches));
-    event->accept();
-}
-
-void Viewport::mousePressEvent(QMouseEvent *event)
-{
-    m_pointer = event->position();
-    if (event->button() == Qt::MiddleButton) {
-        m_dragFrom = event->position();
-        setCursor(Qt::ClosedHandCursor);
-    } else if (event->button() == Qt::LeftButton) {
-        m_showEverythingNext = false; // what is drawn by clicks must not move under the pointer
-        const AcGePoint3d p = m_view.toWorld(event->position());
-        Q_EMIT clicked(p.x, p.y);
-    } else if (event->button() == Qt::RightButton) {
-        Q_EMIT entered();
-    }
-}
-
-void Viewport::mouseMoveEvent(QMouseEvent *event)
-{
-    m_pointer = event->position();
-    if (m_dragFrom) {
-        panBy(event->position() - *m_dragFrom);
-        m_dragFrom = event->position();
-    } else if (m_picking && m_base) {
-        update();
-    }
-    const AcGePoint3d p = m_view.toWorld(event->position());
-    Q_EMIT pointerMoved(p.x, p.y);
-}
-
-void Viewport::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() == Qt::MiddleButton) {
-        m_dragFrom.reset();
-        setCursor(Qt::CrossCursor);
-    }
-}
-
-void Viewport::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    if (event->button() == Qt::MiddleButton)
-        showEverything();
-}
-
-void Viewport::keyPressEvent(QKeyEvent *event)
-{
-    const double stepX = width() * kPanFraction, stepY = height() * kPanFraction;
-    switch (event->key()) {
-    case Qt::Key_Escape:
-        Q_EMIT cancelled();
-        return;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        Q_EMIT entered();
-        return;
-    case Qt::Key_Home:
-        return showEverything();
-    case Qt::Key_Left:
-        return panBy({stepX, 0.0});
-    case Qt::Key_Right:
-        return panBy({-stepX, 0.0});
-    case Qt::Key_Up:
-        return panBy({0.0, stepY});
-    case Qt::Key_Down:
-        return panBy({0.0, -stepY});
-    default:
-        QWidget::keyPressEvent(event); // letters, digits and signs go on to the command line
-    }
+    Q_EMIT viewChanged();
 }
 
 void Viewport::changeEvent(QEvent *event)
@@ -294,6 +287,118 @@ void Viewport::changeEvent(QEvent *event)
     if (event->type() == QEvent::PaletteChange)
         setStyle(palette().color(QPalette::Base).lightnessF() < 0.5 ? PaintStyle::dark() : PaintStyle::light());
     QWidget::changeEvent(event);
+}
+
+AcDbEntity *Viewport::entityAt(const AcGePoint3d &point) const
+{
+    return m_drawing == nullptr ? nullptr
+                                : velmor::entityAt(*m_drawing, point, drafting().pickBox / m_view.pixelsPerUnit);
+}
+
+// --- Painting
+
+QColor Viewport::inkColor() const
+{
+    return m_style.color(7);
+}
+
+void Viewport::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    if (m_drawing == nullptr) {
+        painter.fillRect(rect(), m_style.background);
+        return;
+    }
+    showWaiting();
+    const double ratio = devicePixelRatioF();
+    painter.drawImage(0, 0, m_picture.base(*m_drawing, m_view, m_style, ratio));
+    if (const QImage &overlay = m_picture.overlay(*m_drawing, m_view, m_style, ratio); !overlay.isNull())
+        painter.drawImage(0, 0, overlay);
+    if (!m_previewImage.isNull())
+        painter.drawImage(0, 0, m_previewImage);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintNorth(painter);
+    paintPointer(painter);
+    paintBox(painter);
+    paintSnap(painter);
+}
+
+void Viewport::paintPointer(QPainter &painter)
+{
+    if (m_asked == Asked::Point && m_base) {
+        painter.setPen(QPen(m_style.color(5), 1.0, Qt::DashLine));
+        painter.drawLine(m_view.toView(m_base->x, m_base->y), m_view.toView(m_guided.x, m_guided.y));
+    }
+    if (const AcDbEntity *entity = hovered(); entity != nullptr && !m_box && takesEntities()) {
+        paintEntity(painter, *entity, kHighlightColor, 2.0, *m_drawing, m_view, m_style);
+        if (m_candidates.size() > 1) { // which of how many
+            painter.setPen(inkColor());
+            painter.drawText(m_pointer + QPointF(kTipOffset, -kTipOffset),
+                             QStringLiteral("%1/%2").arg(m_candidate + 1).arg(m_candidates.size()));
+        }
+    }
+}
+
+void Viewport::paintBox(QPainter &painter)
+{
+    if (!m_box)
+        return;
+    QColor color = m_style.color(m_box->isZoom ? 7 : m_box->isCrossing() ? 3 : 5);
+    painter.setPen(QPen(color, 1.0, m_box->isCrossing() && !m_box->isZoom ? Qt::DashLine : Qt::SolidLine));
+    color.setAlpha(m_box->isZoom ? 20 : 45);
+    painter.setBrush(color);
+    painter.drawRect(QRectF(m_box->from, m_box->to).normalized());
+    painter.setBrush(Qt::NoBrush);
+    if (!m_preview.empty()) {
+        painter.setPen(inkColor());
+        painter.drawText(m_box->to + QPointF(kTipOffset, -kTipOffset), QString::number(m_preview.size()));
+    }
+}
+
+void Viewport::paintSnap(QPainter &painter)
+{
+    if (!m_snap || m_asked != Asked::Point || !m_pointerInside)
+        return;
+    const Drafting settings = drafting();
+    const QPointF p = m_view.toView(m_snap->point.x, m_snap->point.y);
+    if (settings.markers) {
+        painter.setPen(QPen(m_style.color(30), 2.0));
+        paintMarker(painter, m_snap->kind, p);
+    }
+    if (!settings.tips)
+        return;
+    const QString name = uiString(nameOf(m_snap->kind));
+    QRectF tip = painter.fontMetrics().boundingRect(name).adjusted(-4, -2, 4, 2);
+    tip.moveTopLeft(p + QPointF(kTipOffset, kTipOffset));
+    if (tip.right() > width())
+        tip.moveRight(p.x() - kTipOffset);
+    if (tip.bottom() > height())
+        tip.moveBottom(p.y() - kTipOffset);
+    painter.setPen(QPen(palette().color(QPalette::ToolTipText), 1.0));
+    painter.setBrush(palette().color(QPalette::ToolTipBase));
+    painter.drawRect(tip);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawText(tip, Qt::AlignCenter, name);
+}
+
+void Viewport::paintNorth(QPainter &painter)
+{
+    const double x = width() - kNorthMargin - kNorthSize / 2.0, top = kNorthMargin;
+    QColor ink = inkColor();
+    ink.setAlpha(200);
+    painter.setPen(QPen(ink, 1.2));
+    painter.setBrush(ink);
+    painter.drawPolygon(QPolygonF{{x, top}, {x, top + kNorthSize}, {x - kNorthSize * 0.3, top + kNorthSize * 1.15}});
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPolygon(QPolygonF{{x, top}, {x, top + kNorthSize}, {x + kNorthSize * 0.3, top + kNorthSize * 1.15}});
+    const QFontMetricsF metrics(painter.font());
+    const double line = top + kNorthSize * 1.15 + metrics.ascent() + 3.0;
+    const auto centred = [&](const QString &text, double y) {
+        const double half = metrics.horizontalAdvance(text) / 2.0;
+        painter.drawText(QPointF(std::min(x - half, width() - kNorthMargin / 2.0 - 2.0 * half), y), text);
+    };
+    centred(uiString("ui.view.north"), line);
+    centred(scaleText(scaleDenominator()), line + metrics.lineSpacing());
 }
 
 } // namespace velmor

@@ -1,0 +1,178 @@
+#include "host/editor/ViewPicture.h"
+
+#include "host/editor/DisplayIndex.h"
+#include "host/editor/FramePainter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+namespace velmor {
+
+namespace {
+
+constexpr double kWholePixel = 0.02; ///< how far from a whole number of pixels a move may be
+constexpr double kPatchMargin = 4.0; ///< pixels around what changed
+constexpr double kOverlayWidth = 3.0;
+
+/// Moves the content; what comes in keeps what was there.
+void scroll(QImage &image, int dx, int dy)
+{
+    const int width = image.width() - std::abs(dx), height = image.height() - std::abs(dy);
+    const auto bytes = static_cast<std::size_t>(width) * 4;
+    const int fromX = std::max(0, -dx), toX = std::max(0, dx);
+    const int fromY = std::max(0, -dy), toY = std::max(0, dy);
+    uchar *bits = image.bits();
+    const auto stride = image.bytesPerLine();
+    for (int i = 0; i < height; ++i) {
+        const int row = dy > 0 ? height - 1 - i : i; // never over what is still to be moved
+        std::memmove(bits + (toY + row) * stride + toX * 4, bits + (fromY + row) * stride + fromX * 4, bytes);
+    }
+}
+
+bool sameMark(const TransientMark &a, const TransientMark &b)
+{
+    return a.rings == b.rings && a.scale == b.scale && a.angle == b.angle && a.pattern == b.pattern;
+}
+
+} // namespace
+
+ViewPicture::Shown ViewPicture::shownOf(const Drawing &drawing, const ViewTransform &view, const PaintStyle &style,
+                                        double ratio)
+{
+    return {&drawing, view.centerX, view.centerY, view.pixelsPerUnit, ratio, view.size, style.background.rgb()};
+}
+
+void ViewPicture::reset()
+{
+    m_base = {};
+    m_overlay = {};
+    m_baseShown = m_overlayShown = {};
+    m_markLines.clear();
+    m_blanked.clear();
+    m_baseTransient = 0;
+}
+
+bool ViewPicture::moveBase(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, const Shown &wanted)
+{
+    Shown moved = m_baseShown;
+    moved.centerX = wanted.centerX;
+    moved.centerY = wanted.centerY;
+    if (m_base.isNull() || moved != wanted)
+        return false;
+    const double scale = view.pixelsPerUnit * wanted.ratio;
+    const double x = (m_baseShown.centerX - wanted.centerX) * scale;
+    const double y = (wanted.centerY - m_baseShown.centerY) * scale;
+    if (std::abs(x) >= m_base.width() || std::abs(y) >= m_base.height() || std::abs(x - std::round(x)) > kWholePixel ||
+        std::abs(y - std::round(y)) > kWholePixel)
+        return false;
+    const int dx = static_cast<int>(std::round(x)), dy = static_cast<int>(std::round(y));
+    if (dx == 0 && dy == 0)
+        return true;
+    scroll(m_base, dx, dy);
+    m_baseShown = wanted;
+    const int width = m_base.width(), height = m_base.height();
+    const QRect across(0, dy > 0 ? 0 : height + dy, width, std::abs(dy));
+    const QRect along(dx > 0 ? 0 : width + dx, std::max(0, dy), std::abs(dx), height - std::abs(dy));
+    for (const QRect &strip : {across, along}) {
+        if (strip.isEmpty())
+            continue;
+        paintFrame(m_base, strip, drawing, view, style);
+        ++m_counts.strips;
+    }
+    return true;
+}
+
+Extents ViewPicture::blankedSince(Drawing &drawing)
+{
+    Extents extents;
+    const auto &transient = drawing.component<TransientGraphics>();
+    if (std::exchange(m_baseTransient, transient.revision()) == transient.revision() ||
+        m_blanked == transient.blanked())
+        return extents;
+    const auto addMissing = [&](const auto &from, const auto &in) {
+        for (const AcDbEntity *entity : from)
+            if (!in.contains(entity))
+                extents.add(extentsOf(*entity));
+    };
+    addMissing(m_blanked, transient.blanked());
+    addMissing(transient.blanked(), m_blanked);
+    m_blanked = transient.blanked();
+    return extents;
+}
+
+const QImage &ViewPicture::base(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio)
+{
+    auto &index = drawing.component<DisplayIndex>();
+    const Shown wanted = shownOf(drawing, view, style, ratio);
+    const std::uint64_t revision = index.revision();
+    auto changes = index.changedSince(m_baseRevision);
+    const Extents blanked = blankedSince(drawing);
+    if (changes)
+        changes->add(blanked);
+    if (!changes || !moveBase(drawing, view, style, wanted)) {
+        const QSize size = imageSize(view.size, ratio);
+        if (m_base.size() != size)
+            m_base = QImage(size, QImage::Format_RGB32);
+        m_base.setDevicePixelRatio(ratio);
+        paintFrame(m_base, m_base.rect(), drawing, view, style);
+        m_baseShown = wanted;
+        ++m_counts.full;
+    } else if (!changes->isEmpty()) {
+        const QPointF a = view.toView(changes->minX, changes->maxY), b = view.toView(changes->maxX, changes->minY);
+        const QRectF seen = QRectF(a, b).adjusted(-kPatchMargin, -kPatchMargin, kPatchMargin, kPatchMargin) &
+                            QRectF(QPointF(), view.size);
+        if (!seen.isEmpty()) {
+            paintFrame(m_base, QRectF(seen.topLeft() * ratio, seen.size() * ratio).toAlignedRect(), drawing, view,
+                       style);
+            ++m_counts.patches;
+        }
+    }
+    m_baseRevision = revision;
+    return m_base;
+}
+
+const std::vector<PatternLine> &ViewPicture::linesOf(const std::wstring &key, const TransientMark &mark)
+{
+    auto &[known, lines] = m_markLines[key];
+    if (!sameMark(known, mark)) {
+        known = mark;
+        lines = patternLines(mark.rings, mark.pattern, mark.angle, mark.scale);
+    }
+    return lines;
+}
+
+const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio)
+{
+    const auto &transient = drawing.component<TransientGraphics>();
+    const auto &selection = drawing.component<Selection>();
+    if (transient.marks().empty() && transient.temporary().empty() && transient.highlighted().empty() &&
+        selection.isEmpty()) {
+        m_overlay = {};
+        m_markLines.clear();
+        return m_overlay;
+    }
+    const Shown wanted = shownOf(drawing, view, style, ratio);
+    const std::uint64_t revisions[3] = {transient.revision(), selection.revision(),
+                                        drawing.component<DisplayIndex>().revision()};
+    if (!m_overlay.isNull() && wanted == m_overlayShown && std::ranges::equal(revisions, m_overlayRevisions))
+        return m_overlay;
+    ++m_counts.overlays;
+    m_overlayShown = wanted;
+    std::ranges::copy(revisions, m_overlayRevisions);
+    const QSize size = imageSize(view.size, ratio);
+    if (m_overlay.size() != size)
+        m_overlay = QImage(size, QImage::Format_ARGB32_Premultiplied);
+    m_overlay.setDevicePixelRatio(ratio);
+    m_overlay.fill(Qt::transparent);
+    std::erase_if(m_markLines, [&](const auto &known) { return !transient.marks().contains(known.first); });
+    for (const auto &[key, mark] : transient.marks())
+        paintMark(m_overlay, mark, linesOf(key, mark), drawing, view, style);
+    paintOver(m_overlay, selection.entities(), kSelectionColor, kOverlayWidth, drawing, view, style);
+    paintOver(m_overlay, transient.highlighted(), kHighlightColor, kOverlayWidth, drawing, view, style);
+    paintTemporary(m_overlay, drawing, view, style);
+    return m_overlay;
+}
+
+} // namespace velmor

@@ -1,0 +1,73 @@
+// The picture of a drawing that a view keeps, and what lies over it.
+//
+// The base picture holds the drawing alone. A view that moves by whole pixels shifts it and paints the strips that came
+// in; a change of the drawing paints anew where it shows. Highlights, the selection, marks and temporary drawing are a
+// picture of their own, so they never touch the base.
+#pragma once
+
+#include "host/drawing/HatchPattern.h"
+#include "host/drawing/Transient.h"
+#include "host/editor/Painter.h"
+#include "host/editor/Selection.h"
+#include "host/editor/ViewTransform.h"
+
+#include <QImage>
+
+#include <map>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace velmor {
+
+class ViewPicture {
+public:
+    /// How often what was painted, since the object was made; for tests and benchmarks.
+    struct Counts {
+        std::size_t full = 0;     ///< all of the base
+        std::size_t strips = 0;   ///< parts of the base that came in by moving
+        std::size_t patches = 0;  ///< parts of the base that changed
+        std::size_t overlays = 0; ///< all that lies over the base
+    };
+
+    /// The base picture as it is to be shown now; ratio: device pixels for a pixel of the view. The answer is valid
+    /// until the next call.
+    const QImage &base(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio);
+    /// What lies over it, on a transparent ground; a null image when that is nothing.
+    const QImage &overlay(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio);
+    /// Forgets both, as for another drawing.
+    void reset();
+    const Counts &counts() const { return m_counts; }
+
+    /// Image pixels of a view at a ratio.
+    static QSize imageSize(const QSizeF &size, double ratio) { return (size * ratio).toSize(); }
+
+private:
+    struct Shown { ///< what a picture goes by
+        const Drawing *drawing = nullptr;
+        double centerX = 0.0, centerY = 0.0, pixelsPerUnit = 0.0, ratio = 1.0;
+        QSizeF size;
+        QRgb background = 0;
+        bool operator==(const Shown &) const = default;
+    };
+    static Shown shownOf(const Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio);
+    /// Moves the base to the view; false when it has to be painted anew.
+    bool moveBase(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, const Shown &wanted);
+    /// Where entities came out or went that were blanked since, as extents.
+    Extents blankedSince(Drawing &drawing);
+    const std::vector<PatternLine> &linesOf(const std::wstring &key, const TransientMark &mark);
+
+    Counts m_counts;
+    QImage m_base, m_overlay;
+    Shown m_baseShown, m_overlayShown;
+    std::uint64_t m_baseRevision = 0, m_baseTransient = 0;
+    std::unordered_set<const AcDbEntity *> m_blanked; ///< left out of the base
+    std::uint64_t m_overlayRevisions[3] = {0, 0, 0};  ///< of transient graphics, selection, drawing
+    struct MarkLines {
+        TransientMark mark;
+        std::vector<PatternLine> lines;
+    };
+    std::map<std::wstring, MarkLines> m_markLines;
+};
+
+} // namespace velmor
