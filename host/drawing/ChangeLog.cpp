@@ -53,6 +53,7 @@ ChangeLog::ChangeLog(Drawing &drawing) : m_drawing(drawing), m_limit(kStandardLi
     d.log = this;
     m_handles = d.nextHandle;
     m_savedState = d.modified ? kNoState : position();
+    m_knowsEverything = !d.modified;
 }
 
 ChangeLog::~ChangeLog()
@@ -224,6 +225,13 @@ void ChangeLog::forget()
     m_done.clear();
     m_undone.clear();
     m_bytes = 0;
+}
+
+void ChangeLog::markUnsaved()
+{
+    m_savedState = kNoState;
+    m_savedInStep = false;
+    tellState();
 }
 
 void ChangeLog::setLimit(std::size_t bytes)
@@ -469,10 +477,15 @@ void ChangeLog::noteHandle(AcDbObject &object)
 
 void ChangeLog::keepNumbers()
 {
-    const std::uint64_t next = m_drawing.priv().nextHandle;
+    keepNumbersBelow(m_drawing.priv().nextHandle);
+}
+
+void ChangeLog::keepNumbersBelow(std::uint64_t next)
+{
     if (next <= m_keptNumbers)
         return;
     m_keptNumbers = next;
+    m_drawing.priv().nextHandle = std::max(m_drawing.priv().nextHandle, next);
     tell([&](StepFollower &follower) { follower.numbersKept(next); });
 }
 
@@ -486,6 +499,7 @@ void ChangeLog::saved()
     m_savedInStep = hasChanges();
     m_savedChanges = m_changes.size();
     m_savedState = m_savedInStep ? kNoState : position();
+    tell([](StepFollower &follower) { follower.drawingSaved(); });
 }
 
 } // namespace velmor

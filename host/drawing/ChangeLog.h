@@ -51,6 +51,8 @@ public:
     virtual void handleGiven(const AcDbObject &) {}
     /// All numbers below this one are taken for good.
     virtual void numbersKept(std::uint64_t /*next*/) {}
+    /// The drawing as it is now stands in its file.
+    virtual void drawingSaved() {}
 };
 
 class ChangeLog final {
@@ -86,6 +88,10 @@ public:
     std::uint64_t position() const { return m_done.empty() ? m_ground : m_done.back().id; }
     /// Forgets all steps; the drawing stays as it is.
     void forget();
+    /// No step leads to what is saved: the drawing is modified whatever is undone.
+    void markUnsaved();
+    /// True when the drawing was as it was read when the log was made, so that its steps tell all that was done to it.
+    bool knowsEverything() const { return m_knowsEverything; }
     /// The log holds at most about that many bytes, and the last step in any case. Standard: 256 MiB.
     void setLimit(std::size_t bytes);
     std::size_t bytes() const { return m_bytes; }
@@ -114,6 +120,8 @@ public:
     void noteHandle(AcDbObject &object);
     /// A save took numbers of its own: they stay taken.
     void keepNumbers();
+    /// The same for all numbers below one.
+    void keepNumbersBelow(std::uint64_t next);
     /// No number below this one may be given: it belongs to a step that can be redone.
     std::uint64_t firstFreeNumber() const;
     void saved();
@@ -150,6 +158,7 @@ private:
     bool m_savedInStep = false;
     std::size_t m_bytes = 0, m_limit;
     bool m_applying = false;
+    bool m_knowsEverything;
 };
 
 } // namespace velmor

@@ -53,8 +53,10 @@ void DxfWriter::patchObject(AcDbObject &object)
 {
     const auto &host = ObjectAccess::host(object);
     if (object.isErased()) {
-        // An attribute goes with its reference.
-        if (!(host.flags & kErasedWithOwner))
+        // An attribute goes with its reference, and a block that has no record of its own is taken out whole.
+        const bool isBlockHead = object.isKindOf(AcDbBlockTableRecord::desc()) &&
+                                 !f.blocks[static_cast<const BlockRecord *>(&object)].hasRecord;
+        if (!(host.flags & kErasedWithOwner) && !isBlockHead)
             removeErased(object);
         return;
     }

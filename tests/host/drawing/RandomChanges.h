@@ -5,7 +5,9 @@
 #include "host/drawing/Drawing.h"
 #include "host/drawing/EntityShape.h"
 
+#include <algorithm>
 #include <random>
+#include <string>
 
 namespace velmor::test {
 
@@ -15,7 +17,7 @@ public:
 
     /// One change, or one that finds nothing to change; its number tells the kind.
     int make();
-    static constexpr int kKinds = 20;
+    static constexpr int kKinds = 22;
 
 private:
     std::size_t upTo(std::size_t count) { return m_random() % count; }
@@ -24,6 +26,7 @@ private:
     std::wstring word() { return L"word " + std::to_wstring(upTo(40)) + L" š"; }
     AcDbEntity *entity();
     BlockRecord &record();
+    std::size_t layer();
     std::unique_ptr<AcDbEntity> anEntity();
     DataItems items();
 
@@ -47,6 +50,12 @@ inline BlockRecord &RandomChanges::record()
             if (!block->isErased() && !block->isModelSpace() && upTo(3) == 0)
                 return *block;
     return m_drawing.modelSpace();
+}
+
+inline std::size_t RandomChanges::layer()
+{
+    const std::size_t index = upTo(m_drawing.layers().size());
+    return m_drawing.layer(index).erased ? 0 : index;
 }
 
 inline DataItems RandomChanges::items()
@@ -116,7 +125,7 @@ inline int RandomChanges::make()
         break;
     case 6:
         if (some)
-            m_drawing.setLayerOf(*some, upTo(m_drawing.layers().size()));
+            m_drawing.setLayerOf(*some, layer());
         break;
     case 7:
         if (some)
@@ -126,19 +135,16 @@ inline int RandomChanges::make()
         m_drawing.ensureLayer(L"Layer " + std::to_wstring(upTo(200)), static_cast<int>(1 + upTo(255)));
         break;
     case 9: {
-        const std::size_t index = upTo(m_drawing.layers().size());
-        Layer layer = m_drawing.layer(index);
-        layer.on = upTo(2) == 0;
-        layer.color = static_cast<int>(1 + upTo(255));
-        m_drawing.setLayer(index, layer);
+        const std::size_t index = layer();
+        Layer values = m_drawing.layer(index);
+        values.on = upTo(2) == 0;
+        values.color = static_cast<int>(1 + upTo(255));
+        m_drawing.setLayer(index, values);
         break;
     }
-    case 10: {
-        const std::size_t index = upTo(m_drawing.layers().size());
-        if (!m_drawing.layer(index).erased)
-            m_drawing.setCurrentLayer(index);
+    case 10:
+        m_drawing.setCurrentLayer(layer());
         break;
-    }
     case 11:
     case 12:
         if (some)
@@ -196,8 +202,27 @@ inline int RandomChanges::make()
         m_drawing.importBlock(L"Imported " + std::to_wstring(upTo(4)), *source);
         break;
     }
+    case 20:
+        m_drawing.eraseLayer(layer());
+        break;
+    case 21:
+        if (BlockRecord &block = record(); !block.isModelSpace())
+            m_drawing.eraseBlock(block);
+        break;
     }
     return kind;
+}
+
+/// Where two texts part, with what stands there; empty for equal ones.
+inline std::string differenceOf(const std::string &a, const std::string &b)
+{
+    if (a == b)
+        return {};
+    const auto place =
+        static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
+    const std::size_t from = place < 300 ? 0 : place - 300;
+    return "at byte " + std::to_string(place) + " (" + std::to_string(a.size()) + " and " + std::to_string(b.size()) +
+           "):\n" + a.substr(from, 400) + "\n--- and ---\n" + b.substr(from, 400);
 }
 
 } // namespace velmor::test

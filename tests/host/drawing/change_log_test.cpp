@@ -1,5 +1,6 @@
 // What was done to a drawing can be taken back, undone and redone, to the last byte of its text.
 #include "host/drawing/ChangeLog.h"
+#include "host/drawing/Findings.h"
 
 #include "tests/host/drawing/RandomChanges.h"
 
@@ -57,12 +58,12 @@ TEST_F(ChangeLogTest, AStepOfManyChangesIsUndoneAndRedoneAsOne)
     EXPECT_TRUE(log.undo());
     EXPECT_TRUE(line->isErased());
     EXPECT_EQ(drawing->findLayer(L"new"), std::nullopt);
-    EXPECT_EQ(drawing->write(), first);
+    EXPECT_EQ(test::differenceOf(drawing->write(), first), "");
     EXPECT_FALSE(log.undo());
 
     EXPECT_TRUE(log.redo());
     EXPECT_EQ(drawing->data(*line, "KEY"), (DataItems{{1, L"value"}}));
-    EXPECT_EQ(drawing->write(), last);
+    EXPECT_EQ(test::differenceOf(drawing->write(), last), "");
     EXPECT_FALSE(log.redo());
 }
 
@@ -291,22 +292,25 @@ TEST_P(EveryVersion, RandomStepsUndoneAndRedoneGiveTheSameText)
         if (random() % 25 == 0)
             log.redo();
     }
+    while (log.redo())
+        ;
     EXPECT_GT(log.undoCount(), static_cast<std::size_t>(kSteps) * 7 / 10);
     const std::string last = town.write();
-    EXPECT_NE(last, first);
+    EXPECT_FALSE(last == first);
 
     while (log.undo())
         ;
-    EXPECT_EQ(town.write(), first);
+    EXPECT_EQ(test::differenceOf(town.write(), first), "");
     EXPECT_FALSE(town.isModified());
     while (log.redo())
         ;
-    EXPECT_EQ(town.write(), last);
+    EXPECT_EQ(test::differenceOf(town.write(), last), "");
     // And what it says is a whole drawing.
     const auto again = Drawing::read(last);
     ASSERT_TRUE(again.drawing);
-    EXPECT_FALSE(again.report.damaged());
-    EXPECT_EQ(again.drawing->write(), last);
+    for (const Finding &finding : again.report.findings)
+        EXPECT_NE(finding.severity, Severity::Damage) << findingLine("", finding);
+    EXPECT_EQ(test::differenceOf(again.drawing->write(), last), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, EveryVersion, testing::Values("AC1027", "AC1009"));
