@@ -94,9 +94,10 @@ int importNetwork(const Request &request)
         std::cerr << line << '\n';
     if (const SaveResult saved = drawing->save(request.output); !saved)
         return complain(kFailed, saved.message);
-    std::cout << fmt::format("{}: {} sections, {} nodes, {} polygons{}\n", request.output, imported.sections,
-                             imported.nodes, imported.polygons,
-                             imported.convertedFromFeet ? "; feet were converted to metres" : "");
+    std::cout << uiLine(imported.convertedFromFeet ? "cli.importedFeet" : "cli.imported",
+                        {request.output, std::to_string(imported.sections), std::to_string(imported.nodes),
+                         std::to_string(imported.polygons)})
+              << '\n';
     return finish(kDone);
 }
 
@@ -156,30 +157,43 @@ int findRegions(const Request &request)
     return finish(code);
 }
 
+/// Kinds of entities stand as in the file; the other groups of the report have names in words.
+std::string shownKind(const std::string &kind)
+{
+    static const std::map<std::string_view, const char *> words = {{"layers", "cli.audit.layers"},
+                                                                   {"blocks", "cli.audit.blocks"},
+                                                                   {"header variables", "cli.audit.variables"},
+                                                                   {"named dictionaries", "cli.audit.dictionaries"},
+                                                                   {"data records", "cli.audit.records"}};
+    const auto found = words.find(kind);
+    return found == words.end() ? kind : uiLine(found->second);
+}
+
 int audit(const Request &request)
 {
     LoadResult loaded = Drawing::load(request.file);
     if (!loaded.drawing)
         return complain(kBadInput, loaded.message);
     const LoadReport &report = loaded.report;
-    std::cout << fmt::format("{}: {}{}, {}\n", request.file, report.version, report.binary ? " binary" : "",
-                             report.codePage);
+    std::cout << fmt::format("{}: {}{}, {}\n", request.file, report.version,
+                             report.binary ? " " + uiLine("cli.audit.binary") : std::string(), report.codePage);
     using Counts = std::map<std::string, std::size_t>;
-    const auto table = [](const char *title, const Counts &entities, const Counts &others) {
-        std::cout << title << (entities.empty() && others.empty() ? ": none\n" : ":\n");
+    const auto none = [](bool isNone) { return isNone ? ": " + uiLine("cli.audit.none") + "\n" : std::string(":\n"); };
+    const auto table = [&](const char *title, const Counts &entities, const Counts &others) {
+        std::cout << uiLine(title) << none(entities.empty() && others.empty());
         for (const Counts *counts : {&entities, &others})
             for (const auto &[kind, count] : *counts)
-                std::cout << fmt::format("  {:<24} {:>9}\n", kind, count);
+                std::cout << fmt::format("  {:<24} {:>9}\n", shownKind(kind), count);
     };
-    table("Read", report.read, report.readOthers);
-    table("Kept unread", report.unread, report.unreadOthers);
-    std::cout << (report.findings.empty() ? "Findings: none\n" : "Findings:\n");
+    table("cli.audit.read", report.read, report.readOthers);
+    table("cli.audit.unread", report.unread, report.unreadOthers);
+    std::cout << uiLine("cli.audit.findings") << none(report.findings.empty());
     for (const Finding &finding : report.findings) {
-        constexpr const char *kNames[] = {"note", "warning", "damage"};
-        const std::string text = fmt::format("{}: {}", kNames[static_cast<int>(finding.severity)], finding.text);
+        constexpr const char *kNames[] = {"cli.audit.note", "cli.audit.warning", "cli.audit.damage"};
+        const std::string text = uiLine(kNames[static_cast<int>(finding.severity)]) + ": " + finding.text;
         std::cout << "  " << findingLine({}, {finding.severity, finding.line, text}) << '\n';
     }
-    std::cout << (report.damaged() ? "The drawing is damaged\n" : "The drawing is sound\n");
+    std::cout << uiLine(report.damaged() ? "cli.audit.damaged" : "cli.audit.sound") << '\n';
     return finish(report.damaged() ? kBadInput : kDone);
 }
 
@@ -285,6 +299,22 @@ std::string languageAmong(int argc, char **argv)
     return {};
 }
 
+/// The toolkit of the command line words its errors in English; what each is about stands in it by name.
+std::string wordsOf(const CLI::ParseError &error)
+{
+    static constexpr const char *kKinds[] = {"ExtrasError",   "RequiredError",   "ArgumentMismatch", "ValidationError",
+                                             "ExcludesError", "ConversionError", "RequiresError",    "InvalidError"};
+    const std::string what = error.what();
+    const auto known = std::ranges::find(kKinds, error.get_name());
+    if (known == std::end(kKinds))
+        return what;
+    const bool isExtra = error.get_name() == "ExtrasError";
+    const auto colon = what.find(": ");
+    const std::string about =
+        isExtra && colon != std::string::npos ? what.substr(colon + 2) : what.substr(0, what.find_first_of(": "));
+    return uiLine("cli.error." + error.get_name(), {about});
+}
+
 } // namespace
 
 int runProgram(int argc, char **argv)
@@ -293,57 +323,67 @@ int runProgram(int argc, char **argv)
     request.argc = argc;
     request.argv = argv;
     QCoreApplication::setApplicationVersion(QStringLiteral(VELMOR_VERSION));
-    CLI::App app("Catchment areas of sewage networks", "velmor");
-    app.set_version_flag("--version", "velmor " VELMOR_VERSION);
+    // Help and complaints are in the language that the command line asks for, so it is looked for first.
+    Services::instance().start({.language = languageAmong(argc, argv)});
+    const auto text = [](const char *name) { return uiLine(name); };
+    CLI::App app(text("cli.help.program"), "velmor");
+    const auto dress = [&](CLI::App &to) {
+        to.set_help_flag("-h,--help", text("cli.help.help"));
+        to.set_version_flag("--version", "velmor " VELMOR_VERSION, text("cli.help.version"));
+        to.option_defaults()->group(text("cli.help.options"));
+        for (CLI::Option *option : to.get_options())
+            option->group(text("cli.help.options"));
+    };
+    for (const char *label : {"Usage", "Positionals", "OPTIONS", "SUBCOMMAND", "SUBCOMMANDS", "REQUIRED", "TEXT"})
+        app.get_formatter()->label(label, text((std::string("cli.label.") + label).c_str()));
+    dress(app);
     const auto addLanguage = [&](CLI::App *to) {
-        to->add_option("--language", request.language, "Language of texts: hr or en")
-            ->check(CLI::IsMember({"hr", "en"}));
+        to->add_option("--language", request.language, text("cli.help.language"))->check(CLI::IsMember({"hr", "en"}));
     };
     addLanguage(&app);
-    app.add_option("FILE", request.file, "Drawing (DXF) or network (INP) to open in the window");
+    app.add_option("FILE", request.file, text("cli.help.file"));
     int (*command)(Request &) = openWindow;
-    const auto add = [&](const char *name, const char *what, int (*run)(Request &)) {
+    const auto add = [&](const char *name, const std::string &what, int (*run)(Request &)) {
         CLI::App *sub = app.add_subcommand(name, what);
-        sub->set_version_flag("--version", "velmor " VELMOR_VERSION);
+        sub->group(text("cli.help.commands"));
+        dress(*sub);
         addLanguage(sub);
         sub->callback([&command, run] { command = run; });
         return sub;
     };
     const auto addDrawing = [&](CLI::App *sub) {
-        sub->add_option("DRAWING", request.file, "Drawing file")->required();
+        sub->add_option("DRAWING", request.file, text("cli.help.drawing"))->required();
     };
 
-    auto *run = add("run", "Run a script without a window", runScript);
-    run->add_option("SCRIPT", request.script, "Script file")->required();
+    auto *run = add("run", text("cli.help.run"), runScript);
+    run->add_option("SCRIPT", request.script, text("cli.help.script"))->required();
 
-    auto *import = add("import", "Read a network file into a new drawing", [](Request &r) { return importNetwork(r); });
-    import->add_option("NETWORK", request.file, "Network file (INP)")->required();
-    import->add_option("-o,--output", request.output, "Drawing to write; an older one is kept as .bak")->required();
-    import->add_flag("--with-polygons", request.withPolygons, "Bring the file's polygons in as boundary linework");
+    auto *import = add("import", text("cli.help.import"), [](Request &r) { return importNetwork(r); });
+    import->add_option("NETWORK", request.file, text("cli.help.network"))->required();
+    import->add_option("-o,--output", request.output, text("cli.help.output"))->required();
+    import->add_flag("--with-polygons", request.withPolygons, text("cli.help.polygons"));
 
-    auto *areas = add("areas", "List the catchment areas of a drawing", [](Request &r) { return listAreas(r); });
+    auto *areas = add("areas", text("cli.help.areas"), [](Request &r) { return listAreas(r); });
     addDrawing(areas);
-    auto *json = areas->add_flag("--json", request.json, "As JSON");
-    areas->add_flag("--csv", request.csv, "As comma-separated values")->excludes(json);
+    auto *json = areas->add_flag("--json", request.json, text("cli.help.json"));
+    areas->add_flag("--csv", request.csv, text("cli.help.csv"))->excludes(json);
 
-    auto *boundary =
-        add("boundary", "Find the closed regions around points", [](Request &r) { return findRegions(r); });
+    auto *boundary = add("boundary", text("cli.help.boundary"), [](Request &r) { return findRegions(r); });
     addDrawing(boundary);
-    boundary->add_option("--point", request.points, "A point as X,Y; may be repeated")->expected(1)->take_all();
-    boundary->add_option("--points", request.pointsFile, "A file with a point on each line");
-    boundary->add_option("--layers", request.layers, "Only linework of these layers, as A,B; may be repeated")
+    boundary->add_option("--point", request.points, text("cli.help.point"))->expected(1)->take_all();
+    boundary->add_option("--points", request.pointsFile, text("cli.help.points"));
+    boundary->add_option("--layers", request.layers, text("cli.help.layers"))
         ->delimiter(',')
         ->allow_extra_args(false); // the next word is the drawing's
-    boundary->add_flag("--islands", request.islands, "Find the islands too");
-    boundary->add_flag("--json", request.json, "As JSON");
+    boundary->add_flag("--islands", request.islands, text("cli.help.islands"));
+    boundary->add_flag("--json", request.json, text("cli.help.json"));
 
-    auto *picture = add("picture", "Paint a drawing into a picture file", makePicture);
+    auto *picture = add("picture", text("cli.help.picture"), makePicture);
     addDrawing(picture);
-    picture->add_option("-o,--output", request.output, "Picture to write (PNG, or by its ending)")->required();
-    picture->add_option("--size", request.size, "Width and height in pixels, as 1600x1200");
+    picture->add_option("-o,--output", request.output, text("cli.help.pictureFile"))->required();
+    picture->add_option("--size", request.size, text("cli.help.size"));
 
-    auto *check = add("audit", "Tell what was read of a drawing, what was kept unread and what is damaged",
-                      [](Request &r) { return audit(r); });
+    auto *check = add("audit", text("cli.help.audit"), [](Request &r) { return audit(r); });
     addDrawing(check);
 
     try {
@@ -351,8 +391,7 @@ int runProgram(int argc, char **argv)
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == 0)
             return app.exit(error);
-        Services::instance().start({.language = languageAmong(argc, argv)});
-        return complain(kWrongUse, uiLine("ui.cli.wrongUse", {error.what()}));
+        return complain(kWrongUse, uiLine("ui.cli.wrongUse", {wordsOf(error)}));
     }
     try {
         Services::instance().start({.language = request.language});

@@ -1,5 +1,7 @@
 #include "app/RegionReport.h"
 
+#include "host/services/Messages.h"
+
 #include <fmt/format.h>
 
 #include <charconv>
@@ -74,7 +76,8 @@ std::string regionsJson(std::span<const RegionAnswer> answers)
 
 std::string regionsText(std::span<const RegionAnswer> answers)
 {
-    std::string text = fmt::format("{:>16} {:>16} {:>18} {:>9} {:>8}\n", "x", "y", "area", "vertices", "islands");
+    std::string text = fmt::format("{:>16} {:>16} {:>18} {:>9} {:>8}\n", "x", "y", uiLine("cli.region.area"),
+                                   uiLine("cli.region.vertices"), uiLine("cli.region.islands"));
     for (const RegionAnswer &answer : answers) {
         text += fmt::format("{:>16.4f} {:>16.4f} ", answer.point.x, answer.point.y);
         if (answer.region) {
@@ -82,10 +85,23 @@ std::string regionsText(std::span<const RegionAnswer> answers)
                                 answer.region.islands.size());
             continue;
         }
-        text += reasonOf(answer.region.status);
+        switch (answer.region.status) {
+        case Status::Found:
+            break;
+        case Status::OnEdge:
+            text += uiLine("ui.boundary.onEdge");
+            break;
+        case Status::NotEnclosed:
+            text += uiLine("ui.boundary.notEnclosed");
+            break;
+        case Status::Open:
+            text += uiLine("ui.boundary.open");
+            break;
+        }
         if (!answer.region.gaps.empty()) {
             const auto &gap = answer.region.gaps.front();
-            text += fmt::format(" (a gap of {:.6g} at {:.10g},{:.10g})", gap.width, gap.from.x, gap.from.y);
+            text += ' ' + uiLine("cli.region.gap", {fmt::format("{:.6g}", gap.width),
+                                                    fmt::format("{:.10g},{:.10g}", gap.from.x, gap.from.y)});
         }
         text += '\n';
     }

@@ -3,6 +3,8 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/ControlEvents.h"
 #include "host/editor/SectionChoice.h"
+#include "host/editor/UiMessage.h"
+#include "host/services/Messages.h"
 #include "host/services/Text.h"
 #include "host/sewage/AreaTable.h"
 
@@ -128,7 +130,7 @@ std::optional<Answer> Script::ask(const Prompt &prompt)
     const Answer answer{line.words.size() == 2 ? line.words[1].text : line.text};
     if (prompt.kind == PromptKind::Point && !answer.isEnter() && !answer.point(prompt.base) &&
         !matchKeyword(prompt.keywords, *answer.text()))
-        fail(L"a point is asked for, as x,y");
+        fail(uiText("script.point"));
     m_current = asking;
     return m_result.code == kDone ? std::optional(answer) : std::nullopt;
 }
@@ -159,13 +161,13 @@ void Script::execute(const Line &line)
     else if (verb == L"echo")
         m_out << utf8(words.size() == 1 ? words[0].text : line.text) << std::endl;
     else if (verb == L"answer" || verb == L"escape")
-        fail(L"nothing asks for an answer here");
+        fail(uiText("script.noPrompt"));
     else if (verb == L"expect-alert") {
         const auto &alerts = m_session.alerts();
         if (words.size() != 1)
-            fail(L"expect-alert takes one text");
+            fail(uiText("script.alertWords"));
         else if (alerts.empty() || alerts.back() != words[0].text)
-            fail(alerts.empty() ? L"there was no alert" : L"the last alert is \"" + alerts.back() + L"\"");
+            fail(alerts.empty() ? uiText("script.noAlert") : uiMessage("script.otherAlert", {alerts.back()}));
     } else
         executeInDialog(line);
 }
@@ -173,19 +175,20 @@ void Script::execute(const Line &line)
 void Script::executeInDialog(const Line &line)
 {
     using Problem = ControlEvents::Problem;
-    static const std::wstring kOnOff = L"on or off is missing", kNumber = L"a whole number is missing";
+    static const auto onOffMissing = [] { return Problem(uiText("script.onOff")); };
+    static const auto numberMissing = [] { return Problem(uiText("script.number")); };
     static constexpr std::size_t kAny = 1000;
     static const Verb kVerbs[] = {
         {L"click", 0, 0, [](ControlEvents &c, int n, Words) { return c.click(n); }},
         {L"check", 1, 1,
          [](ControlEvents &c, int n, Words w) {
              const auto on = onOrOff(w[0].text);
-             return on ? c.check(n, *on) : Problem(kOnOff);
+             return on ? c.check(n, *on) : onOffMissing();
          }},
         {L"choose", 1, 1,
          [](ControlEvents &c, int n, Words w) {
              const auto value = wholeNumber(w[0].text);
-             return value ? c.choose(n, *value) : Problem(kNumber);
+             return value ? c.choose(n, *value) : numberMissing();
          }},
         {L"choose-text", 1, 1, [](ControlEvents &c, int n, Words w) { return c.chooseText(n, w[0].text); }},
         {L"type", 1, 1, [](ControlEvents &c, int n, Words w) { return c.type(n, w[0].text); }},
@@ -195,7 +198,7 @@ void Script::executeInDialog(const Line &line)
              for (const Word &word : w) {
                  const auto row = wholeNumber(word.text);
                  if (!row)
-                     return Problem(kNumber);
+                     return numberMissing();
                  rows.push_back(*row);
              }
              return c.selectRows(n, rows);
@@ -204,22 +207,22 @@ void Script::executeInDialog(const Line &line)
         {L"expect-checked", 1, 1,
          [](ControlEvents &c, int n, Words w) {
              const auto on = onOrOff(w[0].text);
-             return on ? c.expectChecked(n, *on) : Problem(kOnOff);
+             return on ? c.expectChecked(n, *on) : onOffMissing();
          }},
         {L"expect-enabled", 1, 1,
          [](ControlEvents &c, int n, Words w) {
              const auto on = onOrOff(w[0].text);
-             return on ? c.expectEnabled(n, *on) : Problem(kOnOff);
+             return on ? c.expectEnabled(n, *on) : onOffMissing();
          }},
         {L"expect-rows", 1, 1,
          [](ControlEvents &c, int n, Words w) {
              const auto count = wholeNumber(w[0].text);
-             return count ? c.expectRows(n, *count) : Problem(kNumber);
+             return count ? c.expectRows(n, *count) : numberMissing();
          }},
         {L"expect-cell", 3, 3,
          [](ControlEvents &c, int n, Words w) {
              const auto row = wholeNumber(w[0].text), column = wholeNumber(w[1].text);
-             return row && column ? c.expectCell(n, *row, *column, w[2].text) : Problem(kNumber);
+             return row && column ? c.expectCell(n, *row, *column, w[2].text) : numberMissing();
          }},
     };
     const std::wstring &name = line.words.front().text;
@@ -229,18 +232,18 @@ void Script::executeInDialog(const Line &line)
     if (!close && verb == std::end(kVerbs))
         return runCommand(line);
     if (m_dialogs.empty())
-        return fail(L"no dialog is open");
+        return fail(uiText("script.noDialog"));
     if (close) {
         if (!words.empty())
-            return fail(L"close takes nothing more");
+            return fail(uiText("script.close"));
         static_cast<QDialog *>(m_dialogs.back())->reject(); // as Escape and the window's own button do
         return;
     }
     const auto control = words.empty() ? std::nullopt : wholeNumber(words[0].text);
     if (!control)
-        return fail(L"the number of a control is missing");
+        return fail(uiText("script.control"));
     if (words.size() - 1 < verb->fewest || words.size() - 1 > verb->most)
-        return fail(name + (words.size() - 1 < verb->fewest ? L" needs more words" : L" takes fewer words"));
+        return fail(uiMessage(words.size() - 1 < verb->fewest ? "script.moreWords" : "script.fewerWords", {name}));
     ControlEvents controls(*m_dialogs.back());
     const std::size_t running = m_current; // a click may run a whole dialog, and its lines with it
     const std::size_t failuresBefore = m_session.failures();
@@ -275,13 +278,13 @@ void Script::runCommand(const Line &line)
     case RunStatus::Done:
         break;
     case RunStatus::Unknown:
-        fail(L"unknown command \"" + name + L"\"");
+        fail(uiMessage("ui.run.unknown", {name}));
         break;
     case RunStatus::InputRefused:
-        fail(name + L": an answer is one too many or of no use");
+        fail(uiMessage("script.badAnswer", {name}));
         break;
     case RunStatus::Cancelled:
-        fail(name + L": an answer is missing");
+        fail(uiMessage("script.noAnswer", {name}));
         break;
     case RunStatus::Busy:
         fail(m_session.lastStatus());
@@ -305,7 +308,7 @@ void Script::tellHeldAlert()
 void Script::select(Words words)
 {
     if (!m_session.drawing())
-        return fail(L"there is no drawing");
+        return fail(uiText("script.noDrawing"));
     std::wstring reason;
     auto ids = sectionsByWords(*m_session.drawing(), words, reason);
     if (!ids)
@@ -316,11 +319,11 @@ void Script::select(Words words)
 void Script::print(Words words)
 {
     if (words.size() != 1)
-        return fail(L"print takes areas, areas-csv, areas-json or the number of a control");
+        return fail(uiText("script.print"));
     const std::wstring &what = words[0].text;
     if (const auto control = wholeNumber(what)) {
         if (m_dialogs.empty())
-            return fail(L"no dialog is open");
+            return fail(uiText("script.noDialog"));
         std::wstring shown;
         if (const auto problem = ControlEvents(*m_dialogs.back()).text(*control, shown))
             return fail(*problem);
@@ -328,9 +331,9 @@ void Script::print(Words words)
         return;
     }
     if (!m_session.drawing())
-        return fail(L"there is no drawing");
+        return fail(uiText("script.noDrawing"));
     if (what != L"areas" && what != L"areas-csv" && what != L"areas-json")
-        return fail(L"print takes areas, areas-csv, areas-json or the number of a control");
+        return fail(uiText("script.print"));
     const auto rows = areaTable(*m_session.drawing());
     m_out << (what == L"areas"       ? areasText(rows)
               : what == L"areas-csv" ? areasCsv(rows)

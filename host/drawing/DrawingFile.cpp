@@ -1,6 +1,7 @@
 // Drawings from files and into files.
 #include "host/drawing/ChangeLog.h"
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/Texts.h"
 #include "host/drawing/dxf/AtomicFile.h"
 #include "host/drawing/dxf/BinaryDxf.h"
 #include "host/drawing/dxf/DxfReader.h"
@@ -27,8 +28,8 @@ LoadResult refused(FileStatus status, std::string message)
 std::string reasonOf(std::string_view bytes)
 {
     if (bytes.size() > 6 && bytes.starts_with("AC1") && bytes.substr(0, 6).find('\n') == std::string_view::npos)
-        return "this is a DWG file, which can't be read here; save it as DXF in the program that made it";
-    return "no DXF section was found in it; it is not a drawing, or all of it is damaged";
+        return drawingText("file.dwg");
+    return drawingText("file.noSection");
 }
 
 bool isSameFile(const std::filesystem::path &a, const std::filesystem::path &b)
@@ -75,7 +76,7 @@ LoadResult Drawing::load(const std::filesystem::path &path, const LoadOptions &o
 LoadResult Drawing::read(std::string bytes, const LoadOptions &options)
 try {
     if (bytes.empty())
-        return refused(FileStatus::Empty, "the file is empty");
+        return refused(FileStatus::Empty, drawingText("file.empty"));
     std::optional<BinaryDxfText> binary;
     if (isBinaryDxf(bytes)) {
         binary = binaryToText(bytes);
@@ -95,9 +96,9 @@ try {
         const dxf::DxfReader::Cut &cut = reader.cut();
         const bool isCut = isDrawing && cut.offset != dxf::kNowhere;
         if (!isDrawing || (isCut && pass > 0))
-            return refused(FileStatus::NotADrawing, cuts.empty()
-                                                        ? reasonOf(p.file.text)
-                                                        : "line " + std::to_string(cuts[0].line) + ": " + cuts[0].text);
+            return refused(FileStatus::NotADrawing,
+                           cuts.empty() ? reasonOf(p.file.text)
+                                        : drawingText("file.lineText", {std::to_string(cuts[0].line), cuts[0].text}));
         if (isCut) {
             cuts.push_back({Severity::Damage, cut.line, cut.message});
             bytes = p.file.text.substr(0, cut.offset);
@@ -122,7 +123,7 @@ try {
         return result;
     }
 } catch (const dxf::ReadingCancelled &) {
-    return refused(FileStatus::Cancelled, "loading was cancelled");
+    return refused(FileStatus::Cancelled, drawingText("file.cancelled"));
 }
 
 std::string Drawing::write()
@@ -133,9 +134,7 @@ std::string Drawing::write()
 SaveResult Drawing::save(const std::filesystem::path &path, const SaveOptions &options)
 {
     if (d->report.damaged() && !options.overwriteDamaged && !d->file.path.empty() && isSameFile(path, d->file.path))
-        return {FileStatus::Refused,
-                path.string() +
-                    ": the file was damaged when it was read and is kept as it is; save under another name"};
+        return {FileStatus::Refused, drawingText("file.damaged", {path.string()})};
     dxf::DxfWriter writer(*d);
     const auto pieces = writer.pieces();
     SaveResult result = writeFileAtomically(path, pieces, options.backup);

@@ -1,15 +1,17 @@
 #include "host/drawing/Findings.h"
 
+#include "host/drawing/Texts.h"
+
 #include <algorithm>
 
 namespace velmor {
 
 std::string findingLine(const std::string &file, const Finding &finding)
 {
-    std::string line = file;
-    if (finding.line != 0)
-        line += (file.empty() ? "line " : ":") + std::to_string(finding.line);
-    return line.empty() ? finding.text : line + ": " + finding.text;
+    const std::string number = std::to_string(finding.line);
+    if (file.empty())
+        return finding.line != 0 ? drawingText("file.lineText", {number, finding.text}) : finding.text;
+    return file + (finding.line != 0 ? ":" + number : std::string()) + ": " + finding.text;
 }
 
 std::vector<std::string> findingLines(const std::string &file, const std::vector<Finding> &findings)
@@ -20,7 +22,8 @@ std::vector<std::string> findingLines(const std::string &file, const std::vector
     for (std::size_t i = 0; i < shown; ++i)
         lines.push_back(findingLine(file, findings[i]));
     if (const std::size_t others = findings.size() - shown; others > 0)
-        lines.push_back(findingLine(file, {Severity::Note, 0, std::to_string(others) + " more notes"}));
+        lines.push_back(
+            findingLine(file, {Severity::Note, 0, drawingText("file.moreNotes", {std::to_string(others)})}));
     return lines;
 }
 

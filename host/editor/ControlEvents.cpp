@@ -1,5 +1,8 @@
 #include "host/editor/ControlEvents.h"
 
+#include "host/editor/UiMessage.h"
+#include "host/services/Messages.h"
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
@@ -15,7 +18,7 @@ namespace {
 
 std::wstring numbered(int control)
 {
-    return L"control " + std::to_wstring(control);
+    return std::to_wstring(control);
 }
 
 void pressKey(QWidget &widget, int key, const QString &text)
@@ -49,33 +52,33 @@ bool carriesNumbers(const QComboBox &combo)
 } // namespace
 
 template <class Widget>
-ControlEvents::Problem ControlEvents::find(int control, Widget *&widget, const wchar_t *kind) const
+ControlEvents::Problem ControlEvents::find(int control, Widget *&widget, const char *kind) const
 {
     QWidget *item = m_dialog.GetDlgItem(control);
     if (!item)
-        return L"the dialog has no " + numbered(control);
+        return uiMessage("control.none", {numbered(control)});
     widget = qobject_cast<Widget *>(item);
     if (!widget)
-        return numbered(control) + L" is no " + kind;
+        return uiMessage("control.kind", {numbered(control), uiText(kind)});
     return std::nullopt;
 }
 
 template <class Widget>
-ControlEvents::Problem ControlEvents::findUsable(int control, Widget *&widget, const wchar_t *kind) const
+ControlEvents::Problem ControlEvents::findUsable(int control, Widget *&widget, const char *kind) const
 {
     if (auto problem = find(control, widget, kind))
         return problem;
     if (!widget->isVisibleTo(&m_dialog))
-        return numbered(control) + L" is hidden";
+        return uiMessage("control.hidden", {numbered(control)});
     if (!widget->isEnabledTo(&m_dialog))
-        return numbered(control) + L" is disabled";
+        return uiMessage("control.disabled", {numbered(control)});
     return std::nullopt;
 }
 
 ControlEvents::Problem ControlEvents::click(int control)
 {
     QAbstractButton *button = nullptr;
-    if (auto problem = findUsable(control, button, L"button"))
+    if (auto problem = findUsable(control, button, "control.button"))
         return problem;
     button->click();
     return std::nullopt;
@@ -84,10 +87,10 @@ ControlEvents::Problem ControlEvents::click(int control)
 ControlEvents::Problem ControlEvents::check(int control, bool on)
 {
     QAbstractButton *button = nullptr;
-    if (auto problem = findUsable(control, button, L"check box"))
+    if (auto problem = findUsable(control, button, "control.checkBox"))
         return problem;
     if (!button->isCheckable())
-        return numbered(control) + L" is no check box";
+        return uiMessage("control.kind", {numbered(control), uiText("control.checkBox")});
     if (button->isChecked() != on)
         button->click();
     return std::nullopt;
@@ -104,33 +107,33 @@ ControlEvents::Problem ControlEvents::chooseIndex(QComboBox &combo, int index)
 ControlEvents::Problem ControlEvents::choose(int control, int value)
 {
     QComboBox *combo = nullptr;
-    if (auto problem = findUsable(control, combo, L"combo box"))
+    if (auto problem = findUsable(control, combo, "control.comboBox"))
         return problem;
     const bool byData = carriesNumbers(*combo);
     const int index = byData ? combo->findData(value) : value;
     if (index < 0 || index >= combo->count())
-        return numbered(control) + L" has no item " + (byData ? L"with the value " : L"") + std::to_wstring(value);
+        return uiMessage(byData ? "control.noValue" : "control.noItem", {numbered(control), std::to_wstring(value)});
     return chooseIndex(*combo, index);
 }
 
 ControlEvents::Problem ControlEvents::chooseText(int control, const std::wstring &text)
 {
     QComboBox *combo = nullptr;
-    if (auto problem = findUsable(control, combo, L"combo box"))
+    if (auto problem = findUsable(control, combo, "control.comboBox"))
         return problem;
     const int index = combo->findText(QString::fromStdWString(text), Qt::MatchExactly | Qt::MatchCaseSensitive);
     if (index < 0)
-        return numbered(control) + L" has no item \"" + text + L"\"";
+        return uiMessage("control.noText", {numbered(control), text});
     return chooseIndex(*combo, index);
 }
 
 ControlEvents::Problem ControlEvents::type(int control, const std::wstring &text)
 {
     QLineEdit *edit = nullptr;
-    if (auto problem = findUsable(control, edit, L"edit"))
+    if (auto problem = findUsable(control, edit, "control.edit"))
         return problem;
     if (edit->isReadOnly())
-        return numbered(control) + L" is read-only";
+        return uiMessage("control.readOnly", {numbered(control)});
     sendFocus(*edit, QEvent::FocusIn);
     edit->selectAll();
     if (text.empty())
@@ -144,13 +147,13 @@ ControlEvents::Problem ControlEvents::type(int control, const std::wstring &text
 ControlEvents::Problem ControlEvents::selectRows(int control, const std::vector<int> &rows)
 {
     QAbstractItemView *list = nullptr;
-    if (auto problem = findUsable(control, list, L"list"))
+    if (auto problem = findUsable(control, list, "control.list"))
         return problem;
     const QAbstractItemModel *model = list->model();
     const int count = model ? model->rowCount() : 0;
     for (const int row : rows) {
         if (row < 0 || row >= count)
-            return numbered(control) + L" has no row " + std::to_wstring(row);
+            return uiMessage("control.noRow", {numbered(control), std::to_wstring(row)});
     }
     list->selectionModel()->clearSelection();
     for (const int row : rows)
@@ -161,7 +164,7 @@ ControlEvents::Problem ControlEvents::selectRows(int control, const std::vector<
 ControlEvents::Problem ControlEvents::text(int control, std::wstring &shown) const
 {
     QWidget *item = nullptr;
-    if (auto problem = find(control, item, L"control"))
+    if (auto problem = find(control, item, "control.control"))
         return problem;
     QString text;
     if (const auto *label = qobject_cast<QLabel *>(item))
@@ -175,7 +178,7 @@ ControlEvents::Problem ControlEvents::text(int control, std::wstring &shown) con
     else if (const auto *group = qobject_cast<QGroupBox *>(item))
         text = group->title();
     else
-        return numbered(control) + L" shows no text";
+        return uiMessage("control.noCaption", {numbered(control)});
     shown = text.toStdWString();
     return std::nullopt;
 }
@@ -186,52 +189,52 @@ ControlEvents::Problem ControlEvents::expectText(int control, const std::wstring
     if (auto problem = text(control, shown))
         return problem;
     if (shown != expected)
-        return numbered(control) + L" shows \"" + shown + L"\", not \"" + expected + L"\"";
+        return uiMessage("control.shows", {numbered(control), shown, expected});
     return std::nullopt;
 }
 
 ControlEvents::Problem ControlEvents::expectChecked(int control, bool on) const
 {
     QAbstractButton *button = nullptr;
-    if (auto problem = find(control, button, L"check box"))
+    if (auto problem = find(control, button, "control.checkBox"))
         return problem;
     if (button->isChecked() != on)
-        return numbered(control) + (on ? L" is off" : L" is on");
+        return uiMessage(on ? "control.off" : "control.on", {numbered(control)});
     return std::nullopt;
 }
 
 ControlEvents::Problem ControlEvents::expectEnabled(int control, bool on) const
 {
     QWidget *item = nullptr;
-    if (auto problem = find(control, item, L"control"))
+    if (auto problem = find(control, item, "control.control"))
         return problem;
     if (item->isEnabledTo(&m_dialog) != on)
-        return numbered(control) + (on ? L" is disabled" : L" is enabled");
+        return uiMessage(on ? "control.disabled" : "control.enabled", {numbered(control)});
     return std::nullopt;
 }
 
 ControlEvents::Problem ControlEvents::expectRows(int control, int count) const
 {
     QAbstractItemView *list = nullptr;
-    if (auto problem = find(control, list, L"list"))
+    if (auto problem = find(control, list, "control.list"))
         return problem;
     const int rows = list->model() ? list->model()->rowCount() : 0;
     if (rows != count)
-        return numbered(control) + L" has " + std::to_wstring(rows) + L" rows, not " + std::to_wstring(count);
+        return uiMessage("control.rows", {numbered(control), std::to_wstring(rows), std::to_wstring(count)});
     return std::nullopt;
 }
 
 ControlEvents::Problem ControlEvents::expectCell(int control, int row, int column, const std::wstring &expected) const
 {
     QAbstractItemView *list = nullptr;
-    if (auto problem = find(control, list, L"list"))
+    if (auto problem = find(control, list, "control.list"))
         return problem;
     const QAbstractItemModel *model = list->model();
     if (!model || row < 0 || row >= model->rowCount() || column < 0 || column >= model->columnCount())
-        return numbered(control) + L" has no such cell";
+        return uiMessage("control.noCell", {numbered(control)});
     const std::wstring shown = model->index(row, column).data().toString().toStdWString();
     if (shown != expected)
-        return numbered(control) + L" shows \"" + shown + L"\" there, not \"" + expected + L"\"";
+        return uiMessage("control.cell", {numbered(control), shown, expected});
     return std::nullopt;
 }
 

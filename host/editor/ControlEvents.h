@@ -40,9 +40,9 @@ public:
 
 private:
     template <class Widget>
-    Problem find(int control, Widget *&widget, const wchar_t *kind) const;
+    Problem find(int control, Widget *&widget, const char *kind) const;
     template <class Widget>
-    Problem findUsable(int control, Widget *&widget, const wchar_t *kind) const;
+    Problem findUsable(int control, Widget *&widget, const char *kind) const;
     Problem chooseIndex(class QComboBox &combo, int index);
 
     CAdUiBaseDialog &m_dialog;

@@ -1,6 +1,7 @@
 #include "host/editor/ModuleLoader.h"
 
 #include "host/drawing/Journal.h"
+#include "host/drawing/Texts.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/Session.h"
 
@@ -47,18 +48,18 @@ std::optional<std::string> ModuleLoader::loadModule(const std::filesystem::path 
         return std::nullopt;
     std::error_code error;
     if (!std::filesystem::is_regular_file(full, error))
-        return "no module at " + full.string();
+        return drawingText("module.none", {full.string()});
     void *handle = dlopen(full.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle)
-        return std::string("can't load the module: ") + dlerror();
+        return drawingText("module.load", {dlerror()});
     const auto version = entryPoint<AcRxApiVersionPoint>(handle, "acrxGetApiVersion");
     const auto entry = entryPoint<AcRxEntryPoint>(handle, "acrxEntryPoint");
     std::string refusal;
     if (!version || !entry)
-        refusal = full.string() + " is no module of this program: an entry point is missing";
+        refusal = drawingText("module.entry", {full.string()});
     else if (const int number = version(); number != kAcRxApiVersion)
-        refusal = full.string() + " was built for version " + std::to_string(number) + " of the host, this is " +
-                  std::to_string(kAcRxApiVersion);
+        refusal =
+            drawingText("module.version", {full.string(), std::to_string(number), std::to_string(kAcRxApiVersion)});
     if (!refusal.empty()) {
         dlclose(handle);
         return refusal;
@@ -73,7 +74,7 @@ std::optional<std::string> ModuleLoader::loadModule(const std::filesystem::path 
     m_session.commands().setOwner(nullptr);
     if (answer != 0) {
         release(module);
-        return full.string() + " refused to start (answer " + std::to_string(answer) + ")";
+        return drawingText("module.refused", {full.string(), std::to_string(answer)});
     }
     return std::nullopt;
 }
@@ -83,11 +84,11 @@ std::optional<std::string> ModuleLoader::unloadModule(const std::filesystem::pat
     const auto full = fullPath(path);
     Module *module = find(full);
     if (!module)
-        return full.string() + " is not loaded";
+        return drawingText("module.notLoaded", {full.string()});
     if (!module->unlocked)
-        return full.string() + " does not let itself be unloaded";
+        return drawingText("module.locked", {full.string()});
     if (m_session.commands().isRunning())
-        return "a command is still running";
+        return drawingText("module.busy");
     release(*module);
     return std::nullopt;
 }

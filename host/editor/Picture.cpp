@@ -1,6 +1,7 @@
 #include "host/editor/Picture.h"
 
 #include "host/drawing/dxf/AtomicFile.h"
+#include "host/services/Messages.h"
 
 #include <QBuffer>
 #include <QFileInfo>
@@ -15,8 +16,7 @@ SaveResult savePicture(Drawing &drawing, const std::filesystem::path &file, cons
     const bool isTooLarge = static_cast<std::int64_t>(options.size.width()) * options.size.height() > kMostPixels;
     QImage image(isTooLarge ? QSize() : options.size, QImage::Format_RGB32);
     if (image.isNull())
-        return {FileStatus::NotWritable,
-                file.string() + ": there is no room for so large a picture; choose a smaller size"};
+        return {FileStatus::NotWritable, uiLine("ui.picture.size", {file.string()})};
     image.fill(options.style.background);
     ViewTransform view;
     view.size = options.size;
@@ -33,8 +33,7 @@ SaveResult savePicture(Drawing &drawing, const std::filesystem::path &file, cons
     QByteArray encoded;
     QBuffer buffer(&encoded);
     if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, suffix.constData()))
-        return {FileStatus::NotWritable,
-                file.string() + ": the picture can't be made as " + suffix.toStdString() + "; choose another ending"};
+        return {FileStatus::NotWritable, uiLine("ui.picture.ending", {file.string(), suffix.toStdString()})};
     const std::string_view pieces[] = {{encoded.constData(), static_cast<std::size_t>(encoded.size())}};
     return writeFileAtomically(file, pieces, false);
 }

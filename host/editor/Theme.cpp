@@ -128,7 +128,8 @@ void applyTheme(Theme theme)
 
 double contrastOf(const QColor &a, const QColor &b)
 {
-    const auto [darker, lighter] = std::minmax(luminance(a), luminance(b));
+    const double one = luminance(a), other = luminance(b);
+    const double darker = std::min(one, other), lighter = std::max(one, other);
     return (lighter + 0.05) / (darker + 0.05);
 }
 

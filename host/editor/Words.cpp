@@ -1,5 +1,7 @@
 #include "host/editor/Words.h"
 
+#include "host/services/Messages.h"
+
 #include <cwctype>
 
 namespace velmor {
@@ -17,7 +19,7 @@ std::optional<std::vector<Word>> splitWords(std::wstring_view line, std::wstring
             word.quoted = true;
             for (++i;; ++i) {
                 if (i == line.size()) {
-                    reason = L"a quotation mark is not closed";
+                    reason = uiText("words.quote");
                     return std::nullopt;
                 }
                 if (line[i] == L'"') {
@@ -29,7 +31,7 @@ std::optional<std::vector<Word>> splitWords(std::wstring_view line, std::wstring
             }
             ++i;
             if (i < line.size() && !std::iswspace(line[i])) {
-                reason = L"a blank is missing behind a closing quotation mark";
+                reason = uiText("words.blank");
                 return std::nullopt;
             }
         } else {

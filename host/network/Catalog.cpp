@@ -1,6 +1,7 @@
 #include "host/network/Catalog.h"
 
 #include "host/drawing/Journal.h"
+#include "host/drawing/Texts.h"
 #include "host/drawing/dxf/AtomicFile.h"
 #include "host/services/Services.h"
 #include "host/services/Text.h"
@@ -68,7 +69,7 @@ LabelCatalog::LabelCatalog(std::string_view text, std::string_view language)
             m_findings.push_back({Severity::Warning, line.line, std::move(what)});
         };
         if (line.section.empty()) {
-            report(line.key + " stands before the first [section]; the line was passed over");
+            report(drawingText("catalog.before", {line.key}));
             continue;
         }
         Section &section = sections[line.section];
@@ -83,24 +84,23 @@ LabelCatalog::LabelCatalog(std::string_view text, std::string_view language)
             section.group = wide(line.value);
         } else if (line.key == "line") {
             if (const std::string unknown = unknownPlaceholder(line.value); !unknown.empty())
-                report(unknown + " is no placeholder and will stand in the label as it is");
+                report(drawingText("catalog.placeholder", {unknown}));
             section.type.lines.push_back(wide(line.value));
         } else if (line.key == "height") {
             if (!parseWhole(line.value, kSmallestHeight, kLargestHeight, section.type.textHeight))
-                report("height must be a number from 0.001 to 10000");
+                report(drawingText("catalog.height"));
         } else if (line.key == "color") {
             if (!parseWhole(line.value, 0, 256, section.type.color))
-                report("color must be a whole number from 0 to 256");
+                report(drawingText("catalog.color"));
         } else if (!line.key.starts_with("name")) {
-            report("unknown key " + line.key + "; the line was passed over");
+            report(drawingText("catalog.key", {line.key}));
         }
     }
     for (auto &[key, section] : sections) {
         if (!section.group.empty())
             m_elements[wide(key)] = boost::make_shared<CatalogGroup>(std::move(section.group));
         else if (section.type.name.empty() || section.type.lines.empty())
-            m_findings.push_back(
-                {Severity::Warning, section.line, "[" + key + "] needs a name and at least one line; it was left out"});
+            m_findings.push_back({Severity::Warning, section.line, drawingText("catalog.empty", {key})});
         else
             m_elements[wide(key)] = boost::make_shared<LabelCatalogItem>(std::move(section.type));
     }

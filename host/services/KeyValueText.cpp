@@ -1,5 +1,6 @@
 #include "host/services/KeyValueText.h"
 
+#include "host/drawing/Texts.h"
 #include "host/services/Text.h"
 
 namespace velmor {
@@ -48,7 +49,7 @@ KeyValueText parseKeyValues(std::string_view text)
         if (line.empty() || line.front() == '#')
             continue;
         if (!isUtf8(line) || line.find('\0') != std::string_view::npos) {
-            report("the line is not UTF-8 text and was passed over");
+            report(drawingText("text.notUtf8"));
             continue;
         }
         if (line.front() == '[' && line.back() == ']') {
@@ -58,12 +59,12 @@ KeyValueText parseKeyValues(std::string_view text)
         const auto equals = line.find('=');
         const std::string key(trimmed(line.substr(0, equals)));
         if (equals == std::string_view::npos || key.empty()) {
-            report("expected KEY = value; the line was passed over");
+            report(drawingText("text.noEquals"));
             continue;
         }
         std::string value;
         if (!unescape(trimmed(line.substr(equals + 1)), value))
-            report("unknown escape after a backslash in the value of " + key + "; write \\\\ for a backslash");
+            report(drawingText("text.escape", {key}));
         result.lines.push_back({number, section, key, std::move(value)});
     }
     return result;

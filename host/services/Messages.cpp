@@ -1,5 +1,6 @@
 #include "host/services/Messages.h"
 
+#include "host/drawing/Texts.h"
 #include "host/drawing/dxf/AtomicFile.h"
 #include "host/services/Services.h"
 #include "host/services/Text.h"
@@ -12,6 +13,9 @@
 namespace velmor {
 
 namespace {
+
+/// The drawing takes its texts from here wherever the messages are linked.
+[[maybe_unused]] const bool textsAreNamed = (setTextSource(&uiLine), true);
 
 bool isDigit(char c)
 {
@@ -84,12 +88,11 @@ void Messages::readFile(const std::filesystem::path &file, bool users)
         const auto refused = [&](const std::wstring &shipped) {
             if (!users || placeholdersOf(utf8(shipped)) == placeholdersOf(line.value))
                 return false;
-            report("the text of " + line.key +
-                   " must have the placeholders of the text that it replaces; it was passed over");
+            report(drawingText("text.placeholders", {line.key}));
             return true;
         };
         if (!seen.insert(line.key).second)
-            report("there is a text for " + line.key + " further up already; this one counts");
+            report(drawingText("text.twice", {line.key}));
         if (!isDigit(line.key.front())) {
             const auto known = m_byName.find(line.key);
             if (known == m_byName.end() || !refused(known->second))
@@ -100,7 +103,7 @@ void Messages::readFile(const std::filesystem::path &file, bool users)
         const char *const end = line.key.data() + line.key.size();
         const auto [rest, error] = std::from_chars(line.key.data(), end, number);
         if (error != std::errc() || rest != end) {
-            report("\"" + line.key + "\" is neither a number nor a name; the line was passed over");
+            report(drawingText("text.badKey", {line.key}));
             continue;
         }
         const auto known = m_byNumber.find(number);
@@ -163,6 +166,12 @@ std::string uiLine(std::string_view name, std::initializer_list<std::string_view
 {
     const std::string form = utf8(uiText(name));
     std::string line;
+    if (!Services::instance().messages().contains(name)) { // what it is about must not be lost with its words
+        line = form;
+        for (const std::string_view part : parts)
+            line.append(" ").append(part);
+        return line;
+    }
     for (std::size_t i = 0; i < form.size(); ++i) {
         const std::size_t part =
             form[i] == '%' && i + 1 < form.size() ? static_cast<std::size_t>(form[i + 1] - '1') : parts.size();

@@ -24,6 +24,7 @@ public:
     std::wstring text(unsigned number) const;
     std::wstring text(std::string_view name) const;
     bool contains(unsigned number) const { return m_byNumber.contains(number); }
+    bool contains(std::string_view name) const { return m_byName.contains(name); }
     /// All names of the program's own texts, in order.
     std::vector<std::string> names() const;
     const std::string &language() const { return m_language; }

@@ -3,6 +3,7 @@
 #include "host/services/Text.h"
 
 #include <cstdlib>
+#include <utility>
 
 namespace velmor {
 
@@ -26,23 +27,26 @@ std::vector<fs::path> folderList(const std::string &text)
 
 } // namespace
 
-Services::Services() : m_paths({}, {})
-{
-    start();
-}
+Services::Services() : m_paths({}, {}) {}
 
 Services &Services::instance()
 {
     static Services services;
+    // What is wrong in its own files is worded by the texts that it reads, so it is asked while it starts.
+    if (!std::exchange(services.m_started, true))
+        services.start();
     return services;
 }
 
 void Services::start(const StartOptions &options, Paths paths)
 {
+    m_started = true;
     m_options = options;
     m_paths = std::move(paths);
     m_settings.load(m_paths.settingsFile());
     applySettings(true);
+    if (!m_settings.findings().empty()) // worded before the language was known
+        m_settings.load(m_paths.settingsFile());
 }
 
 void Services::applySettings(bool readTexts)

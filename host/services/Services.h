@@ -56,7 +56,7 @@ private:
     Messages m_messages;
     std::function<void(const std::wstring &)> m_notice;
     std::function<void()> m_languageChanged;
-    bool m_logging = false;
+    bool m_logging = false, m_started = false;
     std::string m_logFile;
 };
 

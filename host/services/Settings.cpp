@@ -1,6 +1,7 @@
 #include "host/services/Settings.h"
 
 #include "host/drawing/dxf/AtomicFile.h"
+#include "host/services/Messages.h"
 #include "host/services/Text.h"
 
 #include <fmt/format.h>
@@ -54,9 +55,9 @@ bool withinLimits(const SettingSpec &spec, const SettingValue &value)
 std::string typeAndLimits(const SettingSpec &spec)
 {
     if (std::holds_alternative<std::wstring>(spec.standard))
-        return "a text";
-    return fmt::format("a {} from {} to {}", std::holds_alternative<int>(spec.standard) ? "whole number" : "number",
-                       spec.lowest, spec.highest);
+        return uiLine("settings.text");
+    return uiLine(std::holds_alternative<int>(spec.standard) ? "settings.whole" : "settings.number",
+                  {fmt::format("{}", spec.lowest), fmt::format("{}", spec.highest)});
 }
 
 /// The whole text as a number, with a point or a comma before the fraction.
@@ -133,8 +134,7 @@ void Settings::load(const std::filesystem::path &file)
         else
             m_findings.push_back({file,
                                   {Severity::Warning, line.line,
-                                   line.key + " must be " + typeAndLimits(*spec) + ", not \"" + line.value +
-                                       "\"; the line was passed over"}});
+                                   uiLine("settings.badLine", {line.key, typeAndLimits(*spec), line.value})}});
     }
 }
 
@@ -156,9 +156,9 @@ SaveResult Settings::set(std::string_view key, const SettingValue &value)
 {
     const SettingSpec *spec = findSetting(key);
     if (spec && !withinLimits(*spec, value))
-        return {FileStatus::Refused, fmt::format("{} must be {}", key, typeAndLimits(*spec))};
+        return {FileStatus::Refused, uiLine("settings.bad", {key, typeAndLimits(*spec)})};
     if (trimmed(key).empty() || trimmed(key) != key || key.find_first_of("=#[\n\r") != std::string_view::npos)
-        return {FileStatus::Refused, fmt::format("\"{}\" can't be the name of a setting", key)};
+        return {FileStatus::Refused, uiLine("settings.badName", {key})};
     const std::string line = fmt::format("{} = {}", key, textOf(value));
     const bool isText = std::holds_alternative<std::wstring>(value);
     m_values.insert_or_assign(std::string(key), spec || isText ? value : SettingValue(wide(textOf(value))));
@@ -177,7 +177,7 @@ SaveResult Settings::reset(std::string_view key)
 SaveResult Settings::writeLine(std::string_view key, const std::string *line)
 {
     if (m_file.empty())
-        return {FileStatus::NotFound, "there is no folder for settings; set HOME or VELMOR_CONFIG_DIR"};
+        return {FileStatus::NotFound, uiLine("settings.noFolder")};
     const ReadFileResult read = readWholeFile(m_file);
     if (!read && read.status != FileStatus::NotFound && read.status != FileStatus::Empty)
         return {read.status, read.message};

@@ -3,6 +3,7 @@
 #include "host/drawing/DrawingData.h"
 #include "host/drawing/Findings.h"
 #include "host/drawing/Journal.h"
+#include "host/drawing/Texts.h"
 #include "host/drawing/Utf8.h"
 #include "host/drawing/dxf/AtomicFile.h"
 
@@ -109,7 +110,7 @@ void tellWhatIsMissing(const std::string &file, const velmor::LoadReport &report
     std::string kinds;
     for (const auto &[kind, count] : imported.leftOut)
         kinds += (kinds.empty() ? "" : ", ") + std::to_string(count) + " " + kind;
-    velmor::notice(file + ": the block was taken without what can't stand in another drawing: " + kinds);
+    velmor::notice(file + ": " + velmor::drawingText("block.without", {kinds}));
 }
 
 } // namespace

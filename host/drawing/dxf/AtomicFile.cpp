@@ -1,5 +1,7 @@
 #include "host/drawing/dxf/AtomicFile.h"
 
+#include "host/drawing/Texts.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -156,20 +158,20 @@ std::string adviceFor(int error)
 {
     switch (error) {
     case ENOSPC:
-        return "the disk is full; free some space or save in another place";
+        return drawingText("file.diskFull");
     case EDQUOT:
-        return "your share of the disk is used up; free some space or save in another place";
+        return drawingText("file.quota");
     case EFBIG:
-        return "the file would be larger than this file system takes; save in another place";
+        return drawingText("file.tooLarge");
     case EROFS:
-        return "the disk is read-only; save in another place";
+        return drawingText("file.diskReadOnly");
     case EACCES:
     case EPERM:
-        return "you have no right to write there; save in another place or change the permissions";
+        return drawingText("file.noRight");
     case ENAMETOOLONG:
-        return "the name is too long; choose a shorter one";
+        return drawingText("file.longName");
     default:
-        return std::string(std::strerror(error)) + "; save in another place";
+        return drawingText("file.otherTrouble", {std::strerror(error)});
     }
 }
 
@@ -201,11 +203,11 @@ private:
     bool copyOld(const fs::path &to);
     SaveResult failed(int error) const
     {
-        return {statusOf(error), "cannot save " + quoted(m_shown) + ": " + adviceFor(error)};
+        return {statusOf(error), drawingText("file.cannotSave", {quoted(m_shown), adviceFor(error)})};
     }
     SaveResult refused(FileStatus status, const std::string &why) const
     {
-        return {status, "cannot save " + quoted(m_shown) + ": " + why};
+        return {status, drawingText("file.cannotSave", {quoted(m_shown), why})};
     }
 
     fs::path m_shown, m_path;
@@ -220,30 +222,27 @@ SaveResult Save::checkTarget()
     struct stat folder {};
     if (::stat(folderOf(m_path).c_str(), &folder) != 0)
         return errno == ENOENT || errno == ENOTDIR
-                   ? refused(FileStatus::NotFound,
-                             "there is no folder " + quoted(folderOf(m_path)) + "; make it or save in another place")
+                   ? refused(FileStatus::NotFound, drawingText("file.noFolder", {quoted(folderOf(m_path))}))
                    : failed(errno);
     if (!S_ISDIR(folder.st_mode))
-        return refused(FileStatus::NotFound, quoted(folderOf(m_path)) + " is no folder; save in another place");
+        return refused(FileStatus::NotFound, drawingText("file.notFolder", {quoted(folderOf(m_path))}));
     struct stat old {};
     if (::stat(m_path.c_str(), &old) == 0) {
         if (S_ISDIR(old.st_mode))
-            return refused(FileStatus::NotAFile, "it is a folder; give the name of a file");
+            return refused(FileStatus::NotAFile, drawingText("file.isFolder"));
         if (!S_ISREG(old.st_mode))
-            return refused(FileStatus::Refused, "it is not a plain file; save under another name");
+            return refused(FileStatus::Refused, drawingText("file.notPlainSave"));
         // The system lets some users write where nobody may. A file marked read-only was marked so on purpose.
         if ((old.st_mode & 0222) == 0 || ::access(m_path.c_str(), W_OK) != 0)
-            return refused(FileStatus::NotWritable,
-                           "the file is read-only; save under another name or change its permissions");
+            return refused(FileStatus::NotWritable, drawingText("file.readOnly"));
         m_old = old;
     } else if (errno != ENOENT) {
         return failed(errno);
     } else if (m_path.filename().empty()) {
-        return refused(FileStatus::NotAFile, "it is a folder; give the name of a file");
+        return refused(FileStatus::NotAFile, drawingText("file.isFolder"));
     }
     if ((folder.st_mode & 0222) == 0)
-        return refused(FileStatus::NotWritable, "the folder " + quoted(folderOf(m_path)) +
-                                                    " is read-only; save in another place or change its permissions");
+        return refused(FileStatus::NotWritable, drawingText("file.folderReadOnly", {quoted(folderOf(m_path))}));
     return {};
 }
 
@@ -364,9 +363,8 @@ SaveResult Save::keepOld()
     if (kept)
         return {};
     if (error == EISDIR || error == ENOTEMPTY || error == EEXIST || error == ENOTDIR)
-        return refused(FileStatus::NotWritable, "its last version cannot be kept as " + quoted(backup) +
-                                                    ", which is a folder; rename that or save in another place");
-    return refused(statusOf(error), "its last version cannot be kept as " + quoted(backup) + ": " + adviceFor(error));
+        return refused(FileStatus::NotWritable, drawingText("file.backupFolder", {quoted(backup)}));
+    return refused(statusOf(error), drawingText("file.backup", {quoted(backup), adviceFor(error)}));
 }
 
 SaveResult Save::run(std::span<const std::string_view> pieces, bool backup)
@@ -383,8 +381,7 @@ SaveResult Save::run(std::span<const std::string_view> pieces, bool backup)
         return failed(errno);
     m_temporary.clear();
     if (m_operations.syncFolder(folderOf(m_path).c_str()) != 0)
-        return refused(statusOf(errno), "it was written, but it is not sure that it would outlive a power cut (" +
-                                            std::string(std::strerror(errno)) + "); save once more");
+        return refused(statusOf(errno), drawingText("file.notSure", {std::strerror(errno)}));
     return {};
 }
 
@@ -412,15 +409,15 @@ SaveResult writeFileAtomically(const fs::path &path, std::span<const std::string
 ReadFileResult readWholeFile(const fs::path &path, const std::function<bool(double)> &progress)
 {
     const auto failed = [&](FileStatus status, const std::string &why) {
-        return ReadFileResult{status, {}, "cannot open " + quoted(path) + ": " + why};
+        return ReadFileResult{status, {}, drawingText("file.cannotOpen", {quoted(path), why})};
     };
     // Non-blocking, so that a pipe without a writer does not hang the program.
     const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0) {
         if (errno == ENOENT || errno == ENOTDIR)
-            return failed(FileStatus::NotFound, "there is no such file; check the name");
+            return failed(FileStatus::NotFound, drawingText("file.none"));
         if (errno == EACCES || errno == EPERM)
-            return failed(FileStatus::NotReadable, "you have no right to read it; change its permissions");
+            return failed(FileStatus::NotReadable, drawingText("file.noRightToRead"));
         return failed(FileStatus::NotReadable, std::strerror(errno));
     }
     const auto closed = [&](ReadFileResult result) {
@@ -431,9 +428,9 @@ ReadFileResult readWholeFile(const fs::path &path, const std::function<bool(doub
     if (::fstat(file, &info) != 0)
         return closed(failed(FileStatus::NotReadable, std::strerror(errno)));
     if (S_ISDIR(info.st_mode))
-        return closed(failed(FileStatus::NotAFile, "it is a folder; give the name of a file"));
+        return closed(failed(FileStatus::NotAFile, drawingText("file.isFolder")));
     if (!S_ISREG(info.st_mode))
-        return closed(failed(FileStatus::NotAFile, "it is not a plain file"));
+        return closed(failed(FileStatus::NotAFile, drawingText("file.notPlain")));
     ReadFileResult result;
     result.bytes.resize(static_cast<std::size_t>(info.st_size));
     std::size_t have = 0;
@@ -448,11 +445,11 @@ ReadFileResult readWholeFile(const fs::path &path, const std::function<bool(doub
             break;
         have += static_cast<std::size_t>(count);
         if (progress && !progress(static_cast<double>(have) / static_cast<double>(result.bytes.size())))
-            return closed({FileStatus::Cancelled, {}, "loading " + quoted(path) + " was cancelled"});
+            return closed({FileStatus::Cancelled, {}, drawingText("file.cancelledName", {quoted(path)})});
     }
     result.bytes.resize(have);
     if (have == 0)
-        return closed(failed(FileStatus::Empty, "the file is empty"));
+        return closed(failed(FileStatus::Empty, drawingText("file.empty")));
     return closed(std::move(result));
 }
 

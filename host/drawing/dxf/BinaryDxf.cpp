@@ -1,5 +1,7 @@
 #include "host/drawing/dxf/BinaryDxf.h"
 
+#include "host/drawing/Texts.h"
+
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -146,7 +148,7 @@ bool Converter::takeReal()
     if (!value)
         return false;
     if (!std::isfinite(*value)) {
-        m_result.findings.push_back({Severity::Damage, m_at - sizeof(double), "a number that is none, read as 0"});
+        m_result.findings.push_back({Severity::Damage, m_at - sizeof(double), drawingText("dxf.binary.noNumber")});
         m_result.text += "0.0";
         return true;
     }
@@ -214,15 +216,14 @@ BinaryDxfText Converter::run()
         const auto code = takeCode();
         if (code && kindOfCode(*code) == ValueKind::Unknown) {
             m_result.findings.push_back(
-                {Severity::Damage, groupAt,
-                 "group code " + std::to_string(*code) + " has no known size; what follows was left out"});
+                {Severity::Damage, groupAt, drawingText("dxf.binary.noSize", {std::to_string(*code)})});
             return std::move(m_result);
         }
         if (code)
             writeCode(*code);
         if (!code || !takeValue(*code)) {
             m_result.text.resize(textAt);
-            m_result.findings.push_back({Severity::Damage, groupAt, "the file ends within a group"});
+            m_result.findings.push_back({Severity::Damage, groupAt, drawingText("dxf.binary.cut")});
             return std::move(m_result);
         }
         m_result.text.push_back('\n');
@@ -230,7 +231,7 @@ BinaryDxfText Converter::run()
         if (*code == 0 && std::string_view(m_result.text).substr(textAt) == "  0\nEOF\n")
             return std::move(m_result);
     }
-    m_result.findings.push_back({Severity::Damage, m_bytes.size(), "the file ends without its end mark"});
+    m_result.findings.push_back({Severity::Damage, m_bytes.size(), drawingText("dxf.noEndMark")});
     return std::move(m_result);
 }
 

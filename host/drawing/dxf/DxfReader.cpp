@@ -1,5 +1,6 @@
 #include "host/drawing/dxf/DxfReader.h"
 
+#include "host/drawing/Texts.h"
 #include "host/drawing/dxf/DataTags.h"
 
 #include <algorithm>
@@ -45,8 +46,7 @@ void DxfReader::enter(const char *first, const char *last)
             break;
         }
         if (tag.code != 999)
-            find(Severity::Damage, start,
-                 "a group " + std::to_string(tag.code) + " before the first section is left out");
+            find(Severity::Damage, start, drawingText("dxf.groupBefore", {std::to_string(tag.code)}));
     }
     reportBadLines();
 }
@@ -100,7 +100,7 @@ void DxfReader::find(Severity severity, const char *where, std::string text)
     auto &findings = d.report.findings;
     if (findings.size() >= kMostFindings) {
         if (findings.size() == kMostFindings)
-            findings.push_back({Severity::Damage, 0, "there is more; only the first thousand findings are listed"});
+            findings.push_back({Severity::Damage, 0, drawingText("dxf.more")});
         return;
     }
     std::size_t line = 0;
@@ -121,14 +121,13 @@ void DxfReader::reportBadLines()
     for (const TagCursor::BadLine &bad : m_cursor.badLines()) {
         m_objectBad = true;
         if (bad.atEnd) {
-            find(Severity::Damage, bad.where, "the file ends behind a group code, without its value");
+            find(Severity::Damage, bad.where, drawingText("dxf.endBehindCode"));
             continue;
         }
         const char *end = static_cast<const char *>(
             std::memchr(bad.where, '\n', static_cast<std::size_t>(m_cursor.end() - bad.where)));
         const std::string_view line(bad.where, static_cast<std::size_t>((end ? end : m_cursor.end()) - bad.where));
-        find(Severity::Damage, bad.where,
-             "\"" + printable(line) + "\" stands where a group code belongs; the line is passed over");
+        find(Severity::Damage, bad.where, drawingText("dxf.noCode", {printable(line)}));
     }
     m_cursor.clearBadLines();
 }
@@ -182,7 +181,7 @@ void DxfReader::readPrologue()
     d.report.version = d.version;
     d.report.codePage = f.codec.name();
     if (!f.codec.isKnown() && !codePage.empty())
-        find(Severity::Warning, nullptr, "the code page " + printable(codePage) + " is not known; ANSI_1252 is taken");
+        find(Severity::Warning, nullptr, drawingText("dxf.codePage", {printable(codePage)}));
 }
 
 bool DxfReader::run()
@@ -215,7 +214,7 @@ void DxfReader::readObjectsOf(const char *first, const char *last)
             f.eof = startOffset();
             m_seenEof = true;
             if (m_more)
-                find(Severity::Note, m_zeroStart, "what follows the end of the drawing is passed over");
+                find(Severity::Note, m_zeroStart, drawingText("dxf.afterEnd"));
             break;
         }
         readObject();
@@ -251,7 +250,7 @@ void DxfReader::readObject()
         readRawObject();
         break;
     case Section::None:
-        find(Severity::Damage, m_start, printable(m_type) + " stands outside of every section and is left out");
+        find(Severity::Damage, m_start, drawingText("dxf.outsideSection", {printable(m_type)}));
         break;
     case Section::Header:
     case Section::Other:
@@ -292,7 +291,7 @@ void DxfReader::beginSection()
             break;
         }
     if (m_sectionName.empty())
-        find(Severity::Damage, m_start, "a section without a name is kept unread");
+        find(Severity::Damage, m_start, drawingText("dxf.sectionNoName"));
     m_section = Section::Other;
     if (m_sectionName == "HEADER") {
         m_section = Section::Header;
@@ -329,7 +328,7 @@ void DxfReader::closeOpenSection()
 {
     if (m_section == Section::None)
         return;
-    find(Severity::Damage, m_start, "section " + m_sectionName + " does not end before the next begins");
+    find(Severity::Damage, m_start, drawingText("dxf.sectionOpen", {m_sectionName}));
     endSection(true);
 }
 
@@ -337,12 +336,12 @@ void DxfReader::endSection(bool isMissing)
 {
     const std::size_t end = startOffset();
     if (m_inTable) {
-        find(Severity::Damage, m_start, "table " + m_tableName + " does not end");
+        find(Severity::Damage, m_start, drawingText("dxf.tableNoEnd", {m_tableName}));
         endTable();
         noteMissingEnd(EditRank::PartEnd, "ENDTAB");
     }
     if (m_inBlock) {
-        find(Severity::Damage, m_start, "the last block does not end");
+        find(Severity::Damage, m_start, drawingText("dxf.blockNoEnd"));
         endBlock(true);
     }
     if (isMissing)
@@ -371,7 +370,7 @@ void DxfReader::endSection(bool isMissing)
             f.objectsEnd = end;
         break;
     case Section::None:
-        find(Severity::Damage, m_start, "the end of a section that did not begin");
+        find(Severity::Damage, m_start, drawingText("dxf.strayEndSection"));
         break;
     case Section::Other:
         break;
@@ -403,7 +402,7 @@ void DxfReader::readTables()
 {
     if (isType("TABLE")) {
         if (m_inTable) {
-            find(Severity::Damage, m_start, "table " + m_tableName + " does not end before the next begins");
+            find(Severity::Damage, m_start, drawingText("dxf.tableOpen", {m_tableName}));
             endTable();
             noteMissingEnd(EditRank::PartEnd, "ENDTAB");
         }
@@ -428,12 +427,12 @@ void DxfReader::readTables()
     }
     if (isType("ENDTAB")) {
         if (!m_inTable)
-            find(Severity::Damage, m_start, "the end of a table that did not begin");
+            find(Severity::Damage, m_start, drawingText("dxf.strayEndTable"));
         endTable();
         return;
     }
     if (!m_inTable) {
-        find(Severity::Damage, m_start, "a record of the kind " + printable(m_type) + " stands outside of its table");
+        find(Severity::Damage, m_start, drawingText("dxf.outsideTable", {printable(m_type)}));
         m_inTable = true;
         m_tableStart = m_start;
         m_tableName = m_type;
@@ -485,13 +484,13 @@ void DxfReader::readLayer()
     }
     readRawObject();
     if (!name) {
-        find(Severity::Damage, m_start, "a layer without a name is kept unread");
+        find(Severity::Damage, m_start, drawingText("dxf.layerNoName"));
         ++m_unreadRecords["LAYER"];
         return;
     }
     layer.name = f.codec.decode(name->text());
     if (d.layerByName.contains(foldedName(layer.name))) {
-        find(Severity::Warning, m_start, "layer \"" + toUtf8(layer.name) + "\" stands twice; the first holds");
+        find(Severity::Warning, m_start, drawingText("dxf.layerTwice", {toUtf8(layer.name)}));
         ++m_unreadRecords["LAYER"];
         return;
     }
@@ -507,12 +506,12 @@ void DxfReader::readBlockRecord()
     m_highestHandle = std::max(m_highestHandle, common.handle);
     const std::wstring name = f.codec.decode(EntityReader::blockName(m_tags));
     if (name.empty()) {
-        find(Severity::Damage, m_start, "a block record without a name is kept unread");
+        find(Severity::Damage, m_start, drawingText("dxf.recordNoName"));
         ++m_unreadRecords["BLOCK_RECORD"];
         return;
     }
     if (d.blockByName.contains(foldedName(name))) {
-        find(Severity::Warning, m_start, "block record \"" + toUtf8(name) + "\" stands twice; the first holds");
+        find(Severity::Warning, m_start, drawingText("dxf.recordTwice", {toUtf8(name)}));
         ++m_unreadRecords["BLOCK_RECORD"];
         return;
     }
@@ -553,18 +552,18 @@ void DxfReader::readBlocks()
     ensureSpaces();
     if (isType("BLOCK")) {
         if (m_inBlock) {
-            find(Severity::Damage, m_start, "a block does not end before the next begins");
+            find(Severity::Damage, m_start, drawingText("dxf.blockOpen"));
             endBlock(true);
         }
         beginBlock();
     } else if (isType("ENDBLK")) {
         if (!m_inBlock)
-            find(Severity::Damage, m_start, "the end of a block that did not begin");
+            find(Severity::Damage, m_start, drawingText("dxf.strayEndBlock"));
         else
             endBlock(false);
         m_highestHandle = std::max(m_highestHandle, EntityReader::common(m_tags).handle);
     } else if (!m_inBlock) {
-        find(Severity::Damage, m_start, printable(m_type) + " stands outside of every block and is left out");
+        find(Severity::Damage, m_start, drawingText("dxf.outsideBlock", {printable(m_type)}));
     } else if (m_inDataBlock) {
         readDataBlock();
     } else if (m_block) {
@@ -593,7 +592,7 @@ void DxfReader::beginBlock()
             break;
     }
     if (!name) {
-        find(Severity::Damage, m_start, "a block without a name is kept unread");
+        find(Severity::Damage, m_start, drawingText("dxf.blockNoName"));
         return;
     }
     std::wstring text = f.codec.decode(name->text());
@@ -611,8 +610,7 @@ void DxfReader::beginBlock()
     BlockRecord &record = found != d.blockByName.end() ? *found->second : d.makeBlock(std::move(text));
     BlockSource &source = f.blocks[&record];
     if (source.headLength != 0) {
-        find(Severity::Warning, m_start,
-             "block \"" + toUtf8(record.name()) + "\" stands twice; the second is kept unread");
+        find(Severity::Warning, m_start, drawingText("dxf.blockTwice", {toUtf8(record.name())}));
         return;
     }
     m_block = &record;
@@ -687,7 +685,7 @@ void DxfReader::noteCut()
     if (m_seenEof && !isOpen)
         return;
     if (m_seenEof) {
-        m_cut.message = "section " + m_sectionName + " does not end before the file does";
+        m_cut.message = drawingText("dxf.sectionCut", {m_sectionName});
         m_cut.offset = f.eof;
     } else {
         // The last object can't be trusted unless it is the end of something.
@@ -697,8 +695,7 @@ void DxfReader::noteCut()
         m_cut.offset = !isWhole                       ? offsetOf(m_compoundStart ? m_compoundStart : m_start)
                        : lineEnd == std::string::npos ? f.end
                                                       : lineEnd + 1;
-        m_cut.message = isWhole ? "the file ends without its mark of the end"
-                                : "the file ends inside of " + printable(m_type) + ", which is left out";
+        m_cut.message = isWhole ? drawingText("dxf.noEndMark") : drawingText("dxf.endInside", {printable(m_type)});
     }
     m_cut.line = 1 + static_cast<std::size_t>(std::count(f.text.data(), f.text.data() + m_cut.offset, '\n'));
     // Opening a section, a table or a block by its last object is undone with that object.
@@ -812,7 +809,7 @@ void DxfReader::resolveReferences()
             if (block != d.blockByName.end())
                 found->second = block->second;
             else
-                find(Severity::Warning, name.data(), "block \"" + printable(name) + "\" is placed but not defined");
+                find(Severity::Warning, name.data(), drawingText("dxf.blockUndefined", {printable(name)}));
         }
         if (found->second)
             ObjectAccess::setDefinition(*reference, ObjectAccess::id(found->second));
@@ -843,8 +840,7 @@ void DxfReader::resolveDictionaries()
                 d.attached[object].records[m_slices[i].key] = std::move(record);
             else
                 find(Severity::Warning, nullptr,
-                     "data under \"" + printable(m_slices[i].key) + "\" belongs to an object " + printable(target) +
-                         " that is not there");
+                     drawingText("dxf.dataNoObject", {printable(m_slices[i].key), printable(target)}));
         }
         i = last;
     }

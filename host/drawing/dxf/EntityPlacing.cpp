@@ -1,4 +1,5 @@
 // Entities in their blocks: polylines and references with their parts, layers, owners, data.
+#include "host/drawing/Texts.h"
 #include "host/drawing/dxf/DataTags.h"
 #include "host/drawing/dxf/DxfReader.h"
 
@@ -81,7 +82,7 @@ AcDbEntity *DxfReader::makeEntity(EntityKind kind, const CommonTags &common)
         }
         if (!result.problem.empty())
             find(Severity::Damage, result.place ? result.place->value : m_start,
-                 std::string(m_type) + ": " + result.problem + "; it is kept unread");
+                 drawingText("dxf.entityUnread", {m_type, result.problem}));
     }
     return keepUnread(m_type);
 }
@@ -161,7 +162,7 @@ void DxfReader::readEntity(BlockRecord *block)
         m_highestHandle = std::max(m_highestHandle, EntityReader::common(m_tags).handle);
     } else if (hasAttributes && m_more) {
         hasEnd = false;
-        find(Severity::Warning, m_zeroStart, "the attributes of a block reference do not end with SEQEND");
+        find(Severity::Warning, m_zeroStart, drawingText("dxf.attributesNoEnd"));
     }
     ObjectAccess::host(entity).sourceLength = static_cast<std::uint32_t>(m_objectEnd - start);
     if (m_more && hasEnd)
@@ -192,7 +193,7 @@ void DxfReader::readPolyline(BlockRecord *block)
         m_highestHandle = std::max(m_highestHandle, EntityReader::common(m_tags).handle);
     } else if (m_more) {
         hasEnd = false;
-        find(Severity::Warning, m_zeroStart, "the vertices of a polyline do not end with SEQEND");
+        find(Severity::Warning, m_zeroStart, drawingText("dxf.verticesNoEnd"));
     }
     AcDbEntity *entity = bad ? nullptr : m_entities.finish(m_polyline);
     if (entity) {
@@ -200,7 +201,7 @@ void DxfReader::readPolyline(BlockRecord *block)
         countRead(EntityKind::Polyline2d);
     } else {
         if (!m_polyline.problem.empty())
-            find(Severity::Damage, start, "POLYLINE: " + m_polyline.problem + "; it is kept unread");
+            find(Severity::Damage, start, drawingText("dxf.entityUnread", {"POLYLINE", m_polyline.problem}));
         entity = keepUnread("POLYLINE");
     }
     place(*entity, common, offsetOf(start), static_cast<std::size_t>(m_objectEnd - start));

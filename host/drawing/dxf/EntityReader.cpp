@@ -1,5 +1,6 @@
 #include "host/drawing/dxf/EntityReader.h"
 
+#include "host/drawing/Texts.h"
 #include "host/drawing/dxf/TextFormat.h"
 
 #include <algorithm>
@@ -36,7 +37,7 @@ std::string quoted(const Tag &tag)
 
 EntityReader::Result notANumber(const Tag &tag)
 {
-    return {nullptr, "group " + std::to_string(tag.code) + " holds " + quoted(tag) + ", which is not a number", &tag};
+    return {nullptr, drawingText("dxf.notANumber", {std::to_string(tag.code), quoted(tag)}), &tag};
 }
 
 /// Values by group code, for kinds in which a code stands once.
@@ -237,7 +238,7 @@ EntityReader::Result EntityReader::readSimple(EntityKind kind, std::span<const T
         return notANumber(*f.bad);
     const Facing facing = facingOf(common);
     const bool mirrored = facing == Facing::Down;
-    const auto missing = [](const char *what) { return Result{nullptr, std::string("without ") + what, nullptr}; };
+    const auto missing = [](const char *what) { return Result{nullptr, drawingText(what), nullptr}; };
     // Lines, points, ellipses and paragraphs stand in world coordinates whatever their extrusion says.
     const bool inWorld = kind == EntityKind::Line || kind == EntityKind::Point || kind == EntityKind::Ellipse ||
                          kind == EntityKind::MText;
@@ -248,19 +249,19 @@ EntityReader::Result EntityReader::readSimple(EntityKind kind, std::span<const T
     switch (kind) {
     case EntityKind::Line:
         if (!f.has({10, 20, 11, 21}))
-            return missing("its two points");
+            return missing("dxf.without.points");
         return {m_arena.make<AcDbLine>(f.point(10), f.point(11)), {}, nullptr};
     case EntityKind::Point:
         if (!f.has({10, 20}))
-            return missing("its place");
+            return missing("dxf.without.place");
         return {m_arena.make<PointEntity>(f.point(10)), {}, nullptr};
     case EntityKind::Circle:
         if (!f.has({10, 20, 40}))
-            return missing("centre or radius");
+            return missing("dxf.without.circle");
         return {m_arena.make<CircleEntity>(turned(f.point(10)), f.get(40)), {}, nullptr};
     case EntityKind::Arc: {
         if (!f.has({10, 20, 40, 50, 51}))
-            return missing("centre, radius or angles");
+            return missing("dxf.without.arc");
         const double start = f.get(50) * kRadians, end = f.get(51) * kRadians;
         return {mirrored ? m_arena.make<AcDbArc>(turned(f.point(10)), f.get(40), kPi - end, kPi - start)
                          : m_arena.make<AcDbArc>(f.point(10), f.get(40), start, end),
@@ -269,7 +270,7 @@ EntityReader::Result EntityReader::readSimple(EntityKind kind, std::span<const T
     }
     case EntityKind::Ellipse: {
         if (!f.has({10, 20, 11, 21, 40}))
-            return missing("centre, axis or ratio");
+            return missing("dxf.without.ellipse");
         EllipseEntity::Shape shape;
         shape.center = f.point(10);
         shape.majorAxis = {f.get(11), f.get(21), f.get(31)};
@@ -282,7 +283,7 @@ EntityReader::Result EntityReader::readSimple(EntityKind kind, std::span<const T
     case EntityKind::Attribute:
     case EntityKind::AttributeDefinition: {
         if (!f.has({10, 20}))
-            return missing("its place");
+            return missing("dxf.without.place");
         TextShape shape = textShape(f, mirrored, kind == EntityKind::Text ? 73 : 74);
         shape.text = plainLine(decode(f.text[1]));
         if (kind == EntityKind::Text)
@@ -298,7 +299,7 @@ EntityReader::Result EntityReader::readSimple(EntityKind kind, std::span<const T
     }
     case EntityKind::MText: {
         if (!f.has({10, 20}))
-            return missing("its place");
+            return missing("dxf.without.place");
         TextShape shape;
         shape.position = f.point(10);
         shape.height = f.get(40, 1.0);
@@ -315,9 +316,9 @@ EntityReader::Result EntityReader::readSimple(EntityKind kind, std::span<const T
     }
     case EntityKind::BlockReference: {
         if (!f.has({10, 20}))
-            return missing("its place");
+            return missing("dxf.without.place");
         if (!f.text[2])
-            return missing("the name of its block");
+            return missing("dxf.without.block");
         AcDbBlockReference::Placement p;
         p.position = turned(f.point(10));
         p.scaleX = f.get(41, 1.0);
@@ -355,7 +356,7 @@ EntityReader::Result EntityReader::readLwPolyline(std::span<const Tag> tags, con
             if (!tag.real(number))
                 return notANumber(tag);
             if (!hasY)
-                return {nullptr, "a vertex without its y", &tag};
+                return {nullptr, drawingText("dxf.vertexNoY"), &tag};
             vertices.push_back({number, 0.0, 0.0});
             hasY = false;
             break;
@@ -363,7 +364,7 @@ EntityReader::Result EntityReader::readLwPolyline(std::span<const Tag> tags, con
             if (!tag.real(number))
                 return notANumber(tag);
             if (hasY)
-                return {nullptr, "a vertex without its x", &tag};
+                return {nullptr, drawingText("dxf.vertexNoX"), &tag};
             vertices.back().y = number;
             hasY = true;
             break;
@@ -394,7 +395,7 @@ EntityReader::Result EntityReader::readLwPolyline(std::span<const Tag> tags, con
         }
     }
     if (!hasY)
-        return {nullptr, "a vertex without its y", nullptr};
+        return {nullptr, drawingText("dxf.vertexNoY"), nullptr};
     if (facing == Facing::Down) {
         for (auto &v : vertices) {
             v.x = -v.x;
@@ -437,7 +438,7 @@ EntityReader::Result EntityReader::readSpline(std::span<const Tag> tags)
         case 31: {
             auto &points = tag.code % 10 == 0 ? shape.controlPoints : shape.fitPoints;
             if (points.empty())
-                return {nullptr, "a point without its x", &tag};
+                return {nullptr, drawingText("dxf.pointNoX"), &tag};
             (tag.code < 30 ? points.back().y : points.back().z) = number;
             break;
         }
@@ -446,7 +447,7 @@ EntityReader::Result EntityReader::readSpline(std::span<const Tag> tags)
         }
     }
     if (shape.controlPoints.empty() && shape.fitPoints.empty())
-        return {nullptr, "without points", nullptr};
+        return {nullptr, drawingText("dxf.noPoints"), nullptr};
     const bool plain = std::all_of(shape.weights.begin(), shape.weights.end(), [](double w) { return w == 1.0; });
     if (plain)
         shape.weights.clear();
@@ -506,7 +507,7 @@ void EntityReader::addVertex(Polyline &polyline, std::span<const Tag> tags, cons
     if (flags & 16) // a point of the frame that shapes a curve, not of the curve
         return;
     if (seen != 3) {
-        polyline.problem = "a vertex without its place";
+        polyline.problem = drawingText("dxf.vertexNoPlace");
         return;
     }
     polyline.vertices.push_back({x, y, bulge});

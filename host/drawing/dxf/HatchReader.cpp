@@ -1,6 +1,8 @@
 // Hatches: their loops become rings of vertices with bulges; ellipses and splines in a loop become short chords.
 #include "host/drawing/dxf/EntityReader.h"
 
+#include "host/drawing/Texts.h"
+
 #include <algorithm>
 #include <numbers>
 
@@ -242,8 +244,8 @@ EntityReader::Result EntityReader::readHatch(std::span<const Tag> tags, const Co
         loops.push_back(readLoop(scan));
     if (!scan.good()) {
         if (scan.bad())
-            return {nullptr, "group " + std::to_string(scan.bad()->code) + " is not a number", scan.bad()};
-        return {nullptr, "its loops are not complete", nullptr};
+            return {nullptr, drawingText("dxf.groupNoNumber", {std::to_string(scan.bad()->code)}), scan.bad()};
+        return {nullptr, drawingText("dxf.loops"), nullptr};
     }
 
     AcDbHatch &hatch = *m_arena.make<AcDbHatch>();

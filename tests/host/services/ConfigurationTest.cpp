@@ -93,6 +93,7 @@ TEST_F(Configuration, SettingTheZoomTakesEffectAtOnceAndOutlivesTheRun)
 
 TEST_F(Configuration, ARefusedSettingIsToldAndChangesNothing)
 {
+    resources.write("messages/en.txt", "settings.bad = %1 must be %2\nsettings.whole = a whole number from %1 to %2\n");
     start();
     std::wstring told;
     Services::instance().setNotice([&](const std::wstring &text) { told = text; });
