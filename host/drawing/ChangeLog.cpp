@@ -10,7 +10,6 @@ namespace velmor {
 
 namespace {
 
-constexpr std::size_t kStandardLimit = std::size_t{256} << 20;
 constexpr std::uint64_t kNoState = ~std::uint64_t{0};
 
 template <class State>
@@ -47,7 +46,7 @@ ChangeStep::~ChangeStep() = default;
 ChangeStep::ChangeStep(ChangeStep &&) noexcept = default;
 ChangeStep &ChangeStep::operator=(ChangeStep &&) noexcept = default;
 
-ChangeLog::ChangeLog(Drawing &drawing) : m_drawing(drawing), m_limit(kStandardLimit)
+ChangeLog::ChangeLog(Drawing &drawing) : m_drawing(drawing)
 {
     Drawing::Private &d = m_drawing.priv();
     d.log = this;

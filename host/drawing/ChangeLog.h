@@ -91,8 +91,9 @@ public:
     /// No step leads to what is saved: the drawing is modified whatever is undone.
     void markUnsaved();
     /// True when the drawing was as it was read when the log was made, so that its steps tell all that was done to it.
-    bool knowsEverything() const { return m_knowsEverything; }
-    /// The log holds at most about that many bytes, and the last step in any case. Standard: 256 MiB.
+    bool knowsEverything() const { return m_knowsEverything && m_ground == 0 && m_keptNumbers == 0; }
+    static constexpr std::size_t kStandardLimit = std::size_t{256} << 20;
+    /// The log holds at most about that many bytes, and the last step in any case.
     void setLimit(std::size_t bytes);
     std::size_t bytes() const { return m_bytes; }
 
@@ -156,7 +157,7 @@ private:
     std::uint64_t m_savedState = 0;
     std::size_t m_savedChanges = 0; ///< how many of the changes at hand the file on disk holds
     bool m_savedInStep = false;
-    std::size_t m_bytes = 0, m_limit;
+    std::size_t m_bytes = 0, m_limit = kStandardLimit;
     bool m_applying = false;
     bool m_knowsEverything;
 };

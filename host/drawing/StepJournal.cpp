@@ -10,7 +10,7 @@ namespace velmor {
 
 namespace {
 
-constexpr std::string_view kTitle = "velmor steps 1\n";
+constexpr std::string_view kTitle = "VELMOR-STEPS-1\n";
 
 struct RecordHead {
     std::uint64_t length = 0, checksum = 0;

@@ -6,6 +6,7 @@
 #include "host/editor/HostCommands.h"
 #include "host/editor/HostVariables.h"
 #include "host/editor/ModuleLoader.h"
+#include "host/editor/Recovery.h"
 #include "host/editor/SelectionSets.h"
 #include "host/services/Services.h"
 #include "host/services/Text.h"
@@ -96,6 +97,7 @@ const std::filesystem::path &Session::path() const
 void Session::setPath(std::filesystem::path path)
 {
     d->path = std::move(path);
+    Recovery::instance().pathChanged(d->path);
 }
 
 void Session::setDrawing(std::unique_ptr<Drawing> drawing, std::filesystem::path path)
@@ -109,6 +111,7 @@ void Session::setDrawing(std::unique_ptr<Drawing> drawing, std::filesystem::path
     // The view may paint at any time, so the former drawing lives until the view has let go of it.
     const std::unique_ptr<Drawing> former = std::exchange(d->drawing, std::move(drawing));
     d->path = std::move(path);
+    Recovery::instance().follow(d->drawing.get(), d->path);
     if (d->view)
         d->view->showDrawing(d->drawing.get());
 }
@@ -201,6 +204,7 @@ void Session::alert(const std::wstring &text)
 void Session::alertFailure(const std::wstring &text)
 {
     ++d->failures;
+    Recovery::instance().sync(); // whatever comes next
     alert(text);
 }
 

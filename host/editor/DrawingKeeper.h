@@ -1,0 +1,111 @@
+// Keeps one open drawing in its folder: who has it, the text it was read from, a journal of its steps, an autosave.
+#pragma once
+
+#include "host/drawing/StepCodec.h"
+#include "host/drawing/StepJournal.h"
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <future>
+#include <memory>
+#include <optional>
+
+namespace velmor {
+
+/// A folder of the state folder, locked for the life of this object.
+class HeldFolder {
+public:
+    HeldFolder() = default;
+    ~HeldFolder() { release(); }
+    HeldFolder(const HeldFolder &) = delete;
+    HeldFolder &operator=(const HeldFolder &) = delete;
+
+    /// Makes a new folder with its owner file. False when that can't be, with the reason.
+    bool make(const std::filesystem::path &stateFolder, std::string &reason);
+    /// Takes hold of a folder that nobody holds. False while its owner lives.
+    bool take(const std::filesystem::path &folder);
+    const std::filesystem::path &path() const { return m_path; }
+    bool isHeld() const { return m_lock >= 0; }
+    /// Names the drawing in the owner file.
+    void nameDrawing(const std::filesystem::path &drawing) const;
+    static std::filesystem::path drawingOf(const std::filesystem::path &folder);
+    /// Whether somebody holds the folder.
+    static bool isOwned(const std::filesystem::path &folder);
+    void release();
+    /// Takes the folder away with all that is in it.
+    void remove();
+
+private:
+    std::filesystem::path m_path;
+    int m_lock = -1;
+};
+
+/// What the journal begins with: which text its steps stand on.
+struct JournalBase {
+    std::uint64_t checksum = 0; ///< of the drawing's text as it was read
+    bool damaged = false;       ///< the file was damaged when it was read
+    std::filesystem::path path; ///< of the drawing then
+};
+std::string bytesOf(const JournalBase &base);
+std::optional<JournalBase> journalBaseOf(std::string_view bytes);
+
+/// Types of the journal's records.
+namespace journal_record {
+inline constexpr char kBase = 'B'; ///< a JournalBase
+inline constexpr char kStep = 'D'; ///< done
+inline constexpr char kUndone = 'U';
+inline constexpr char kRedone = 'R';
+inline constexpr char kHandle = 'H';  ///< given for good
+inline constexpr char kNumbers = 'N'; ///< taken for good, below one
+inline constexpr char kSaved = 'S';   ///< with the path
+} // namespace journal_record
+
+class DrawingKeeper final : private StepFollower {
+public:
+    using Tell = std::function<void(const std::string &reason)>;
+    /// Follows a drawing from now on. Steps that were done to it already go into the journal too.
+    DrawingKeeper(Drawing &drawing, std::unique_ptr<HeldFolder> folder, std::filesystem::path path,
+                  FileOperations &operations, Tell tell);
+    /// Goes on with the folder that the drawing was recovered from; codec has taken part in that.
+    DrawingKeeper(Drawing &drawing, std::unique_ptr<HeldFolder> folder, std::filesystem::path path,
+                  FileOperations &operations, Tell tell, std::unique_ptr<StepCodec> codec);
+    ~DrawingKeeper() override;
+
+    void setPath(std::filesystem::path path);
+    void autosave();
+    void finishAutosave();
+    void sync();
+    /// The user gave the drawing up or it is saved: the folder goes with this object.
+    void giveUp() { m_givenUp = true; }
+    const HeldFolder &folder() const { return *m_folder; }
+
+private:
+    void stepDone(const ChangeStep &step) override;
+    void stepUndone(const ChangeStep &step) override;
+    void stepRedone(const ChangeStep &step) override;
+    void handleGiven(const AcDbObject &object) override;
+    void numbersKept(std::uint64_t next) override;
+    void drawingSaved() override;
+
+    bool begin();
+    void writeBase();
+    void put(char type, const std::optional<std::string> &bytes);
+    void check(const SaveResult &result);
+    void tellOnce(const std::string &reason);
+
+    Drawing &m_drawing;
+    ChangeLog &m_log;
+    std::unique_ptr<HeldFolder> m_folder;
+    std::filesystem::path m_path;
+    FileOperations &m_operations;
+    Tell m_tell;
+    std::unique_ptr<StepCodec> m_codec; ///< null: its steps can't be told, the autosave has to do
+    StepJournal m_journal;
+    bool m_begun = false, m_broken = false, m_told = false, m_givenUp = false, m_catchingUp = false;
+    std::uint64_t m_autosaved; ///< revision of the drawing when it was written last
+    std::chrono::steady_clock::time_point m_synced;
+    std::future<SaveResult> m_base, m_saving;
+};
+
+} // namespace velmor

@@ -1,0 +1,332 @@
+#include "host/editor/Recovery.h"
+
+#include "host/drawing/DrawingData.h"
+#include "host/editor/DrawingKeeper.h"
+#include "host/editor/UiMessage.h"
+#include "host/services/Messages.h"
+#include "host/services/Text.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+
+namespace velmor {
+
+namespace fs = std::filesystem;
+
+struct Recovery::Private {
+    fs::path stateFolder;
+    std::function<void(const std::wstring &)> tell;
+    FileOperations ownOperations;
+    FileOperations *operations = &ownOperations;
+    std::unique_ptr<DrawingKeeper> keeper;
+    bool toldFolder = false;
+
+    /// What is needed to go on with a recovered drawing once the session takes it.
+    struct Adopted {
+        const Drawing *drawing = nullptr;
+        std::unique_ptr<HeldFolder> folder;
+        std::unique_ptr<StepCodec> codec;
+    };
+    std::vector<Adopted> adopted;
+
+    DrawingKeeper::Tell teller()
+    {
+        return [this](const std::string &reason) {
+            if (tell)
+                tell(uiMessage("ui.recovery.notKept", {wide(reason)}));
+        };
+    }
+    std::vector<fs::path> folders() const;
+    void tellOfOthers(const fs::path &path) const;
+    bool repeat(RecoveredDrawing &result, const fs::path &folder, Adopted &adoption) const;
+    static bool loadBase(RecoveredDrawing &result, const fs::path &folder, const JournalBase &base);
+};
+
+namespace {
+
+/// What the records say was done since the last save.
+std::size_t stepsSinceSaved(const std::vector<JournalRecordInFile> &records)
+{
+    std::size_t steps = 0;
+    for (const JournalRecordInFile &record : records) {
+        if (record.type == journal_record::kSaved)
+            steps = 0;
+        else if (record.type == journal_record::kStep || record.type == journal_record::kUndone ||
+                 record.type == journal_record::kRedone)
+            ++steps;
+    }
+    return steps;
+}
+
+fs::path wholePath(const fs::path &path)
+{
+    std::error_code error;
+    const fs::path result = fs::weakly_canonical(fs::absolute(path, error), error);
+    return error ? path : result;
+}
+
+} // namespace
+
+Recovery::Recovery() : d(std::make_unique<Private>()) {}
+Recovery::~Recovery() = default;
+
+Recovery &Recovery::instance()
+{
+    static Recovery recovery;
+    return recovery;
+}
+
+fs::path Recovery::standardFolder()
+{
+    const auto variable = [](const char *name) {
+        const char *value = std::getenv(name);
+        return fs::path(value ? value : "");
+    };
+    if (const fs::path own = variable("VELMOR_STATE_DIR"); !own.empty())
+        return own;
+    if (const fs::path state = variable("XDG_STATE_HOME"); state.is_absolute())
+        return state / "velmor";
+    const fs::path home = variable("HOME");
+    return home.empty() ? fs::path() : home / ".local" / "state" / "velmor";
+}
+
+void Recovery::enable(fs::path stateFolder, std::function<void(const std::wstring &)> tell, FileOperations *operations)
+{
+    d->stateFolder = std::move(stateFolder);
+    d->tell = std::move(tell);
+    d->operations = operations ? operations : &d->ownOperations;
+    d->toldFolder = false;
+}
+
+void Recovery::disable()
+{
+    d->keeper.reset();
+    d->adopted.clear();
+    d->stateFolder.clear();
+    d->tell = {};
+}
+
+bool Recovery::isEnabled() const
+{
+    return !d->stateFolder.empty();
+}
+
+void Recovery::follow(Drawing *drawing, const fs::path &path)
+{
+    if (d->keeper)
+        d->keeper->giveUp();
+    d->keeper.reset();
+    if (!isEnabled() || !drawing)
+        return;
+    const fs::path file = path.empty() ? path : wholePath(path);
+    d->tellOfOthers(file);
+    const auto adoption = std::ranges::find(d->adopted, drawing, &Private::Adopted::drawing);
+    if (adoption != d->adopted.end()) {
+        Private::Adopted taken = std::move(*adoption);
+        d->adopted.erase(adoption);
+        d->keeper = std::make_unique<DrawingKeeper>(*drawing, std::move(taken.folder), file, *d->operations,
+                                                    d->teller(), std::move(taken.codec));
+        return;
+    }
+    auto folder = std::make_unique<HeldFolder>();
+    std::string reason;
+    if (!folder->make(d->stateFolder, reason)) {
+        if (!std::exchange(d->toldFolder, true))
+            d->teller()(reason);
+        return;
+    }
+    d->keeper = std::make_unique<DrawingKeeper>(*drawing, std::move(folder), file, *d->operations, d->teller());
+}
+
+void Recovery::pathChanged(const fs::path &path)
+{
+    if (d->keeper)
+        d->keeper->setPath(path.empty() ? path : wholePath(path));
+}
+
+void Recovery::autosave()
+{
+    if (d->keeper)
+        d->keeper->autosave();
+}
+
+void Recovery::finishAutosave()
+{
+    if (d->keeper)
+        d->keeper->finishAutosave();
+}
+
+void Recovery::sync()
+{
+    if (d->keeper)
+        d->keeper->sync();
+}
+
+// --- What others left -----------------------------------------------------------------------------------------------
+
+std::vector<fs::path> Recovery::Private::folders() const
+{
+    std::vector<fs::path> found;
+    std::error_code error;
+    for (fs::directory_iterator entry(stateFolder, error), end; !error && entry != end; entry.increment(error))
+        if (entry->path().filename().string().starts_with("open-"))
+            found.push_back(entry->path());
+    std::ranges::sort(found);
+    return found;
+}
+
+void Recovery::Private::tellOfOthers(const fs::path &path) const
+{
+    if (path.empty() || !tell)
+        return;
+    for (const fs::path &folder : folders())
+        if (HeldFolder::drawingOf(folder) == path && HeldFolder::isOwned(folder)) {
+            tell(uiMessage("ui.recovery.openElsewhere", {wide(path.string())}));
+            return;
+        }
+}
+
+std::vector<LeftDrawing> Recovery::left()
+{
+    std::vector<LeftDrawing> drawings;
+    for (const fs::path &folder : d->folders()) {
+        if (HeldFolder::isOwned(folder))
+            continue;
+        LeftDrawing left{folder, HeldFolder::drawingOf(folder), {}, 0};
+        left.steps = stepsSinceSaved(StepJournal::read(folder / "steps"));
+        std::error_code error;
+        for (const char *name : {"steps", "newest.dxf"})
+            if (const auto time = fs::last_write_time(folder / name, error); !error)
+                left.time = std::max(left.time, time);
+        if (left.steps != 0 || fs::exists(folder / "newest.dxf", error))
+            drawings.push_back(std::move(left));
+        else if (HeldFolder held; held.take(folder))
+            held.remove(); // nothing was lost there
+    }
+    std::ranges::sort(drawings, std::ranges::greater(), &LeftDrawing::time);
+    return drawings;
+}
+
+/// The text that the steps stand on: the kept one, else the drawing's own file when it is still the same.
+bool Recovery::Private::loadBase(RecoveredDrawing &result, const fs::path &folder, const JournalBase &base)
+{
+    for (const fs::path &file : {folder / "base.dxf", base.path}) {
+        if (file.empty())
+            continue;
+        LoadResult loaded = Drawing::load(file);
+        if (!loaded.drawing || checksumOf(loaded.drawing->priv().file.text) != base.checksum)
+            continue;
+        result.drawing = std::move(loaded.drawing);
+        Drawing::Private &p = result.drawing->priv();
+        p.file.path = base.path;
+        // A file that was cut off was closed before its text was kept; it is not to be written over all the same.
+        if (base.damaged && !p.report.damaged())
+            p.report.findings.push_back({Severity::Damage, 0, uiLine("ui.recovery.damaged")});
+        return true;
+    }
+    return false;
+}
+
+bool Recovery::Private::repeat(RecoveredDrawing &result, const fs::path &folder, Adopted &adoption) const
+{
+    const auto records = StepJournal::read(folder / "steps");
+    const auto base = records.empty() || records.front().type != journal_record::kBase
+                          ? std::nullopt
+                          : journalBaseOf(records.front().bytes);
+    if (!base || !loadBase(result, folder, *base))
+        return false;
+    result.path = base->path;
+    auto &log = result.drawing->component<ChangeLog>();
+    log.setLimit(std::numeric_limits<std::size_t>::max()); // what was undone must still be there
+    auto codec = std::make_unique<StepCodec>(*result.drawing);
+    const auto doAgain = [&](const JournalRecordInFile &record) {
+        switch (record.type) {
+        case journal_record::kStep:
+            if (auto step = codec->decode(record.bytes)) {
+                log.replay(std::move(*step));
+                return true;
+            }
+            return false;
+        case journal_record::kUndone:
+            return log.undo();
+        case journal_record::kRedone:
+            return log.redo();
+        case journal_record::kHandle:
+            return codec->applyHandle(record.bytes);
+        case journal_record::kNumbers: {
+            std::uint64_t next = 0;
+            if (record.bytes.size() != sizeof next)
+                return false;
+            record.bytes.copy(reinterpret_cast<char *>(&next), sizeof next);
+            log.keepNumbersBelow(next);
+            return true;
+        }
+        case journal_record::kSaved:
+            result.path = record.bytes;
+            result.steps = 0;
+            return true;
+        default:
+            return false;
+        }
+    };
+    for (std::size_t i = 1; i < records.size(); ++i) {
+        const char type = records[i].type;
+        if (!doAgain(records[i])) {
+            result.complete = false;
+            break;
+        }
+        if (type == journal_record::kStep || type == journal_record::kUndone || type == journal_record::kRedone)
+            ++result.steps;
+    }
+    log.setLimit(ChangeLog::kStandardLimit);
+    // What was repeated only in part must not be gone on with: its journal ends in something else.
+    if (result.complete)
+        adoption.codec = std::move(codec);
+    return true;
+}
+
+RecoveredDrawing Recovery::recover(const LeftDrawing &left)
+{
+    RecoveredDrawing result;
+    Private::Adopted adoption;
+    adoption.folder = std::make_unique<HeldFolder>();
+    if (!adoption.folder->take(left.folder)) {
+        result.message = uiLine("ui.recovery.taken", {left.path.string()});
+        return result;
+    }
+    const auto takeWhole = [&](const char *name) {
+        LoadResult loaded = Drawing::load(left.folder / name);
+        if (!loaded.drawing)
+            return false;
+        result.drawing = std::move(loaded.drawing);
+        result.drawing->priv().file.path = left.path;
+        result.fromAutosave = true;
+        result.complete = true;
+        result.steps = 0;
+        result.path = left.path;
+        adoption.codec.reset();
+        return true;
+    };
+    std::error_code error;
+    // Without a journal that holds all, the whole drawing that was written last is the newest.
+    const bool isDone = (fs::exists(left.folder / "newest.dxf", error) && takeWhole("newest.dxf")) ||
+                        d->repeat(result, left.folder, adoption) || takeWhole("autosave.dxf");
+    if (!isDone) {
+        result.message = uiLine("ui.recovery.nothing", {left.folder.string()});
+        return result;
+    }
+    result.path = left.path.empty() ? result.path : left.path;
+    result.drawing->component<ChangeLog>().markUnsaved();
+    adoption.drawing = result.drawing.get();
+    d->adopted.push_back(std::move(adoption));
+    return result;
+}
+
+void Recovery::drop(const LeftDrawing &left)
+{
+    if (HeldFolder held; held.take(left.folder))
+        held.remove();
+}
+
+} // namespace velmor

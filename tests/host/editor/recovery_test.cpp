@@ -1,0 +1,375 @@
+// What a program that died leaves behind can be recovered, and the user's own file is never touched.
+#include "host/editor/Recovery.h"
+
+#include "host/drawing/ChangeLog.h"
+#include "host/editor/DrawingKeeper.h"
+#include "host/editor/Session.h"
+#include "tests/host/drawing/RandomChanges.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <fstream>
+#include <unistd.h>
+
+namespace velmor {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace fs = std::filesystem;
+
+std::string bytesOfFile(const fs::path &file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// A disk that can be filled up.
+struct Disk final : FileOperations {
+    bool full = false;
+    ssize_t write(int file, const char *bytes, std::size_t count) override
+    {
+        if (!full)
+            return FileOperations::write(file, bytes, count);
+        errno = ENOSPC;
+        return -1;
+    }
+};
+
+class RecoveryTest : public testing::Test {
+protected:
+    RecoveryTest()
+    {
+        std::string pattern = (fs::temp_directory_path() / "velmor-recovery-XXXXXX").string();
+        m_folder = mkdtemp(pattern.data());
+        m_state = m_folder / "state";
+        m_file = m_folder / "town.dxf";
+        const auto town = Drawing::createNew();
+        test::RandomChanges changes(*town, 4);
+        for (int i = 0; i < 200; ++i)
+            changes.make();
+        EXPECT_TRUE(town->save(m_file, {.backup = false}));
+        m_bytes = bytesOfFile(m_file);
+        start();
+    }
+    ~RecoveryTest() override
+    {
+        Recovery::instance().disable();
+        m_session.reset();
+        std::error_code error;
+        fs::permissions(m_folder, fs::perms::owner_all, error);
+        fs::remove_all(m_folder, error);
+    }
+
+    void start()
+    {
+        m_session = std::make_unique<Session>();
+        recovery().enable(
+            m_state, [this](const std::wstring &text) { m_told.push_back(text); }, &m_disk);
+    }
+    /// Everything in memory is gone, and nothing was closed.
+    void crash()
+    {
+        recovery().disable();
+        m_session.reset();
+        m_told.clear();
+        start();
+    }
+    static Recovery &recovery() { return Recovery::instance(); }
+    Drawing &drawing() { return *m_session->drawing(); }
+    ChangeLog &log() { return drawing().component<ChangeLog>(); }
+    void open() { m_session->setDrawing(Drawing::load(m_file).drawing, m_file); }
+    void step()
+    {
+        log().begin(L"step");
+        test::RandomChanges changes(drawing(), ++m_seed);
+        for (int i = 0; i < 5; ++i)
+            changes.make();
+        drawing().append(std::make_unique<AcDbLine>(AcGePoint3d(m_seed, 0), AcGePoint3d(m_seed, 1)));
+        log().keep();
+    }
+    RecoveredDrawing recoverOnly()
+    {
+        const auto left = recovery().left();
+        EXPECT_THAT(left, SizeIs(1));
+        return left.empty() ? RecoveredDrawing() : recovery().recover(left.front());
+    }
+
+    fs::path m_folder, m_state, m_file;
+    std::string m_bytes;
+    Disk m_disk;
+    std::vector<std::wstring> m_told;
+    std::unique_ptr<Session> m_session;
+    unsigned m_seed = 100;
+};
+
+TEST_F(RecoveryTest, EveryStepComesBackUnderTheDrawingsOwnPathAndTheFileIsAsItWas)
+{
+    open();
+    for (int i = 0; i < 50; ++i)
+        step();
+    const std::string text = drawing().write();
+    crash();
+
+    const auto left = recovery().left();
+    ASSERT_THAT(left, SizeIs(1));
+    EXPECT_EQ(left[0].path, m_file);
+    EXPECT_EQ(left[0].steps, 50u);
+    RecoveredDrawing recovered = recovery().recover(left[0]);
+    ASSERT_TRUE(recovered.drawing) << recovered.message;
+    EXPECT_TRUE(recovered.complete);
+    EXPECT_FALSE(recovered.fromAutosave);
+    EXPECT_EQ(recovered.path, m_file);
+    EXPECT_TRUE(recovered.drawing->isModified());
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+    EXPECT_EQ(bytesOfFile(m_file), m_bytes);
+    EXPECT_THAT(m_told, IsEmpty());
+    // And what was recovered can be undone.
+    auto &steps = recovered.drawing->component<ChangeLog>();
+    EXPECT_EQ(steps.undoCount(), 50u);
+    while (steps.undo())
+        ;
+    EXPECT_EQ(recovered.drawing->write(), Drawing::load(m_file).drawing->write());
+}
+
+TEST_F(RecoveryTest, WhatWasUndoneAndRedoneIsSoAfterIt)
+{
+    open();
+    for (int i = 0; i < 10; ++i)
+        step();
+    for (int i = 0; i < 6; ++i)
+        log().undo();
+    log().redo();
+    const std::string text = drawing().write();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+    EXPECT_EQ(recovered.drawing->component<ChangeLog>().redoCount(), 5u);
+}
+
+TEST_F(RecoveryTest, ANewDrawingThatWasNeverSavedComesBackWithoutAPath)
+{
+    m_session->setDrawing(Drawing::createNew());
+    step();
+    const std::string text = drawing().write();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(recovered.path, fs::path());
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
+TEST_F(RecoveryTest, WhatWasDoneBeforeTheSessionTookTheDrawingIsAStepToo)
+{
+    auto imported = Drawing::createNew();
+    auto &steps = imported->component<ChangeLog>();
+    steps.begin(L"import");
+    imported->append(std::make_unique<AcDbLine>(AcGePoint3d(1, 2), AcGePoint3d(3, 4)));
+    steps.keep();
+    m_session->setDrawing(std::move(imported));
+    const std::string text = drawing().write();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
+TEST_F(RecoveryTest, ADrawingThatIsClosedOrUnchangedLeavesNothing)
+{
+    open();
+    step();
+    m_session->setDrawing(nullptr);
+    EXPECT_TRUE(fs::is_empty(m_state));
+    open();
+    crash();
+    EXPECT_THAT(recovery().left(), IsEmpty());
+    EXPECT_TRUE(fs::is_empty(m_state));
+}
+
+TEST_F(RecoveryTest, ASavedDrawingIsNotLostAndWhatCameAfterTheSaveIs)
+{
+    open();
+    step();
+    ASSERT_TRUE(drawing().save(m_file));
+    crash();
+    EXPECT_THAT(recovery().left(), IsEmpty());
+
+    open();
+    step();
+    ASSERT_TRUE(drawing().save(m_file));
+    step();
+    const std::string text = drawing().write();
+    crash();
+    ASSERT_THAT(recovery().left(), SizeIs(1));
+    EXPECT_EQ(recovery().left()[0].steps, 1u);
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
+TEST_F(RecoveryTest, ADrawingThatGotANewNameComesBackUnderIt)
+{
+    open();
+    step();
+    const fs::path other = m_folder / "other.dxf";
+    ASSERT_TRUE(drawing().save(other));
+    m_session->setPath(other);
+    step();
+    crash();
+    ASSERT_THAT(recovery().left(), SizeIs(1));
+    EXPECT_EQ(recovery().left()[0].path, other);
+    EXPECT_EQ(recoverOnly().path, other);
+}
+
+TEST_F(RecoveryTest, KeptForLaterItIsThereAgainAndDroppedItIsGone)
+{
+    open();
+    step();
+    crash();
+    ASSERT_THAT(recovery().left(), SizeIs(1));
+    crash();
+    ASSERT_THAT(recovery().left(), SizeIs(1));
+    recovery().drop(recovery().left()[0]);
+    EXPECT_THAT(recovery().left(), IsEmpty());
+}
+
+TEST_F(RecoveryTest, ARecoveredDrawingGoesOnBeingKept)
+{
+    open();
+    step();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    m_session->setDrawing(std::move(recovered.drawing), recovered.path);
+    EXPECT_THAT(recovery().left(), IsEmpty()) << "it is ours now";
+    step();
+    log().undo();
+    step();
+    const std::string text = drawing().write();
+    crash();
+    RecoveredDrawing again = recoverOnly();
+    ASSERT_TRUE(again.drawing);
+    EXPECT_EQ(test::differenceOf(again.drawing->write(), text), "");
+    // Saved at last, nothing is left.
+    m_session->setDrawing(std::move(again.drawing), again.path);
+    ASSERT_TRUE(drawing().save(m_file));
+    crash();
+    EXPECT_THAT(recovery().left(), IsEmpty());
+}
+
+TEST_F(RecoveryTest, APieceOfAStepAtTheEndIsPassedOver)
+{
+    open();
+    step();
+    const std::string text = drawing().write();
+    step();
+    const fs::path steps = recovery().left().empty() ? fs::directory_iterator(m_state)->path() / "steps" : fs::path();
+    crash();
+    fs::resize_file(steps, fs::file_size(steps) - 7);
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_TRUE(recovered.complete);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+    m_session->setDrawing(std::move(recovered.drawing), recovered.path);
+    step();
+    const std::string later = drawing().write();
+    crash();
+    EXPECT_EQ(test::differenceOf(recoverOnly().drawing->write(), later), "");
+}
+
+TEST_F(RecoveryTest, WithoutTheKeptTextTheUnchangedFileServesAndElseTheAutosave)
+{
+    open();
+    step();
+    recovery().autosave();
+    recovery().finishAutosave();
+    const std::string autosaved = drawing().write();
+    step();
+    const std::string text = drawing().write();
+    const fs::path folder = fs::directory_iterator(m_state)->path();
+    crash();
+    fs::remove(folder / "base.dxf");
+    {
+        RecoveredDrawing recovered = recoverOnly();
+        ASSERT_TRUE(recovered.drawing);
+        EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+    }
+    crash();
+    std::ofstream(m_file, std::ios::app) << "999\nanother program was here\n";
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_TRUE(recovered.fromAutosave);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), autosaved), "");
+    EXPECT_EQ(recovered.path, m_file);
+}
+
+TEST_F(RecoveryTest, AFullDiskIsToldOnceWorkGoesOnAndTheNextAutosaveServes)
+{
+    open();
+    step();
+    m_disk.full = true;
+    step();
+    step();
+    recovery().autosave();
+    recovery().finishAutosave();
+    ASSERT_THAT(m_told, SizeIs(1));
+    EXPECT_THAT(m_told[0], HasSubstr(L"steps"));
+    m_disk.full = false;
+    step();
+    recovery().autosave();
+    recovery().finishAutosave();
+    const std::string autosaved = drawing().write();
+    EXPECT_THAT(m_told, SizeIs(1));
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), autosaved), "");
+}
+
+TEST_F(RecoveryTest, AStateFolderThatCantBeMadeIsToldOnce)
+{
+    std::ofstream(m_folder / "file") << "no folder";
+    recovery().enable(
+        m_folder / "file" / "state", [this](const std::wstring &text) { m_told.push_back(text); }, &m_disk);
+    open();
+    step();
+    open();
+    step();
+    EXPECT_EQ(log().undoCount(), 1u);
+    EXPECT_THAT(m_told, ElementsAre(HasSubstr(L"file")));
+}
+
+TEST_F(RecoveryTest, TheSecondProgramOnAFileIsTold)
+{
+    HeldFolder others;
+    std::string reason;
+    ASSERT_TRUE(others.make(m_state, reason));
+    others.nameDrawing(m_file);
+    open();
+    ASSERT_THAT(m_told, SizeIs(1));
+    EXPECT_THAT(m_told[0], HasSubstr(m_file.wstring()));
+    m_told.clear();
+    others.release();
+    open();
+    EXPECT_THAT(m_told, IsEmpty()) << "its owner is gone";
+}
+
+TEST_F(RecoveryTest, ADamagedFileIsNotWrittenOverAfterRecoveryEither)
+{
+    fs::resize_file(m_file, fs::file_size(m_file) * 2 / 3);
+    open();
+    ASSERT_TRUE(drawing().loadReport().damaged());
+    step();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(recovered.drawing->save(m_file).status, FileStatus::Refused);
+}
+
+} // namespace
+} // namespace velmor
