@@ -1,9 +1,9 @@
 #include "host/drawing/HatchPattern.h"
 
+#include "host/drawing/PatternLibrary.h"
+
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cwctype>
 #include <numbers>
 
 namespace velmor {
@@ -13,47 +13,6 @@ namespace {
 using Vertex = AcDbPolyline::Vertex;
 constexpr double kPi = std::numbers::pi;
 constexpr double kDegree = kPi / 180.0;
-/// An eighth of an inch in millimetres: the spacing of the standard section lining.
-constexpr double kLining = 3.175;
-
-struct FamilyShape {
-    double degrees;
-    double spacing; ///< across the lines
-    double shift;   ///< of the first line across the direction
-};
-struct PatternShape {
-    std::wstring_view name;
-    std::vector<FamilyShape> families;
-};
-
-const std::vector<PatternShape> &knownPatterns()
-{
-    static const std::vector<PatternShape> patterns{
-        {L"SOLID", {}},
-        {L"", {}},
-        {L"ANSI31", {{45.0, kLining, 0.0}}},
-        {L"ANSI32", {{45.0, 3.0 * kLining, 0.0}, {45.0, 3.0 * kLining, kLining}}},
-        {L"ANSI37", {{45.0, kLining, 0.0}, {135.0, kLining, 0.0}}},
-        {L"LINE", {{0.0, kLining, 0.0}}},
-        {L"NET", {{0.0, kLining, 0.0}, {90.0, kLining, 0.0}}},
-        {L"NET3", {{0.0, kLining, 0.0}, {60.0, kLining, 0.0}, {120.0, kLining, 0.0}}},
-    };
-    return patterns;
-}
-
-std::wstring upperCase(std::wstring_view text)
-{
-    std::wstring upper(text);
-    std::transform(upper.begin(), upper.end(), upper.begin(),
-                   [](wchar_t c) { return static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(c))); });
-    return upper;
-}
-
-auto findPattern(std::wstring_view pattern)
-{
-    const std::wstring name = upperCase(pattern);
-    return std::ranges::find(knownPatterns(), name, &PatternShape::name);
-}
 
 /// The frame of a family: u along its lines, v across them, counted in lines.
 struct Frame {
@@ -234,25 +193,38 @@ void Crossings::appendPiece(std::vector<PatternLine> &lines, double line, double
 
 bool isHatchPattern(std::wstring_view name)
 {
-    return findPattern(name) != knownPatterns().end();
+    auto &library = PatternLibrary::instance();
+    library.refresh();
+    return name.empty() || library.find(name) != nullptr;
 }
 
 std::vector<HatchFamily> hatchFamilies(std::wstring_view pattern, double angle, double scale)
 {
-    auto found = findPattern(pattern);
-    if (found == knownPatterns().end())
-        found = findPattern(L"ANSI31");
-    if (!(scale > 0.0))
+    if (pattern.empty())
+        return {};
+    auto &library = PatternLibrary::instance();
+    const Pattern *found = library.find(pattern);
+    if (!found)
+        found = library.find(L"ANSI31");
+    return found ? hatchFamilies(*found, angle, scale) : std::vector<HatchFamily>();
+}
+
+std::vector<HatchFamily> hatchFamilies(const Pattern &pattern, double angle, double scale)
+{
+    if (!(scale > 0.0) || !std::isfinite(scale))
         scale = 1.0;
+    const double cosine = std::cos(angle) * scale, sine = std::sin(angle) * scale;
     std::vector<HatchFamily> families;
-    for (const FamilyShape &shape : found->families) {
+    for (const PatternFamily &shape : pattern.families) {
         HatchFamily family;
         family.angle = angle + shape.degrees * kDegree;
-        const double acrossX = -std::sin(family.angle) * scale, acrossY = std::cos(family.angle) * scale;
-        family.baseX = shape.shift * acrossX;
-        family.baseY = shape.shift * acrossY;
-        family.offsetX = shape.spacing * acrossX;
-        family.offsetY = shape.spacing * acrossY;
+        family.baseX = shape.x * cosine - shape.y * sine;
+        family.baseY = shape.x * sine + shape.y * cosine;
+        const double alongX = std::cos(family.angle) * scale, alongY = std::sin(family.angle) * scale;
+        family.offsetX = shape.along * alongX - shape.across * alongY;
+        family.offsetY = shape.along * alongY + shape.across * alongX;
+        for (const double dash : shape.dashes)
+            family.dashes.push_back(dash * scale);
         families.push_back(std::move(family));
     }
     return families;

@@ -11,12 +11,16 @@ namespace velmor {
 
 using HatchFamily = AcDbHatch::Family;
 
-/// Whether a pattern of that name is known; upper and lower case are alike.
+struct Pattern;
+
+/// Whether a pattern of that name is known now (see PatternLibrary.h); upper and lower case are alike.
 bool isHatchPattern(std::wstring_view name);
 /// The lines of a named pattern, turned by angle (radians) and enlarged by scale; for scale 1, "ANSI31" has lines at 45
 /// degrees and 3.175 drawing units apart. Upper and lower case are alike. "SOLID" and no name have none; a name that is
 /// not known gives the lines of "ANSI31". A scale that is not positive counts as 1.
 std::vector<HatchFamily> hatchFamilies(std::wstring_view pattern, double angle, double scale);
+/// The same of a pattern at hand.
+std::vector<HatchFamily> hatchFamilies(const Pattern &pattern, double angle, double scale);
 
 using PatternLine = AcDbHatch::Line;
 
@@ -24,7 +28,7 @@ using PatternLine = AcDbHatch::Line;
 /// count as arcs. A ring is closed and does not repeat its first vertex. Lines go through the origin of the drawing, so
 /// that patterns of neighbours meet.
 /// At most kMostPatternLines lines are drawn over the rings: a denser pattern is thinned to every second line, again
-/// and again, until that holds. Dashes are not broken up here.
+/// and again, until that holds. A dot is a line whose ends are one.
 std::vector<PatternLine> patternLines(std::span<const std::vector<AcDbPolyline::Vertex>> rings,
                                       std::wstring_view pattern, double angle, double scale);
 /// The same for families at hand.

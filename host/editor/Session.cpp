@@ -8,6 +8,7 @@
 #include "host/editor/ModuleLoader.h"
 #include "host/editor/Recovery.h"
 #include "host/editor/SelectionSets.h"
+#include "host/editor/dialogs/HostDialogs.h"
 #include "host/services/Services.h"
 #include "host/services/Text.h"
 
@@ -55,6 +56,7 @@ Session::Session() : d(std::make_unique<Private>(*this))
         std::abort();
     }
     theSession = this;
+    Services::instance().setSettingsDialog(runSettingsDialog);
     Services::instance().setNotice([this](const std::wstring &text) { status(text); });
     setNoticeSink([this](const std::string &line) { status(wide(line)); });
     addHostCommands(d->commands);
@@ -63,6 +65,7 @@ Session::Session() : d(std::make_unique<Private>(*this))
 Session::~Session()
 {
     d->modules.unloadAll(); // while their unload handlers still find the session
+    Services::instance().setSettingsDialog({});
     Services::instance().setNotice({});
     setNoticeSink({});
     setDrawing(nullptr);

@@ -81,8 +81,12 @@ int CModuleConfiguration::SetGSValueInt(const wchar_t *key, int value)
 int CModuleConfiguration::ShowGSDialog(const wchar_t *group)
 {
     velmor::journal("CModuleConfiguration::ShowGSDialog", group);
+    if (!group || velmor::settingGroup(group) == 0)
+        return 0;
+    if (const auto &show = Services::instance().settingsDialog())
+        return show(group) ? 1 : 0;
     const std::wstring file = velmor::wide(Services::instance().settings().file().string());
-    Services::instance().notice(velmor::uiText("ui.settings.notAvailable") + L" " + file);
+    Services::instance().notice(velmor::uiText("ui.settings.noWindow") + L" " + file);
     return 0;
 }
 

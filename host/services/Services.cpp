@@ -1,5 +1,6 @@
 #include "host/services/Services.h"
 
+#include "host/drawing/PatternLibrary.h"
 #include "host/services/Text.h"
 
 #include <cstdlib>
@@ -47,6 +48,7 @@ void Services::start(const StartOptions &options, Paths paths)
     applySettings(true);
     if (!m_settings.findings().empty()) // worded before the language was known
         m_settings.load(m_paths.settingsFile());
+    PatternLibrary::instance().setSource([](const fs::path &name) { return instance().paths().supportFile(name); });
 }
 
 void Services::applySettings(bool readTexts)
@@ -85,6 +87,13 @@ SaveResult Services::setLanguage(const std::string &language)
 {
     m_options.language = language;
     return set("LANGUAGE", wide(language));
+}
+
+SaveResult Services::reset(std::string_view key)
+{
+    SaveResult result = m_settings.reset(key);
+    applySettings(false);
+    return result;
 }
 
 std::vector<FileFinding> Services::findings() const

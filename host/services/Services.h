@@ -32,6 +32,11 @@ public:
     SaveResult setLanguage(const std::string &language);
     /// Told after the texts of another language were taken up; one listener, and null for none.
     void setLanguageChanged(std::function<void()> changed) { m_languageChanged = std::move(changed); }
+    /// Takes a key back to what holds without it.
+    SaveResult reset(std::string_view key);
+    /// How a group's settings are shown to a person; without it (a program without windows) they are not.
+    void setSettingsDialog(std::function<bool(const std::wstring &group)> show) { m_settingsDialog = std::move(show); }
+    const std::function<bool(const std::wstring &)> &settingsDialog() const { return m_settingsDialog; }
     /// Everything that was wrong in settings and texts.
     std::vector<FileFinding> findings() const;
 
@@ -55,6 +60,7 @@ private:
     Settings m_settings;
     Messages m_messages;
     std::function<void(const std::wstring &)> m_notice;
+    std::function<bool(const std::wstring &)> m_settingsDialog;
     std::function<void()> m_languageChanged;
     bool m_logging = false, m_started = false;
     std::string m_logFile;

@@ -1,11 +1,11 @@
 // Block definitions out of other drawing files.
+#include "host/drawing/BlockFile.h"
 #include "host/drawing/Blocks.h"
 #include "host/drawing/DrawingData.h"
 #include "host/drawing/Findings.h"
 #include "host/drawing/Journal.h"
 #include "host/drawing/Texts.h"
 #include "host/drawing/Utf8.h"
-#include "host/drawing/dxf/AtomicFile.h"
 
 #include <algorithm>
 #include <iterator>
@@ -30,30 +30,6 @@ std::wstring blockNameOf(const wchar_t *name, const fs::path &path)
         if (!velmor::isNameCharacter(c))
             c = L'_';
     return wanted;
-}
-
-struct SourceFile {
-    fs::path path;
-    std::string bytes;
-};
-
-/// The file at path; when a ".dwg" is not there or is in the closed format, the ".dxf" of its name beside it.
-std::optional<SourceFile> readSource(const fs::path &path)
-{
-    std::vector<fs::path> candidates{path};
-    std::string extension = path.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    if (extension == ".dwg")
-        for (const char *other : {".dxf", ".DXF"})
-            candidates.push_back(fs::path(path).replace_extension(other));
-    for (const fs::path &candidate : candidates) {
-        auto file = velmor::readWholeFile(candidate);
-        const bool isClosedFormat = file.bytes.starts_with("AC1") || file.bytes.starts_with("MC0");
-        if (file && !isClosedFormat)
-            return SourceFile{candidate, std::move(file.bytes)};
-    }
-    return std::nullopt;
 }
 
 /// Tells one content from another; 64 bits of FNV-1a.
@@ -121,7 +97,7 @@ AcDbObjectId CZEMCDraw::insertBlockDefinition(const wchar_t *name, const wchar_t
     Drawing *drawing = workingDrawing();
     if (!drawing || !path || !*path)
         return {};
-    auto file = readSource(velmor::toUtf8(path));
+    auto file = velmor::readBlockFile(velmor::toUtf8(path));
     if (!file)
         return {};
     const std::wstring blockName = blockNameOf(name, file->path);

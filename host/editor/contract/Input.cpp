@@ -3,13 +3,17 @@
 #include "host/drawing/Entities.h"
 #include "host/drawing/Journal.h"
 #include "host/editor/EntityPick.h"
+#include "host/editor/FilePreview.h"
 #include "host/editor/Session.h"
+#include "host/editor/dialogs/HostDialogs.h"
 #include "host/services/Messages.h"
 #include "host/services/Services.h"
 #include "host/services/Text.h"
 
+#include <QApplication>
 #include <QFileDialog>
 
+#include <algorithm>
 #include <cwchar>
 #include <filesystem>
 
@@ -65,12 +69,6 @@ std::optional<velmor::VariableValue> valueOf(const resbuf &value)
 std::string valueText(const velmor::VariableValue &value)
 {
     return std::visit([](const auto &held) { return velmor::journalText(held); }, value);
-}
-
-void notAvailable(const char *message)
-{
-    if (Session *session = Session::currentOrNull())
-        session->alert(velmor::uiText(message));
 }
 
 } // namespace
@@ -184,16 +182,24 @@ int acedFindFile(const wchar_t *name, std::wstring &path)
 
 int acedGetFileD(const wchar_t *title, const wchar_t *defaultPath, const wchar_t *extension, int flags, resbuf *result)
 {
+    constexpr int kNewFile = 1; // the user names one that need not exist
     Session *session = Session::currentOrNull();
     if (!session || !result)
         return RTERROR;
     journal("acedGetFileD", title, defaultPath, extension, flags);
     std::wstring chosen;
     if (session->view()) {
-        const QString filter = extension && *extension ? QStringLiteral("*.%1").arg(QString::fromWCharArray(extension))
-                                                       : QStringLiteral("*");
-        chosen = QFileDialog::getOpenFileName(nullptr, QString::fromStdWString(textOrEmpty(title)),
-                                              QString::fromStdWString(textOrEmpty(defaultPath)), filter)
+        // Several kinds stand behind semicolons.
+        QStringList patterns;
+        for (const QString &kind : QString::fromStdWString(textOrEmpty(extension)).split(QLatin1Char(';')))
+            if (!kind.trimmed().isEmpty())
+                patterns << QStringLiteral("*.") + kind.trimmed();
+        const QString filter = patterns.isEmpty() ? QStringLiteral("*") : patterns.join(QLatin1Char(' '));
+        const QString caption = QString::fromStdWString(textOrEmpty(title));
+        const QString start = QString::fromStdWString(textOrEmpty(defaultPath));
+        QWidget *owner = velmor::dialogOwner();
+        chosen = ((flags & kNewFile) != 0 ? QFileDialog::getSaveFileName(owner, caption, start, filter)
+                                          : QFileDialog::getOpenFileName(owner, caption, start, filter))
                      .toStdWString();
     } else {
         const Answer answer = session->ask({.kind = PromptKind::Text, .text = textOrEmpty(title)});
@@ -214,26 +220,29 @@ void acedAlert(const wchar_t *text)
         session->alert(textOrEmpty(text));
 }
 
-bool acedHatchPalletteDialog(const wchar_t *current, bool showCustom, std::wstring &)
+bool acedHatchPalletteDialog(const wchar_t *current, bool showCustom, std::wstring &result)
 {
     journal("acedHatchPalletteDialog", current, showCustom);
-    notAvailable("ui.notAvailable.pattern");
-    return false;
+    return velmor::runPatternDialog(textOrEmpty(current), showCustom, result);
 }
 
 bool acedSetColorDialog(int &colorIndex, bool allowMetaColor, int layerColor)
 {
     journal("acedSetColorDialog", colorIndex, allowMetaColor, layerColor);
-    notAvailable("ui.notAvailable.color");
-    return false;
+    return velmor::runColorDialog(colorIndex, allowMetaColor, layerColor);
 }
 
-bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *, std::uint32_t ground)
+bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *widget, std::uint32_t ground)
 {
     journal("acdbDisplayPreviewFromDwg", path, ground);
-    // It is called from inside of paints, where no box may open, and again and again: one line does.
-    const std::wstring text = velmor::uiText("ui.notAvailable.preview");
-    if (Session *session = Session::currentOrNull(); session && session->lastStatus() != text)
-        session->status(text);
-    return false;
+    if (!path || !*path || !widget)
+        return false;
+    // A widget of this program, else the handle of a native one.
+    const QWidgetList widgets = QApplication::allWidgets();
+    const auto found = std::ranges::find(widgets, static_cast<QWidget *>(widget));
+    QWidget *field = found != widgets.end() ? *found : QWidget::find(reinterpret_cast<WId>(widget));
+    return field &&
+           velmor::showFilePicture(*field, velmor::utf8(path),
+                                   QColor(static_cast<int>(ground & 0xff), static_cast<int>(ground >> 8 & 0xff),
+                                          static_cast<int>(ground >> 16 & 0xff)));
 }

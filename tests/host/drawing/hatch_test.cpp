@@ -85,7 +85,7 @@ TEST_F(HatchTest, APatternThatIsNotKnownIsRefusedAndTheFormerStays)
     AcDbHatch hatch;
     EXPECT_EQ(hatch.setPattern(AcDbHatch::kPreDefined, L"net3"), Acad::eOk);
     for (const auto type : {AcDbHatch::kPreDefined, AcDbHatch::kCustomDefined, AcDbHatch::kUserDefined})
-        EXPECT_EQ(hatch.setPattern(type, L"BRICK"), Acad::eInvalidInput);
+        EXPECT_EQ(hatch.setPattern(type, L"NOSUCHBRICK"), Acad::eInvalidInput);
     EXPECT_EQ(hatch.setPattern(AcDbHatch::kPreDefined, L""), Acad::eInvalidInput);
     EXPECT_EQ(hatch.patternName(), L"net3");
     for (const wchar_t *name : {L"SOLID", L"ANSI31", L"ansi32", L"ANSI37", L"LINE", L"NET"})

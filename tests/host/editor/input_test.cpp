@@ -154,41 +154,6 @@ TEST_F(InputTest, AlertsAreKeptAndGoToTheSink)
     EXPECT_THAT(sunk, testing::ElementsAre(L"stop"));
 }
 
-TEST_F(InputTest, WhatIsNotAvailableSaysSoAndAnswersFalse)
-{
-    std::wstring pattern = L"ANSI31";
-    int color = 3;
-    Journal::instance().setRecording(true);
-    EXPECT_FALSE(acedHatchPalletteDialog(L"ANSI31", true, pattern));
-    EXPECT_FALSE(acedSetColorDialog(color, false, 7));
-    Journal::instance().setRecording(false);
-    EXPECT_THAT(Journal::instance().entries(),
-                testing::ElementsAre(JournalEntry{"acedHatchPalletteDialog", {"ANSI31", "1"}},
-                                     JournalEntry{"acedSetColorDialog", {"3", "0", "7"}}));
-    EXPECT_EQ(pattern, L"ANSI31");
-    EXPECT_EQ(color, 3);
-    EXPECT_EQ(session.alerts().size(), 2u);
-    EXPECT_THAT(session.alerts(), testing::Each(HasSubstr(L"not available")));
-}
-
-TEST_F(InputTest, APreviewThatIsNotAvailableIsToldOnceAndByNoAlert)
-{
-    std::vector<std::wstring> told;
-    session.setMessageSink([&](MessageKind kind, const std::wstring &text) {
-        EXPECT_EQ(kind, MessageKind::Status);
-        told.push_back(text);
-    });
-    Journal::instance().setRecording(true);
-    for (int paint = 0; paint < 3; ++paint)
-        EXPECT_FALSE(acdbDisplayPreviewFromDwg(L"x.dwg", nullptr, 0));
-    Journal::instance().setRecording(false);
-    EXPECT_THAT(Journal::instance().entries(),
-                testing::Each(JournalEntry{"acdbDisplayPreviewFromDwg", {"x.dwg", "0"}}));
-    EXPECT_EQ(Journal::instance().entries().size(), 3u);
-    EXPECT_THAT(told, testing::ElementsAre(HasSubstr(L"not available")));
-    EXPECT_TRUE(session.alerts().empty());
-}
-
 TEST_F(InputTest, AFileIsAskedForByPromptWhereNobodyCanChooseIt)
 {
     resbuf file;

@@ -189,7 +189,7 @@ TEST_F(Configuration, WhereTheUsersFolderTakesNoCopyTheShippedCatalogueIsFound)
     EXPECT_EQ(user.read("support"), "a file where the folder should be");
 }
 
-TEST_F(Configuration, TheSettingsDialogAnswersNotAvailableAndSaysSo)
+TEST_F(Configuration, WithoutAWindowTheSettingsAreNotShownAndTheirFileIsTold)
 {
     start();
     std::wstring told;
@@ -198,7 +198,12 @@ TEST_F(Configuration, TheSettingsDialogAnswersNotAvailableAndSaysSo)
 
     EXPECT_EQ(configuration.ShowGSDialog(L"TCE1"), 0);
     EXPECT_THAT(utf8(told), testing::HasSubstr("settings.cfg"));
-    ASSERT_EQ(Journal::instance().entries().size(), 1u);
+    Services::instance().setSettingsDialog([](const std::wstring &group) { return group == L"TCE2"; });
+    EXPECT_EQ(configuration.ShowGSDialog(L"TCE2"), 1);
+    EXPECT_EQ(configuration.ShowGSDialog(L"OTHER"), 0);
+    EXPECT_EQ(configuration.ShowGSDialog(nullptr), 0);
+    Services::instance().setSettingsDialog({});
+    ASSERT_EQ(Journal::instance().entries().size(), 4u);
     EXPECT_EQ(Journal::instance().entries()[0], (JournalEntry{"CModuleConfiguration::ShowGSDialog", {"TCE1"}}));
 }
 

@@ -1,0 +1,19 @@
+// A drawing file that is to become a block, as it lies on disk.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace velmor {
+
+struct BlockFile {
+    std::filesystem::path path; ///< the file that was read
+    std::string bytes;
+};
+
+/// The file at path; when a ".dwg" is not there or is in the closed format, the ".dxf" of its name beside it. Nothing
+/// when there is no file that can be read.
+std::optional<BlockFile> readBlockFile(const std::filesystem::path &path);
+
+} // namespace velmor

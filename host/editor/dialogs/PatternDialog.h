@@ -1,0 +1,39 @@
+// Choosing a hatch pattern by its picture.
+#pragma once
+
+#include "contracts/HostDialog.h"
+
+#include <QImage>
+
+#include <string>
+
+class QLabel;
+class QLineEdit;
+class QListWidget;
+
+namespace velmor {
+
+/// A picture of a pattern: some of its lines in ink on ground, enlarged so that they can be told apart.
+QImage patternPicture(const std::wstring &name, const QSize &size, const QColor &ink, const QColor &ground);
+
+class PatternDialog final : public CAdUiBaseDialog {
+    Q_OBJECT
+public:
+    PatternDialog(const std::wstring &current, bool showCustom, QWidget *parent);
+    /// Empty when the list shows none.
+    std::wstring chosen() const;
+
+protected:
+    void OnOK() override;
+
+private:
+    void fill(const std::wstring &current, bool showCustom);
+    void filter(const QString &text);
+    void showChoice();
+
+    QLineEdit *m_filter;
+    QListWidget *m_list;
+    QLabel *m_description;
+};
+
+} // namespace velmor
