@@ -77,10 +77,7 @@ protected:
         return std::make_unique<AcDbPolyline>(
             std::vector<AcDbPolyline::Vertex>{{x1, y1, 0}, {x2, y1, 0}, {x2, y2, 0}, {x1, y2, 0}}, true);
     }
-    AcDbObjectId box(double x1, double y1, double x2, double y2)
-    {
-        return drawing().append(boxEntity(x1, y1, x2, y2));
-    }
+    AcDbObjectId box(double x1, double y1, double x2, double y2) { return drawing().append(boxEntity(x1, y1, x2, y2)); }
     static AcDbEntity *opened(AcDbObjectId id, AcDb::OpenMode mode = AcDb::kForRead)
     {
         AcDbEntity *entity = nullptr;
@@ -127,6 +124,16 @@ protected:
         QPainter painter(&image);
         paintDrawing(painter, drawing(), view, style);
         return image;
+    }
+    /// The pixels of a part of such a picture, one less at each side.
+    static QRect pixelsOf(const Extents &part, const Extents &shown = {-10, -10, 110, 110})
+    {
+        ViewTransform view;
+        view.size = QSize(200, 200);
+        view.show(shown);
+        const QPointF low = view.toView(part.minX, part.minY), high = view.toView(part.maxX, part.maxY);
+        return QRect(QPoint(static_cast<int>(std::ceil(low.x())) + 1, static_cast<int>(std::ceil(high.y())) + 1),
+                     QPoint(static_cast<int>(high.x()) - 2, static_cast<int>(low.y()) - 2));
     }
     /// Pixels of the picture that are not its ground.
     static int inkOf(const QImage &image) { return inkIn(image, image.rect()); }

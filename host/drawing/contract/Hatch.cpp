@@ -157,6 +157,8 @@ Acad::ErrorStatus AcDbHatch::evaluateHatch(bool underestimateLines)
     });
     if (!hasArea)
         return Acad::eDegenerateGeometry;
+    if (m_families.empty()) // from now on the hatch keeps its lines, whatever becomes of the pattern of that name
+        m_families = velmor::hatchFamilies(m_patternName, m_patternAngle, m_patternScale);
     lines();
     return Acad::eOk;
 }

@@ -237,6 +237,8 @@ void ColorDialog::showIndex(int index)
 
 bool runColorDialog(int &index, bool withLogical, int layerColor)
 {
+    if (!canShowDialogs())
+        return false;
     ColorDialog dialog(index, withLogical, layerColor, dialogOwner());
     if (dialog.DoModal() != CAdUiBaseDialog::kOk)
         return false;

@@ -4,6 +4,11 @@
 
 namespace velmor {
 
+bool canShowDialogs()
+{
+    return qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr;
+}
+
 QWidget *dialogOwner()
 {
     if (QWidget *modal = QApplication::activeModalWidget())

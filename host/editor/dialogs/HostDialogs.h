@@ -11,6 +11,8 @@ namespace velmor {
 
 /// The widget that a dialog of the host belongs to: the dialog that is open, else the window, else none.
 QWidget *dialogOwner();
+/// False in a program that runs without widgets; nothing is shown then, and every choice counts as cancelled.
+bool canShowDialogs();
 
 /// Numbers of the dialogs' controls, for scripts and tests.
 enum HostControl : int {

@@ -168,6 +168,8 @@ void PatternDialog::OnOK()
 
 bool runPatternDialog(const std::wstring &current, bool showCustom, std::wstring &chosen)
 {
+    if (!canShowDialogs())
+        return false;
     PatternDialog dialog(current, showCustom, dialogOwner());
     if (dialog.DoModal() != CAdUiBaseDialog::kOk || dialog.chosen().empty())
         return false;

@@ -312,7 +312,7 @@ void SettingsDialog::OnOK()
 
 bool runSettingsDialog(const std::wstring &group)
 {
-    return SettingsDialog(group, dialogOwner()).DoModal() == CAdUiBaseDialog::kOk;
+    return canShowDialogs() && SettingsDialog(group, dialogOwner()).DoModal() == CAdUiBaseDialog::kOk;
 }
 
 } // namespace velmor
