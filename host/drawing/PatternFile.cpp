@@ -1,6 +1,7 @@
 #include "host/drawing/PatternFile.h"
 
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/Texts.h"
 #include "host/drawing/Utf8.h"
 
 #include <fmt/format.h>
@@ -62,15 +63,15 @@ private:
         if (comma != std::string_view::npos)
             m_pattern.description = fromUtf8(trimmedText(line.substr(comma + 1)));
         if (m_pattern.name.empty())
-            refuse("a pattern has no name");
+            refuse(drawingText("pattern.nameless"));
         else if (!m_names.insert(foldedName(m_pattern.name)).second)
-            refuse(fmt::format("pattern {} stands twice; the first holds", nameText()));
+            refuse(drawingText("pattern.twice", {nameText()}));
     }
 
     void add(std::string_view line)
     {
         if (!m_open) {
-            find("a line stands before the first pattern's name and was left out");
+            find(drawingText("pattern.stray"));
             return;
         }
         if (!m_good)
@@ -84,26 +85,25 @@ private:
                                                                                          text.data() + text.size();
             const auto [end, error] = std::from_chars(first, last, number);
             if (error != std::errc() || end != last || !(std::abs(number) <= kLargest))
-                return refuse(fmt::format("pattern {}: \"{}\" is no number that can be used", nameText(),
-                                          std::string(text.substr(0, 40))));
+                return refuse(drawingText("pattern.number", {nameText(), std::string(text.substr(0, 40))}));
             numbers.push_back(number);
             if (comma == std::string_view::npos)
                 break;
             rest.remove_prefix(comma + 1);
         }
         if (numbers.size() < 5)
-            return refuse(fmt::format("pattern {}: a line needs an angle, a point and two offsets", nameText()));
+            return refuse(drawingText("pattern.few", {nameText()}));
         if (numbers.size() - 5 > kMostPatternDashes || m_pattern.families.size() == kMostPatternFamilies)
-            return refuse(fmt::format("pattern {} has too many lines or dashes", nameText()));
+            return refuse(drawingText("pattern.many", {nameText()}));
         if (numbers[4] == 0.0)
-            return refuse(fmt::format("pattern {}: lines without a distance between them", nameText()));
+            return refuse(drawingText("pattern.flat", {nameText()}));
         PatternFamily family{numbers[0], numbers[1], numbers[2], numbers[3], numbers[4], {}};
         family.dashes.assign(numbers.begin() + 5, numbers.end());
         double length = 0.0;
         for (const double dash : family.dashes)
             length += std::abs(dash);
         if (!family.dashes.empty() && length == 0.0)
-            return refuse(fmt::format("pattern {}: dots without a gap between them", nameText()));
+            return refuse(drawingText("pattern.dots", {nameText()}));
         m_pattern.families.push_back(std::move(family));
     }
 
@@ -117,7 +117,7 @@ private:
     {
         if (m_open && m_good && m_pattern.families.empty() && foldedName(m_pattern.name) != L"SOLID") {
             const std::size_t line = std::exchange(m_line, m_pattern.line);
-            refuse(fmt::format("pattern {} has no lines", nameText()));
+            refuse(drawingText("pattern.empty", {nameText()}));
             m_line = line;
         }
         if (m_open && m_good)
