@@ -7,6 +7,9 @@
 #include "host/drawing/Drawing.h"
 #include "host/editor/DisplayIndex.h"
 #include "host/editor/FramePainter.h"
+#include "host/editor/ObjectSnap.h"
+#include "host/editor/Picking.h"
+#include "host/editor/ViewPicture.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -17,6 +20,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <functional>
+#include <random>
 
 using namespace velmor;
 
@@ -118,8 +122,47 @@ double report(std::size_t segments)
         image.save(QStringLiteral("full_%1.png").arg(segments));
     const auto all = linesOf(town, view, false);
     const double fullLines = drawLinesTime(all, true), fullRough = drawLinesTime(all, false);
-    const double strip =
-        fastest(7, [&] { paintFrame(image, QRect(0, 0, kWidth / 10, kHeight), *drawing, view, style); });
+
+    // A step of panning as the view does it: the picture is shifted, and what came in is painted.
+    ViewPicture picture;
+    ViewTransform moved = view;
+    moved.pixelsPerUnit *= 2.5; // the town fills the view
+    picture.base(*drawing, moved, style, 1.0);
+    const auto slowestStep = [&](double pixels) {
+        double slowest = 0.0;
+        for (int i = 0; i < 12; ++i) {
+            const double direction = i % 2 == 0 ? 1.0 : -1.0;
+            const double begun = now();
+            moved.panBy({direction * pixels, direction * std::round(0.6 * pixels)});
+            picture.base(*drawing, moved, style, 1.0);
+            slowest = std::max(slowest, now() - begun);
+        }
+        return slowest;
+    };
+    const double smallStep = slowestStep(16.0), largeStep = slowestStep(kWidth / 10);
+
+    // What lies under the pointer, and snapping there, all over the view.
+    constexpr int kPointers = 400;
+    const auto pointers = [&](const ViewTransform &where, const std::function<void(const AcGePoint3d &)> &ask) {
+        std::mt19937 random(7);
+        std::uniform_real_distribution<double> across(0.0, kWidth), down(0.0, kHeight);
+        std::pair<double, double> meanAndWorst{0.0, 0.0};
+        for (int i = 0; i < kPointers; ++i) {
+            const AcGePoint3d p = where.toWorld({across(random), down(random)});
+            const double time = fastest(3, [&] { ask(p); });
+            meanAndWorst.first += time / kPointers;
+            meanAndWorst.second = std::max(meanAndWorst.second, time);
+        }
+        return meanAndWorst;
+    };
+    const auto under = [&](const ViewTransform &where) {
+        return pointers(where, [&](const AcGePoint3d &p) { entityAt(*drawing, p, 6.0 / where.pixelsPerUnit); });
+    };
+    const auto snapped = [&](const ViewTransform &where) {
+        return pointers(where, [&](const AcGePoint3d &p) {
+            findSnap(*drawing, {p, 10.0 / where.pixelsPerUnit, 1023, AcGePoint3d(p.x + 50.0, p.y, 0.0)});
+        });
+    };
 
     ViewTransform window = view;
     window.centerX = town.sections.front().x;
@@ -136,14 +179,26 @@ double report(std::size_t segments)
     std::printf("  full extent, a frame      %9.2f ms  (%zu lines, %zu dots)\n", full, counts.lines, counts.dots);
     std::printf("    one drawLines, smooth   %9.2f ms  frame / drawLines %.2f\n", fullLines, full / fullLines);
     std::printf("    one drawLines, rough    %9.2f ms  frame / drawLines %.2f\n", fullRough, full / fullRough);
-    std::printf("    a step of a tenth       %9.2f ms\n", strip);
+    std::printf("  a step of 16 pixels       %9.2f ms, of a tenth of the width %.2f ms  (%zu full frames)\n", smallStep,
+                largeStep, picture.counts().full);
     std::printf("  window of %.0f, a frame    %9.2f ms  (%lld segments visible)\n", kWindow, zoomed,
                 static_cast<long long>(visible.size()));
     std::printf("    drawLines, smooth       %9.2f ms  frame / drawLines %.2f\n", zoomedLines, zoomed / zoomedLines);
     std::printf("    drawLines, rough        %9.2f ms  frame / drawLines %.2f\n", zoomedRough, zoomed / zoomedRough);
-    const double bytes = (withScene - before) * 1e6 / static_cast<double>(segments);
-    std::printf("  memory a segment          %9.0f bytes (scene %.0f)\n", bytes,
+    for (const auto &[name, where] : {std::pair{"full extent", view}, std::pair{"window", window}}) {
+        const auto hit = under(where), snap = snapped(where);
+        std::printf("  %-12s under the pointer %.3f ms (worst %.3f), all snaps %.3f ms (worst %.3f)\n", name, hit.first,
+                    hit.second, snap.first, snap.second);
+    }
+    std::printf("  memory a segment, made    %9.0f bytes (scene %.0f)\n",
+                (withScene - before) * 1e6 / static_cast<double>(segments),
                 (withScene - withDrawing) * 1e6 / static_cast<double>(segments));
+    std::string text = drawing->write();
+    const double beforeReading = heapMegabytes() - static_cast<double>(text.capacity()) / 1e6;
+    const auto read = Drawing::read(std::move(text)).drawing;
+    read->component<DisplayIndex>().revision();
+    std::printf("  memory a segment, read    %9.0f bytes (file text, drawing and scene)\n",
+                (heapMegabytes() - beforeReading) * 1e6 / static_cast<double>(segments));
     return zoomed;
 }
 

@@ -41,7 +41,8 @@ LineRaster::LineRaster(QImage &image, const QRect &clip)
 }
 
 template <bool Steep>
-inline void LineRaster::column(int u, std::int64_t top, std::int64_t bottom, std::uint32_t strength)
+[[gnu::always_inline]] inline void LineRaster::column(int u, std::int64_t top, std::int64_t bottom,
+                                                      std::uint32_t strength)
 {
     const int low = Steep ? m_clip.left() : m_clip.top();
     const int high = Steep ? m_clip.right() : m_clip.bottom();
@@ -90,8 +91,9 @@ void LineRaster::march(double u0, double v0, double u1, double v1)
                 return;
         }
     }
-    const int first = static_cast<int>(std::floor(from));
-    const int last = static_cast<int>(std::ceil(to)) - 1;
+    // Nothing of the clip is below 0, so cutting off the fraction rounds down.
+    const int first = static_cast<int>(from), behind = static_cast<int>(to);
+    const int last = behind < to ? behind : behind - 1;
     const auto thickness = static_cast<std::int64_t>(2.0 * half * kOne);
     const auto topAt = [&](double u) { return static_cast<std::int64_t>((v0 + slope * (u - u0) - half) * kOne); };
     // The first and the last pixel of the line are covered in part; those of the clip are not its ends.
@@ -125,12 +127,22 @@ void LineRaster::line(double ax, double ay, double bx, double by)
 void LineRaster::dot(double x, double y)
 {
     const double offset = 0.5 * (m_dotSize - 1);
-    const double left = std::floor(x - offset), top = std::floor(y - offset);
-    if (!(left > m_clip.left() - 64.0 && left <= m_clip.right() && top > m_clip.top() - 64.0 && top <= m_clip.bottom()))
+    const double left = x - offset, top = y - offset;
+    if (left >= m_clip.left() && left < m_clip.right() + 2 - m_dotSize && top >= m_clip.top() &&
+        top < m_clip.bottom() + 2 - m_dotSize) {
+        std::uint32_t *corner = m_pixels + static_cast<int>(top) * m_stride + static_cast<int>(left);
+        for (int v = 0; v < m_dotSize; ++v, corner += m_stride)
+            for (int u = 0; u < m_dotSize; ++u)
+                corner[u] = m_color;
         return;
-    const QRect square = QRect(static_cast<int>(left), static_cast<int>(top), m_dotSize, m_dotSize) & m_clip;
-    for (int v = square.top(); v <= square.bottom(); ++v)
-        for (int u = square.left(); u <= square.right(); ++u)
+    }
+    if (!(left > m_clip.left() - m_dotSize && left <= m_clip.right() + 1 && top > m_clip.top() - m_dotSize &&
+          top <= m_clip.bottom() + 1))
+        return;
+    const QRect square(static_cast<int>(std::floor(left)), static_cast<int>(std::floor(top)), m_dotSize, m_dotSize);
+    const QRect seen = square & m_clip;
+    for (int v = seen.top(); v <= seen.bottom(); ++v)
+        for (int u = seen.left(); u <= seen.right(); ++u)
             m_pixels[v * m_stride + u] = m_color;
 }
 
