@@ -1,6 +1,7 @@
 #include "host/editor/DisplayIndex.h"
 
 #include "host/drawing/ObjectAccess.h"
+#include "host/editor/EntityParts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,6 +19,7 @@ constexpr std::size_t kKeptChanges = 256;
 /// How far, as a fraction of a cell's size, rounding to float can move a coordinate in it.
 constexpr double kFloatError = 4e-7;
 constexpr double kFloatLimit = 3e38;
+constexpr int kDeepestOvershoot = 3; ///< references inside one another whose letters are looked at
 
 float floatBelow(double value)
 {
@@ -61,13 +63,8 @@ Extents runExtents(const AcDbEntity &entity, std::size_t first, std::size_t segm
             const auto &a = vertices[i], &b = vertices[(i + 1) % vertices.size()];
             box.add(a.x, a.y);
             box.add(b.x, b.y);
-            if (a.bulge == 0.0)
-                continue;
-            // An arc stays within its sagitta of the chord when it is at most a half circle, else within its circle.
-            const double chord = std::hypot(b.x - a.x, b.y - a.y), bulge = std::abs(a.bulge);
-            const double reach = bulge <= 1.0 ? 0.5 * bulge * chord : 0.5 * chord * (bulge + 1.0 / bulge);
-            box.add(std::min(a.x, b.x) - reach, std::min(a.y, b.y) - reach);
-            box.add(std::max(a.x, b.x) + reach, std::max(a.y, b.y) + reach);
+            if (a.bulge != 0.0 && (a.x != b.x || a.y != b.y))
+                box.add(extentsOf(boundary::Piece{{a.x, a.y}, {b.x, b.y}, a.bulge, 0}));
         }
     };
     switch (kindOf(entity)) {
@@ -84,6 +81,41 @@ Extents runExtents(const AcDbEntity &entity, std::size_t first, std::size_t segm
     }
     }
     return box;
+}
+
+/// How far letters may stand out of the box by which a text is measured.
+double overshootOf(const TextShape &shape)
+{
+    return 0.5 * std::abs(shape.height) * std::max(1.0, std::abs(shape.widthFactor));
+}
+
+/// How far what is drawn of an entity may lie outside of its extents: letters, and half of a line's width.
+double overshootOf(const AcDbEntity &entity, int depth = 0)
+{
+    switch (kindOf(entity)) {
+    case EntityKind::Text:
+    case EntityKind::MText:
+    case EntityKind::Attribute:
+        return overshootOf(static_cast<const TextEntity &>(entity).shape());
+    case EntityKind::LwPolyline:
+        return static_cast<const AcDbPolyline &>(entity).constantWidth();
+    case EntityKind::BlockReference: {
+        const auto &reference = static_cast<const AcDbBlockReference &>(entity);
+        double most = 0.0;
+        for (const AttributeEntity *attribute : attributesOf(reference))
+            most = std::max(most, overshootOf(*attribute, depth));
+        const auto *block = static_cast<const BlockRecord *>(ObjectAccess::object(reference.blockTableRecord()));
+        if (!block || depth >= kDeepestOvershoot)
+            return most;
+        const auto &placement = reference.placement();
+        const double scale = std::max(std::abs(placement.scaleX), std::abs(placement.scaleY));
+        for (const AcDbEntity *inside : block->entities())
+            most = std::max(most, scale * overshootOf(*inside, depth + 1));
+        return most;
+    }
+    default:
+        return 0.0;
+    }
 }
 
 Extents shiftedBox(const DisplayIndex::Node &node, const float *shape)
@@ -144,9 +176,9 @@ Extents DisplayIndex::visibleExtents()
 {
     // The boxes are a little too large, so those at the edge are measured exactly.
     Extents rough, everything{-1e308, -1e308, 1e308, 1e308};
-    double error = 0.0;
+    double error = m_largestOvershoot;
     visitNodes(everything, [&](const Node &node) {
-        error = std::max(error, node.half * 4.0 * kFloatError);
+        error = std::max(error, m_largestOvershoot + node.half * 4.0 * kFloatError);
         for (const Item &item : node.items)
             if (!item.gone && isVisible(item))
                 rough.add(boxOf(node, item));
@@ -351,6 +383,8 @@ void DisplayIndex::looseItems(std::uint32_t number, std::vector<Loose> &items)
     if (kind == EntityKind::AttributeDefinition || kind == EntityKind::Unknown)
         return; // nothing of them is drawn
     Item item{{}, number, penOf(entity), 0, 0, ItemKind::Entity, false};
+    const double overshoot = std::min(overshootOf(entity), kMapLimit);
+    m_largestOvershoot = std::max(m_largestOvershoot, overshoot);
     const std::size_t segments = segmentsOf(entity);
     if (segments > kRunSegments) {
         item.kind = ItemKind::Run;
@@ -358,7 +392,9 @@ void DisplayIndex::looseItems(std::uint32_t number, std::vector<Loose> &items)
             const std::size_t count = std::min(kRunSegments, segments - first);
             item.first = static_cast<std::uint32_t>(first);
             item.count = static_cast<std::uint8_t>(count);
-            if (const Extents box = runExtents(entity, first, count); !box.isEmpty())
+            Extents box = runExtents(entity, first, count);
+            box.grow(overshoot);
+            if (!box.isEmpty())
                 items.push_back({box, item});
         }
         return;
@@ -381,6 +417,7 @@ void DisplayIndex::looseItems(std::uint32_t number, std::vector<Loose> &items)
     } else {
         box = extentsOf(entity);
     }
+    box.grow(overshoot);
     if (!box.isEmpty())
         items.push_back({box, item});
 }

@@ -27,7 +27,8 @@ public:
         Text,
         Hatch,
     };
-    /// Coordinates are relative to the node's middle; a box is never smaller than what it holds.
+    /// Coordinates are relative to the node's middle; a box holds all that is drawn, so it may be
+    /// larger than the entity's extents.
     struct Item {
         float shape[4];
         std::uint32_t entity; ///< number; grows in the order of drawing
@@ -181,6 +182,7 @@ private:
     std::uint32_t childOf(std::uint32_t index, std::uint32_t quadrant); ///< made when there is none
 
     Drawing &m_drawing;
+    double m_largestOvershoot = 0.0; ///< by which a box may be larger than the entity's extents
     bool m_built = false, m_referencesStale = false;
     std::size_t m_builds = 0;
     std::vector<Node> m_nodes;

@@ -118,7 +118,8 @@ void LineRaster::line(double ax, double ay, double bx, double by)
     const double dx = std::abs(bx - ax), dy = std::abs(by - ay);
     if (!(dx + dy > 0.0) || !(dx + dy < 1e300))
         return;
-    if (dx >= dy)
+    // With some room, so that rounding does not turn lines of 45 degrees, which are many, from one way to the other.
+    if (dx * (1.0 + 1e-6) >= dy)
         march<false>(ax, ay, bx, by);
     else
         march<true>(ay, ax, by, bx);
