@@ -1,12 +1,18 @@
 #include "host/editor/CommandLine.h"
 
+#include "host/drawing/dxf/AtomicFile.h"
 #include "host/editor/Captions.h"
+#include "host/services/Messages.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QDialog>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -14,23 +20,156 @@
 namespace velmor {
 
 namespace {
+
 constexpr int kShownLines = 4;
 constexpr int kKeptLines = 2000;
+constexpr int kKeptHistory = 300;
+constexpr int kShownCompletions = 10;
+
+QString ui(std::string_view name)
+{
+    return QString::fromStdWString(uiText(name));
+}
+
 } // namespace
 
-CommandLine::CommandLine(QWidget *parent)
-    : QWidget(parent), m_said(new QPlainTextEdit(this)), m_prompt(new QLabel(this)), m_input(new QLineEdit(this))
+// --- The field
+// -----------------------------------------------------------------------------------------------------------
+
+CommandField::CommandField(QWidget *parent) : QLineEdit(parent), m_popup(new QListWidget(this))
+{
+    // A tip's window never takes the keyboard away from the field.
+    m_popup->setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
+    m_popup->setFocusPolicy(Qt::NoFocus);
+    m_popup->setUniformItemSizes(true);
+    m_popup->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_popup->hide();
+    connect(m_popup, &QListWidget::itemClicked, this, [this](QListWidgetItem *item) {
+        setText(item->text());
+        hideCompletions();
+        setFocus();
+    });
+}
+
+void CommandField::setCompletions(std::function<QStringList(const QString &)> completions)
+{
+    m_completions = std::move(completions);
+    m_popup->setAccessibleName(ui("ui.command.completions"));
+}
+
+void CommandField::hideCompletions()
+{
+    m_popup->hide();
+    m_completing = false;
+}
+
+bool CommandField::areCompletionsShown() const
+{
+    return m_popup->isVisible();
+}
+
+/// Between quotation marks a blank belongs to the text.
+bool CommandField::isBlankText() const
+{
+    return m_takesBlanks || text().left(cursorPosition()).count(QLatin1Char('"')) % 2 == 1;
+}
+
+bool CommandField::event(QEvent *event)
+{
+    // Tab belongs to the completion as long as something is typed; else it goes on to the next widget.
+    if (event->type() == QEvent::KeyPress && !text().isEmpty()) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab) {
+            complete(key->key() == Qt::Key_Tab ? 1 : -1);
+            return true;
+        }
+    }
+    return QLineEdit::event(event);
+}
+
+void CommandField::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Space:
+        if (isBlankText())
+            break;
+        [[fallthrough]];
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        hideCompletions();
+        Q_EMIT given();
+        return;
+    case Qt::Key_Escape:
+        hideCompletions();
+        clear();
+        Q_EMIT escaped();
+        return;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        hideCompletions();
+        Q_EMIT recalled(event->key() == Qt::Key_Up ? -1 : 1);
+        return;
+    default:
+        break;
+    }
+    const QString before = text();
+    QLineEdit::keyPressEvent(event);
+    if (text() != before)
+        refreshCompletions();
+}
+
+void CommandField::focusOutEvent(QFocusEvent *event)
+{
+    hideCompletions();
+    QLineEdit::focusOutEvent(event);
+}
+
+void CommandField::refreshCompletions()
+{
+    hideCompletions();
+    const QStringList found = m_completions && !text().isEmpty() ? m_completions(text()) : QStringList();
+    m_popup->clear();
+    m_popup->addItems(found);
+    if (found.isEmpty() || (found.size() == 1 && found.front() == text()) || !isVisible())
+        return;
+    const int rows = std::min(kShownCompletions, static_cast<int>(found.size()));
+    const int height = rows * m_popup->sizeHintForRow(0) + 2 * m_popup->frameWidth();
+    const int width = std::clamp(m_popup->sizeHintForColumn(0) + 40, 160, std::max(160, this->width()));
+    m_popup->resize(width, height);
+    m_popup->move(mapToGlobal(QPoint(0, -height - 2)));
+    m_popup->show();
+}
+
+void CommandField::complete(int step)
+{
+    if (!m_completing) {
+        m_popup->clear();
+        if (m_completions)
+            m_popup->addItems(m_completions(text()));
+    }
+    const int count = m_popup->count();
+    if (count == 0)
+        return;
+    const int at = m_completing ? m_popup->currentRow() + step : step > 0 ? 0 : count - 1;
+    m_popup->setCurrentRow((at + count) % count);
+    setText(m_popup->currentItem()->text());
+    m_completing = true;
+}
+
+// --- The line
+// ------------------------------------------------------------------------------------------------------------
+
+CommandLine::CommandLine(QWidget *parent, std::filesystem::path historyFile)
+    : QWidget(parent), m_said(new QPlainTextEdit(this)), m_prompt(new QLabel(this)), m_input(new CommandField(this)),
+      m_historyFile(std::move(historyFile))
 {
     m_said->setReadOnly(true);
     m_said->setMaximumBlockCount(kKeptLines);
     m_said->setFixedHeight(m_said->fontMetrics().lineSpacing() * kShownLines + 10);
-    keepCaptioned(this, [this] {
-        m_said->setAccessibleName(uiString("ui.command.history"));
-        m_input->setAccessibleName(uiString("ui.command.input"));
-    });
     m_said->setFocusPolicy(Qt::ClickFocus);
-    m_input->installEventFilter(this);
-    m_prompt->setTextFormat(Qt::PlainText);
+    m_prompt->setTextFormat(Qt::RichText);
+    m_prompt->setTextInteractionFlags(Qt::LinksAccessibleByMouse);
+    keepCaptioned(this, [this] { retranslate(); });
     m_prompt->setBuddy(m_input);
 
     auto *row = new QHBoxLayout;
@@ -41,11 +180,57 @@ CommandLine::CommandLine(QWidget *parent)
     column->setSpacing(3);
     column->addWidget(m_said);
     column->addLayout(row);
+
+    connect(m_input, &CommandField::given, this, &CommandLine::give);
+    connect(m_input, &CommandField::escaped, this, &CommandLine::cancelled);
+    connect(m_input, &CommandField::recalled, this, &CommandLine::recall);
+    connect(m_prompt, &QLabel::linkActivated, this, [this](const QString &link) {
+        const auto at = static_cast<std::size_t>(link.toInt());
+        if (at >= m_options.size())
+            return;
+        m_input->setText(m_options[at].answer);
+        give();
+        focusInput();
+    });
+    readHistory();
 }
 
-void CommandLine::setPrompt(const QString &text)
+CommandLine::~CommandLine()
 {
-    m_prompt->setText(text);
+    writeHistory();
+}
+
+void CommandLine::retranslate()
+{
+    m_said->setAccessibleName(ui("ui.command.history"));
+    m_input->setAccessibleName(ui("ui.command.input"));
+    if (m_transcript != nullptr)
+        m_transcript->setWindowTitle(ui("ui.transcript.title"));
+}
+
+void CommandLine::setPrompt(const QString &text, const std::vector<Option> &options, bool takesBlanks)
+{
+    m_promptText = text;
+    m_options = options;
+    m_input->setTakesBlanks(takesBlanks);
+    m_input->hideCompletions();
+    QString shown = text.toHtmlEscaped();
+    const auto open = shown.indexOf(QLatin1Char('[')), close = shown.indexOf(QLatin1Char(']'), open);
+    if (!options.empty() && open >= 0 && close > open) {
+        QStringList links = shown.mid(open + 1, close - open - 1).split(QLatin1Char('/'));
+        if (links.size() == static_cast<qsizetype>(options.size())) {
+            for (qsizetype i = 0; i < links.size(); ++i)
+                links[i] = QStringLiteral("<a href=\"%1\">%2</a>").arg(i).arg(links[i]);
+            shown.replace(open + 1, close - open - 1, links.join(QLatin1Char('/')));
+        }
+    }
+    m_prompt->setText(shown);
+    m_input->setAccessibleDescription(text);
+}
+
+void CommandLine::setCompletions(std::function<QStringList(const QString &)> completions)
+{
+    m_input->setCompletions(std::move(completions));
 }
 
 void CommandLine::say(const QString &text)
@@ -53,10 +238,11 @@ void CommandLine::say(const QString &text)
     m_said->appendPlainText(text);
 }
 
-void CommandLine::type(const QString &text)
+void CommandLine::type(const QKeyEvent &event)
 {
     m_input->setFocus();
-    m_input->insert(text);
+    QKeyEvent copy(event.type(), event.key(), event.modifiers(), event.text());
+    QCoreApplication::sendEvent(m_input, &copy);
 }
 
 void CommandLine::focusInput()
@@ -64,36 +250,38 @@ void CommandLine::focusInput()
     m_input->setFocus();
 }
 
-bool CommandLine::eventFilter(QObject *watched, QEvent *event)
+QString CommandLine::transcript() const
 {
-    if (event->type() != QEvent::KeyPress)
-        return QWidget::eventFilter(watched, event);
-    switch (static_cast<QKeyEvent *>(event)->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        give();
-        return true;
-    case Qt::Key_Escape:
-        m_input->clear();
-        Q_EMIT cancelled();
-        return true;
-    case Qt::Key_Up:
-        recall(-1);
-        return true;
-    case Qt::Key_Down:
-        recall(1);
-        return true;
-    default:
-        return QWidget::eventFilter(watched, event);
+    return m_said->toPlainText();
+}
+
+void CommandLine::toggleTranscript()
+{
+    if (m_transcript == nullptr) {
+        auto *dialog = new QDialog(window());
+        auto *view = new QPlainTextEdit(dialog);
+        view->setReadOnly(true);
+        view->setDocument(m_said->document());
+        view->setAccessibleName(ui("ui.command.history"));
+        auto *copy = new QPushButton(ui("ui.transcript.copy"), dialog);
+        connect(copy, &QPushButton::clicked, this, [this] { QApplication::clipboard()->setText(transcript()); });
+        auto *column = new QVBoxLayout(dialog);
+        column->addWidget(view);
+        column->addWidget(copy, 0, Qt::AlignRight);
+        dialog->resize(760, 520);
+        m_transcript = dialog;
+        retranslate();
     }
+    m_transcript->setVisible(!m_transcript->isVisible());
 }
 
 void CommandLine::give()
 {
     const QString text = m_input->text().trimmed();
     m_input->clear();
-    say(m_prompt->text() + QLatin1Char(' ') + text);
-    if (!text.isEmpty())
+    m_input->hideCompletions();
+    say(m_promptText + QLatin1Char(' ') + text);
+    if (!text.isEmpty() && (m_history.isEmpty() || m_history.back() != text))
         m_history.append(text);
     m_historyPlace = static_cast<int>(m_history.size());
     Q_EMIT entered(text);
@@ -103,6 +291,29 @@ void CommandLine::recall(int step)
 {
     m_historyPlace = std::clamp(m_historyPlace + step, 0, static_cast<int>(m_history.size()));
     m_input->setText(m_history.value(m_historyPlace));
+}
+
+void CommandLine::readHistory()
+{
+    if (m_historyFile.empty())
+        return;
+    if (const ReadFileResult read = readWholeFile(m_historyFile))
+        m_history = QString::fromStdString(read.bytes).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    m_historyPlace = static_cast<int>(m_history.size());
+}
+
+void CommandLine::writeHistory() const
+{
+    if (m_historyFile.empty() || m_history.isEmpty())
+        return;
+    std::error_code error;
+    std::filesystem::create_directories(m_historyFile.parent_path(), error);
+    const std::string text = m_history.mid(std::max<qsizetype>(0, m_history.size() - kKeptHistory))
+                                 .join(QLatin1Char('\n'))
+                                 .append(QLatin1Char('\n'))
+                                 .toStdString();
+    const std::string_view pieces[] = {text};
+    writeFileAtomically(m_historyFile, pieces, false); // a history that can't be kept is no loss worth a word
 }
 
 } // namespace velmor

@@ -1,6 +1,8 @@
 #include "host/editor/CommandStack.h"
 
 #include "host/drawing/Journal.h"
+#include "host/editor/Asker.h"
+#include "host/editor/CommandTable.h"
 #include "host/editor/Guarded.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
@@ -82,6 +84,17 @@ void CommandStack::addHostCommand(const wchar_t *name, std::int32_t flags, Comma
     m_entries.push_back(std::move(entry));
 }
 
+void CommandStack::addWork(const wchar_t *name, std::int32_t flags, CommandWork work, bool needsDrawing)
+{
+    CommandEntry entry;
+    entry.group = L"VELMOR";
+    entry.globalName = entry.localName = name;
+    entry.flags = flags;
+    entry.work = std::move(work);
+    entry.needsDrawing = needsDrawing;
+    m_entries.push_back(std::move(entry));
+}
+
 void CommandStack::removeAllOf(const void *owner)
 {
     std::erase_if(m_entries, [&](const CommandEntry &entry) { return owner && entry.owner == owner; });
@@ -97,14 +110,21 @@ const CommandEntry *CommandStack::find(std::wstring_view name) const
     const auto found = std::ranges::find_if(m_entries, [&](const CommandEntry &entry) {
         return sameText(global ? entry.globalName : entry.localName, name);
     });
-    return found == m_entries.end() ? nullptr : &*found;
+    if (found != m_entries.end())
+        return &*found;
+    const CommandRow *row = global ? nullptr : commandRowOfWord(name);
+    if (!row)
+        return nullptr;
+    const auto named = std::ranges::find_if(
+        m_entries, [&](const CommandEntry &entry) { return sameText(entry.globalName, row->wideName()); });
+    return named == m_entries.end() ? nullptr : &*named;
 }
 
 std::vector<CommandInfo> CommandStack::list() const
 {
     std::vector<CommandInfo> infos;
     for (const CommandEntry &entry : m_entries)
-        infos.push_back({entry.group, entry.globalName, entry.localName, static_cast<bool>(entry.factory)});
+        infos.push_back({entry.group, entry.globalName, entry.localName, !entry.function});
     return infos;
 }
 
@@ -196,12 +216,40 @@ RunStatus CommandStack::runEntry(const CommandEntry &entry, std::span<const Answ
         if (running.function) {
             running.function();
             status = RunStatus::Done;
+        } else if (running.work) {
+            status = driveWork(running, answers, askSession);
         } else {
             status = drive(*running.factory(), answers, askSession);
         }
     });
     m_running.pop_back();
     return finished ? status : RunStatus::Failed;
+}
+
+namespace {
+
+RunStatus statusOf(Command::Next next, bool refused)
+{
+    if (next == Command::Next::Revert)
+        return RunStatus::Failed;
+    if (next == Command::Next::BadInput)
+        return RunStatus::BadInput;
+    return refused ? RunStatus::InputRefused : RunStatus::Done;
+}
+
+} // namespace
+
+RunStatus CommandStack::driveWork(const CommandEntry &entry, std::span<const Answer> &answers, bool askSession)
+{
+    if (entry.needsDrawing && askWithDrawing(m_session) != Command::Next::Ask)
+        return RunStatus::BadInput;
+    Asker asker(m_session, answers, askSession);
+    try {
+        const Command::Next next = entry.work(asker);
+        return statusOf(next, asker.refused());
+    } catch (const Cancelled &) {
+        return RunStatus::Cancelled;
+    }
 }
 
 RunStatus CommandStack::drive(Command &command, std::span<const Answer> &answers, bool askSession)
@@ -223,11 +271,7 @@ RunStatus CommandStack::drive(Command &command, std::span<const Answer> &answers
         next = command.take(m_session, answer);
         refused = refused || next == Command::Next::Refused;
     }
-    if (next == Command::Next::Revert)
-        return RunStatus::Failed;
-    if (next == Command::Next::BadInput)
-        return RunStatus::BadInput;
-    return refused ? RunStatus::InputRefused : RunStatus::Done;
+    return statusOf(next, refused);
 }
 
 } // namespace velmor

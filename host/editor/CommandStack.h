@@ -20,6 +20,10 @@ enum class RunStatus {
     Busy,         ///< another command runs, or a dialog holds the document
 };
 
+class Asker;
+/// A command that reads from top to bottom; it gets its answers from the asker.
+using CommandWork = std::function<Command::Next(Asker &)>;
+
 /// One row of the table.
 struct CommandEntry {
     static constexpr std::int32_t kTransparent = 1; ///< may start while another one runs
@@ -27,6 +31,8 @@ struct CommandEntry {
     std::int32_t flags = 0;
     AcRxFunctionPtr function = nullptr; ///< of a module's command
     CommandFactory factory;             ///< of a host command
+    CommandWork work;                   ///< the same in the other form
+    bool needsDrawing = false;          ///< its work is only begun when a drawing is open
     const void *owner = nullptr;        ///< the module that was being loaded when it was added
     bool isTransparent() const { return (flags & kTransparent) != 0; }
 };
@@ -47,11 +53,14 @@ public:
     Acad::ErrorStatus removeCmd(const wchar_t *group, const wchar_t *globalName) override;
 
     void addHostCommand(const wchar_t *name, std::int32_t flags, CommandFactory factory);
+    /// A host command whose work needs an open drawing; without one it is refused with an alert.
+    void addWork(const wchar_t *name, std::int32_t flags, CommandWork work, bool needsDrawing = true);
     /// Commands that are added from now on belong to this module; null: to the host.
     void setOwner(const void *owner) { m_owner = owner; }
     void removeAllOf(const void *owner);
 
-    /// By local name, or by global name with the mark "_"; upper and lower case alike. Null when there is none.
+    /// By local name, by alias, or by global name (with the mark "_" by nothing else); upper and lower case alike. A
+    /// module's own local name goes before all. Null when there is none.
     const CommandEntry *find(std::wstring_view name) const;
     /// All rows in the order of adding.
     const std::vector<CommandEntry> &entries() const { return m_entries; }
@@ -75,15 +84,25 @@ public:
     /// Names of the running commands, outermost first.
     const std::vector<std::wstring> &running() const { return m_running; }
 
+    /// The point that was answered last, from which "@" counts where nothing else is told.
+    const std::optional<AcGePoint3d> &lastPoint() const { return m_lastPoint; }
+    void setLastPoint(const AcGePoint3d &point) { m_lastPoint = point; }
+    /// A command asked for the end of the program; whoever runs commands ends it.
+    bool isQuitAsked() const { return m_quitAsked; }
+    void askToQuit(bool asked = true) { m_quitAsked = asked; }
+
 private:
     RunStatus runEntry(const CommandEntry &entry, std::span<const Answer> &answers, bool askSession);
     RunStatus drive(Command &command, std::span<const Answer> &answers, bool askSession);
+    RunStatus driveWork(const CommandEntry &entry, std::span<const Answer> &answers, bool askSession);
 
     Session &m_session;
     const void *m_owner = nullptr;
     std::vector<CommandEntry> m_entries;
     std::vector<std::wstring> m_running;
     int m_scripted = 0;
+    std::optional<AcGePoint3d> m_lastPoint;
+    bool m_quitAsked = false;
 };
 
 } // namespace velmor

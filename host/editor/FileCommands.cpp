@@ -136,14 +136,20 @@ void addFileCommands(CommandStack &stack)
     stack.addHostCommand(L"NEW", 0,
                          replacingDrawing({}, [](Session &session, const Answers &) { return newDrawing(session); }));
     stack.addHostCommand(
-        L"OPEN", 0, replacingDrawing({{.message = "ui.prompt.open"}}, [](Session &session, const Answers &answers) {
-            return openDrawing(session, answers[0]);
-        }));
-    add(L"SAVE", {{.message = "ui.prompt.save", .optional = true}, optionalWord(L"OVERWRITE-DAMAGED")},
+        L"OPEN", 0,
+        replacingDrawing({{.message = "ui.prompt.open", .completion = Completion::Drawings}},
+                         [](Session &session, const Answers &answers) { return openDrawing(session, answers[0]); }));
+    add(L"SAVE",
+        {{.message = "ui.prompt.save", .optional = true, .completion = Completion::Drawings},
+         optionalWord(L"OVERWRITE-DAMAGED")},
         [](Session &session, const Answers &answers) { return saveDrawing(session, answers[0], !answers[1].empty()); });
-    add(L"LAYER", {{.message = "ui.prompt.layer"}},
+    add(L"SAVEAS",
+        {{.message = "ui.prompt.saveas", .completion = Completion::Drawings}, optionalWord(L"OVERWRITE-DAMAGED")},
+        [](Session &session, const Answers &answers) { return saveDrawing(session, answers[0], !answers[1].empty()); });
+    add(L"LAYER", {{.message = "ui.prompt.layer", .completion = Completion::Layers}},
         [](Session &session, const Answers &answers) { return makeLayerCurrent(session, answers[0]); });
-    add(L"SETVAR", {{.message = "ui.prompt.variable"}, {.message = "ui.prompt.value"}},
+    add(L"SETVAR",
+        {{.message = "ui.prompt.variable", .completion = Completion::Variables}, {.message = "ui.prompt.value"}},
         [](Session &session, const Answers &answers) { return setHostVariable(session, answers[0], answers[1]); });
 }
 
@@ -155,6 +161,8 @@ void addHostCommands(CommandStack &stack)
     addBoundaryCommands(stack);
     addAppearanceCommands(stack);
     addUndoCommands(stack);
+    addViewCommands(stack);
+    addProgramCommands(stack);
 }
 
 } // namespace velmor

@@ -3,6 +3,7 @@
 //   NEW                              an empty drawing
 //   OPEN FILE                        reads a drawing
 //   SAVE [FILE [OVERWRITE-DAMAGED]]  writes the drawing, to its own file when none is named
+//   SAVEAS FILE                      the same to a file that is named
 //   IMPORT FILE [WITH-POLYGONS]      reads a network file into the drawing
 //   SECTIONS LAYER[,LAYER...] [NAMES LAYER[,LAYER...]]
 //                                    makes sections of the lines, arcs and open polylines of layers, and nodes at
@@ -31,5 +32,7 @@ void addNetworkCommands(CommandStack &stack);
 void addLayerCommands(CommandStack &stack);
 void addBoundaryCommands(CommandStack &stack);
 void addAppearanceCommands(CommandStack &stack);
+void addViewCommands(CommandStack &stack);
+void addProgramCommands(CommandStack &stack);
 
 } // namespace velmor

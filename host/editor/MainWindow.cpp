@@ -1,29 +1,35 @@
 #include "host/editor/MainWindow.h"
 
 #include "host/drawing/Findings.h"
+#include "host/editor/Asker.h"
 #include "host/editor/Captions.h"
 #include "host/editor/CommandLine.h"
 #include "host/editor/CommandStack.h"
-#include "host/editor/Guarded.h"
+#include "host/editor/Completions.h"
 #include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/Viewport.h"
+#include "host/editor/Words.h"
 #include "host/editor/panels/Docks.h"
 #include "host/network/Network.h"
 #include "host/services/Messages.h"
+#include "host/services/Services.h"
 #include "host/services/Text.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QStatusBar>
+#include <QToolBar>
 #include <QVBoxLayout>
+#include <fmt/xchar.h>
+
+#include <cmath>
 
 namespace velmor {
 
@@ -44,11 +50,30 @@ QString drawingFilter()
     return ui("ui.filter.drawing");
 }
 
+/// A file in the user's folder; empty when there is no such folder.
+std::filesystem::path userFile(const char *name)
+{
+    const auto &folder = Services::instance().paths().userFolder();
+    return folder.empty() ? folder : folder / name;
+}
+
+/// The drawing or network that is dragged, when it is one file of a kind that can be opened.
+std::optional<std::filesystem::path> droppedFile(const QMimeData &data)
+{
+    const QList<QUrl> urls = data.urls();
+    if (urls.size() != 1 || !urls.front().isLocalFile())
+        return std::nullopt;
+    const QString file = urls.front().toLocalFile();
+    const bool isOurs = file.endsWith(QStringLiteral(".dxf"), Qt::CaseInsensitive) ||
+                        file.endsWith(QStringLiteral(".inp"), Qt::CaseInsensitive);
+    return isOurs ? std::optional(toPath(file)) : std::nullopt;
+}
+
 } // namespace
 
 MainWindow::MainWindow(Session &session)
-    : m_session(session), m_viewport(new Viewport(this)), m_commandLine(new CommandLine(this)),
-      m_coordinates(new QLabel(this))
+    : m_session(session), m_viewport(new Viewport(this)), m_commandLine(new CommandLine(this, userFile("history.txt"))),
+      m_coordinates(new QLabel(this)), m_scale(new QLabel(this)), m_layer(new QLabel(this))
 {
     auto *middle = new QWidget(this);
     auto *column = new QVBoxLayout(middle);
@@ -58,34 +83,42 @@ MainWindow::MainWindow(Session &session)
     column->addWidget(m_commandLine);
     setCentralWidget(middle);
     followLanguage();
-    keepCaptioned(this, [this] {
-        m_viewport->setAccessibleName(ui("ui.viewport"));
-        if (m_prompt == nullptr) // a command's prompt stays in the language in which it asked
-            m_commandLine->setPrompt(ui("ui.command.idle"));
-        refreshTitle();
-    });
     m_coordinates->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000.0000, 0000000.0000")));
-    statusBar()->addPermanentWidget(m_coordinates);
+    for (QLabel *label : {m_layer, m_scale, m_coordinates})
+        statusBar()->addPermanentWidget(label);
+    m_toolBar = addToolBar(QString());
+    m_toolBar->setObjectName(QStringLiteral("tools"));
+    m_toolBar->setIconSize({24, 24});
+    setAcceptDrops(true);
     buildMenus();
+    keepCaptioned(this, [this] { retranslate(); });
 
     connect(m_commandLine, &CommandLine::entered, this, &MainWindow::takeText);
     connect(m_commandLine, &CommandLine::cancelled, this, [this] { giveAnswer({Answer::Escape{}}); });
     connect(m_viewport, &Viewport::cancelled, this, [this] { giveAnswer({Answer::Escape{}}); });
-    connect(m_viewport, &Viewport::entered, this, [this] { giveAnswer({Answer::Enter{}}); });
+    connect(m_viewport, &Viewport::entered, this, [this] { takeText({}); });
     connect(m_viewport, &Viewport::clicked, this, [this](double x, double y) { giveAnswer({AcGePoint3d(x, y)}); });
     connect(m_viewport, &Viewport::entityPicked, this, [this](AcDbObjectId id, double x, double y) {
         giveAnswer({Answer::Pick{id, AcGePoint3d(x, y)}});
     });
     connect(m_viewport, &Viewport::selected, this, [this](const AcDbObjectIdArray &ids, bool removing) {
-        if (!removing)
-            giveAnswer({ids});
+        giveAnswer(removing ? Answer{Answer::Removed{ids}} : Answer{ids});
     });
     m_viewport->setDraftingSource([this] { return draftingOf(m_session); },
                                   [this](const Drafting &drafting) { setDrafting(m_session, drafting); });
+    connect(m_viewport, &Viewport::viewChanged, this, &MainWindow::refreshStatusBar);
     connect(m_viewport, &Viewport::pointerMoved, this, [this](double x, double y) {
+        m_pointer = {x, y};
         m_coordinates->setText(QStringLiteral("%1, %2").arg(x, 0, 'f', 4).arg(y, 0, 'f', 4));
         if (m_prompt != nullptr && m_prompt->tip)
             m_viewport->setToolTip(QString::fromStdWString(m_prompt->tip({x, y})));
+        refreshStatusBar();
+    });
+    m_commandLine->setCompletions([this](const QString &typed) {
+        QStringList list;
+        for (const std::wstring &text : completionsOf(m_session, m_prompt, typed.toStdWString()))
+            list.append(QString::fromStdWString(text));
+        return list;
     });
 
     m_session.setView(this);
@@ -100,56 +133,6 @@ MainWindow::~MainWindow()
 {
     m_session.setView(nullptr);
     m_session.setPromptSource(nullptr);
-}
-
-void MainWindow::buildMenus()
-{
-    struct Row {
-        const char *text;
-        QKeySequence key;
-        std::function<void()> action;
-    };
-    const auto fill = [this](const char *title, const std::vector<Row> &rows) {
-        QMenu *menu = menuBar()->addMenu(QString());
-        keepCaptioned(menu, [menu, title] { menu->setTitle(ui(title)); });
-        for (const Row &row : rows) {
-            if (row.text == nullptr) {
-                menu->addSeparator();
-                continue;
-            }
-            QAction *action = menu->addAction(QString());
-            keepCaptioned(action, [action, text = row.text] { action->setText(ui(text)); });
-            connect(action, &QAction::triggered, this, [this, action, work = row.action] {
-                const std::wstring name = action->text().remove(QLatin1Char('&')).toStdWString();
-                runGuarded(m_session, name, work);
-            });
-            action->setShortcut(row.key);
-        }
-        return menu;
-    };
-    const Row separator{nullptr, {}, {}};
-    fill("ui.menu.file",
-         {{"ui.file.open", QKeySequence::Open, [this] { chooseAndOpen(); }},
-          {"ui.file.import", QKeySequence(Qt::CTRL | Qt::Key_I), [this] { chooseAndImport(); }},
-          separator,
-          {"ui.file.save", QKeySequence::Save, [this] { save(); }},
-          {"ui.file.saveas", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), [this] { chooseAndSave(); }},
-          separator,
-          {"ui.file.quit", QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { close(); }}});
-    QMenu *view =
-        fill("ui.menu.view",
-             {{"ui.view.extents", QKeySequence(Qt::CTRL | Qt::Key_0), [this] { m_viewport->showEverything(); }},
-              {"ui.view.in", QKeySequence::ZoomIn, [this] { m_viewport->zoomBy(1.5); }},
-              {"ui.view.out", QKeySequence::ZoomOut, [this] { m_viewport->zoomBy(1.0 / 1.5); }}});
-    fill(
-        "ui.menu.catchments",
-        {{"ui.catchments.define", QKeySequence(Qt::Key_F5), [this] { runCommand(QStringLiteral("zemsewage_create")); }},
-         {"ui.catchments.review", QKeySequence(Qt::Key_F6), [this] { runCommand(QStringLiteral("zemsewage_edit")); }}});
-    m_docks = new Docks(*this, *view, m_session);
-    fill("ui.menu.help", {{"ui.help.about", QKeySequence(Qt::Key_F1), [this] {
-                               QMessageBox::about(this, QStringLiteral("Velmor"),
-                                                  ui("ui.help.about.text").arg(QApplication::applicationVersion()));
-                           }}});
 }
 
 OpenedFile readForWindow(const std::filesystem::path &file)
@@ -226,6 +209,38 @@ void MainWindow::zoomTo(const Extents &extents)
     m_viewport->showExtents(extents);
 }
 
+const ViewTransform &MainWindow::shownView() const
+{
+    return m_viewport->view();
+}
+
+void MainWindow::showEverything()
+{
+    m_viewport->showEverything();
+}
+
+void MainWindow::zoomBy(double factor)
+{
+    m_viewport->zoomBy(factor);
+}
+
+void MainWindow::centreOn(const AcGePoint3d &point)
+{
+    const ViewTransform &view = m_viewport->view();
+    m_viewport->panBy(
+        QPointF((view.centerX - point.x) * view.pixelsPerUnit, (point.y - view.centerY) * view.pixelsPerUnit));
+}
+
+double MainWindow::scaleDenominator() const
+{
+    return m_viewport->scaleDenominator();
+}
+
+bool MainWindow::showPrevious()
+{
+    return m_viewport->zoomPrevious();
+}
+
 void MainWindow::showAlert(const std::wstring &text)
 {
     say(text);
@@ -247,22 +262,41 @@ void MainWindow::say(const std::wstring &text)
 
 std::optional<Answer> MainWindow::ask(const Prompt &prompt)
 {
+    if (m_waiting)
+        return std::nullopt;
     const Prompt *outer = m_prompt;
     QEventLoop *outerLoop = m_promptLoop;
     QEventLoop loop;
     m_prompt = &prompt;
     m_promptLoop = &loop;
     m_answer.reset();
-    m_commandLine->setPrompt(QString::fromStdWString(prompt.text));
-    m_viewport->setPrompt(&prompt);
+    showPrompt();
     m_commandLine->focusInput();
     loop.exec();
     m_prompt = outer;
     m_promptLoop = outerLoop;
-    m_viewport->setPrompt(outer);
     m_viewport->setToolTip({});
-    m_commandLine->setPrompt(outer != nullptr ? QString::fromStdWString(outer->text) : ui("ui.command.idle"));
-    return std::exchange(m_answer, std::nullopt);
+    auto answer = std::exchange(m_answer, std::nullopt);
+    showPrompt();
+    return answer;
+}
+
+/// The prompt that waits, or that none does.
+void MainWindow::showPrompt()
+{
+    m_viewport->setPrompt(m_prompt);
+    if (m_prompt == nullptr) {
+        m_commandLine->setPrompt(ui("ui.command.idle"));
+        return;
+    }
+    const auto kind = m_prompt->kind;
+    std::vector<CommandLine::Option> options;
+    for (std::size_t i = 0; i < m_prompt->keywords.size(); ++i) {
+        const auto &local = m_prompt->localKeywords;
+        options.push_back({QString::fromStdWString(i < local.size() ? local[i] : m_prompt->keywords[i]),
+                           QLatin1Char('_') + QString::fromStdWString(m_prompt->keywords[i])});
+    }
+    m_commandLine->setPrompt(QString::fromStdWString(m_prompt->text), options, kind == PromptKind::Text);
 }
 
 void MainWindow::giveAnswer(Answer answer)
@@ -275,24 +309,95 @@ void MainWindow::giveAnswer(Answer answer)
 
 void MainWindow::takeText(const QString &text)
 {
-    if (m_prompt == nullptr)
-        return text.isEmpty() ? void() : runCommand(text);
+    if (m_prompt == nullptr) {
+        if (!text.isEmpty())
+            runCommand(text);
+        else if (!m_lastCommand.empty())
+            runCommand(QString::fromStdWString(m_lastCommand));
+        return;
+    }
     if (text.isEmpty())
-        giveAnswer({Answer::Enter{}});
-    else
-        giveAnswer({text.toStdWString()});
+        return giveAnswer({Answer::Enter{}});
+    std::wstring answer = text.toStdWString();
+    if (text.startsWith(QLatin1Char('\''))) {
+        const auto *entry = m_session.commands().find(answer.substr(0, answer.find(L' ')));
+        if (entry && entry->isTransparent())
+            return runCommand(text);
+        if (entry && m_prompt->kind != PromptKind::Text)
+            return say(uiMessage("ui.run.notTransparent", {entry->globalName}));
+    }
+    if (answer.size() > 1 && answer.starts_with(L'"') && answer.ends_with(L'"'))
+        answer = answer.substr(1, answer.size() - 2);
+    giveAnswer({withDirection(globalAnswer(*m_prompt, answer))});
+}
+
+/// A distance alone means the point at that distance in the direction of the pointer.
+std::wstring MainWindow::withDirection(const std::wstring &text) const
+{
+    const auto distance = parseReal(text);
+    if (m_prompt->kind != PromptKind::Point || !m_prompt->base || !distance ||
+        matchKeyword(m_prompt->keywords, text) != nullptr)
+        return text;
+    const AcGePoint3d &base = *m_prompt->base;
+    double dx = m_pointer.x - base.x, dy = m_pointer.y - base.y;
+    const double length = std::hypot(dx, dy);
+    if (length == 0.0)
+        dx = 1.0;
+    const double factor = *distance / (length == 0.0 ? 1.0 : length);
+    return fmt::format(L"{},{},{}", base.x + dx * factor, base.y + dy * factor, base.z);
 }
 
 void MainWindow::runCommand(const QString &line)
 {
-    std::wstring reason;
+    std::wstring reason, why;
     m_lastSaid.clear();
+    const auto words = splitWords(line.toStdWString(), why);
+    if (words && !words->empty()) {
+        const auto *entry = m_session.commands().find(words->front().text);
+        if (entry && m_prompt == nullptr)
+            m_lastCommand = entry->globalName.starts_with(L'_') ? entry->globalName : L"_" + entry->globalName;
+    }
     // An alert or a status line may have said it already.
     if (!m_session.commands().run(line.toStdWString(), &reason) && !reason.empty() && reason != m_lastSaid)
         m_commandLine->say(QString::fromStdWString(reason));
     m_docks->bringUpToDate();
     m_viewport->update(); // the drawing may have changed without a word to the view
     refreshTitle();
+    refreshStatusBar();
+    if (m_session.commands().isQuitAsked()) {
+        m_session.commands().askToQuit(false);
+        QMetaObject::invokeMethod(this, &MainWindow::close, Qt::QueuedConnection);
+    }
+    runWaiting();
+}
+
+void MainWindow::runWaiting()
+{
+    if (m_waiting && !m_session.commands().isRunning() && m_promptLoop == nullptr)
+        std::exchange(m_waiting, nullptr)();
+}
+
+void MainWindow::whenIdle(std::function<void()> work)
+{
+    if (m_session.documentLocks() > 0)
+        return showStatus(uiText("ui.run.locked"));
+    if (m_promptLoop == nullptr && !m_session.commands().isRunning())
+        return work();
+    m_waiting = std::move(work);
+    giveAnswer({Answer::Escape{}});
+}
+
+void MainWindow::startCommand(const QString &line)
+{
+    std::wstring why;
+    const auto words = splitWords(line.toStdWString(), why);
+    const auto *entry = words && !words->empty() ? m_session.commands().find(words->front().text) : nullptr;
+    if (entry && entry->isTransparent())
+        return runCommand(line);
+    whenIdle([this, line] {
+        m_commandLine->say(ui("ui.command.idle") + QLatin1Char(' ') + line);
+        runCommand(line);
+    });
 }
 
 void MainWindow::chooseAndOpen()
@@ -306,11 +411,9 @@ void MainWindow::chooseAndOpen()
 
 void MainWindow::chooseAndImport()
 {
-    if (!maySetAside())
-        return;
     const QString file = QFileDialog::getOpenFileName(this, ui("ui.file.import.title"), {}, ui("ui.filter.network"));
     if (!file.isEmpty())
-        openFile(toPath(file));
+        startCommand(QStringLiteral("_IMPORT \"%1\" WITH-POLYGONS").arg(file));
 }
 
 bool MainWindow::save()
@@ -365,16 +468,45 @@ bool MainWindow::maySetAside()
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    giveAnswer({Answer::Escape{}});
+    if (m_promptLoop != nullptr || m_session.commands().isRunning()) {
+        event->ignore(); // what runs is ended first
+        return whenIdle([this] { close(); });
+    }
     event->setAccepted(maySetAside());
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (droppedFile(*event->mimeData()))
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const auto file = droppedFile(*event->mimeData());
+    if (!file)
+        return;
+    event->acceptProposedAction();
+    // The program that the file comes from waits until this returns, so questions come later.
+    QMetaObject::invokeMethod(
+        this,
+        [this, file = *file] {
+            whenIdle([this, file] {
+                if (maySetAside())
+                    openFile(file);
+            });
+        },
+        Qt::QueuedConnection);
 }
 
 void MainWindow::keyPressEvent(QKeyEvent *event)
 {
-    // Letters typed over the drawing belong to the command line.
+    // What is typed over the drawing belongs to the command line.
     const QString text = event->text();
-    if (!text.isEmpty() && text[0].isPrint())
-        m_commandLine->type(text);
+    const bool isEdit = event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Return ||
+                        event->key() == Qt::Key_Enter || event->key() == Qt::Key_Escape;
+    if (isEdit || (!text.isEmpty() && text[0].isPrint()))
+        m_commandLine->type(*event);
     else
         QMainWindow::keyPressEvent(event);
 }

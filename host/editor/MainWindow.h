@@ -1,8 +1,10 @@
 // The program's window: the drawing, a command line, a menu.
 #pragma once
 
+#include "host/editor/CommandTable.h"
 #include "host/editor/Prompts.h"
 #include "host/editor/Session.h"
+#include "host/editor/ViewControl.h"
 
 #include <QMainWindow>
 
@@ -10,8 +12,11 @@
 #include <memory>
 #include <optional>
 
+class QAction;
 class QEventLoop;
 class QLabel;
+class QMenu;
+class QToolBar;
 
 namespace velmor {
 
@@ -31,11 +36,19 @@ struct OpenedFile {
 OpenedFile readForWindow(const std::filesystem::path &file);
 
 /// One session's window. It answers the session's prompts by clicks in the drawing and by typed text.
-class MainWindow final : public QMainWindow, public SessionView, public PromptSource {
+class MainWindow final : public QMainWindow, public SessionView, public ViewControl, public PromptSource {
     Q_OBJECT
 public:
     explicit MainWindow(Session &session);
     ~MainWindow() override;
+
+    Session &session() { return m_session; }
+    Viewport &viewport() { return *m_viewport; }
+    CommandLine &commandLine() { return *m_commandLine; }
+
+    /// Starts a command as a menu does: a command that asks something is ended first, unless this one may start inside
+    /// of it.
+    void startCommand(const QString &line);
 
     /// Opens a drawing, or imports a network file into a new one. False when it failed; the message was shown.
     bool openFile(const std::filesystem::path &file);
@@ -50,15 +63,32 @@ public:
     void zoomTo(const Extents &extents) override;
     void showAlert(const std::wstring &text) override;
     void showStatus(const std::wstring &text) override;
+    // ViewControl
+    const ViewTransform &shownView() const override;
+    void showEverything() override;
+    void zoomBy(double factor) override;
+    void centreOn(const AcGePoint3d &point) override;
+    bool showPrevious() override;
+    double scaleDenominator() const override;
     // PromptSource
     std::optional<Answer> ask(const Prompt &prompt) override;
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    /// Menus and tool bar from the table of commands, in the language of now.
     void buildMenus();
+    QAction *addItem(QMenu &menu, const CommandRow &row, const MenuItem &item);
+    void retranslate();
+    void refreshStatusBar();
+    void showPrompt();
+    void trigger(const MenuItem &item, const CommandRow &row);
+    /// Does it when no command runs: at once, or after those that run have been ended. Refused while a dialog is open.
+    void whenIdle(std::function<void()> work);
     void chooseAndOpen();
     void chooseAndImport();
     bool save();
@@ -68,6 +98,8 @@ private:
     bool maySetAside();
     void say(const std::wstring &text);
     void runCommand(const QString &line);
+    void runWaiting();
+    std::wstring withDirection(const std::wstring &text) const;
     void takeText(const QString &text);
     void giveAnswer(Answer answer);
     void refreshTitle();
@@ -76,12 +108,16 @@ private:
     Session &m_session;
     Viewport *m_viewport;
     CommandLine *m_commandLine;
-    QLabel *m_coordinates;
+    QLabel *m_coordinates, *m_scale, *m_layer;
+    QToolBar *m_toolBar = nullptr;
     Docks *m_docks = nullptr;
     const Prompt *m_prompt = nullptr; ///< the prompt that waits for an answer
     QEventLoop *m_promptLoop = nullptr;
     std::optional<Answer> m_answer;
-    std::wstring m_lastSaid; ///< on the command line, for the session
+    std::wstring m_lastSaid;         ///< on the command line, for the session
+    std::wstring m_lastCommand;      ///< what an empty Enter runs again
+    std::function<void()> m_waiting; ///< what starts when the commands that run have been ended
+    AcGePoint3d m_pointer;           ///< in the drawing
 };
 
 /// Runs the window on an opened file (or without a drawing: on an empty one) until it is closed; the program's exit

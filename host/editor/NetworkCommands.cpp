@@ -109,7 +109,8 @@ void addNetworkCommands(CommandStack &stack)
 {
     stack.addHostCommand(L"IMPORT", 0, [] {
         return std::make_unique<QuestionCommand>(
-            std::vector<Question>{{.message = "ui.prompt.import"}, optionalWord(L"WITH-POLYGONS")},
+            std::vector<Question>{{.message = "ui.prompt.import", .completion = Completion::Networks},
+                                  optionalWord(L"WITH-POLYGONS")},
             [](Session &session, const QuestionCommand::Answers &answers) {
                 return importNetwork(session, answers[0], !answers[1].empty());
             });

@@ -14,7 +14,20 @@
 
 namespace velmor {
 
-enum class PromptKind { Point, Entity, Text, Selection, Keyword };
+enum class PromptKind {
+    Point,
+    Entity,
+    Text, ///< blanks are part of the answer
+    Selection,
+    Keyword,
+    Word,     ///< a text without blanks: a blank ends it
+    Number,   ///< a number
+    Distance, ///< a number, or a point whose distance from base it is
+    Angle,    ///< degrees, or a point whose direction from base it is
+};
+
+/// What a typed answer is completed from, besides the keywords.
+enum class Completion { None, Commands, Layers, Drawings, Networks, Pdfs, Variables, Blocks, Patterns };
 
 struct Prompt {
     PromptKind kind = PromptKind::Text;
@@ -23,6 +36,9 @@ struct Prompt {
     std::vector<std::wstring> keywords = {}; ///< words that are taken besides the value itself; capitals abbreviate
     std::function<std::wstring(const AcGePoint3d &)> tip = {}; ///< text beside the pointer at a place; may be empty
     bool optional = false; ///< with no answer prepared it is not asked: that counts as Enter
+    /// The keywords in the user's language, beside keywords; empty: as they are.
+    std::vector<std::wstring> localKeywords = {};
+    Completion completion = Completion::None;
 };
 
 /// An answer: a point, a text (a point may be given as "x,y"), an entity, a selection, Enter or Escape.
@@ -36,7 +52,10 @@ struct Answer {
     struct Set { ///< a selection set of the session by its number
         std::int64_t id = 0;
     };
-    std::variant<Enter, Escape, AcGePoint3d, std::wstring, Pick, AcDbObjectIdArray, Set> value;
+    struct Removed { ///< of a selection: entities that are to be taken out again
+        AcDbObjectIdArray ids;
+    };
+    std::variant<Enter, Escape, AcGePoint3d, std::wstring, Pick, AcDbObjectIdArray, Set, Removed> value;
 
     bool isEnter() const; ///< also an empty text
     bool isEscape() const { return std::holds_alternative<Escape>(value); }

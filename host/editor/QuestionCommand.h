@@ -15,19 +15,21 @@ struct Question {
     const char *message = nullptr;           ///< name of the prompt's text; without one the keyword stands for it
     std::vector<std::wstring> keywords = {}; ///< the only answers; none: any text
     bool optional = false;
+    Completion completion = Completion::None;
 
     Prompt prompt() const
     {
         return {.kind = keywords.empty() ? PromptKind::Text : PromptKind::Keyword,
                 .text = message ? uiText(message) : keywords.front(),
                 .keywords = keywords,
-                .optional = optional};
+                .optional = optional,
+                .completion = completion};
     }
 };
 
 inline Question optionalWord(const wchar_t *keyword)
 {
-    return {.message = nullptr, .keywords = {keyword}, .optional = true};
+    return {.message = nullptr, .keywords = {keyword}, .optional = true, .completion = Completion::None};
 }
 
 /// Asks a fixed list of questions and then does its work with the answers, all of them texts.

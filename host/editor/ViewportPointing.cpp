@@ -106,6 +106,8 @@ void Viewport::setPrompt(const Prompt *prompt)
         m_base = prompt->base;
         switch (prompt->kind) {
         case PromptKind::Point:
+        case PromptKind::Distance: // measured from the base
+        case PromptKind::Angle:
             m_asked = Asked::Point;
             break;
         case PromptKind::Entity:
@@ -116,6 +118,8 @@ void Viewport::setPrompt(const Prompt *prompt)
             break;
         case PromptKind::Text:
         case PromptKind::Keyword:
+        case PromptKind::Word:
+        case PromptKind::Number:
             m_asked = Asked::Text;
             break;
         }

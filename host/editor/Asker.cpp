@@ -1,0 +1,271 @@
+#include "host/editor/Asker.h"
+
+#include "host/editor/CommandStack.h"
+#include "host/editor/EntityPick.h"
+#include "host/editor/UiMessage.h"
+#include "host/services/Messages.h"
+#include "host/services/Text.h"
+
+#include <fmt/xchar.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <numbers>
+
+namespace velmor {
+
+namespace {
+
+std::optional<double> plainReal(std::string_view text)
+{
+    if (text.starts_with('+'))
+        text.remove_prefix(1);
+    double value = 0.0;
+    const char *end = text.data() + text.size();
+    const auto [last, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc() || last != end || text.empty() || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+Prompt promptOf(PromptKind kind, const Ask &ask)
+{
+    Prompt prompt{.kind = kind, .text = uiText(ask.message), .base = ask.base, .keywords = ask.words};
+    prompt.optional = ask.optional;
+    prompt.completion = ask.completion;
+    std::wstring options;
+    for (const std::wstring &word : ask.words) {
+        prompt.localKeywords.push_back(uiText("ui.word." + utf8(word)));
+        options += (options.empty() ? L"" : L"/") + prompt.localKeywords.back();
+    }
+    if (!options.empty())
+        prompt.text += L" [" + options + L"]";
+    if (!ask.standard.empty())
+        prompt.text += L" <" + ask.standard + L">";
+    prompt.text += L":";
+    return prompt;
+}
+
+/// What was selected last in a drawing.
+struct PreviousSelection {
+    explicit PreviousSelection(Drawing &) {}
+    AcDbObjectIdArray ids;
+};
+
+} // namespace
+
+std::optional<double> parseReal(std::wstring_view text)
+{
+    while (!text.empty() && text.front() == L' ')
+        text.remove_prefix(1);
+    while (!text.empty() && text.back() == L' ')
+        text.remove_suffix(1);
+    std::string narrow;
+    for (const wchar_t c : text)
+        narrow.push_back(c < 128 ? static_cast<char>(c) : '?');
+    const std::size_t bar = narrow.find_first_of("/:");
+    if (bar == std::string::npos)
+        return plainReal(narrow);
+    const auto over = plainReal(std::string_view(narrow).substr(0, bar)),
+               under = plainReal(std::string_view(narrow).substr(bar + 1));
+    if (!over || !under || *under == 0.0)
+        return std::nullopt;
+    const double quotient = *over / *under;
+    return std::isfinite(quotient) ? std::optional(quotient) : std::nullopt;
+}
+
+std::wstring realText(double value, int decimals)
+{
+    std::wstring text = fmt::format(L"{:.{}f}", value, decimals);
+    if (text.find(L'.') != std::wstring::npos) {
+        text.erase(text.find_last_not_of(L'0') + 1);
+        if (text.ends_with(L'.'))
+            text.pop_back();
+    }
+    return text == L"-0" ? L"0" : text;
+}
+
+void Asker::refuse(const std::wstring &why)
+{
+    m_refused = true;
+    m_session.status(why);
+}
+
+Answer Asker::ask(const Prompt &prompt)
+{
+    Answer answer{Answer::Escape{}};
+    if (!m_answers.empty()) {
+        answer = m_answers.front();
+        m_answers = m_answers.subspan(1);
+    } else if (prompt.optional) {
+        answer = {Answer::Enter{}};
+    } else if (m_askSession) {
+        answer = m_session.ask(prompt);
+    }
+    if (answer.isEscape())
+        throw Cancelled();
+    return answer;
+}
+
+template <class Reader>
+Reply Asker::askFor(PromptKind kind, const Ask &ask, const char *needed, Reader read)
+{
+    const Prompt prompt = promptOf(kind, ask);
+    for (;;) {
+        const Answer answer = this->ask(prompt);
+        if (answer.isEnter()) {
+            if (ask.enter || ask.optional || !ask.standard.empty())
+                return {};
+        } else if (const std::wstring *text = answer.text()) {
+            if (const std::wstring *word = matchKeyword(ask.words, *text))
+                return {.kind = Reply::Kind::Word, .word = *word};
+        }
+        if (!answer.isEnter())
+            if (std::optional<Reply> reply = read(answer))
+                return *std::move(reply);
+        std::wstring words;
+        for (const std::wstring &word : prompt.localKeywords)
+            words += (words.empty() ? L"" : L", ") + word;
+        const std::wstring what = uiText(needed);
+        refuse(words.empty() ? uiMessage("ui.input.needed", {what}) : uiMessage("ui.input.neededOr", {what, words}));
+    }
+}
+
+Reply Asker::point(const Ask &ask)
+{
+    CommandStack &stack = m_session.commands();
+    return askFor(PromptKind::Point, ask, "ui.needed.point", [&](const Answer &answer) -> std::optional<Reply> {
+        const auto point = answer.point(ask.base ? ask.base : stack.lastPoint());
+        if (!point || !std::isfinite(point->x) || !std::isfinite(point->y) || !std::isfinite(point->z))
+            return std::nullopt;
+        stack.setLastPoint(*point);
+        return Reply{.kind = Reply::Kind::Point, .point = *point};
+    });
+}
+
+AcGePoint3d Asker::onlyPoint(const char *message, const std::optional<AcGePoint3d> &base)
+{
+    return point({.message = message, .base = base}).point;
+}
+
+Reply Asker::number(const Ask &ask)
+{
+    return askFor(PromptKind::Number, ask, "ui.needed.number", [](const Answer &answer) -> std::optional<Reply> {
+        const auto value = answer.text() ? parseReal(*answer.text()) : std::nullopt;
+        return value ? std::optional(Reply{.kind = Reply::Kind::Number, .number = *value}) : std::nullopt;
+    });
+}
+
+Reply Asker::distance(const Ask &ask, double lowest)
+{
+    return askFor(PromptKind::Distance, ask, "ui.needed.distance", [&](const Answer &answer) -> std::optional<Reply> {
+        auto value = answer.text() ? parseReal(*answer.text()) : std::nullopt;
+        if (const auto point = answer.point(ask.base); !value && point && ask.base)
+            value = std::hypot(point->x - ask.base->x, point->y - ask.base->y);
+        if (!value || !std::isfinite(*value) || *value < lowest)
+            return std::nullopt;
+        return Reply{.kind = Reply::Kind::Number, .number = *value};
+    });
+}
+
+Reply Asker::angle(const Ask &ask)
+{
+    return askFor(PromptKind::Angle, ask, "ui.needed.angle", [&](const Answer &answer) -> std::optional<Reply> {
+        if (const auto degrees = answer.text() ? parseReal(*answer.text()) : std::nullopt)
+            return Reply{.kind = Reply::Kind::Number, .number = *degrees * std::numbers::pi / 180.0};
+        const auto point = answer.point(ask.base);
+        if (!point || !ask.base || (point->x == ask.base->x && point->y == ask.base->y))
+            return std::nullopt;
+        return Reply{.kind = Reply::Kind::Number, .number = std::atan2(point->y - ask.base->y, point->x - ask.base->x)};
+    });
+}
+
+Reply Asker::word(const Ask &ask)
+{
+    return askFor(PromptKind::Keyword, ask, "ui.needed.word",
+                  [](const Answer &) -> std::optional<Reply> { return std::nullopt; });
+}
+
+namespace {
+
+std::optional<Reply> textReply(const Answer &answer)
+{
+    if (!answer.text())
+        return std::nullopt;
+    return Reply{.kind = Reply::Kind::Text, .text = *answer.text()};
+}
+
+} // namespace
+
+Reply Asker::text(const Ask &ask)
+{
+    return askFor(PromptKind::Text, ask, "ui.needed.text", textReply);
+}
+
+Reply Asker::name(const Ask &ask)
+{
+    return askFor(PromptKind::Word, ask, "ui.needed.text", textReply);
+}
+
+Answer::Pick Asker::entity(const Ask &ask)
+{
+    std::optional<Answer::Pick> pick;
+    askFor(PromptKind::Entity, ask, "ui.needed.entity", [&](const Answer &answer) -> std::optional<Reply> {
+        pick = pickedEntity(m_session, answer);
+        return pick ? std::optional(Reply{.kind = Reply::Kind::Point, .point = pick->point}) : std::nullopt;
+    });
+    return pick.value_or(Answer::Pick{});
+}
+
+AcDbObjectIdArray Asker::objects(const char *message)
+{
+    auto &previous = drawing().component<PreviousSelection>();
+    AcDbObjectIdArray chosen;
+    bool removing = false;
+    const auto take = [&](const AcDbObjectIdArray &ids) {
+        for (const AcDbObjectId &id : ids) {
+            const auto known = std::find(chosen.begin(), chosen.end(), id);
+            if (id.isNull() || id.isErased() || (known == chosen.end()) == removing)
+                continue;
+            if (removing)
+                chosen.erase(known);
+            else
+                chosen.push_back(id);
+        }
+        m_session.status(uiMessage("ui.objects.count", {std::to_wstring(chosen.size())}));
+    };
+    for (;;) {
+        AcDbObjectIdArray picked;
+        const Reply reply =
+            askFor(PromptKind::Selection,
+                   {.message = message, .words = {L"ALL", L"Last", L"Previous", L"Remove", L"Add"}, .enter = true},
+                   "ui.needed.entity", [&](const Answer &answer) -> std::optional<Reply> {
+                       const auto ids = selectedEntities(m_session, answer);
+                       if (!ids)
+                           return std::nullopt;
+                       picked = *ids;
+                       return Reply{.kind = Reply::Kind::Point};
+                   });
+        if (reply.isEnter())
+            break;
+        if (reply.is(L"Remove") || reply.is(L"Add"))
+            removing = reply.is(L"Remove");
+        else if (reply.is(L"ALL"))
+            take(selectedEntities(m_session, {std::wstring(kAllWord)}).value_or(AcDbObjectIdArray()));
+        else if (reply.is(L"Previous"))
+            take(previous.ids);
+        else if (reply.is(L"Last")) {
+            const auto &all = drawing().modelSpace().entities();
+            const auto last =
+                std::find_if(all.rbegin(), all.rend(), [](const AcDbEntity *e) { return !e->isErased(); });
+            take(last == all.rend() ? AcDbObjectIdArray() : AcDbObjectIdArray{idOf(**last)});
+        } else
+            take(picked);
+    }
+    if (!chosen.empty())
+        previous.ids = chosen;
+    return chosen;
+}
+
+} // namespace velmor

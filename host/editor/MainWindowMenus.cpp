@@ -1,0 +1,146 @@
+// Menus, tool bar, panels and status bar of the window, and where they were when it was closed last.
+#include "host/editor/Captions.h"
+#include "host/editor/CommandLine.h"
+#include "host/editor/CommandStack.h"
+#include "host/editor/Guarded.h"
+#include "host/editor/MainWindow.h"
+#include "host/editor/UiMessage.h"
+#include "host/editor/Viewport.h"
+#include "host/editor/panels/Docks.h"
+#include "host/services/Icons.h"
+#include "host/services/Messages.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QToolBar>
+#include <fmt/xchar.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+namespace velmor {
+
+namespace {
+
+QString ui(std::string_view name)
+{
+    return QString::fromStdWString(uiText(name));
+}
+
+QIcon iconOf(const MenuItem &item)
+{
+    const IconFile *icon =
+        item.icon ? findIcon(std::wstring(item.icon, item.icon + std::string_view(item.icon).size())) : nullptr;
+    return icon ? QIcon(QString::fromStdString(icon->path.string())) : QIcon();
+}
+
+/// "&Open…" without the mark of the mnemonic.
+QString plain(QString text)
+{
+    return text.remove(QLatin1Char('&'));
+}
+
+} // namespace
+
+QAction *MainWindow::addItem(QMenu &menu, const CommandRow &row, const MenuItem &item)
+{
+    if (item.separatorBefore && !menu.isEmpty())
+        menu.addSeparator();
+    QAction *action = menu.addAction(iconOf(item), QString());
+    action->setObjectName(QString::fromUtf8(item.line ? item.line : row.name));
+    if (item.key)
+        action->setShortcut(QKeySequence(QString::fromUtf8(item.key)));
+    keepCaptioned(action, [action, &row, &item] {
+        action->setText(ui(item.text));
+        action->setStatusTip(QString::fromStdWString(row.help()));
+        const QString key = action->shortcut().toString(QKeySequence::NativeText);
+        action->setToolTip(plain(action->text()) + (key.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(key)));
+    });
+    connect(action, &QAction::triggered, this,
+            [this, &row, &item] { runGuarded(m_session, row.localName(), [&] { trigger(item, row); }); });
+    if (item.toolBar)
+        m_toolBar->addAction(action);
+    return action;
+}
+
+void MainWindow::buildMenus()
+{
+    std::map<MenuPlace, QMenu *> menus;
+    const auto table = commandTable();
+    for (int i = 0; i < kMenuPlaces; ++i) {
+        const auto place = static_cast<MenuPlace>(i);
+        const bool isUsed = std::ranges::any_of(table, [&](const CommandRow &row) {
+            return std::ranges::any_of(row.items, [&](const MenuItem &item) { return item.place == place; });
+        });
+        if (!isUsed)
+            continue;
+        QMenu *menu = menuBar()->addMenu(QString());
+        keepCaptioned(menu, [menu, place] { menu->setTitle(ui(menuTitle(place))); });
+        menus[place] = menu;
+    }
+    std::optional<MenuPlace> last;
+    for (const CommandRow &row : table) {
+        for (const MenuItem &item : row.items) {
+            if (item.toolBar && last && item.place != *last)
+                m_toolBar->addSeparator();
+            if (item.toolBar)
+                last = item.place;
+            addItem(*menus.at(item.place), row, item);
+        }
+    }
+    QMenu &view = *menus.at(MenuPlace::View);
+    view.addSeparator();
+    QAction *transcript = view.addAction(QString());
+    keepCaptioned(transcript, [transcript] { transcript->setText(ui("ui.item.transcript")); });
+    transcript->setShortcut(Qt::Key_F2);
+    connect(transcript, &QAction::triggered, m_commandLine, &CommandLine::toggleTranscript);
+    m_docks = new Docks(*this, view, m_session);
+}
+
+void MainWindow::retranslate()
+{
+    m_viewport->setAccessibleName(ui("ui.viewport"));
+    m_toolBar->setWindowTitle(ui("ui.toolbar"));
+    m_layer->setToolTip(ui("ui.status.layer"));
+    m_scale->setToolTip(ui("ui.status.scale"));
+    m_coordinates->setToolTip(ui("ui.status.coordinates"));
+    showPrompt();
+    refreshTitle();
+    refreshStatusBar();
+}
+
+void MainWindow::refreshStatusBar()
+{
+    const Drawing *drawing = m_session.drawing();
+    m_layer->setText(drawing ? QString::fromStdWString(drawing->layer(drawing->currentLayer()).name) : QString());
+    m_scale->setText(QStringLiteral("1:%1").arg(QString::fromStdWString(fmt::format(L"{:.4g}", scaleDenominator()))));
+}
+
+void MainWindow::trigger(const MenuItem &item, const CommandRow &row)
+{
+    const std::string_view name = row.name;
+    if (item.file == FileChoice::OpenDrawing)
+        return whenIdle([this] { chooseAndOpen(); });
+    if (item.file == FileChoice::OpenNetwork)
+        return whenIdle([this] { chooseAndImport(); });
+    if (item.file == FileChoice::SaveDrawing)
+        return whenIdle([this] { chooseAndSave(); });
+    if (name == "SAVE")
+        return whenIdle([this] { save(); });
+    if (name == "QUIT") {
+        close();
+        return;
+    }
+    if (name == "NEW")
+        return whenIdle([this] {
+            if (maySetAside())
+                m_session.setDrawing(Drawing::createNew());
+        });
+    startCommand(item.line ? QLatin1Char('_') + QString::fromUtf8(item.line)
+                           : (row.ofModule ? QString() : QStringLiteral("_")) + QString::fromUtf8(row.name));
+}
+
+} // namespace velmor
