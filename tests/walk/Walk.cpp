@@ -365,12 +365,14 @@ QStringList unreachableActions(const QWidget &window)
 {
     QStringList found;
     for (const QMenu *menu : menusOf(window)) {
+        if (menu->title().isEmpty())
+            continue; // where a menu bar that is too narrow puts its last menus, which stay reachable by their own keys
         bool chain = true;
         for (const QAction *step = menu->menuAction(); step && chain;) {
             chain = !mnemonicOf(step->text()).isNull();
             const QAction *above = nullptr;
             for (QMenu *other : menusOf(window))
-                if (other->actions().contains(const_cast<QAction *>(step)))
+                if (!other->title().isEmpty() && other->actions().contains(const_cast<QAction *>(step)))
                     above = other->menuAction();
             step = above;
         }
