@@ -16,7 +16,4 @@ inline constexpr wchar_t kAllWord[] = L"ALL";
 /// that pickedEntity finds. Nothing when it means none.
 std::optional<AcDbObjectIdArray> selectedEntities(Session &session, const Answer &answer);
 
-/// Distance of a point from what an entity draws as linework; infinite for other kinds.
-double distanceTo(const Drawing &drawing, const AcDbEntity &entity, const AcGePoint3d &point);
-
 } // namespace velmor

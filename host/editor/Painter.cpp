@@ -17,6 +17,16 @@ namespace {
 
 constexpr int kMostWaitingLines = 1'000'000; ///< of one colour, before they are drawn
 constexpr int kSolidAlpha = 110;
+constexpr double kBrightestOnPaper = 0.36; ///< luminance; brighter lines are made darker on a light ground
+
+/// Relative luminance, from 0 for black to 1 for white.
+double luminanceOf(const QColor &color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
 
 class ScenePainter final : private ShapeWalker {
 public:
@@ -131,7 +141,7 @@ QColor PaintStyle::color(int index) const
     const std::uint32_t bgr = acedGetRGB(index);
     QColor color(static_cast<int>(bgr & 0xff), static_cast<int>(bgr >> 8 & 0xff), static_cast<int>(bgr >> 16 & 0xff));
     // The palette is made for a dark screen: its bright colours drown on paper.
-    if (!isDark() && color.lightnessF() > 0.45 && qGray(color.rgb()) > 140)
+    if (!isDark() && luminanceOf(color) > kBrightestOnPaper)
         color = color.darker(170);
     return color;
 }

@@ -383,22 +383,33 @@ void Viewport::paintSnap(QPainter &painter)
 
 void Viewport::paintNorth(QPainter &painter)
 {
-    const double x = width() - kNorthMargin - kNorthSize / 2.0, top = kNorthMargin;
+    const double top = kNorthMargin;
+    const QFontMetricsF metrics(painter.font());
+    const QString north = uiString("ui.view.north"), scale = scaleText(scaleDenominator());
+    const double line = top + kNorthSize * 1.15 + metrics.ascent() + 3.0;
+    // What is drawn below must not make the scale unreadable.
+    const double half = std::max(metrics.horizontalAdvance(scale), kNorthSize) / 2.0 + 5.0;
+    const double middle = width() - kNorthMargin / 2.0 - half;
+    QColor ground = m_style.background;
+    ground.setAlpha(200);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(
+        QRectF(middle - half, top - 5.0, 2.0 * half, line + metrics.lineSpacing() + metrics.descent() - top + 8.0), 4.0,
+        4.0);
     QColor ink = inkColor();
-    ink.setAlpha(200);
     painter.setPen(QPen(ink, 1.2));
     painter.setBrush(ink);
-    painter.drawPolygon(QPolygonF{{x, top}, {x, top + kNorthSize}, {x - kNorthSize * 0.3, top + kNorthSize * 1.15}});
+    painter.drawPolygon(
+        QPolygonF{{middle, top}, {middle, top + kNorthSize}, {middle - kNorthSize * 0.3, top + kNorthSize * 1.15}});
     painter.setBrush(Qt::NoBrush);
-    painter.drawPolygon(QPolygonF{{x, top}, {x, top + kNorthSize}, {x + kNorthSize * 0.3, top + kNorthSize * 1.15}});
-    const QFontMetricsF metrics(painter.font());
-    const double line = top + kNorthSize * 1.15 + metrics.ascent() + 3.0;
+    painter.drawPolygon(
+        QPolygonF{{middle, top}, {middle, top + kNorthSize}, {middle + kNorthSize * 0.3, top + kNorthSize * 1.15}});
     const auto centred = [&](const QString &text, double y) {
-        const double half = metrics.horizontalAdvance(text) / 2.0;
-        painter.drawText(QPointF(std::min(x - half, width() - kNorthMargin / 2.0 - 2.0 * half), y), text);
+        painter.drawText(QPointF(middle - metrics.horizontalAdvance(text) / 2.0, y), text);
     };
-    centred(uiString("ui.view.north"), line);
-    centred(scaleText(scaleDenominator()), line + metrics.lineSpacing());
+    centred(north, line);
+    centred(scale, line + metrics.lineSpacing());
 }
 
 } // namespace velmor
