@@ -97,6 +97,7 @@ void exchangeLayer(Drawing::Private &d, std::size_t index, LayerState &state)
     dxf::LayerSource &source = d.file.layers[index];
     source.changed = state.changed;
     source.needsRecord = state.needsRecord;
+    source.handle = state.handle;
     state = std::move(now);
 }
 
@@ -163,7 +164,7 @@ RecordState recordState(Drawing::Private &d, AcDbObject *object, const std::stri
 LayerState layerState(const Drawing::Private &d, std::size_t index)
 {
     const dxf::LayerSource &source = d.file.layers[index];
-    return {d.layers[index], source.changed, source.needsRecord};
+    return {d.layers[index], source.changed, source.needsRecord, source.handle};
 }
 
 void exchange(Drawing &drawing, Change &change, bool undoing)

@@ -46,6 +46,7 @@ struct HeaderState {
 struct LayerState {
     Layer layer;
     bool changed = false, needsRecord = false;
+    std::uint64_t handle = 0; ///< of a record that is made
 };
 struct BlockState {
     std::vector<AcDbEntity *> erasedWithIt;

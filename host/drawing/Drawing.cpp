@@ -349,6 +349,8 @@ void Drawing::setLayer(std::size_t index, const Layer &layer)
     own.name = std::move(name);
     dxf::LayerSource &source = d->file.layers.at(index);
     (source.length != 0 ? source.changed : source.needsRecord) = true;
+    if (source.needsRecord && source.handle == 0 && d->numbersAtOnce() && !isR12())
+        source.handle = d->newHandle();
     d->changed();
 }
 

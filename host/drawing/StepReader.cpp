@@ -351,6 +351,7 @@ void StepCodec::Reader::layerValues(LayerState &state)
     state.layer.erased = flag();
     state.changed = flag();
     state.needsRecord = flag();
+    state.handle = get<std::uint64_t>();
 }
 
 Change StepCodec::Reader::change()
@@ -434,7 +435,6 @@ Change StepCodec::Reader::change()
     case ChangeKind::LayerAdded: {
         LayerState state;
         state.layer.name = wide();
-        const auto handle = get<std::uint64_t>();
         if (get<std::uint32_t>() != m_codec.m_layers.size())
             throw Malformed();
         layerValues(state);
@@ -442,7 +442,7 @@ Change StepCodec::Reader::change()
         change.layer = static_cast<std::uint32_t>(d.layers.size());
         d.layers.push_back(state.layer);
         d.file.layers.resize(d.layers.size());
-        d.file.layers.back().handle = handle;
+        d.file.layers.back().handle = state.handle;
         d.file.layers.back().changed = state.changed;
         d.file.layers.back().needsRecord = state.needsRecord;
         m_codec.m_layerNumbers[change.layer] = static_cast<std::uint32_t>(m_codec.m_layers.size());

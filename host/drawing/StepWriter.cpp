@@ -290,7 +290,6 @@ void StepCodec::Writer::change(Drawing &drawing, const Change &change)
         m_codec.m_layerNumbers[change.layer] = static_cast<std::uint32_t>(m_codec.m_layers.size());
         m_codec.m_layers.push_back(change.layer);
         put(d.layers[change.layer].name);
-        put(d.file.layers[change.layer].handle);
         [[fallthrough]];
     }
     case ChangeKind::Layer: {
@@ -303,6 +302,7 @@ void StepCodec::Writer::change(Drawing &drawing, const Change &change)
         put(state.layer.erased);
         put(state.changed);
         put(state.needsRecord);
+        put(state.handle);
         break;
     }
     case ChangeKind::CurrentLayer:
