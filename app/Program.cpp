@@ -1,5 +1,6 @@
 #include "app/Program.h"
 
+#include "app/Recover.h"
 #include "app/RegionReport.h"
 #include "app/Script.h"
 #include "host/drawing/Drawing.h"
@@ -8,6 +9,7 @@
 #include "host/editor/MainWindow.h"
 #include "host/editor/ModuleLoader.h"
 #include "host/editor/Picture.h"
+#include "host/editor/Recovery.h"
 #include "host/network/Network.h"
 #include "host/services/Messages.h"
 #include "host/services/Services.h"
@@ -39,6 +41,8 @@ struct Request {
     std::string file, output, language, script;
     std::vector<std::string> points, layers;
     std::string pointsFile;
+    RecoverRequest recovery;
+    bool autosave = false;
     bool withPolygons = false, json = false, csv = false, islands = false;
     std::string size = "1600x1200";
     int argc = 0;
@@ -232,6 +236,10 @@ int runScript(Request &request)
     useOffscreenPlatform();
     QApplication application(request.argc, request.argv);
     std::setlocale(LC_NUMERIC, "C");
+    if (request.autosave)
+        Recovery::instance().enable(Recovery::standardFolder(), [](const std::wstring &problem) {
+            std::cerr << "velmor: " << utf8(problem) << std::endl;
+        });
     Session session;
     loadModule();
     Script script(session, request.script, text.str(), std::cout, std::cerr);
@@ -357,6 +365,12 @@ int runProgram(int argc, char **argv)
 
     auto *run = add("run", text("cli.help.run"), runScript);
     run->add_option("SCRIPT", request.script, text("cli.help.script"))->required();
+    run->add_flag("--autosave", request.autosave, text("cli.help.autosave"));
+
+    auto *recover = add("recover", text("cli.help.recover"), [](Request &r) { return recoverDrawings(r.recovery); });
+    recover->add_option("NUMBER", request.recovery.number, text("cli.help.recover.number"));
+    recover->add_option("-o,--output", request.recovery.output, text("cli.help.output"));
+    recover->add_flag("--drop", request.recovery.drop, text("cli.help.recover.drop"));
 
     auto *import = add("import", text("cli.help.import"), [](Request &r) { return importNetwork(r); });
     import->add_option("NETWORK", request.file, text("cli.help.network"))->required();

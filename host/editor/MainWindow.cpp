@@ -1,11 +1,13 @@
 #include "host/editor/MainWindow.h"
 
+#include "host/drawing/ChangeLog.h"
 #include "host/drawing/Findings.h"
 #include "host/editor/Asker.h"
 #include "host/editor/Captions.h"
 #include "host/editor/CommandLine.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/Completions.h"
+#include "host/editor/RecoveryQuestion.h"
 #include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/Viewport.h"
@@ -145,7 +147,11 @@ OpenedFile readForWindow(const std::filesystem::path &file)
     const std::string name = file.filename().string();
     if (file.extension() == ".inp" || file.extension() == ".INP") {
         auto drawing = Drawing::createNew();
+        // The import is a step, so that it can be undone, and repeated after a crash.
+        auto &log = drawing->component<ChangeLog>();
+        log.begin(uiText("ui.import.step"));
         const NetworkImportResult imported = importInp(*drawing, file, {.withPolygons = true});
+        log.keep();
         if (!imported) {
             opened.message = imported.message;
             return opened;
@@ -529,6 +535,7 @@ void MainWindow::showFailure(const std::string &message)
 
 int runWindow(Session &session, OpenedFile opened)
 {
+    enableRecoveryFor(session);
     if (session.drawing() == nullptr)
         session.setDrawing(Drawing::createNew());
     applyTheme(themeOfSettings());
@@ -537,6 +544,8 @@ int runWindow(Session &session, OpenedFile opened)
     window.show();
     if (opened.drawing)
         window.showFile(std::move(opened));
+    startAutosaving(&window);
+    askForLeftDrawings(session, &window, [&](const std::filesystem::path &file) { return window.openFile(file); });
     const int code = QApplication::exec();
     window.docks().keepLayout();
     return code;

@@ -32,6 +32,7 @@ const std::vector<SettingSpec> &table()
         {"HIGHLIGHT_COLOR", kGroupDefinition | kGroupReview, 6, 1, 255, "ui.setting.highlight"},
         {"ANSI_CODE_PAGE", kGroupProgram, 1250, 1250, 1258, "ui.setting.codePage"},
         {"LANGUAGE", kGroupProgram, std::wstring(), 0, 0, "ui.setting.language"},
+        {"AUTOSAVE_MINUTES", kGroupProgram, 5, 0, 240, "ui.setting.autosave"},
         {"THEME", kGroupProgram, std::wstring(), 0, 0, "ui.setting.theme"},
         {"SUPPORT_PATH", kGroupProgram, std::wstring(), 0, 0, "ui.setting.support"},
         {"SYMBOL_PATH", kGroupProgram, std::wstring(), 0, 0, "ui.setting.symbols"},

@@ -1,0 +1,114 @@
+#include "host/editor/RecoveryQuestion.h"
+
+#include "host/editor/Captions.h"
+#include "host/editor/Session.h"
+#include "host/editor/UiMessage.h"
+#include "host/services/Services.h"
+#include "host/services/Text.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QLocale>
+#include <QPushButton>
+#include <QTimer>
+
+namespace velmor {
+
+namespace {
+
+QString timeText(std::filesystem::file_time_type time)
+{
+    const auto system = std::chrono::file_clock::to_sys(time);
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(system.time_since_epoch()).count();
+    const QLocale locale(QString::fromStdString(Services::instance().messages().language()));
+    return locale.toString(QDateTime::fromSecsSinceEpoch(seconds), QLocale::ShortFormat);
+}
+
+QString drawingText(const LeftDrawing &left)
+{
+    return left.path.empty() ? uiString("ui.recovery.unnamed") : QString::fromStdString(left.path.string());
+}
+
+} // namespace
+
+RecoveryQuestion::RecoveryQuestion(const LeftDrawing &left, QWidget *parent)
+    : QMessageBox(QMessageBox::Question, QStringLiteral("Velmor"),
+                  uiString("ui.recovery.question").arg(drawingText(left)), QMessageBox::NoButton, parent)
+{
+    setInformativeText(left.steps != 0 ? uiString("ui.recovery.steps").arg(timeText(left.time)).arg(left.steps)
+                                       : uiString("ui.recovery.autosaved").arg(timeText(left.time)));
+    m_recover = addButton(uiString("ui.recovery.recover"), QMessageBox::AcceptRole);
+    m_open =
+        addButton(uiString(left.path.empty() ? "ui.recovery.drop" : "ui.recovery.open"), QMessageBox::DestructiveRole);
+    QPushButton *later = addButton(uiString("ui.recovery.later"), QMessageBox::RejectRole);
+    setDefaultButton(qobject_cast<QPushButton *>(m_recover));
+    setEscapeButton(later);
+}
+
+LeftChoice RecoveryQuestion::choice() const
+{
+    return clickedButton() == m_recover ? LeftChoice::Recover
+           : clickedButton() == m_open  ? LeftChoice::OpenSaved
+                                        : LeftChoice::KeepForLater;
+}
+
+void enableRecoveryFor(Session &session)
+{
+    const auto folder = Recovery::standardFolder();
+    if (folder.empty())
+        return;
+    Recovery::instance().enable(folder, [&session](const std::wstring &text) {
+        // A box in the middle of a step would hold it up.
+        QTimer::singleShot(0, qApp, [&session, text] { session.alert(text); });
+    });
+}
+
+void askForLeftDrawings(Session &session, QWidget *window,
+                        const std::function<bool(const std::filesystem::path &)> &open)
+{
+    Recovery &recovery = Recovery::instance();
+    if (!recovery.isEnabled())
+        return;
+    for (const LeftDrawing &left : recovery.left()) {
+        RecoveryQuestion question(left, window);
+        question.exec();
+        if (question.choice() == LeftChoice::KeepForLater)
+            continue;
+        if (question.choice() == LeftChoice::OpenSaved) {
+            const auto sure = QMessageBox::question(window, QStringLiteral("Velmor"), uiString("ui.recovery.sure"),
+                                                    QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+            if (sure != QMessageBox::Yes)
+                continue;
+            recovery.drop(left);
+            if (!left.path.empty() && open(left.path))
+                return;
+            continue;
+        }
+        RecoveredDrawing recovered = recovery.recover(left);
+        if (!recovered.drawing) {
+            session.alert(wide(recovered.message));
+            continue;
+        }
+        const bool whole = recovered.complete;
+        session.setDrawing(std::move(recovered.drawing), recovered.path);
+        session.status(uiMessage("ui.recovery.done", {drawingText(left).toStdWString()}));
+        if (!whole)
+            session.alert(uiText("ui.recovery.partly"));
+        return;
+    }
+}
+
+void startAutosaving(QObject *owner)
+{
+    auto *minute = new QTimer(owner);
+    QObject::connect(minute, &QTimer::timeout, owner, [passed = 0]() mutable {
+        const int wanted = std::get<int>(Services::instance().settings().valueOrStandard("AUTOSAVE_MINUTES"));
+        if (wanted == 0 || ++passed < wanted)
+            return;
+        passed = 0;
+        Recovery::instance().autosave();
+    });
+    minute->start(std::chrono::minutes(1));
+}
+
+} // namespace velmor

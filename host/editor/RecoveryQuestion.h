@@ -1,0 +1,38 @@
+// Recovery at the window: the question at the start, and the clock of the autosave.
+#pragma once
+
+#include "host/editor/Recovery.h"
+
+#include <QMessageBox>
+
+namespace velmor {
+
+class Session;
+
+/// What to do with a drawing that another run left.
+enum class LeftChoice {
+    Recover,
+    OpenSaved, ///< what was not saved is given up
+    KeepForLater,
+};
+
+/// The box that asks it: which file, what time, how many steps. Shown by the caller.
+class RecoveryQuestion final : public QMessageBox {
+public:
+    explicit RecoveryQuestion(const LeftDrawing &left, QWidget *parent = nullptr);
+    LeftChoice choice() const;
+
+private:
+    QAbstractButton *m_recover, *m_open;
+};
+
+/// Enables the recovery for a window's session; troubles are told once the window runs.
+void enableRecoveryFor(Session &session);
+/// Asks for what other runs left, the latest first, until one is opened; those that are not stay for the next start.
+/// open opens a drawing's own file.
+void askForLeftDrawings(Session &session, QWidget *window,
+                        const std::function<bool(const std::filesystem::path &)> &open);
+/// Autosaves every AUTOSAVE_MINUTES (a setting; 0: never), as long as the owner lives.
+void startAutosaving(QObject *owner);
+
+} // namespace velmor
