@@ -28,6 +28,7 @@
 #include <QMimeData>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <fmt/xchar.h>
 
@@ -86,6 +87,14 @@ MainWindow::MainWindow(Session &session)
     setCentralWidget(middle);
     followLanguage();
     m_coordinates->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000.0000, 0000000.0000")));
+    for (QAction *action : m_viewport->draftActions()) {
+        if (!action->isCheckable())
+            continue;
+        auto *button = new QToolButton(this);
+        button->setDefaultAction(action);
+        button->setAutoRaise(true);
+        statusBar()->addPermanentWidget(button);
+    }
     for (QLabel *label : {m_layer, m_scale, m_coordinates})
         statusBar()->addPermanentWidget(label);
     m_toolBar = addToolBar(QString());

@@ -15,7 +15,6 @@
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QToolBar>
-#include <fmt/xchar.h>
 
 #include <algorithm>
 #include <cmath>
@@ -97,6 +96,8 @@ void MainWindow::buildMenus()
     keepCaptioned(transcript, [transcript] { transcript->setText(ui("ui.item.transcript")); });
     transcript->setShortcut(Qt::Key_F2);
     connect(transcript, &QAction::triggered, m_commandLine, &CommandLine::toggleTranscript);
+    view.addSeparator();
+    view.addActions(m_viewport->draftActions());
     m_docks = new Docks(*this, view, m_session);
 }
 
@@ -116,7 +117,7 @@ void MainWindow::refreshStatusBar()
 {
     const Drawing *drawing = m_session.drawing();
     m_layer->setText(drawing ? QString::fromStdWString(drawing->layer(drawing->currentLayer()).name) : QString());
-    m_scale->setText(QStringLiteral("1:%1").arg(QString::fromStdWString(fmt::format(L"{:.4g}", scaleDenominator()))));
+    m_scale->setText(m_viewport->scaleText());
 }
 
 void MainWindow::trigger(const MenuItem &item, const CommandRow &row)

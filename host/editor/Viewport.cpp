@@ -99,16 +99,6 @@ void paintMarker(QPainter &painter, SnapBit kind, const QPointF &p)
     }
 }
 
-/// "1:500"; three digits are enough for what a screen can tell.
-QString scaleText(double denominator)
-{
-    if (!(denominator > 0.0) || !std::isfinite(denominator))
-        return {};
-    const double digits = std::pow(10.0, std::max(0.0, std::floor(std::log10(denominator)) - 2.0));
-    const double shown = std::round(denominator / digits) * digits;
-    return QStringLiteral("1:%1").arg(shown, 0, 'f', denominator < 10.0 ? 2 : 0);
-}
-
 } // namespace
 
 Viewport::Viewport(QWidget *parent) : QWidget(parent)
@@ -168,6 +158,17 @@ double Viewport::scaleDenominator() const
     constexpr double kMetresPerInch = 0.0254;
     const double metres = m_drawing != nullptr ? metresPerUnit(*m_drawing) : 1.0;
     return metres / m_view.pixelsPerUnit * logicalDpiX() / kMetresPerInch;
+}
+
+QString Viewport::scaleText() const
+{
+    const double denominator = scaleDenominator();
+    if (!(denominator > 0.0) || !std::isfinite(denominator))
+        return {};
+    // Three digits are enough for what a screen can tell.
+    const double digits = std::pow(10.0, std::max(0.0, std::floor(std::log10(denominator)) - 2.0));
+    const double shown = std::round(denominator / digits) * digits;
+    return QStringLiteral("1:%1").arg(shown, 0, 'f', denominator < 10.0 ? 2 : 0);
 }
 
 void Viewport::remember(Gesture gesture)
@@ -385,7 +386,7 @@ void Viewport::paintNorth(QPainter &painter)
 {
     const double top = kNorthMargin;
     const QFontMetricsF metrics(painter.font());
-    const QString north = uiString("ui.view.north"), scale = scaleText(scaleDenominator());
+    const QString north = uiString("ui.view.north"), scale = scaleText();
     const double line = top + kNorthSize * 1.15 + metrics.ascent() + 3.0;
     // What is drawn below must not make the scale unreadable.
     const double half = std::max(metrics.horizontalAdvance(scale), kNorthSize) / 2.0 + 5.0;

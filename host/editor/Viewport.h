@@ -50,6 +50,7 @@ public:
     /// Units on the ground for one on the screen: 500 for 1:500. The drawing's units count as metres when it names
     /// none.
     double scaleDenominator() const;
+    QString scaleText() const; ///< "1:500"
     void showExtents(const Extents &extents);
     void showEverything();
     void zoomBy(double factor); ///< at the middle

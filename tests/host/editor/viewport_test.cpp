@@ -45,6 +45,11 @@ protected:
         EXPECT_NEAR(viewport.view().pixelsPerUnit, pixelsPerUnit, 1e-9 * pixelsPerUnit);
     }
     QPoint pixel(double x, double y) const { return viewport.view().toView(x, y).toPoint(); }
+    /// Colour at a pixel of the view, in a picture of it.
+    static QRgb colorAt(const QImage &image, const QPointF &p)
+    {
+        return image.pixel((p * image.devicePixelRatio()).toPoint());
+    }
     void click(double x, double y, Qt::KeyboardModifiers keys = {})
     {
         QTest::mouseMove(&viewport, pixel(x, y));
@@ -278,12 +283,12 @@ TEST_F(View, BothKindsOfWindowsHaveColoursOfTheirOwn)
         click(fromX, 20);
         move(toX, 40);
         const QImage image = viewport.grab().toImage();
-        const QRgb inside = image.pixel(pixel(0.5 * (fromX + toX), 30));
+        const QRgb inside = colorAt(image, pixel(0.5 * (fromX + toX), 30));
         QTest::keyClick(&viewport, Qt::Key_Escape);
         return inside;
     };
     const QRgb window = colorOfBox(20, 50), crossing = colorOfBox(50, 20);
-    const QRgb ground = viewport.grab().toImage().pixel(pixel(35, 30));
+    const QRgb ground = colorAt(viewport.grab().toImage(), pixel(35, 30));
     EXPECT_NE(window, ground);
     EXPECT_NE(crossing, ground);
     EXPECT_NE(window, crossing);
@@ -319,10 +324,10 @@ TEST_F(View, ThePointerLightsUpWhatAClickWouldTake)
     const QImage before = viewport.grab().toImage();
     move(20, 10.2);
     EXPECT_EQ(viewport.hovered(), &entity);
-    EXPECT_NE(viewport.grab().toImage().pixel(pixel(12, 10)), before.pixel(pixel(12, 10)));
+    EXPECT_NE(colorAt(viewport.grab().toImage(), pixel(12, 10)), colorAt(before, pixel(12, 10)));
     move(20, 15);
     EXPECT_EQ(viewport.hovered(), nullptr);
-    EXPECT_EQ(viewport.grab().toImage().pixel(pixel(12, 10)), before.pixel(pixel(12, 10)));
+    EXPECT_EQ(colorAt(viewport.grab().toImage(), pixel(12, 10)), colorAt(before, pixel(12, 10)));
 }
 
 TEST_F(View, ASelectionPromptGetsTheEntitiesAndTheStandingSelectionStays)
@@ -400,7 +405,7 @@ TEST_F(View, TheMarkerIsShownWhileThePointerMoves)
     ASSERT_TRUE(viewport.snapPoint());
     EXPECT_EQ(viewport.snapPoint()->kind, kSnapEnd);
     const QImage marked = viewport.grab().toImage();
-    EXPECT_NE(marked.pixel(pixel(30, 10) + QPoint(5, 0)), before.pixel(pixel(30, 10) + QPoint(5, 0)));
+    EXPECT_NE(colorAt(marked, pixel(30, 10) + QPoint(5, 0)), colorAt(before, pixel(30, 10) + QPoint(5, 0)));
     move(20.1, 10);
     EXPECT_EQ(viewport.snapPoint()->kind, kSnapMiddle);
     viewport.setPrompt(nullptr);
@@ -446,7 +451,7 @@ TEST_F(View, EverySnapHasAMarkerOfItsOwn)
         for (int dy = -8; dy <= 8; ++dy)
             for (int dx = -8; dx <= 8; ++dx) {
                 const QPoint p = pixel(x, y) + QPoint(dx, dy);
-                marker.setPixel(dx + 8, dy + 8, marked.pixel(p) != plain.pixel(p));
+                marker.setPixel(dx + 8, dy + 8, colorAt(marked, p) != colorAt(plain, p));
             }
         for (const QImage &other : pictures)
             EXPECT_NE(marker, other) << kind;
@@ -468,7 +473,7 @@ TEST_F(View, OrthoAndPolarTrackingGuideTheRubberBandAndTheResult)
     int different = 0; // along the band, which is dashed
     const QImage banded = viewport.grab().toImage();
     for (double x = 22; x < 48; x += 0.1)
-        different += banded.pixel(pixel(x, 20)) != before.pixel(pixel(x, 20));
+        different += colorAt(banded, pixel(x, 20)) != colorAt(before, pixel(x, 20));
     EXPECT_GT(different, 100);
     click(50, 24);
     EXPECT_EQ(clicked.last()[1].toDouble(), 20.0);
