@@ -79,12 +79,15 @@ namespace ZEMGis::Selection {
 /// The notice that a selection button sends to its dialog when a selection has ended.
 inline constexpr unsigned kSelectionDoneMessage = 0x762;
 
-/// A push button that opens the selection tool.
+/// A push button that opens the selection tool: a menu of ways to select (all, by pick, by window, a branch upstream or
+/// downstream, the path between two nodes). Its dialog, and the one that opened that, are hidden while the person picks
+/// in the drawing; Enter ends with what was picked, Escape with what was selected before.
 class ZEMX_CONTRACT CSelectionButton : public QPushButton {
     Q_OBJECT
 public:
     explicit CSelectionButton(QWidget *parent = nullptr);
-    /// With notify true the dialog gets kSelectionDoneMessage after each selection.
+    /// With notify true the dialog gets kSelectionDoneMessage after each selection, an empty one and one that ended by
+    /// Escape too; not when the menu is left without a choice.
     void setParentDialog(CAdUiBaseDialog *dialog, bool notify);
     void SetButtonTopologyType(int type);
     void SetHideDisabledMenuOptions(int hide);
@@ -94,6 +97,7 @@ public:
 
 private:
     void runSelection();
+    void take(const std::vector<AcDbObjectId> &ids);
     CAdUiBaseDialog *m_dialog = nullptr;
     bool m_notify = false;
     int m_topologyType = 0, m_hideDisabled = 0, m_selectionType = 0;

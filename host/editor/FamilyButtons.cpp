@@ -3,7 +3,10 @@
 #include "contracts/NetworkTopology.h"
 #include "host/drawing/Journal.h"
 #include "host/editor/SectionChoice.h"
+#include "host/editor/SelectionTool.h"
 #include "host/editor/Session.h"
+#include "host/editor/UiMessage.h"
+#include "host/network/Network.h"
 #include "host/services/Icons.h"
 
 #include <QIcon>
@@ -61,24 +64,40 @@ void CSelectionButton::runSelection()
         return;
     auto ids = session->takeNextSelection();
     if (!ids) {
-        if (m_dialog)
+        // A person at the window chooses how; anybody else answers a prompt.
+        std::optional<velmor::SectionMode> mode;
+        if (session->view() && session->drawing() && !session->dialogDriver() && session->answers().size() == 0) {
+            mode =
+                velmor::chooseSectionMode(*this, session->drawing()->component<velmor::Network>(), m_hideDisabled != 0);
+            if (!mode)
+                return;
+        }
+        const bool isAsked = mode != velmor::SectionMode::All;
+        if (m_dialog && isAsked)
             m_dialog->BeginEditorCommand();
-        ids = velmor::askForSections(*session);
-        if (m_dialog)
+        ids = mode ? velmor::selectSections(*session, *mode) : velmor::askForSections(*session);
+        if (m_dialog && isAsked)
             m_dialog->CompleteEditorCommand(1);
     }
-    if (!ids)
-        return; // cancelled: the last selection stands
+    if (ids)
+        take(*ids);
+    // After Escape the last selection stands, and is told again.
+    if (m_dialog && m_notify)
+        m_dialog->OnWindowMessage(kSelectionDoneMessage, 0, 0);
+}
+
+void CSelectionButton::take(const std::vector<AcDbObjectId> &ids)
+{
     m_selected.clear();
     std::unordered_set<std::wstring> known;
     const auto topology = Topology::CTopologyMultiStorage::Instance()->GetTopology();
-    for (const AcDbObjectId &id : *ids) {
+    for (const AcDbObjectId &id : ids) {
         const auto section = topology->GetSectionById(id);
         if (section && known.insert(section->GetGuid()).second)
             m_selected.push_back(section);
     }
-    if (m_dialog && m_notify)
-        m_dialog->OnWindowMessage(kSelectionDoneMessage, 0, 0);
+    setAccessibleDescription(
+        QString::fromStdWString(velmor::uiMessage("ui.select.count", {std::to_wstring(m_selected.size())})));
 }
 
 } // namespace ZEMGis::Selection

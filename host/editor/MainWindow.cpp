@@ -7,6 +7,7 @@
 #include "host/editor/CommandLine.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/Completions.h"
+#include "host/editor/PointerTip.h"
 #include "host/editor/RecoveryQuestion.h"
 #include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
@@ -122,7 +123,8 @@ MainWindow::MainWindow(Session &session)
         m_pointer = {x, y};
         m_coordinates->setText(QStringLiteral("%1, %2").arg(x, 0, 'f', 4).arg(y, 0, 'f', 4));
         if (m_prompt != nullptr && m_prompt->tip)
-            m_viewport->setToolTip(QString::fromStdWString(m_prompt->tip({x, y})));
+            showPointerTip(*m_viewport, m_viewport->view().toView(x, y).toPoint(),
+                           QString::fromStdWString(m_prompt->tip({x, y})));
         refreshStatusBar();
     });
     m_commandLine->setCompletions([this](const QString &typed) {
@@ -290,7 +292,7 @@ std::optional<Answer> MainWindow::ask(const Prompt &prompt)
     loop.exec();
     m_prompt = outer;
     m_promptLoop = outerLoop;
-    m_viewport->setToolTip({});
+    hidePointerTip(*m_viewport);
     auto answer = std::exchange(m_answer, std::nullopt);
     showPrompt();
     return answer;

@@ -3,7 +3,7 @@
 #include "host/editor/EntityPick.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
-#include "host/network/Network.h"
+#include "host/network/NetworkPaths.h"
 #include "host/services/Messages.h"
 
 #include <algorithm>
@@ -42,12 +42,26 @@ std::optional<std::vector<AcDbObjectId>> sectionsByWords(Drawing &drawing, std::
             }
             addOnce(ids, section->GetObjectId());
         }
-    } else if (form == L"upstream" && names.size() == 1) {
-        if (!network.nodeByName(names[0].text) && !network.sectionByName(names[0].text)) {
+    } else if ((form == L"upstream" || form == L"downstream") && names.size() == 1) {
+        const auto node = network.nodeByName(names[0].text);
+        const auto section = node ? nullptr : network.sectionByName(names[0].text);
+        if (!node && !section) {
             reason = uiMessage("ui.sections.nowhere", {names[0].text});
             return std::nullopt;
         }
-        for (const SectionPtr &section : network.upstreamOf(names[0].text))
+        const bool upstream = form == L"upstream";
+        for (const SectionPtr &found : section    ? branchOf(network, section, upstream)
+                                       : upstream ? upstreamOfNode(network, node->GetGuid())
+                                                  : downstreamOfNode(network, node->GetGuid()))
+            ids.push_back(found->GetObjectId());
+    } else if (form == L"path" && names.size() == 2) {
+        for (const Word &name : names)
+            if (!network.nodeByName(name.text)) {
+                reason = uiMessage("ui.sections.nowhere", {name.text});
+                return std::nullopt;
+            }
+        for (const SectionPtr &section : pathBetween(network, network.nodeByName(names[0].text)->GetGuid(),
+                                                     network.nodeByName(names[1].text)->GetGuid()))
             ids.push_back(section->GetObjectId());
     } else {
         reason = uiMessage("ui.sections.forms", {kSectionForms});
@@ -67,7 +81,7 @@ std::optional<std::vector<AcDbObjectId>> askForSections(Session &session)
         return std::nullopt;
     const Prompt prompt{.kind = PromptKind::Selection,
                         .text = uiMessage("ui.prompt.sections", {kSectionForms}),
-                        .keywords = {L"all", L"name", L"handle", L"upstream"}};
+                        .keywords = {L"all", L"name", L"handle", L"upstream", L"downstream", L"path"}};
     std::vector<AcDbObjectId> ids;
     for (;;) {
         const Answer answer = session.ask(prompt);

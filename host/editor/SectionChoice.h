@@ -14,7 +14,8 @@ namespace velmor {
 class Session;
 
 /// The forms that sectionsByWords takes, for a prompt.
-inline constexpr wchar_t kSectionForms[] = L"all / name NAME ... / handle HANDLE ... / upstream NAME";
+inline constexpr wchar_t kSectionForms[] =
+    L"all / name NAME ... / handle HANDLE ... / upstream NAME / downstream NAME / path NODE NODE";
 
 /// Sections in the order named (for "all" as in the drawing, for "upstream" nearest first), each once. Nothing, with
 /// a reason in one line, for words that mean no section.

@@ -157,12 +157,4 @@ AcDbObjectIdArray entitiesBy(SelectedBy how, const Drawing &drawing, std::span<c
     return found;
 }
 
-AcDbObjectIdArray entitiesInBox(SelectedBy how, const Drawing &drawing, const AcGePoint3d &corner,
-                                const AcGePoint3d &opposite)
-{
-    const std::array<AcGePoint3d, 4> box{
-        {{corner.x, corner.y}, {opposite.x, corner.y}, {opposite.x, opposite.y}, {corner.x, opposite.y}}};
-    return entitiesBy(how, drawing, box);
-}
-
 } // namespace velmor

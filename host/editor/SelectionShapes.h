@@ -1,4 +1,4 @@
-// What lies inside of a box or a polygon, and what crosses it or a line: the geometry of selecting.
+// What lies inside of a polygon, and what crosses it or a line: the geometry of selecting (windows: see Picking.h).
 #pragma once
 
 #include "host/drawing/Drawing.h"
@@ -18,8 +18,5 @@ enum class SelectedBy {
 /// Curves count as they are drawn, texts, points and hatches with the box around them, references with their contents.
 /// Fewer than two points select nothing.
 AcDbObjectIdArray entitiesBy(SelectedBy how, const Drawing &drawing, std::span<const AcGePoint3d> shape);
-/// The same of a box between two corners.
-AcDbObjectIdArray entitiesInBox(SelectedBy how, const Drawing &drawing, const AcGePoint3d &corner,
-                                const AcGePoint3d &opposite);
 
 } // namespace velmor

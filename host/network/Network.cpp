@@ -1,6 +1,7 @@
 #include "host/network/Network.h"
 
 #include "host/network/NetworkEntities.h"
+#include "host/network/NetworkPaths.h"
 
 #include <boost/make_shared.hpp>
 
@@ -228,30 +229,9 @@ Network::NodePtr Network::nodeByGuid(const std::wstring &guid) const
 
 std::vector<Network::SectionPtr> Network::upstreamOf(const std::wstring &nodeOrSectionName) const
 {
-    std::unordered_map<std::wstring, std::vector<SectionPtr>> endingAt; // by the node's GUID
-    for (const SectionPtr &section : sections()) {
-        const std::wstring &end = static_cast<const SectionEntity &>(*section).data().endNode;
-        if (!end.empty())
-            endingAt[end].push_back(section);
-    }
-    std::vector<SectionPtr> found;
-    std::unordered_set<const ZEMGis::Topology::CSection *> seen;
-    std::deque<std::wstring> open; // nodes still to be asked, nearest first
-    const auto take = [&](const SectionPtr &section) {
-        if (!seen.insert(section.get()).second)
-            return;
-        found.push_back(section);
-        open.push_back(static_cast<const SectionEntity &>(*section).data().startNode);
-    };
     if (const NodePtr node = nodeByName(nodeOrSectionName))
-        open.push_back(node->GetGuid());
-    else if (const SectionPtr section = sectionByName(nodeOrSectionName))
-        take(section);
-    for (; !open.empty(); open.pop_front())
-        if (const auto sectionsThere = endingAt.find(open.front()); sectionsThere != endingAt.end())
-            for (const SectionPtr &section : sectionsThere->second)
-                take(section);
-    return found;
+        return upstreamOfNode(*this, node->GetGuid());
+    return branchOf(*this, sectionByName(nodeOrSectionName), true);
 }
 
 Network::SectionPtr Network::GetSectionById(const AcDbObjectId &id) const

@@ -3,6 +3,7 @@
 #include "host/drawing/Entities.h"
 #include "host/drawing/Journal.h"
 #include "host/editor/EntityPick.h"
+#include "host/editor/Picking.h"
 #include "host/editor/SelectionFilter.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/SelectionShapes.h"
@@ -87,8 +88,11 @@ std::optional<AcDbObjectIdArray> selected(Session &session, std::wstring_view mo
         const auto corner = pointAt(first), opposite = pointAt(second);
         if (!corner || !opposite)
             return std::nullopt;
-        return velmor::entitiesInBox(mode == L"W" ? SelectedBy::Inside : SelectedBy::Crossing, drawing, *corner,
-                                     *opposite);
+        velmor::Extents window;
+        window.add(corner->x, corner->y);
+        window.add(opposite->x, opposite->y);
+        return velmor::entitiesIn(drawing, window,
+                                  mode == L"W" ? velmor::SelectBy::Window : velmor::SelectBy::Crossing);
     }
     static const std::map<std::wstring_view, SelectedBy> byPoints{
         {L"WP", SelectedBy::Inside}, {L"CP", SelectedBy::Crossing}, {L"F", SelectedBy::Fence}};
