@@ -4,6 +4,7 @@
 // of a curve in a rotated, scaled or mirrored block are exact as well.
 #include "host/drawing/CurvePath.h"
 #include "host/drawing/ObjectAccess.h"
+#include "host/drawing/Visibility.h"
 
 #include <algorithm>
 #include <map>
@@ -139,7 +140,7 @@ public:
     void contents(const Placing &at, const BlockRecord &record, int depth)
     {
         for (const AcDbEntity *entity : record.entities()) {
-            if (entity->isErased() || kindOf(*entity) == EntityKind::AttributeDefinition)
+            if (entity->isErased() || isInvisible(*entity) || kindOf(*entity) == EntityKind::AttributeDefinition)
                 continue;
             m_left -= m_left != 0;
             add(at, *entity, depth + 1);

@@ -26,6 +26,7 @@ enum ObjectFlag : std::uint16_t {
     kPatchAttributes = 1 << 12, ///< a reference that got attributes
     kPaperSpace = 1 << 13,      ///< an entity of a paper space
     kWithdrawn = 1 << 14,       ///< its making was undone: erased, and its handle belongs to nobody
+    kInvisible = 1 << 15,       ///< an entity that the file marks as not to be shown
 };
 
 /// Class descriptor of a class of the host, with what the host asks about it.

@@ -319,6 +319,7 @@ AcDbEntity &StepCodec::Reader::made(AcDbObject &owner)
     const auto kind = get<EntityKind>();
     const std::uint32_t itsLayer = layer();
     const auto color = get<std::int16_t>();
+    const bool invisible = flag();
     const auto handle = get<std::uint64_t>();
     std::unique_ptr<AcDbEntity> entity = entityOf(kind);
     EntityShape itsShape = shape();
@@ -333,7 +334,7 @@ AcDbEntity &StepCodec::Reader::made(AcDbObject &owner)
     host.color = color;
     host.handle = handle;
     host.owner = &owner;
-    ObjectAccess::set(e, kIsEntity | kErased | kWithdrawn);
+    ObjectAccess::set(e, kIsEntity | kErased | kWithdrawn | (invisible ? kInvisible : 0));
     d.made.push_back(std::move(entity));
     if (carried)
         d.carried.emplace(&e, std::move(*carried));

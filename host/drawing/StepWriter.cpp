@@ -200,6 +200,7 @@ void StepCodec::Writer::made(const AcDbEntity &entity)
 {
     put(kindOf(entity));
     look(entity);
+    put(ObjectAccess::has(entity, kInvisible));
     put(ObjectAccess::host(entity).handle);
     switch (kindOf(entity)) {
     case EntityKind::Unknown:

@@ -2,6 +2,7 @@
 
 #include "host/drawing/CurvePath.h"
 #include "host/drawing/Entities.h"
+#include "host/drawing/Visibility.h"
 #include "host/editor/ArcChain.h"
 #include "host/editor/SplineCurve.h"
 
@@ -225,6 +226,8 @@ PieceMaker::PieceMaker(const Drawing &drawing, LayerFilter filter, std::size_t m
 
 bool PieceMaker::isLinework(const AcDbEntity &entity)
 {
+    if (isInvisible(entity))
+        return false;
     switch (kindOf(entity)) {
     case EntityKind::Line:
     case EntityKind::Arc:

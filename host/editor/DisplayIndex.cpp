@@ -1,6 +1,7 @@
 #include "host/editor/DisplayIndex.h"
 
 #include "host/drawing/ObjectAccess.h"
+#include "host/drawing/Visibility.h"
 #include "host/editor/EntityParts.h"
 
 #include <algorithm>
@@ -380,7 +381,7 @@ void DisplayIndex::looseItems(std::uint32_t number, std::vector<Loose> &items)
 {
     const AcDbEntity &entity = *m_entities[number];
     const EntityKind kind = kindOf(entity);
-    if (kind == EntityKind::AttributeDefinition || kind == EntityKind::Unknown)
+    if (kind == EntityKind::AttributeDefinition || kind == EntityKind::Unknown || isInvisible(entity))
         return; // nothing of them is drawn
     Item item{{}, number, penOf(entity), 0, 0, ItemKind::Entity, false};
     const double overshoot = std::min(overshootOf(entity), kMapLimit);

@@ -2,6 +2,7 @@
 
 #include "host/drawing/CurvePath.h"
 #include "host/drawing/ObjectAccess.h"
+#include "host/drawing/Visibility.h"
 #include "host/editor/CurvePieces.h"
 
 #include <algorithm>
@@ -147,7 +148,7 @@ private:
                     if (m_left == 0)
                         break;
                     --m_left;
-                    if (!entity->isErased() && m_drawing.layer(layerIndexOf(*entity)).visible())
+                    if (isShown(m_drawing, *entity))
                         add(*entity, inner, depth + 1);
                 }
                 if (m_left == 0)

@@ -1,6 +1,6 @@
 #include "host/editor/EntityPick.h"
 
-#include "host/drawing/Entities.h"
+#include "host/drawing/Visibility.h"
 #include "host/editor/Command.h"
 #include "host/editor/CurvePieces.h"
 #include "host/editor/Picking.h"
@@ -48,7 +48,7 @@ std::optional<AcDbObjectIdArray> selectedEntities(Session &session, const Answer
     if (const std::wstring *text = answer.text(); text && matchKeyword({kAllWord}, *text)) {
         AcDbObjectIdArray all;
         for (AcDbEntity *entity : drawing->modelSpace().entities())
-            if (!entity->isErased() && drawing->layer(layerIndexOf(*entity)).visible())
+            if (isShown(*drawing, *entity))
                 all.push_back(idOf(*entity));
         return all;
     }

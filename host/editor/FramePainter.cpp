@@ -1,5 +1,6 @@
 #include "host/editor/FramePainter.h"
 
+#include "host/drawing/Visibility.h"
 #include "host/editor/DisplayIndex.h"
 #include "host/editor/LineRaster.h"
 #include "host/editor/ShapeWalker.h"
@@ -340,7 +341,7 @@ void paintOver(QImage &image, const std::vector<const AcDbEntity *> &entities, i
         if (std::max(box.maxX - box.minX, box.maxY - box.minY) * view.pixelsPerUnit >= 1.0 ||
             kindOf(*entity) == EntityKind::Point) {
             walker.walk(*entity, color);
-        } else if (!entity->isErased()) {
+        } else if (!entity->isErased() && !isInvisible(*entity)) {
             walker.useColor(color);
             walker.raster().dot(walker.imageX(box.minX), walker.imageY(box.minY));
         }

@@ -2,6 +2,7 @@
 
 #include "host/drawing/HatchPattern.h"
 #include "host/drawing/Transient.h"
+#include "host/drawing/Visibility.h"
 #include "host/editor/ShapeWalker.h"
 #include "host/editor/TextPainter.h"
 
@@ -161,7 +162,7 @@ Extents visibleExtents(const Drawing &drawing)
 {
     Extents all;
     for (const AcDbEntity *entity : drawing.modelSpace().entities())
-        if (!entity->isErased() && drawing.layer(layerIndexOf(*entity)).visible())
+        if (isShown(drawing, *entity))
             all.add(extentsOf(*entity));
     return all;
 }

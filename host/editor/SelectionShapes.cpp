@@ -1,5 +1,6 @@
 #include "host/editor/SelectionShapes.h"
 
+#include "host/drawing/Visibility.h"
 #include "host/editor/CurvePieces.h"
 
 #include <algorithm>
@@ -138,7 +139,7 @@ AcDbObjectIdArray entitiesBy(SelectedBy how, const Drawing &drawing, std::span<c
     std::vector<Piece> pieces;
     Segments segments;
     for (AcDbEntity *entity : drawing.modelSpace().entities()) {
-        if (entity->isErased() || !drawing.layer(layerIndexOf(*entity)).visible())
+        if (!isShown(drawing, *entity))
             continue;
         const Extents extents = extentsOf(*entity);
         if (!shape.selects(extents))

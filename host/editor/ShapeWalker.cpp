@@ -1,5 +1,7 @@
 #include "host/editor/ShapeWalker.h"
 
+#include "host/drawing/Visibility.h"
+
 #include <algorithm>
 #include <numbers>
 
@@ -72,7 +74,7 @@ void ShapeWalker::walkRun(const AcDbEntity &polyline, std::size_t first, std::si
 
 void ShapeWalker::walkPlaced(const AcDbEntity &entity, const PlaneMap &map, int forcedColor, int depth)
 {
-    if (entity.isErased() || !m_drawing.layer(layerIndexOf(entity)).visible() || m_transient.isBlanked(entity))
+    if (!isShown(m_drawing, entity) || m_transient.isBlanked(entity))
         return;
     const int color = forcedColor >= 0 ? forcedColor : effectiveColor(m_drawing, entity);
     switch (kindOf(entity)) {

@@ -2,6 +2,7 @@
 
 #include "host/drawing/CurvePath.h"
 #include "host/drawing/ObjectAccess.h"
+#include "host/drawing/Visibility.h"
 #include "host/editor/SplineCurve.h"
 
 #include <algorithm>
@@ -170,7 +171,7 @@ void SnapFeatures::reference(const AcDbBlockReference &it, const Affine &affine,
                 if (m_left == 0)
                     break;
                 --m_left;
-                if (!inside->isErased() && m_drawing.layer(layerIndexOf(*inside)).visible())
+                if (isShown(m_drawing, *inside))
                     entity(*inside, inner, depth + 1);
             }
         }

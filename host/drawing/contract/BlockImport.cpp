@@ -1,6 +1,7 @@
 // A drawing taken into another one as a block definition.
 #include "host/drawing/Blocks.h"
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/Visibility.h"
 #include "host/drawing/dxf/CarriedTags.h"
 #include "host/drawing/dxf/Tags.h"
 
@@ -229,6 +230,7 @@ void Importer::takeLook(AcDbEntity &made, const AcDbEntity &from)
     auto &host = ObjectAccess::host(made);
     host.layer = static_cast<std::uint32_t>(index);
     host.color = ObjectAccess::host(from).color;
+    ObjectAccess::set(made, kInvisible, isInvisible(from));
 }
 
 bool Importer::isFree(const std::wstring &name) const

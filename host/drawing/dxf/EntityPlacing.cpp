@@ -91,7 +91,8 @@ void DxfReader::place(AcDbEntity &entity, const CommonTags &common, std::size_t 
 {
     auto &host = ObjectAccess::host(entity);
     host.flags =
-        static_cast<std::uint16_t>(host.flags | kInArena | kIsEntity | (common.handle != 0 ? kHandleInText : 0));
+        static_cast<std::uint16_t>(host.flags | kInArena | kIsEntity | (common.handle != 0 ? kHandleInText : 0) |
+                                   (common.invisible ? kInvisible : 0));
     host.color = static_cast<std::int16_t>(common.color);
     host.layer = layerOf(common.layer);
     host.sourceOffset = offset;

@@ -165,6 +165,9 @@ CommonTags EntityReader::common(std::span<const Tag> tags)
             if (!c.layer.data())
                 c.layer = tag.text();
             break;
+        case 60:
+            c.invisible = tag.integer() != 0;
+            break;
         case 62:
             if (hasColor)
                 break;

@@ -18,6 +18,7 @@ struct CommonTags {
     std::string_view layer;      ///< as it stands, blanks included
     int color = 256;
     bool paperSpace = false;
+    bool invisible = false;
     bool followed = false;       ///< group 66: attributes or vertices follow
     std::size_t ownData = 0;     ///< index behind the tag 1001 of our own extended data; 0: none
     std::size_t geometryEnd = 0; ///< index of the first tag that no longer describes the entity itself

@@ -47,6 +47,8 @@ void EntityWriter::begin(TagWriter &w, const char *type, AcDbEntity &entity, boo
     w.text(8, d.layers[layerIndexOf(entity)].name);
     if (host.color != 256 && isMain)
         w.integer(62, host.color);
+    if ((host.flags & kInvisible) && isMain)
+        w.integer(60, 1);
 }
 
 void EntityWriter::write(std::string &out, AcDbEntity &entity, std::string &blocks)

@@ -2,6 +2,7 @@
 #include "contracts/DrawingHost.h"
 #include "host/drawing/Entities.h"
 #include "host/drawing/Journal.h"
+#include "host/drawing/Visibility.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/Picking.h"
 #include "host/editor/SelectionFilter.h"
@@ -44,16 +45,11 @@ std::vector<AcGePoint3d> pointsOf(const void *chain)
     return points;
 }
 
-bool isVisible(const Drawing &drawing, const AcDbEntity &entity)
-{
-    return !entity.isErased() && drawing.layer(velmor::layerIndexOf(entity)).visible();
-}
-
 AcDbObjectIdArray all(const Drawing &drawing, bool visibleOnly)
 {
     AcDbObjectIdArray ids;
     for (AcDbEntity *entity : drawing.modelSpace().entities())
-        if (visibleOnly ? isVisible(drawing, *entity) : !entity->isErased())
+        if (visibleOnly ? velmor::isShown(drawing, *entity) : !entity->isErased())
             ids.push_back(velmor::idOf(*entity));
     return ids;
 }
@@ -62,7 +58,7 @@ AcDbObjectIdArray lastVisible(const Drawing &drawing)
 {
     const auto &entities = drawing.modelSpace().entities();
     const auto last =
-        std::find_if(entities.rbegin(), entities.rend(), [&](const auto *e) { return isVisible(drawing, *e); });
+        std::find_if(entities.rbegin(), entities.rend(), [&](const auto *e) { return velmor::isShown(drawing, *e); });
     return last == entities.rend() ? AcDbObjectIdArray() : AcDbObjectIdArray{velmor::idOf(**last)};
 }
 
