@@ -147,6 +147,7 @@ void NumericBehavior::SetMask(const std::wstring &mask)
     }
     if (point < 0)
         m_nMaxWholeDigits = std::exchange(m_nMaxDecimalPlaces, 0);
+    MakeSeparatorsDiffer();
     ExchangePrefix(prefix);
 }
 

@@ -48,7 +48,8 @@ public:
     void SetPrefix(const std::wstring &prefix);
     const std::wstring &GetPrefix() const { return m_strPrefix; }
     /// Digits, decimals, grouping, both separators and the prefix from a mask such as "$ ###,###.##", read from the
-    /// right; what stands in front of the number is the prefix. Makes negative numbers allowed.
+    /// right; what stands in front of the number is the prefix. Makes negative numbers allowed. A mask that makes the
+    /// separators equal gets another group separator, as with SetSeparators.
     void SetMask(const std::wstring &mask);
     std::wstring GetMask() const;
     /// Stored as given, also where min is above max: every value is then invalid.

@@ -437,6 +437,17 @@ TEST(MultiMasked, ANumericMaskRoutesEverythingToTheNumber)
     EXPECT_EQ(edit.GetMask(), L"$ ###,###.##");
 }
 
+TEST(MultiMasked, ANumericMaskNeverLeavesTheSeparatorsEqual)
+{
+    const PinnedSettings croatian{{RegionalQuery::DecimalPoint, L","}, {RegionalQuery::GroupSeparator, L"."}};
+    MultiMaskedEdit edit(croatian);
+    edit.SetMask(L"#####.##");
+    EXPECT_EQ(edit.CurrentKind(), MaskChoice::Kind::Numeric);
+    sequence::Run(edit, L"12.|5", L"3>12.3|5");
+    edit.SetDigitsInGroup(3);
+    EXPECT_EQ(after(edit, L"1234"), L"1,234");
+}
+
 TEST(MultiMasked, AnyOtherMaskIsMasked)
 {
     MultiMaskedEdit edit(kNoSettings);

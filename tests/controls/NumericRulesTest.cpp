@@ -459,6 +459,26 @@ TEST(NumericMask, MakesNegativeNumbersAllowedAndRedraws)
     EXPECT_EQ(edit.GetText(), L"1234");
 }
 
+TEST(NumericMask, NeverLeavesTheSeparatorsEqual)
+{
+    const PinnedSettings croatian{{RegionalQuery::DecimalPoint, L","}, {RegionalQuery::GroupSeparator, L"."}};
+    NumericEdit edit(9, 4, croatian);
+    edit.SetMask(L"#####.##");
+    EXPECT_EQ(separatorsOf(edit), (Separators{L'.', L','}));
+    edit.SetDigitsInGroup(3);
+    EXPECT_EQ(edit.After(L"1234"), L"1,234");
+    edit.SetWindowText(L"12.5");
+    edit.SetSel(3, 3);
+    edit.OnChar(L'3', 1, 0);
+    EXPECT_EQ(edit.GetText(), L"12.35");
+    EXPECT_EQ(edit.GetSel(), (Selection{4, 4})) << "behind the digit typed, not behind the next one";
+
+    NumericEdit plain;
+    plain.SetSeparators(L';', L'.');
+    plain.SetMask(L"####.##");
+    EXPECT_EQ(separatorsOf(plain), (Separators{L'.', L','}));
+}
+
 TEST(NumericMask, IsGivenBackFromTheRules)
 {
     for (const wchar_t *mask : {L"$ ###,###.##", L"#", L"##.##", L"#,###,###", L"####.#"}) {
