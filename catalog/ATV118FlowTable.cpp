@@ -91,5 +91,7 @@ double CATV118FlowTable::GetCoefficient(int nSlopeClass, double intensity, doubl
     const double y0 = CellAt(nSlopeClass, nRow, nLeft), y1 = CellAt(nSlopeClass, nRow, nRight);
     if (y0 == y1)
         return y0;
+    if (intensity == x1)
+        return y1; // the cell itself: the line ends beside it by a rounding
     return (y1 - y0) / (x1 - x0) * (intensity - x0) + y0;
 }

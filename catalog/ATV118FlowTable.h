@@ -30,9 +30,9 @@ public:
     bool LoadTable();
 
     /// The coefficient of a slope class (0 to 3), a rain intensity and a percentage. The percentage takes the step
-    /// below it; between two intensities of the table the value lies on a straight line, outside of them it is that of
-    /// the nearest. kMissingNumber for a class or a percentage that the table does not have. With one end missing, the
-    /// line from the missing number is what comes out.
+    /// below it; at an intensity of the table the value is the cell's own, between two it lies on a straight line,
+    /// outside of them it is that of the nearest. kMissingNumber for a class or a percentage that the table does not
+    /// have. With one end missing, the line from the missing number is what comes out.
     double GetCoefficient(int nSlopeClass, double intensity, double percent) const;
 
 private:

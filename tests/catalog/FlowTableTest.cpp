@@ -47,10 +47,25 @@ TEST_F(FlowTable, TheIntensitiesOfTheTableGiveTheirColumnsExactly)
     writeRow("0.1", "0.3", "0.7", "0.9");
     const CATV118FlowTable table;
     EXPECT_EQ(table.GetCoefficient(1, 100.0, 30), 0.1);
-    EXPECT_DOUBLE_EQ(table.GetCoefficient(1, 130.0, 30), 0.3);
-    EXPECT_DOUBLE_EQ(table.GetCoefficient(1, 180.0, 30), 0.7);
-    EXPECT_DOUBLE_EQ(table.GetCoefficient(1, 225.0, 30), 0.9);
+    EXPECT_EQ(table.GetCoefficient(1, 130.0, 30), 0.3);
+    EXPECT_EQ(table.GetCoefficient(1, 180.0, 30), 0.7);
+    EXPECT_EQ(table.GetCoefficient(1, 225.0, 30), 0.9);
     EXPECT_EQ(table.GetCoefficient(1, 225.000001, 30), 0.9);
+}
+
+TEST_F(FlowTable, NoRoundingOfTheLineShowsAtItsEnds)
+{
+    // Two decimals each: many of these lines end a bit beside their end.
+    for (int left = 0; left < 100; left += 7) {
+        for (int right = 1; right < 100; right += 6) {
+            const std::string from = std::to_string(left / 100.0), to = std::to_string(right / 100.0);
+            writeRow(from, to, from, to);
+            const CATV118FlowTable table;
+            EXPECT_EQ(table.GetCoefficient(1, 130.0, 30), right / 100.0);
+            EXPECT_EQ(table.GetCoefficient(1, 180.0, 30), left / 100.0);
+            EXPECT_EQ(table.GetCoefficient(1, 225.0, 30), right / 100.0);
+        }
+    }
 }
 
 TEST_F(FlowTable, OutsideOfTheTableTheNearestColumnCounts)
@@ -151,8 +166,9 @@ TEST_F(FlowTable, AnIntensityThatTheTableLacksIsSkippedWhole)
           "<Intenzitet val=\"130\"><KoefFlow percent=\"30\" val=\"0.4\"/></Intenzitet></Pad1></ATVRoot>");
     const CATV118FlowTable table;
     EXPECT_EQ(table.GetCoefficient(0, 100, 30), kNone);
-    // 130 is still the end of the line from 100, where there is nothing.
-    EXPECT_EQ(table.GetCoefficient(0, 130, 30), (0.4 - kNone) / 30.0 * 30.0 + kNone);
+    EXPECT_EQ(table.GetCoefficient(0, 130, 30), 0.4);
+    // Short of 130 it is the line from 100, where there is nothing.
+    EXPECT_EQ(table.GetCoefficient(0, 115, 30), (0.4 - kNone) / 30.0 * 15.0 + kNone);
 }
 
 TEST_F(FlowTable, EachClassAndIntensityHasItsOwnCells)
