@@ -72,16 +72,15 @@ void CDlgCreateCatchmentArea::RefreshNavigation()
     SetStatus({}, kColourGuidance);
     DeleteRows();
     m_ui->editArea->clear();
-    EnableControls(kNavigation, false);
     const enmDefinitionMethod method = Method();
-    if (method == kMethodAllSections || method == kMethodAutomatic)
-        return;
+    const bool goesBySection = method != kMethodAllSections && method != kMethodAutomatic;
     const int count = static_cast<int>(m_sections.size());
-    if (count > 1) {
-        EnableControl(kBtnPrevious, m_nCurrentSection != 0);
-        EnableControl(kBtnNext, m_nCurrentSection != count - 1);
-    }
-    ShowCurrentSection();
+    const bool hasNeighbours = goesBySection && count > 1;
+    // Each is set once: a button that is off for a moment loses the focus.
+    EnableControl(kBtnPrevious, hasNeighbours && m_nCurrentSection != 0);
+    EnableControl(kBtnNext, hasNeighbours && m_nCurrentSection != count - 1);
+    if (goesBySection)
+        ShowCurrentSection();
 }
 
 void CDlgCreateCatchmentArea::ShowCurrentSection()

@@ -69,6 +69,24 @@ TEST_F(Navigation, WithThreeSectionsTheButtonsAreOffAtTheirEnd)
     });
 }
 
+TEST_F(Navigation, TheButtonPressedKeepsTheFocusWhileThereIsMore)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1", L"D2", L"D3"});
+        dialog.choose(257, 0);
+        QWidget *const next = dialog.GetDlgItem(205), *const previous = dialog.GetDlgItem(204);
+        next->setFocus();
+        dialog.click(205);
+        EXPECT_EQ(next->window()->focusWidget(), next);
+        dialog.click(205);
+        EXPECT_EQ(dialog.text(266), "D3");
+        EXPECT_NE(next->window()->focusWidget(), next) << "off at the last section";
+        previous->setFocus();
+        dialog.click(204);
+        EXPECT_EQ(previous->window()->focusWidget(), previous);
+    });
+}
+
 TEST_F(Navigation, InMethods1And2TheButtonsAreOff)
 {
     for (const int method : {1, 2}) {
