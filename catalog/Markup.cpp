@@ -86,15 +86,23 @@ bool CMarkup::Save(CMarkupArgument path)
 
 bool CMarkup::SetText(CMarkupArgument text)
 {
-    if (text.View().size() > kLongestText) {
-        RefuseLength(text.View().size());
+    if (!TakeCopy(text, m_text))
         return false;
-    }
-    m_text.Assign(text.View());
     Parse({});
     if (text.IsNull())
         m_strError.clear();
     return IsWellFormed();
+}
+
+bool CMarkup::TakeCopy(const CMarkupArgument &text, CMarkupText &copy)
+{
+    const std::size_t length = text.View().size();
+    if (length > kLongestText) {
+        RefuseLength(length);
+        return false;
+    }
+    copy.Assign(text.View());
+    return true;
 }
 
 void CMarkup::RefuseLength(std::size_t length)

@@ -197,6 +197,8 @@ public:
 
 private:
     bool Parse(const std::wstring &note);
+    /// False, and told in the error text, for one longer than kLongestText; copy is then as it was.
+    bool TakeCopy(const CMarkupArgument &text, CMarkupText &copy);
     void RefuseLength(std::size_t length);
     void MoveTo(std::uint32_t iParent, std::uint32_t iMain, std::uint32_t iChild);
     std::uint32_t FindAmong(std::uint32_t iFirst, const CMarkupArgument &name) const;

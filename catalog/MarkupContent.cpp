@@ -52,14 +52,9 @@ void CMarkup::TakeIn(const CMarkupBuild &build, const Place &place, std::int64_t
 
 bool CMarkup::InsertChildFragment(CMarkupArgument text)
 {
-    if (m_iMain == 0 || text.View().empty())
-        return false;
-    if (text.View().size() > kLongestText) {
-        RefuseLength(text.View().size());
-        return false;
-    }
     CMarkupText piece;
-    piece.Assign(text.View());
+    if (m_iMain == 0 || text.View().empty() || !TakeCopy(text, piece))
+        return false;
     const Place place = m_iChild != 0 ? Place{m_iMain, m_iChild, m_index[m_iChild].start} : FrontOfContent(m_iMain);
     m_isInDocumentOrder = false;
     const CMarkupBuild build = BuildMarkup(piece.View(), m_index, m_iMain, (m_nDocFlags & kIgnoreCase) != 0);
@@ -155,14 +150,9 @@ bool CMarkup::SetChildText(CMarkupArgument text, int flags)
 
 bool CMarkup::SetContent(std::uint32_t i, const CMarkupArgument &markup)
 {
-    if (i == 0)
-        return false;
-    if (markup.View().size() > kLongestText) {
-        RefuseLength(markup.View().size());
-        return false;
-    }
     CMarkupText piece;
-    piece.Assign(markup.View());
+    if (i == 0 || !TakeCopy(markup, piece))
+        return false;
     const std::uint32_t begin = m_index.End();
     const bool wasInDocumentOrder = m_isInDocumentOrder;
     const CMarkupBuild build = BuildMarkup(piece.View(), m_index, i, (m_nDocFlags & kIgnoreCase) != 0);

@@ -47,6 +47,12 @@ protected:
     /// For an heir that shares its base with other heirs: it names its box by Bind, as its first act.
     Behavior() = default;
     void Bind(CEditBox &edit) { m_pEdit = &edit; }
+    /// A character as OnChar gets it.
+    struct TypedKey {
+        wchar_t character = 0;
+        unsigned repeat = 1;
+        unsigned keyFlags = 0;
+    };
     /// The base character handler: the platform enters the character, or does what a control character stands for.
     void DefaultChar(wchar_t character, unsigned repeat, unsigned keyFlags);
     CEditBox &Edit() const { return *m_pEdit; }
@@ -57,6 +63,27 @@ protected:
     void Overwrite(Selection selection, int textLength, const std::wstring &text);
     /// Stores without the redraw of ModifyFlags.
     void StoreFlags(unsigned flags) { m_nFlags = flags; }
+
+    // Of a text that can be shortened from its end alone.
+
+    /// Backspace inside the text moves the caret; other control characters are the platform's.
+    void TypeControlCharacter(const TypedKey &key);
+    /// Delete works at the end of the text alone; all other keys are the platform's.
+    void HandleKeyAtEndOnly(unsigned key, unsigned repeat, unsigned keyFlags);
+
+    /// True for a disabled box and for a valid value. With showError an invalid one shows the message and takes the
+    /// focus. heir is this behaviour as the one that validates a value.
+    template <class Heir>
+    bool CheckValue(Heir &heir, bool showError)
+    {
+        if (!m_pEdit->IsWindowEnabled() || heir.IsValid())
+            return true;
+        if (showError) {
+            heir.ShowErrorMessage();
+            m_pEdit->SetFocus();
+        }
+        return false;
+    }
 
     /// The flags of the low byte, for a value of the given state. repair and showError are the heir's.
     enum class ValueState { Valid, Invalid, Empty };

@@ -44,6 +44,19 @@ private:
     int m_nSecond = 0;
 };
 
+/// The smallest and the largest value that count, as they were given.
+struct CalendarRange {
+    CalendarTime min, max;
+    /// Each may be null.
+    void Get(CalendarTime *pMin, CalendarTime *pMax) const
+    {
+        if (pMin)
+            *pMin = min;
+        if (pMax)
+            *pMax = max;
+    }
+};
+
 /// Where the present comes from. A test pins it.
 class IClock {
 public:

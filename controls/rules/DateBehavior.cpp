@@ -116,28 +116,13 @@ void DateBehavior::SetToday()
     SetDate(m_clock.Now());
 }
 
-void DateBehavior::SetRange(const CalendarTime &min, const CalendarTime &max)
-{
-    m_minDate = min;
-    m_maxDate = max;
-    Redraw();
-}
-
-void DateBehavior::GetRange(CalendarTime *min, CalendarTime *max) const
-{
-    if (min)
-        *min = m_minDate;
-    if (max)
-        *max = m_maxDate;
-}
-
 bool DateBehavior::IsWithinRange(const CalendarTime &value, bool ignoreTime) const
 {
     if (!value.IsValid())
         return false;
     if (ignoreTime)
-        return value.DateAlone() >= m_minDate.DateAlone() && value.DateAlone() <= m_maxDate.DateAlone();
-    return value >= m_minDate && value <= m_maxDate;
+        return value.DateAlone() >= m_range.min.DateAlone() && value.DateAlone() <= m_range.max.DateAlone();
+    return value >= m_range.min && value <= m_range.max;
 }
 
 bool DateBehavior::IsValid() const
@@ -147,26 +132,15 @@ bool DateBehavior::IsValid() const
 
 void DateBehavior::ShowErrorMessage()
 {
-    Edit().AfxMessageBox(L"Please specify a date between " + DateForm(m_minDate) + L" and " + DateForm(m_maxDate) +
+    Edit().AfxMessageBox(L"Please specify a date between " + DateForm(m_range.min) + L" and " + DateForm(m_range.max) +
                              L".",
                          kWarningExclamation);
 }
 
 void DateBehavior::SetSeparator(wchar_t separator)
 {
-    std::wstring text = Text();
-    bool changed = false;
-    for (const int place : kSeparatorPlaces) {
-        const auto at = static_cast<std::size_t>(place);
-        if (ShowsDate() && at < text.size() && text[at] == m_chSeparator && separator != m_chSeparator) {
-            text[at] = separator;
-            changed = true;
-        }
-    }
-    m_chSeparator = separator;
-    if (changed)
-        Edit().SetWindowText(text);
-    Redraw();
+    StoreSeparator(m_chSeparator, separator,
+                   std::span(kSeparatorPlaces, ShowsDate() ? std::size(kSeparatorPlaces) : 0));
 }
 
 void DateBehavior::ShowDayBeforeMonth(bool dayBeforeMonth)
@@ -186,14 +160,14 @@ void DateBehavior::ShowDayBeforeMonth(bool dayBeforeMonth)
 FieldRange DateBehavior::Years() const
 {
     constexpr int kLargestYear = 9999;
-    return {std::clamp(m_minDate.GetYear(), 0, kLargestYear), std::clamp(m_maxDate.GetYear(), 0, kLargestYear)};
+    return {std::clamp(m_range.min.GetYear(), 0, kLargestYear), std::clamp(m_range.max.GetYear(), 0, kLargestYear)};
 }
 
 FieldRange DateBehavior::Months(int year) const
 {
     const auto [first, last] = Years();
-    return {year == first ? std::clamp(m_minDate.GetMonth(), 1, 12) : 1,
-            year == last ? std::clamp(m_maxDate.GetMonth(), 1, 12) : 12};
+    return {year == first ? std::clamp(m_range.min.GetMonth(), 1, 12) : 1,
+            year == last ? std::clamp(m_range.max.GetMonth(), 1, 12) : 12};
 }
 
 FieldRange DateBehavior::Days(int year, int month, bool yearKnown) const
@@ -201,10 +175,10 @@ FieldRange DateBehavior::Days(int year, int month, bool yearKnown) const
     const auto [firstYear, lastYear] = Years();
     constexpr int kLongestFebruary = 29;
     FieldRange days = {1, month == 2 && !yearKnown ? kLongestFebruary : LastDayOfMonth(year, month)};
-    if (year == firstYear && month == m_minDate.GetMonth())
-        days.smallest = std::clamp(m_minDate.GetDay(), 1, 31);
-    if (year == lastYear && month == m_maxDate.GetMonth())
-        days.largest = std::min(days.largest, std::clamp(m_maxDate.GetDay(), 1, 31));
+    if (year == firstYear && month == m_range.min.GetMonth())
+        days.smallest = std::clamp(m_range.min.GetDay(), 1, 31);
+    if (year == lastYear && month == m_range.max.GetMonth())
+        days.largest = std::min(days.largest, std::clamp(m_range.max.GetDay(), 1, 31));
     return days;
 }
 

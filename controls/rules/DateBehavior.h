@@ -43,9 +43,9 @@ public:
     void SetDay(int day);
 
     /// Stored as given. Years outside 1900 to 9998, which it starts with, are fine.
-    void SetRange(const CalendarTime &min, const CalendarTime &max);
+    void SetRange(const CalendarTime &min, const CalendarTime &max) { StoreRange(m_range, min, max); }
     /// Each may be null.
-    void GetRange(CalendarTime *min, CalendarTime *max) const;
+    void GetRange(CalendarTime *min, CalendarTime *max) const { m_range.Get(min, max); }
     /// True for a value of valid status from min to max, both included. ignoreTime: by the dates alone.
     bool IsWithinRange(const CalendarTime &value, bool ignoreTime = true) const;
     /// The date in the box keeps its value.
@@ -111,8 +111,7 @@ private:
     void WriteDate(const std::wstring &date);
 
     const IClock &m_clock;
-    CalendarTime m_minDate{1900, 1, 1, 0, 0, 0};
-    CalendarTime m_maxDate{9998, 12, 31, 23, 59, 59};
+    CalendarRange m_range{{1900, 1, 1, 0, 0, 0}, {9998, 12, 31, 23, 59, 59}};
     wchar_t m_chSeparator = L'/';
 };
 

@@ -129,10 +129,7 @@ void DateBehavior::TypeInYear(const TypedKey &key)
 
 void DateBehavior::OnKeyDown(unsigned key, unsigned repeat, unsigned keyFlags)
 {
-    if ((key == kKeyUp || key == kKeyDown) && !IsReadOnly())
-        StepField(key == kKeyUp ? 1 : -1);
-    else
-        HandleOtherKey(key, repeat, keyFlags);
+    HandleKey(key, repeat, keyFlags, [this](int step) { StepField(step); });
 }
 
 void DateBehavior::StepField(int step)

@@ -7,17 +7,6 @@
 
 namespace AMSEdit {
 
-bool FixedFieldBehavior::CheckIfValid(bool showError)
-{
-    if (!Edit().IsWindowEnabled() || IsValid())
-        return true;
-    if (showError) {
-        ShowErrorMessage();
-        Edit().SetFocus();
-    }
-    return false;
-}
-
 void FixedFieldBehavior::OnKillFocus(IEditSurface *newFocus)
 {
     Behavior::OnKillFocus(newFocus);
@@ -111,24 +100,27 @@ bool FixedFieldBehavior::TypeSeparator(const TypedKey &key, wchar_t separator, b
     return true;
 }
 
-void FixedFieldBehavior::TypeControlCharacter(const TypedKey &key)
+void FixedFieldBehavior::StoreRange(CalendarRange &range, const CalendarTime &min, const CalendarTime &max)
 {
-    if (key.character == kKeyBackspace && Edit().GetSel().end != Length())
-        OnKeyDown(kKeyLeft, 1, 0);
-    else if (ShouldEnter(key.character))
-        DefaultChar(key.character, key.repeat, key.keyFlags);
+    range = {min, max};
+    Redraw();
 }
 
-void FixedFieldBehavior::HandleOtherKey(unsigned key, unsigned repeat, unsigned keyFlags)
+void FixedFieldBehavior::StoreSeparator(wchar_t &separator, wchar_t other, std::span<const int> places)
 {
-    if (key == kKeyDelete) {
-        const Selection selection = Edit().GetSel();
-        const int length = Length();
-        const bool onLast = selection.IsCaret() && selection.start == length - 1;
-        if (selection.end != length && !onLast)
-            return;
+    std::wstring text = Text();
+    bool changed = false;
+    for (const int place : places) {
+        const auto at = static_cast<std::size_t>(place);
+        if (at < text.size() && text[at] == separator && other != separator) {
+            text[at] = other;
+            changed = true;
+        }
     }
-    Behavior::OnKeyDown(key, repeat, keyFlags);
+    separator = other;
+    if (changed)
+        Edit().SetWindowText(text);
+    Redraw();
 }
 
 bool FixedFieldBehavior::Step(int &value, int step, FieldRange range)

@@ -7,6 +7,7 @@
 #include "controls/rules/RegionalSettings.h"
 
 #include <functional>
+#include <span>
 #include <string>
 
 namespace AMSEdit {
@@ -41,17 +42,11 @@ public:
     /// Tells both limits in a message.
     virtual void ShowErrorMessage() = 0;
     /// IsValid, but true for a disabled box. With showError an invalid one shows the message and takes the focus.
-    bool CheckIfValid(bool showError);
+    bool CheckIfValid(bool showError) { return CheckValue(*this, showError); }
 
     void OnKillFocus(IEditSurface *newFocus) override;
 
 protected:
-    struct TypedKey {
-        wchar_t character = 0;
-        unsigned repeat = 1;
-        unsigned keyFlags = 0;
-    };
-
     void SetFlag(unsigned flag, bool on) { ModifyFlags(on ? flag : 0, on ? 0 : flag); }
     std::wstring Text() const { return Edit().GetWindowText(); }
     int Length() const { return static_cast<int>(Text().size()); }
@@ -76,10 +71,22 @@ protected:
     /// The separator is written over the one that stands there. So it is in front of a digit that the field behind it
     /// takes, and the digit is handled again then.
     bool TypeSeparator(const TypedKey &key, wchar_t separator, bool nextFieldTakesIt);
-    /// Backspace inside the text moves the caret; other control characters are the platform's.
-    void TypeControlCharacter(const TypedKey &key);
-    /// Delete works at the end of the text alone, all other keys are the platform's.
-    void HandleOtherKey(unsigned key, unsigned repeat, unsigned keyFlags);
+    /// Up and Down call stepField with 1 and -1, unless the box is read-only; other keys are those of a text that can
+    /// be shortened from its end alone.
+    template <class StepField>
+    void HandleKey(unsigned key, unsigned repeat, unsigned keyFlags, StepField &&stepField)
+    {
+        if ((key == kKeyUp || key == kKeyDown) && !IsReadOnly())
+            stepField(key == kKeyUp ? 1 : -1);
+        else
+            HandleKeyAtEndOnly(key, repeat, keyFlags);
+    }
+
+    /// Stores the limits and puts the text in the form that it then has to have.
+    void StoreRange(CalendarRange &range, const CalendarTime &min, const CalendarTime &max);
+    /// Stores another separator. In the text it takes the old one's place where that stands at one of the places; then
+    /// the text is put in its valid form.
+    void StoreSeparator(wchar_t &separator, wchar_t other, std::span<const int> places);
 
     /// The value one step up or down within the range, none at its end. From outside the range a step leads into it.
     static bool Step(int &value, int step, FieldRange range);

@@ -71,17 +71,13 @@ void MaskedBehavior::OnChar(wchar_t character, unsigned repeat, unsigned keyFlag
     if (!m_strMask.empty()) {
         if (beyondMask && character != kKeyBackspace)
             return;
-        if (IsPrintable(character)) {
+        if (IsPrintable(character))
             TypeAt(static_cast<std::size_t>(selection.start), character, repeat, keyFlags);
-            return;
-        }
-        if (character == kKeyBackspace && selection.end != static_cast<int>(Edit().GetWindowText().size())) {
-            OnKeyDown(kKeyLeft, 1, 0);
-            return;
-        }
-    }
-    if (ShouldEnter(character))
+        else
+            TypeControlCharacter({character, repeat, keyFlags});
+    } else if (ShouldEnter(character)) {
         DefaultChar(character, repeat, keyFlags);
+    }
 }
 
 void MaskedBehavior::TypeAt(std::size_t position, wchar_t character, unsigned repeat, unsigned keyFlags)
@@ -111,14 +107,7 @@ void MaskedBehavior::TypeAt(std::size_t position, wchar_t character, unsigned re
 
 void MaskedBehavior::OnKeyDown(unsigned key, unsigned repeat, unsigned keyFlags)
 {
-    if (key == kKeyDelete) {
-        const Selection selection = Edit().GetSel();
-        const int length = static_cast<int>(Edit().GetWindowText().size());
-        const bool onLast = selection.IsCaret() && selection.start == length - 1;
-        if (selection.end != length && !onLast)
-            return;
-    }
-    Behavior::OnKeyDown(key, repeat, keyFlags);
+    HandleKeyAtEndOnly(key, repeat, keyFlags);
 }
 
 } // namespace AMSEdit

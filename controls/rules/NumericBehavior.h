@@ -72,7 +72,7 @@ public:
     virtual bool IsValid() const;
     virtual void ShowErrorMessage();
     /// IsValid, but true for a disabled box. With showError an invalid one shows the message and takes the focus.
-    bool CheckIfValid(bool showError);
+    bool CheckIfValid(bool showError) { return CheckValue(*this, showError); }
 
     std::wstring GetValidText() const override;
     void OnChar(wchar_t character, unsigned repeat, unsigned keyFlags) override;
@@ -88,7 +88,7 @@ public:
 
 private:
     struct Typing;
-    struct Key;
+    using Key = TypedKey;
 
     /// Where the number begins in a text of the box: behind the prefix where the text has it in full.
     std::size_t NumberStart(std::wstring_view text) const;

@@ -121,15 +121,4 @@ void NumericBehavior::ShowErrorMessage()
     Edit().AfxMessageBox(message, kWarningExclamation);
 }
 
-bool NumericBehavior::CheckIfValid(bool showError)
-{
-    if (!Edit().IsWindowEnabled() || IsValid())
-        return true;
-    if (showError) {
-        ShowErrorMessage();
-        Edit().SetFocus();
-    }
-    return false;
-}
-
 } // namespace AMSEdit

@@ -23,12 +23,6 @@ struct NumericBehavior::Typing {
     wchar_t At(int position) const { return position < length ? text[static_cast<std::size_t>(position)] : L'\0'; }
 };
 
-struct NumericBehavior::Key {
-    wchar_t character;
-    unsigned repeat;
-    unsigned keyFlags;
-};
-
 NumericBehavior::Typing NumericBehavior::LookAtBox() const
 {
     Typing typing;

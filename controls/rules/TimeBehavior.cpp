@@ -139,26 +139,11 @@ void TimeBehavior::SetToNow()
     SetTime(m_clock.Now());
 }
 
-void TimeBehavior::SetRange(const CalendarTime &min, const CalendarTime &max)
-{
-    m_minTime = min;
-    m_maxTime = max;
-    Redraw();
-}
-
-void TimeBehavior::GetRange(CalendarTime *min, CalendarTime *max) const
-{
-    if (min)
-        *min = m_minTime;
-    if (max)
-        *max = m_maxTime;
-}
-
 bool TimeBehavior::IsWithinRange(const CalendarTime &value, bool ignoreDate) const
 {
     if (!value.IsValid() || (!ignoreDate && value != value.TimeAlone()))
         return false;
-    return value.TimeAlone() >= m_minTime.TimeAlone() && value.TimeAlone() <= m_maxTime.TimeAlone();
+    return value.TimeAlone() >= m_range.min.TimeAlone() && value.TimeAlone() <= m_range.max.TimeAlone();
 }
 
 bool TimeBehavior::IsValid() const
@@ -168,7 +153,7 @@ bool TimeBehavior::IsValid() const
 
 void TimeBehavior::ShowErrorMessage()
 {
-    Edit().AfxMessageBox(L"Please specify a time between " + TimeForm(m_minTime) + L" and " + TimeForm(m_maxTime) +
+    Edit().AfxMessageBox(L"Please specify a time between " + TimeForm(m_range.min) + L" and " + TimeForm(m_range.max) +
                              L".",
                          kWarningExclamation);
 }
@@ -253,19 +238,9 @@ void TimeBehavior::AppendMissingAmPm()
 
 void TimeBehavior::SetSeparator(wchar_t separator)
 {
-    std::wstring text = Text();
-    bool changed = false;
-    for (int field = 1; field < Fields(); ++field) {
-        const auto at = static_cast<std::size_t>(HourStart() + field * 3 - 1);
-        if (ShowsTime() && at < text.size() && text[at] == m_chSeparator && separator != m_chSeparator) {
-            text[at] = separator;
-            changed = true;
-        }
-    }
-    m_chSeparator = separator;
-    if (changed)
-        Edit().SetWindowText(text);
-    Redraw();
+    const int places[] = {HourStart() + 2, HourStart() + 5};
+    const int shown = ShowsTime() ? Fields() - 1 : 0;
+    StoreSeparator(m_chSeparator, separator, std::span(places, static_cast<std::size_t>(shown)));
 }
 
 void TimeBehavior::Show24HourFormat(bool twentyFourHours)

@@ -43,9 +43,9 @@ public:
     void SetAMPM(const std::wstring &ampm);
 
     /// The times of the day count. Stored as given.
-    void SetRange(const CalendarTime &min, const CalendarTime &max);
+    void SetRange(const CalendarTime &min, const CalendarTime &max) { StoreRange(m_range, min, max); }
     /// Each may be null.
-    void GetRange(CalendarTime *min, CalendarTime *max) const;
+    void GetRange(CalendarTime *min, CalendarTime *max) const { m_range.Get(min, max); }
     /// True for a value of valid status whose time of the day is from min to max, both included. Without ignoreDate it
     /// also has to be of 1899-12-30.
     bool IsWithinRange(const CalendarTime &value, bool ignoreDate = true) const;
@@ -75,10 +75,10 @@ protected:
     /// What stands in front of the time and stays when the time is set.
     virtual std::wstring TextBeforeTime() const { return {}; }
     /// The limits that hold for the time of the day.
-    virtual CalendarTime SmallestTime() const { return m_minTime.TimeAlone(); }
-    virtual CalendarTime LargestTime() const { return m_maxTime.TimeAlone(); }
+    virtual CalendarTime SmallestTime() const { return m_range.min.TimeAlone(); }
+    virtual CalendarTime LargestTime() const { return m_range.max.TimeAlone(); }
     /// The second that a box has which shows none.
-    virtual int HiddenSecond() const { return m_minTime.GetSecond(); }
+    virtual int HiddenSecond() const { return m_range.min.GetSecond(); }
 
     std::wstring TimeForm(const CalendarTime &time) const;
     /// The time's part of the text.
@@ -117,8 +117,7 @@ private:
     void StepField(int step);
 
     const IClock &m_clock;
-    CalendarTime m_minTime = CalendarTime::TimeOfDay(0, 0, 0);
-    CalendarTime m_maxTime = CalendarTime::TimeOfDay(23, 59, 59);
+    CalendarRange m_range{CalendarTime::TimeOfDay(0, 0, 0), CalendarTime::TimeOfDay(23, 59, 59)};
     wchar_t m_chSeparator = L':';
     std::wstring m_strAm = L"AM";
     std::wstring m_strPm = L"PM";

@@ -112,10 +112,7 @@ bool TimeBehavior::StepOverLetter(const TypedKey &key, int place)
 
 void TimeBehavior::OnKeyDown(unsigned key, unsigned repeat, unsigned keyFlags)
 {
-    if ((key == kKeyUp || key == kKeyDown) && !IsReadOnly())
-        StepField(key == kKeyUp ? 1 : -1);
-    else
-        HandleOtherKey(key, repeat, keyFlags);
+    HandleKey(key, repeat, keyFlags, [this](int step) { StepField(step); });
 }
 
 void TimeBehavior::StepField(int step)
