@@ -143,12 +143,13 @@ const std::vector<PatternLine> &ViewPicture::linesOf(const std::wstring &key, co
     return lines;
 }
 
-const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio)
+const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio,
+                                   const std::vector<const AcDbEntity *> &picked)
 {
     const auto &transient = drawing.component<TransientGraphics>();
     const auto &selection = drawing.component<Selection>();
     if (transient.marks().empty() && transient.temporary().empty() && transient.highlighted().empty() &&
-        selection.isEmpty()) {
+        selection.isEmpty() && picked.empty()) {
         m_overlay = {};
         m_markLines.clear();
         return m_overlay;
@@ -156,11 +157,13 @@ const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, 
     const Shown wanted = shownOf(drawing, view, style, ratio);
     const std::uint64_t revisions[3] = {transient.revision(), selection.revision(),
                                         drawing.component<DisplayIndex>().revision()};
-    if (!m_overlay.isNull() && wanted == m_overlayShown && std::ranges::equal(revisions, m_overlayRevisions))
+    if (!m_overlay.isNull() && wanted == m_overlayShown && std::ranges::equal(revisions, m_overlayRevisions) &&
+        picked == m_overlayPicked)
         return m_overlay;
     ++m_counts.overlays;
     m_overlayShown = wanted;
     std::ranges::copy(revisions, m_overlayRevisions);
+    m_overlayPicked = picked;
     const QSize size = imageSize(view.size, ratio);
     if (m_overlay.size() != size)
         m_overlay = QImage(size, QImage::Format_ARGB32_Premultiplied);
@@ -170,6 +173,7 @@ const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, 
     for (const auto &[key, mark] : transient.marks())
         paintMark(m_overlay, mark, linesOf(key, mark), drawing, view, style);
     paintOver(m_overlay, selection.entities(), kSelectionColor, kOverlayWidth, drawing, view, style);
+    paintOver(m_overlay, picked, kSelectionColor, kOverlayWidth, drawing, view, style);
     paintOver(m_overlay, transient.highlighted(), kHighlightColor, kOverlayWidth, drawing, view, style);
     paintTemporary(m_overlay, drawing, view, style);
     return m_overlay;

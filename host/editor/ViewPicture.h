@@ -33,8 +33,10 @@ public:
     /// The base picture as it is to be shown now; ratio: device pixels for a pixel of the view. The answer is valid
     /// until the next call.
     const QImage &base(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio);
-    /// What lies over it, on a transparent ground; a null image when that is nothing.
-    const QImage &overlay(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio);
+    /// What lies over it, on a transparent ground; a null image when that is nothing. Picked: entities that look as the
+    /// selection does.
+    const QImage &overlay(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio,
+                          const std::vector<const AcDbEntity *> &picked = {});
     /// Forgets both, as for another drawing.
     void reset();
     const Counts &counts() const { return m_counts; }
@@ -63,6 +65,7 @@ private:
     std::uint64_t m_baseRevision = 0, m_baseTransient = 0;
     std::unordered_set<const AcDbEntity *> m_blanked; ///< left out of the base
     std::uint64_t m_overlayRevisions[3] = {0, 0, 0};  ///< of transient graphics, selection, drawing
+    std::vector<const AcDbEntity *> m_overlayPicked;
     struct MarkLines {
         TransientMark mark;
         std::vector<PatternLine> lines;

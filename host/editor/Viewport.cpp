@@ -124,6 +124,7 @@ void Viewport::setDrawing(Drawing *drawing)
     m_preview = {};
     m_previewImage = {};
     m_candidates.clear();
+    m_gathered.clear();
     m_lastPick.reset();
     m_snap.reset();
     m_waitsForZoomWindow = false;
@@ -313,7 +314,7 @@ void Viewport::paintEvent(QPaintEvent *)
     showWaiting();
     const double ratio = devicePixelRatioF();
     painter.drawImage(0, 0, m_picture.base(*m_drawing, m_view, m_style, ratio));
-    if (const QImage &overlay = m_picture.overlay(*m_drawing, m_view, m_style, ratio); !overlay.isNull())
+    if (const QImage &overlay = m_picture.overlay(*m_drawing, m_view, m_style, ratio, m_gathered); !overlay.isNull())
         painter.drawImage(0, 0, overlay);
     if (!m_previewImage.isNull())
         painter.drawImage(0, 0, m_previewImage);

@@ -72,6 +72,8 @@ public:
     const std::optional<SnapPoint> &snapPoint() const { return m_snap; }
     /// What the window that is being drawn would take; empty without one.
     const AcDbObjectIdArray &preview() const { return m_preview; }
+    /// What was picked here for the selection prompts that are going on; it is shown like the selection.
+    const std::vector<const AcDbEntity *> &gathered() const { return m_gathered; }
 
     /// Actions with their keys: object snap (F3), ortho (F8), polar tracking (F10), the next of several entities
     /// (Shift+Space). The first three can be checked. They work in the whole window.
@@ -144,6 +146,7 @@ private:
     void dropBox();
     void updatePreview();
     void take(const AcDbObjectIdArray &ids, bool removing);
+    void gather(const AcDbObjectIdArray &ids, bool removing);
     Extents extentsOfBox() const;
     void startPan(const QPointF &position);
     void endPan();
@@ -184,6 +187,8 @@ private:
     std::size_t m_candidate = 0;            ///< the one that a click takes
     QPointF m_candidatesAt;
     std::optional<std::pair<QPointF, AcDbObjectId>> m_lastPick; ///< where a click took what
+    /// Given as answers to the selection prompts that follow each other.
+    std::vector<const AcDbEntity *> m_gathered;
     std::optional<SnapPoint> m_snap;
     AcGePoint3d m_guided; ///< where a click would be
 };

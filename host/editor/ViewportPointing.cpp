@@ -8,20 +8,23 @@
 #include <QAction>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
+#include <utility>
 
 namespace velmor {
 
 namespace {
 
-constexpr double kWheelFactor = 1.2;           ///< zoom for one notch
-constexpr double kPanFraction = 0.1;           ///< of the view, for one arrow key
-constexpr double kStill = 2.5;                 ///< pixels within which the pointer counts as not moved
-constexpr double kDragStart = 4.0;             ///< pixels beyond which a press and a release are a window
-constexpr std::size_t kMostPreviewed = 20'000; ///< entities that are painted while a window is drawn
+constexpr double kWheelFactor = 1.2;            ///< zoom for one notch
+constexpr double kPanFraction = 0.1;            ///< of the view, for one arrow key
+constexpr double kStill = 2.5;                  ///< pixels within which the pointer counts as not moved
+constexpr double kDragStart = 4.0;              ///< pixels beyond which a press and a release are a window
+constexpr std::size_t kMostPreviewed = 300'000; ///< entities that are painted while a window is drawn
 constexpr double kPreviewWidth = 2.0;
 
 enum DraftAction { kActionSnap, kActionOrtho, kActionPolar, kActionCycle };
@@ -123,6 +126,13 @@ void Viewport::setPrompt(const Prompt *prompt)
             m_asked = Asked::Text;
             break;
         }
+    }
+    if (!m_gathered.empty() && m_asked != Asked::Selection) {
+        // The next prompt of a row comes before anything else happens.
+        QTimer::singleShot(0, this, [this] {
+            if (m_asked != Asked::Selection && !std::exchange(m_gathered, {}).empty())
+                update();
+        });
     }
     m_lastPick.reset();
     m_snap.reset();
@@ -259,6 +269,7 @@ void Viewport::finishBox()
 void Viewport::take(const AcDbObjectIdArray &ids, bool removing)
 {
     if (m_asked == Asked::Selection) {
+        gather(ids, removing);
         Q_EMIT selected(ids, removing);
         return;
     }
@@ -267,6 +278,21 @@ void Viewport::take(const AcDbObjectIdArray &ids, bool removing)
         selection.remove({ids.data(), ids.size()});
     else
         selection.add({ids.data(), ids.size()});
+}
+
+void Viewport::gather(const AcDbObjectIdArray &ids, bool removing)
+{
+    std::unordered_set<const AcDbEntity *> known(m_gathered.begin(), m_gathered.end());
+    for (const AcDbObjectId &id : ids) {
+        const auto *entity = static_cast<const AcDbEntity *>(ObjectAccess::object(id));
+        if (removing)
+            known.erase(entity);
+        else if (known.insert(entity).second)
+            m_gathered.push_back(entity);
+    }
+    if (removing)
+        std::erase_if(m_gathered, [&](const AcDbEntity *entity) { return !known.contains(entity); });
+    update();
 }
 
 // --- The mouse

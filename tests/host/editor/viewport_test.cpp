@@ -349,6 +349,29 @@ TEST_F(View, ASelectionPromptGetsTheEntitiesAndTheStandingSelectionStays)
     EXPECT_THAT(selection(), IsEmpty());
 }
 
+TEST_F(View, WhatWasGivenToARowOfSelectionPromptsIsShownUntilTheRowEnds)
+{
+    AcDbEntity &a = line(10, 10, 30, 10), &b = line(10, 20, 30, 20);
+    show();
+    const QImage plain = viewport.grab().toImage();
+    ask(PromptKind::Selection);
+    click(20, 10);
+    viewport.setPrompt(nullptr); // between two prompts of one command
+    ask(PromptKind::Selection);
+    QCoreApplication::processEvents();
+    click(20, 20);
+    EXPECT_THAT(viewport.gathered(), ElementsAre(&a, &b));
+    move(60, 50);
+    EXPECT_NE(colorAt(viewport.grab().toImage(), pixel(15, 10)), colorAt(plain, pixel(15, 10)));
+    click(20, 10, Qt::ShiftModifier);
+    EXPECT_THAT(viewport.gathered(), ElementsAre(&b));
+    viewport.setPrompt(nullptr);
+    QTest::qWait(0);
+    EXPECT_THAT(viewport.gathered(), IsEmpty());
+    move(60, 50);
+    EXPECT_EQ(colorAt(viewport.grab().toImage(), pixel(15, 10)), colorAt(plain, pixel(15, 10)));
+}
+
 TEST_F(View, SelectingNeverPaintsTheBaseAnew)
 {
     line(10, 10, 30, 10);
