@@ -193,7 +193,7 @@ std::vector<LeftDrawing> Recovery::left()
     for (const fs::path &folder : d->folders()) {
         if (HeldFolder::isOwned(folder))
             continue;
-        LeftDrawing left{folder, HeldFolder::drawingOf(folder), {}, 0};
+        LeftDrawing left{folder, HeldFolder::drawingOf(folder), fs::file_time_type::min(), 0};
         left.steps = stepsSinceSaved(StepJournal::read(folder / "steps"));
         std::error_code error;
         for (const char *name : {"steps", "newest.dxf"})

@@ -20,7 +20,9 @@ QString timeText(std::filesystem::file_time_type time)
 {
     const auto system = std::chrono::file_clock::to_sys(time);
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(system.time_since_epoch()).count();
-    const QLocale locale(QString::fromStdString(Services::instance().messages().language()));
+    const std::string &language = Services::instance().messages().language();
+    const QLocale locale = language == "en" ? QLocale(QLocale::English, QLocale::UnitedKingdom)
+                                            : QLocale(QString::fromStdString(language));
     return locale.toString(QDateTime::fromSecsSinceEpoch(seconds), QLocale::ShortFormat);
 }
 
@@ -35,8 +37,11 @@ RecoveryQuestion::RecoveryQuestion(const LeftDrawing &left, QWidget *parent)
     : QMessageBox(QMessageBox::Question, QStringLiteral("Velmor"),
                   uiString("ui.recovery.question").arg(drawingText(left)), QMessageBox::NoButton, parent)
 {
-    setInformativeText(left.steps != 0 ? uiString("ui.recovery.steps").arg(timeText(left.time)).arg(left.steps)
-                                       : uiString("ui.recovery.autosaved").arg(timeText(left.time)));
+    const char *told = left.path.empty() ? "ui.recovery.stepsUnnamed"
+                       : left.steps != 0 ? "ui.recovery.steps"
+                                         : "ui.recovery.autosaved";
+    QString text = uiString(told).arg(timeText(left.time));
+    setInformativeText(left.steps != 0 ? text.arg(left.steps) : text);
     m_recover = addButton(uiString("ui.recovery.recover"), QMessageBox::AcceptRole);
     m_open =
         addButton(uiString(left.path.empty() ? "ui.recovery.drop" : "ui.recovery.open"), QMessageBox::DestructiveRole);

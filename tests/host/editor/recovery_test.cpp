@@ -119,6 +119,7 @@ TEST_F(RecoveryTest, EveryStepComesBackUnderTheDrawingsOwnPathAndTheFileIsAsItWa
     ASSERT_THAT(left, SizeIs(1));
     EXPECT_EQ(left[0].path, m_file);
     EXPECT_EQ(left[0].steps, 50u);
+    EXPECT_EQ(left[0].time, fs::last_write_time(left[0].folder / "steps"));
     RecoveredDrawing recovered = recovery().recover(left[0]);
     ASSERT_TRUE(recovered.drawing) << recovered.message;
     EXPECT_TRUE(recovered.complete);
