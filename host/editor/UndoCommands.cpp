@@ -40,7 +40,8 @@ Command::Next undo(Session &session, const std::wstring &what)
     const auto steps = stepsOf(what);
     if (steps)
         return tellDone(session, "ui.undo.done", "ui.undo.none", history.undo(*steps));
-    const std::wstring *word = matchKeyword({L"Mark", L"Back", L"All"}, what);
+    static const std::vector<std::wstring> words{L"Mark", L"Back", L"All"};
+    const std::wstring *word = matchKeyword(words, what);
     if (!word) {
         session.alert(uiMessage("ui.undo.what", {what}));
         return Command::Next::BadInput;
