@@ -449,8 +449,15 @@ void DisplayIndex::noteNode(std::uint32_t number, std::uint32_t node)
         return;
     }
     if ((where & kSeveral) == 0) {
-        m_several.push_back({where});
-        where = kSeveral | static_cast<std::uint32_t>(m_several.size() - 1);
+        std::uint32_t place = static_cast<std::uint32_t>(m_several.size());
+        if (m_freeSeveral.empty()) {
+            m_several.emplace_back();
+        } else {
+            place = m_freeSeveral.back();
+            m_freeSeveral.pop_back();
+        }
+        m_several[place] = {where};
+        where = kSeveral | place;
     }
     auto &nodes = m_several[where & ~kSeveral];
     if (std::ranges::find(nodes, node) == nodes.end())
@@ -466,8 +473,8 @@ void DisplayIndex::takeOut(std::uint32_t number)
     if ((where & kSeveral) == 0) {
         box = takeOutOf(where, number);
     } else {
-        // Taken by value: the place may be reused by what follows.
         const auto nodes = std::exchange(m_several[where & ~kSeveral], {});
+        m_freeSeveral.push_back(where & ~kSeveral);
         for (const std::uint32_t node : nodes)
             box.add(takeOutOf(node, number));
     }

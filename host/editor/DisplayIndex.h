@@ -191,6 +191,7 @@ private:
     std::vector<AcDbEntity *> m_entities; ///< by number
     std::vector<std::uint32_t> m_where;   ///< by number: a node, kNowhere, or kSeveral + a place in m_several
     std::vector<std::vector<std::uint32_t>> m_several; ///< nodes of entities with more than one run
+    std::vector<std::uint32_t> m_freeSeveral;          ///< places in it that may be taken again
     std::vector<std::uint32_t> m_byAddress;            ///< numbers of those that were there when it was built
     std::unordered_map<const AcDbEntity *, std::uint32_t> m_later;
     std::vector<LayerState> m_layers;

@@ -254,8 +254,9 @@ private:
                     return false; // all of it lies in this pixel
                 }
         const double k = m_walker.scale(), left = m_walker.imageX(node.x), top = m_walker.imageY(node.y);
-        const bool areFloatsSharp = 4.0 * node.half * kFloatStep * k < kSharpPixels;
-        const double reach = kReachPixels * m_walker.ratio();
+        const double blur = 4.0 * node.half * kFloatStep * k;
+        const bool areFloatsSharp = blur < kSharpPixels;
+        const double reach = kReachPixels * m_walker.ratio() + blur;
         const double minX = m_part.left() - reach, maxX = m_part.right() + 1 + reach;
         const double minY = m_part.top() - reach, maxY = m_part.bottom() + 1 + reach;
         for (const Index::Item &item : node.items) {

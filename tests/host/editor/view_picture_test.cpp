@@ -276,9 +276,10 @@ TEST_F(Picture, WhatFallsInOnePixelIsStillSeen)
 TEST_F(Picture, DeepInsideOfALargeDrawingLinesStandWhereTheyAre)
 {
     line(0, 0, 1e6, 1e6);
-    line(5e5 + 0.1234567, 5e5 - 1, 5e5 + 0.1234567, 5e5 + 1); // upright
-    view.centerX = 5e5 + 0.1234567;
-    view.centerY = 5e5;
+    const double x = 312'345.1234567, y = 687'654.3217654;
+    line(x, y - 1, x, y + 1); // upright
+    view.centerX = x;
+    view.centerY = y;
     view.pixelsPerUnit = 5e4; // a float's step would be hundreds of pixels
     const QImage image = fresh();
     EXPECT_LT(qGray(image.pixel(kWidth / 2, 10)), 140);
