@@ -31,7 +31,12 @@ struct CAdUiBaseDialog::Private {
     bool wired = false;
     int result = kCancel;
     int editorCommands = 0;
-    std::vector<QPointer<QWidget>> hidden; ///< the outermost first
+    /// A dialog that was put away, and where it stood.
+    struct Hidden {
+        QPointer<QWidget> dialog;
+        QRect place;
+    };
+    std::vector<Hidden> hidden; ///< the outermost first
     QPointer<QWidget> focus;
     mutable std::unordered_map<int, QPointer<QWidget>> controls;
 
@@ -119,10 +124,10 @@ void CAdUiBaseDialog::BeginEditorCommand()
     d->hidden.clear();
     for (CAdUiBaseDialog *dialog : openDialogs()) {
         if (dialog->isVisible())
-            d->hidden.emplace_back(dialog);
+            d->hidden.push_back({dialog, dialog->geometry()});
     }
     for (auto hidden = d->hidden.rbegin(); hidden != d->hidden.rend(); ++hidden)
-        (*hidden)->hide();
+        hidden->dialog->hide();
 }
 
 void CAdUiBaseDialog::CompleteEditorCommand(int restore)
@@ -133,10 +138,12 @@ void CAdUiBaseDialog::CompleteEditorCommand(int restore)
     const auto hidden = std::exchange(d->hidden, {});
     if (restore == 0)
         return;
-    for (const QPointer<QWidget> &widget : hidden) {
+    for (const auto &[widget, place] : hidden) {
         auto *dialog = static_cast<CAdUiBaseDialog *>(widget.data());
-        if (dialog && dialog->d->open)
-            dialog->show();
+        if (!dialog || !dialog->d->open)
+            continue;
+        dialog->setGeometry(place); // a window manager may choose a new place otherwise
+        dialog->show();
     }
     if (!d->open)
         return;
