@@ -6,13 +6,12 @@
 #include "host/drawing/Journal.h"
 #include "host/editor/Session.h"
 #include "host/services/Services.h"
+#include "tests/catalog/PlainUser.h"
 #include "tests/host/services/TestFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <functional>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace velmor::test {
 
@@ -44,22 +43,13 @@ protected:
         CZEMCDictionaryPtr writer(AcDb::kForWrite);
         ASSERT_TRUE(writer.dctWrite(L"ZEMX_TERRAINTYPE", L"TT_DEFINITION", text, false, true, 1));
     }
-    /// Takes all rights off a file of the user's, and runs in a child process of a user without special rights.
+    /// Takes all rights off a file of the user's, and runs as a plain user.
     bool withoutRightsTo(const std::string &name, const std::function<bool()> &run) const
     {
         namespace fs = std::filesystem;
         fs::permissions(user.path(), fs::perms(0755));
         fs::permissions(user.path() / name, fs::perms::none);
-        const pid_t child = ::fork();
-        if (child == 0) {
-            constexpr uid_t kNobody = 65534;
-            if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0))
-                ::_exit(2);
-            ::_exit(run() ? 0 : 1);
-        }
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        return asPlainUser(run);
     }
     static std::size_t recordedWrites()
     {

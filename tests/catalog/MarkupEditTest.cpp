@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 using markup_check::brokenRule;
 using markup_check::differenceToFreshParse;
 
@@ -187,6 +189,22 @@ TEST(MarkupRemove, ItsRecordsAreNotUsedAgainBeforeTheNextParse)
     EXPECT_EQ(document.GetIndex().End(), 2u);
 }
 
+TEST(MarkupRemove, DeletedRecordsAreChainedTheLaterOnesInFront)
+{
+    // Records: 1 p, 2 a, 3 a1, 4 b, 5 b1, 6 b2, 7 c.
+    CMarkup document = onChild(L"<p><a><a1/></a><b><b1/><b2/></b><c/></p>", 1);
+    EXPECT_TRUE(document.RemoveChildElement());
+    EXPECT_TRUE(document.FindChildElement(L"b"));
+    EXPECT_TRUE(document.RemoveChildElement());
+    std::vector<std::uint32_t> chain;
+    for (std::uint32_t i = 4; i != 0 && chain.size() < 10; i = document.GetIndex()[i].next) {
+        EXPECT_TRUE(document.GetIndex()[i].Has(CMarkupRecord::kDeleted)) << i;
+        chain.push_back(i);
+    }
+    EXPECT_EQ(chain, (std::vector<std::uint32_t>{4, 5, 6, 2, 3}));
+    EXPECT_FALSE(document.GetIndex()[7].Has(CMarkupRecord::kDeleted));
+}
+
 TEST(MarkupRemove, OfWhatIsNotEndedOnlyItsTagGoes)
 {
     CMarkup document = onChild(L"<p><a><b/></p>", 1);
@@ -275,6 +293,17 @@ TEST(MarkupFragments, DamagedTextGoesInWhole)
     EXPECT_FALSE(document.IsWellFormed());
     EXPECT_EQ(document.GetChildFragment(), L"<c><d/></e></c>");
     EXPECT_EQ(brokenRule(document), "");
+}
+
+TEST(MarkupFragments, DamageAtTheirTopMarksTheParentAndDamageBelowDoesNot)
+{
+    CMarkup document = onChild(L"<p><a/></p>", 1);
+    EXPECT_FALSE(document.InsertChildFragment(L"<c></e></c>"));
+    EXPECT_TRUE(document.GetIndex()[3].Has(CMarkupRecord::kDamaged));
+    EXPECT_FALSE(document.GetIndex()[1].Has(CMarkupRecord::kDamaged));
+    EXPECT_FALSE(document.InsertChildFragment(L"<d/></e>"));
+    EXPECT_TRUE(document.GetIndex()[1].Has(CMarkupRecord::kDamaged));
+    EXPECT_TRUE(document.GetIndex()[0].Has(CMarkupRecord::kIllFormed));
 }
 
 TEST(MarkupFragments, TextWithoutElementsGoesInWithoutMovingTheChild)

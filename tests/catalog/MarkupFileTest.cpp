@@ -1,6 +1,7 @@
 // Reading and writing files, and the files that are none.
 #include "catalog/MarkupFile.h"
 #include "catalog/Markup.h"
+#include "tests/catalog/PlainUser.h"
 
 #include <gmock/gmock.h>
 
@@ -8,7 +9,6 @@
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -20,6 +20,7 @@
 
 namespace fs = std::filesystem;
 using testing::IsEmpty;
+using velmor::test::asPlainUser;
 
 namespace {
 
@@ -240,19 +241,24 @@ TEST_F(MarkupFiles, APipeIsNoFileToRead)
     EXPECT_EQ(document.GetErrorText(), systemText(ESPIPE));
 }
 
-/// Runs in a child process of a user without special rights and gives what came of it.
-bool asPlainUser(const std::function<bool()> &run)
+TEST_F(MarkupFiles, OneWhoseReadFailsLeavesTheDocument)
 {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        constexpr uid_t kNobody = 65534;
-        if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0))
-            ::_exit(2);
-        ::_exit(run() ? 0 : 1);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    // The loopback device has no speed: the file opens and has a size, and only the read tells that.
+    const fs::path failing = "/sys/class/net/lo/speed";
+    const int file = ::open(failing.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        GTEST_SKIP() << "this system has no file whose read fails";
+    char byte = 0;
+    const bool reads = ::read(file, &byte, 1) >= 0;
+    const int error = errno;
+    ::close(file);
+    if (reads)
+        GTEST_SKIP() << "this system has no file whose read fails";
+    CMarkup document;
+    document.SetText(L"<a/>");
+    EXPECT_FALSE(document.Load(failing.wstring()));
+    EXPECT_EQ(document.GetErrorText(), systemText(error));
+    EXPECT_EQ(document.GetText(), L"<a/>");
 }
 
 TEST_F(MarkupFiles, AnUnreadableOneTellsTheSystemsText)
@@ -287,6 +293,37 @@ TEST_F(MarkupFiles, ASaveReplacesTheFileAndLeavesNoOther)
     EXPECT_EQ(bytesOf(), "<new/>");
     EXPECT_EQ(fs::status(path()).permissions(), fs::perms(0640));
     EXPECT_EQ(names(), std::vector<std::string>{"a.xml"});
+}
+
+TEST_F(MarkupFiles, ASaveKeepsTheModeThatNewFilesWouldNotGet)
+{
+    put("<old/>");
+    fs::permissions(path(), fs::perms(0666));
+    const mode_t mask = ::umask(022);
+    CMarkup document;
+    document.SetText(L"<new/>");
+    EXPECT_TRUE(document.Save(wide()));
+    ::umask(mask);
+    EXPECT_EQ(bytesOf(), "<new/>");
+    EXPECT_EQ(fs::status(path()).permissions(), fs::perms(0666));
+}
+
+TEST_F(MarkupFiles, ASaveKeepsTheOwnerAndTheModeThatAChangeOfOwnerWouldTake)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only the system's administrator can give a file away";
+    put("<old/>");
+    ASSERT_EQ(::chown(path().c_str(), 65534, 65533), 0);
+    ASSERT_EQ(::chmod(path().c_str(), 06750), 0);
+    CMarkup document;
+    document.SetText(L"<new/>");
+    EXPECT_TRUE(document.Save(wide()));
+    EXPECT_EQ(bytesOf(), "<new/>");
+    struct stat status {};
+    ASSERT_EQ(::stat(path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 65534u);
+    EXPECT_EQ(status.st_gid, 65533u);
+    EXPECT_EQ(status.st_mode & 07777, 06750u);
 }
 
 TEST_F(MarkupFiles, ANewOneHasThePermissionsOfNewFiles)

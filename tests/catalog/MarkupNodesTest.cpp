@@ -205,6 +205,16 @@ TEST(MarkupAddNode, GoesBehindTheCurrentNode)
     EXPECT_EQ(differenceToFreshParse(document), "");
 }
 
+TEST(MarkupAddNode, GoesBehindTheWhiteSpaceThatEndsTheText)
+{
+    CMarkup document;
+    document.SetText(L"<a/>\n");
+    document.FindElement();
+    EXPECT_TRUE(document.AddNode(CMarkup::kComment, L"1"));
+    EXPECT_EQ(document.GetText(), L"<a/>\n<!--1-->\r\n");
+    EXPECT_EQ(differenceToFreshParse(document), "");
+}
+
 TEST(MarkupAddNode, ATextBeforeAnotherIsANodeOfItsOwn)
 {
     CMarkup document;

@@ -8,6 +8,7 @@
 #include <vector>
 
 using markup_check::brokenRule;
+using markup_check::differenceToFreshParse;
 
 namespace {
 
@@ -294,6 +295,64 @@ TEST(MarkupDocument, ACopyIsItsOwn)
     EXPECT_EQ(third.GetChildFragment(), L"<c/>");
     third = *&third;
     EXPECT_EQ(third.GetText(), L"<a><b/><c/></a>");
+}
+
+TEST(MarkupDocument, ACopyTakenDeepInTheTreeGoesOnFromThere)
+{
+    CMarkup first;
+    first.SetDocumentFlags(CMarkup::kIgnoreCase);
+    first.SetText(L"<r><a><b><c/><d/></b></A><e/><f/></r>");
+    first.FindChildElement(L"a");
+    first.EnterChild();
+    first.FindChildElement(L"b");
+    first.EnterChild();
+    first.FindChildElement(L"c");
+    ASSERT_TRUE(first.AddChildElement(L"new")); // its record stands behind those of what follows it
+
+    CMarkup copy(first);
+    EXPECT_EQ(copy.GetDocumentFlags(), CMarkup::kIgnoreCase);
+    EXPECT_EQ(copy.GetNodeType(), CMarkup::kElement);
+    EXPECT_EQ(copy.GetElementPath(), L"/r/a/b");
+    EXPECT_TRUE(copy.FindChildElement(L"D"));
+    EXPECT_TRUE(copy.SetChildAttribute(L"x", L"1"));
+    EXPECT_EQ(copy.GetText(), L"<r><a><b><c/><new/>\r\n<d x=\"1\"/></b></A><e/><f/></r>");
+    EXPECT_EQ(differenceToFreshParse(copy), "");
+    EXPECT_TRUE(copy.LeaveElement());
+    EXPECT_EQ(copy.GetElementPath(), L"/r/a");
+    EXPECT_EQ(copy.GetNodeName(), L"a");
+    EXPECT_TRUE(copy.RemoveChildElement());
+    EXPECT_TRUE(copy.LeaveElement());
+    EXPECT_TRUE(copy.FindChildElement(L"E"));
+    EXPECT_EQ(copy.GetText(), L"<r><a></A><e/><f/></r>");
+    EXPECT_EQ(differenceToFreshParse(copy), "");
+    EXPECT_EQ(first.GetElementPath(), L"/r/a/b");
+    EXPECT_EQ(differenceToFreshParse(first), "");
+}
+
+TEST(MarkupDocument, ACopyStandsOnTheSameNode)
+{
+    CMarkup first;
+    first.SetText(L"<r><a/><!--one--><b/><!--two--></r>");
+    first.FindElement();
+    first.EnterChild();
+    ASSERT_EQ(first.FindNode(CMarkup::kComment), CMarkup::kComment);
+    CMarkup copy;
+    copy = first;
+    EXPECT_EQ(copy.GetNodeType(), CMarkup::kComment);
+    EXPECT_EQ(copy.GetNodeText(), L"one");
+    CMarkup walking(copy);
+    EXPECT_TRUE(walking.FindElement());
+    EXPECT_EQ(walking.GetNodeName(), L"b") << "the one behind the node";
+    EXPECT_TRUE(copy.FindNode(CMarkup::kComment) && copy.GetNodeText() == L"two");
+}
+
+TEST(MarkupDocument, ACopyTellsTheSameError)
+{
+    CMarkup first;
+    first.SetText(L"<a/><b/>");
+    const CMarkup copy(first);
+    EXPECT_EQ(copy.GetErrorText(), L"Root element has sibling");
+    EXPECT_FALSE(copy.IsWellFormed());
 }
 
 TEST(MarkupDocument, NamesMayCompareWithoutRegardToCase)

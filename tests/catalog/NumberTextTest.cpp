@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdlib>
+#include <filesystem>
 #include <limits>
 #include <string>
 
@@ -86,17 +88,65 @@ TEST(ParseNumber, BeyondTheRangeOfADoubleThereIsNoNumber)
     EXPECT_EQ(ParseNumber(L"1e300"), 1e300);
 }
 
+namespace {
+
+/// Sets a locale with a decimal comma for its life: one of the machine's, else one that it builds where the machine
+/// has the tool for it.
+class WithDecimalComma {
+public:
+    WithDecimalComma()
+    {
+        for (const char *name : {"hr_HR.UTF-8", "de_DE.UTF-8", "fr_FR.UTF-8"})
+            m_isSet = m_isSet || std::setlocale(LC_ALL, name);
+        if (!m_isSet)
+            Build();
+    }
+    ~WithDecimalComma()
+    {
+        std::setlocale(LC_ALL, m_before.c_str());
+        if (m_folder.empty())
+            return;
+        ::unsetenv("LOCPATH");
+        std::error_code ignored;
+        std::filesystem::remove_all(m_folder, ignored);
+    }
+    WithDecimalComma(const WithDecimalComma &) = delete;
+    WithDecimalComma &operator=(const WithDecimalComma &) = delete;
+    bool IsSet() const { return m_isSet; }
+
+private:
+    void Build()
+    {
+        std::string folder = (std::filesystem::temp_directory_path() / "velmor-locale-XXXXXX").string();
+        if (!::mkdtemp(folder.data()))
+            return;
+        m_folder = folder;
+        const std::string command = "localedef -i de_DE -f UTF-8 '" + folder + "/de_DE.UTF-8' >/dev/null 2>&1";
+        if (std::system(command.c_str()) != 0)
+            return;
+        ::setenv("LOCPATH", folder.c_str(), 1);
+        m_isSet = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+    }
+
+    std::string m_before = std::setlocale(LC_ALL, nullptr);
+    std::filesystem::path m_folder;
+    bool m_isSet = false;
+};
+
+} // namespace
+
 TEST(Numbers, TheProgramsLocaleHasNoSay)
 {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    const char *comma = nullptr;
-    for (const char *name : {"hr_HR.UTF-8", "de_DE.UTF-8", "fr_FR.UTF-8"})
-        comma = comma ? comma : std::setlocale(LC_ALL, name);
-    if (!comma)
-        GTEST_SKIP() << "this machine has no locale with a decimal comma";
-    const std::wstring written = FourDecimals(1234.5);
-    const double read = ParseNumber(L"1234.5");
-    std::setlocale(LC_ALL, before.c_str());
+    std::wstring written;
+    double read = 0;
+    {
+        const WithDecimalComma locale;
+        if (!locale.IsSet())
+            GTEST_SKIP() << "this machine has no locale with a decimal comma and can't build one";
+        ASSERT_STREQ(std::localeconv()->decimal_point, ",");
+        written = FourDecimals(1234.5);
+        read = ParseNumber(L"1234.5");
+    }
     EXPECT_EQ(written, L"1234.5000");
     EXPECT_EQ(read, 1234.5);
 }
