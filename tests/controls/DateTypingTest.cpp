@@ -12,16 +12,6 @@ void Narrowed(DateEdit &edit)
     edit.SetRange({1990, 3, 10}, {2000, 6, 15});
 }
 
-auto Date(std::function<void(DateEdit &)> setUp = {})
-{
-    return Make<DateEdit>(kNoAnswers, std::move(setUp));
-}
-
-auto DayFirstDate(std::function<void(DateEdit &)> setUp = {})
-{
-    return Make<DateEdit>(kDayFirst, std::move(setUp));
-}
-
 } // namespace
 
 TEST(DateTyping, DigitsAndSeparatorsFillTheFields)
@@ -54,6 +44,24 @@ TEST(DateTyping, ADigitThatOnlyTheSecondPlaceTakesIsPaddedAtTheEnd)
                      {L"|", L"9>09|"},
                      {L"|", L"0>0| 6>06| />06/| 4>06/04|"},
                      {L"|", L"6>06| />06/| 9>06/09| />06/09/|"}});
+}
+
+TEST(DateTyping, NothingIsPaddedWhereAFieldCanNotStartWithZero)
+{
+    TypeAll(Date([](DateEdit &edit) {
+                edit.SetRange({2000, 10, 20}, {2000, 12, 31});
+            }),
+            {{L"|", L"5>| 0>| 1>1| />1| 1>11|"}, {L"|", L"1>1| 0>10| />10/| 5>10/| 2>10/2| />10/2|"}});
+}
+
+TEST(DateTyping, ABoxTooShortForItsFieldsDoesNotHang)
+{
+    auto edit = Date()();
+    edit->SetMaxLength(2);
+    Press(*edit, L"0");
+    Press(*edit, L"6");
+    Press(*edit, L"1");
+    EXPECT_EQ(edit->GetWindowText(), L"06");
 }
 
 TEST(DateTyping, InsideTheTextSuchADigitIsDropped)

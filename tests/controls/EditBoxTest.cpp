@@ -182,6 +182,8 @@ TEST(EditBox, ClearIsTheDeleteKeyOfTheSelection)
     ASSERT_EQ(edit.defaults.size(), 1u);
     EXPECT_EQ(edit.defaults[0].kind, EditMessage::Kind::KeyDown);
     EXPECT_EQ(edit.defaults[0].code, kKeyDelete);
+    EXPECT_EQ(edit.defaults[0].repeat, 0u) << "the key comes with a parameter of 0";
+    EXPECT_EQ(edit.defaults[0].keyFlags, 0u);
 
     edit.SetPrefix(L"$ ");
     sequence::Run(edit, L"[$_]12", L"<Clear>>[$_]12");

@@ -1,11 +1,10 @@
-// Every way by which text comes into a validating edit on the real widget.
-#include "controls/AMSEdits.h"
+// Every way by which a user brings text into a validating edit on the real widget.
 #include "controls/WideText.h"
-#include "controls/rules/ValidatingEdit.h"
 
 #include "tests/controls/EditOps.h"
 #include "tests/controls/FakeEditBox.h"
-#include "tests/controls/WidgetEditBox.h"
+#include "tests/controls/MaskSymbols.h"
+#include "tests/controls/RoutedEdits.h"
 
 #include <gmock/gmock.h>
 
@@ -14,25 +13,16 @@
 #include <QClipboard>
 #include <QDropEvent>
 #include <QMenu>
-#include <QMessageBox>
 #include <QMimeData>
-#include <QTimer>
-#include <QVBoxLayout>
 
 #include <random>
 
 using namespace AMSEdit;
+using namespace routed;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-
-const CNoRegionalSettings kNoSettings;
-
-class NumericEdit : public TNumericEdit<WidgetEditBox> {
-public:
-    explicit NumericEdit(int whole = 9, int places = 4) : TValidatingEdit(whole, places, kNoSettings) {}
-};
 
 class AlphanumericEdit : public TAlphanumericEdit<WidgetEditBox> {
 public:
@@ -43,12 +33,6 @@ void press(QWidget &widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoMod
 {
     QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
     QApplication::sendEvent(&widget, &event);
-}
-
-void place(CAMSEdit &edit, const wchar_t *text, int start, int end)
-{
-    edit.SetWindowText(text);
-    edit.SetSel(start, end);
 }
 
 void drop(CAMSEdit &edit, const QString &text, QPointF where)
@@ -68,41 +52,6 @@ void trigger(CAMSEdit &edit, const char *action)
     ASSERT_NE(found, nullptr) << action;
     found->trigger();
 }
-
-/// The texts that a listener hears of.
-struct Heard {
-    explicit Heard(QLineEdit &edit)
-    {
-        QObject::connect(&edit, &QLineEdit::textChanged, [this](const QString &text) { changed.push_back(text); });
-        QObject::connect(&edit, &QLineEdit::textEdited, [this](const QString &text) { edited.push_back(text); });
-    }
-    std::vector<QString> changed, edited;
-};
-
-/// Two edits in a window, the first with the focus.
-template <class First, class Second>
-struct Pair {
-    QWidget window;
-    First first;
-    Second second;
-
-    Pair()
-    {
-        auto *layout = new QVBoxLayout(&window);
-        layout->addWidget(&first);
-        layout->addWidget(&second);
-        window.show();
-        window.activateWindow();
-        QApplication::processEvents();
-        first.setFocus();
-        QApplication::processEvents();
-    }
-    ~Pair()
-    {
-        first.setParent(nullptr);
-        second.setParent(nullptr);
-    }
-};
 
 } // namespace
 
@@ -387,10 +336,7 @@ TEST(EditRoutes, CompositionOverASelectionLeavesItToWhatIsEntered)
 
     class Masked : public TMaskedEdit<WidgetEditBox> {
     public:
-        Masked() : TValidatingEdit(L"##/##")
-        {
-            GetSymbolArray() = {Symbol(L'#', [](wchar_t c) { return c >= L'0' && c <= L'9' ? 1 : 0; })};
-        }
+        Masked() : TValidatingEdit(L"##/##") { GetSymbolArray() = mask_symbols::kDigits; }
     } masked;
     place(masked, L"1234", 1, 3);
     compose(masked, "5");
@@ -410,108 +356,6 @@ TEST(EditRoutes, ReplacedTextIsReducedToItsValidForm)
     event.setCommitString(QStringLiteral("x9"), -2, 2);
     QApplication::sendEvent(&edit, &event);
     EXPECT_EQ(edit.GetText(), L"19");
-}
-
-// From code
-
-TEST(EditRoutes, SetsFromCodeAreReducedByEveryName)
-{
-    NumericEdit edit(4, 2);
-    edit.setText(QStringLiteral("a12345"));
-    EXPECT_EQ(edit.GetText(), L"1234");
-    QLineEdit &plain = edit;
-    plain.setText(QStringLiteral("b56.789"));
-    EXPECT_EQ(edit.GetText(), L"56.78");
-    edit.setProperty("text", QStringLiteral("7c7"));
-    EXPECT_EQ(edit.GetText(), L"77");
-    plain.insert(QStringLiteral("x8"));
-    EXPECT_EQ(edit.GetText(), L"778");
-    edit.SetDigitsInGroup(3);
-    QMetaObject::invokeMethod(&edit, "setText", Q_ARG(QString, QStringLiteral("1234")));
-    EXPECT_EQ(edit.GetText(), L"1,234");
-    plain.backspace();
-    EXPECT_EQ(edit.GetText(), L"123");
-    plain.undo();
-    EXPECT_EQ(edit.GetText(), edit.GetValidText());
-    edit.clear();
-    EXPECT_EQ(edit.GetText(), L"");
-    EXPECT_FALSE(edit.isUndoAvailable());
-}
-
-TEST(EditRoutes, ListenersHearOfTheTextOnceAndInItsFinalForm)
-{
-    NumericEdit edit;
-    edit.SetDigitsInGroup(3);
-    place(edit, L"123", 3, 3);
-    const Heard heard(edit);
-    edit.Type(L'4');
-    EXPECT_THAT(heard.changed, ElementsAre("1,234"));
-    EXPECT_THAT(heard.edited, ElementsAre("1,234"));
-    edit.Type(L'x');
-    EXPECT_THAT(heard.changed, testing::SizeIs(1)) << "a dropped key changes nothing";
-    edit.setText(QStringLiteral("a5b"));
-    EXPECT_THAT(heard.changed, ElementsAre("1,234", "5"));
-    EXPECT_THAT(heard.edited, ElementsAre("1,234")) << "set by the program";
-    EXPECT_FALSE(edit.isModified());
-    edit.SetClipboard(L"x6");
-    edit.PressPaste();
-    EXPECT_THAT(heard.changed, ElementsAre("1,234", "5", "56"));
-    EXPECT_THAT(heard.edited, ElementsAre("1,234", "56"));
-    EXPECT_TRUE(edit.isModified());
-}
-
-TEST(EditRoutes, ListenersOfACallPastTheBoxHearOfTheFinalFormLast)
-{
-    NumericEdit edit;
-    const Heard heard(edit);
-    static_cast<QLineEdit &>(edit).setText(QStringLiteral("a5b"));
-    QApplication::processEvents();
-    ASSERT_FALSE(heard.changed.empty());
-    EXPECT_EQ(heard.changed.back(), QStringLiteral("5"));
-}
-
-TEST(EditRoutes, AListenerMaySetTheTextByEitherName)
-{
-    NumericEdit edit(4, 2);
-    const auto connection = QObject::connect(&edit, &QLineEdit::textChanged, [&](const QString &text) {
-        if (text == QStringLiteral("1"))
-            static_cast<QLineEdit &>(edit).setText(QStringLiteral("x77y"));
-        else if (text == QStringLiteral("771"))
-            edit.setText(QStringLiteral("z88"));
-    });
-    edit.Type(L'1');
-    EXPECT_EQ(edit.GetText(), L"77");
-    edit.Type(L'1');
-    EXPECT_EQ(edit.GetText(), L"88");
-    QObject::disconnect(connection);
-}
-
-TEST(EditRoutes, ACutIsToldAsItIsLeft)
-{
-    NumericEdit edit;
-    edit.SetDigitsInGroup(3);
-    place(edit, L"123456", 4, 7);
-    const Heard heard(edit);
-    edit.PressCut();
-    QApplication::processEvents();
-    EXPECT_EQ(edit.GetText(), L"123,");
-    EXPECT_THAT(heard.changed, ElementsAre("123,"));
-}
-
-TEST(EditRoutes, CaretAndSelectionAreToldOnce)
-{
-    NumericEdit edit;
-    edit.SetDigitsInGroup(3);
-    place(edit, L"123", 3, 3);
-    std::vector<std::pair<int, int>> moves;
-    int selections = 0;
-    QObject::connect(&edit, &QLineEdit::cursorPositionChanged, [&](int from, int to) { moves.emplace_back(from, to); });
-    QObject::connect(&edit, &QLineEdit::selectionChanged, [&] { ++selections; });
-    edit.Type(L'4');
-    EXPECT_THAT(moves, ElementsAre(std::pair(3, 5)));
-    EXPECT_EQ(selections, 0);
-    edit.SetSel(0, 2);
-    EXPECT_EQ(selections, 1);
 }
 
 // Characters of two halves
@@ -536,174 +380,6 @@ TEST(EditRoutes, PositionsAreCountedInWholeCharacters)
     edit.SetWindowText(L"");
     edit.Type(L'\U0001F600');
     EXPECT_EQ(edit.GetText(), smile);
-}
-
-// Focus
-
-TEST(EditFocus, LossPadsAndTellsThatEditingIsFinished)
-{
-    Pair<NumericEdit, NumericEdit> pair;
-    ASSERT_TRUE(pair.first.hasFocus());
-    pair.first.ModifyFlags(PadZerosAfterDecimal, 0);
-    int finished = 0;
-    QObject::connect(&pair.first, &QLineEdit::editingFinished, [&] { ++finished; });
-    pair.first.Type(L'5');
-    pair.second.setFocus();
-    EXPECT_EQ(pair.first.GetText(), L"5.0000");
-    EXPECT_EQ(finished, 1);
-    EXPECT_TRUE(pair.second.hasFocus());
-}
-
-TEST(EditFocus, AListenerMaySetTheBoxWhenEditingIsFinished)
-{
-    Pair<NumericEdit, NumericEdit> pair;
-    QObject::connect(&pair.first, &QLineEdit::editingFinished, [&] { pair.first.SetDouble(7, true); });
-    pair.first.Type(L'5');
-    const Heard heard(pair.first);
-    pair.second.setFocus();
-    EXPECT_EQ(pair.first.GetText(), L"7");
-    EXPECT_THAT(heard.edited, IsEmpty());
-}
-
-TEST(EditFocus, AListenerThatSetsTheBoxPastItsRoutesIsFilteredToo)
-{
-    Pair<NumericEdit, NumericEdit> pair;
-    QObject::connect(&pair.first, &QLineEdit::editingFinished,
-                     [&] { static_cast<QLineEdit &>(pair.first).setText(QStringLiteral("a5b")); });
-    pair.first.Type(L'1');
-    const Heard heard(pair.first);
-    pair.second.setFocus();
-    EXPECT_EQ(pair.first.GetText(), L"5");
-    ASSERT_FALSE(heard.changed.empty());
-    EXPECT_EQ(heard.changed.back(), QStringLiteral("5"));
-    EXPECT_THAT(heard.edited, IsEmpty());
-}
-
-TEST(EditFocus, AnInvalidValueTakesTheFocusBack)
-{
-    Pair<NumericEdit, NumericEdit> pair;
-    pair.first.SetRange(1, 5);
-    pair.first.ModifyFlags(KillFocusRefocusIfInvalid, 0);
-    pair.first.SetWindowText(L"9");
-    pair.second.setFocus();
-    QApplication::processEvents();
-    EXPECT_TRUE(pair.first.hasFocus());
-    EXPECT_EQ(pair.first.focusTakes, 1);
-}
-
-TEST(EditFocus, TwoBoxesDoNotFightForTheFocus)
-{
-    Pair<NumericEdit, NumericEdit> pair;
-    for (NumericEdit *edit : {&pair.first, &pair.second}) {
-        edit->SetRange(1, 5);
-        edit->ModifyFlags(KillFocusMessageIfEmpty | KillFocusBeepIfEmpty, 0);
-    }
-    pair.second.setFocus();
-    for (int i = 0; i < 10; ++i)
-        QApplication::processEvents();
-    EXPECT_TRUE(pair.first.hasFocus());
-    EXPECT_EQ(pair.first.messages.size(), 1u);
-    EXPECT_THAT(pair.second.messages, IsEmpty());
-    EXPECT_EQ(pair.second.beeps, 0);
-}
-
-TEST(EditFocus, APopUpTakesNoFocus)
-{
-    NumericEdit edit;
-    edit.ModifyFlags(KillFocusBeepIfEmpty, 0);
-    for (const auto reason : {Qt::PopupFocusReason, Qt::MenuBarFocusReason}) {
-        QFocusEvent event(QEvent::FocusOut, reason);
-        QApplication::sendEvent(&edit, &event);
-    }
-    EXPECT_EQ(edit.beeps, 0);
-    QFocusEvent event(QEvent::FocusOut, Qt::TabFocusReason);
-    QApplication::sendEvent(&edit, &event);
-    EXPECT_EQ(edit.beeps, 1);
-}
-
-TEST(EditFocus, TheMessageIsAModalBoxWithTheWarningIcon)
-{
-    const ToolkitForTests toolkit;
-    CAMSNumericEdit edit(9, 4, kNoSettings);
-    edit.SetRange(1, 5);
-    QString shown;
-    bool warns = false, modal = false;
-    QTimer::singleShot(0, [&] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            shown = box->text();
-            warns = box->icon() == QMessageBox::Warning;
-            modal = box->isModal();
-            box->accept();
-        }
-    });
-    EXPECT_FALSE(edit.CheckIfValid(true));
-    EXPECT_EQ(shown, QStringLiteral("Please specify a numeric value between 1 and 5."));
-    EXPECT_TRUE(warns);
-    EXPECT_TRUE(modal);
-}
-
-// The edits of the family
-
-TEST(EditFamily, EachIsConstructedAsTold)
-{
-    const ToolkitForTests toolkit;
-    QWidget parent;
-    const auto *numeric = new CAMSNumericEdit(&parent);
-    EXPECT_EQ(numeric->parentWidget(), &parent);
-    EXPECT_EQ(numeric->GetMaxWholeDigits(), 9);
-    EXPECT_EQ(numeric->GetMaxDecimalPlaces(), 4);
-    CAMSIntegerEdit integer(5, kNoSettings);
-    EXPECT_EQ(integer.GetMaxWholeDigits(), 5);
-    EXPECT_EQ(integer.GetMaxDecimalPlaces(), 0);
-    integer.SetWindowText(L"12.5");
-    EXPECT_EQ(integer.GetText(), L"12");
-    CAMSCurrencyEdit currency(kNoSettings);
-    EXPECT_EQ(currency.GetFlags(), 0xE00u);
-    currency.SetWindowText(L"1234.5");
-    EXPECT_EQ(currency.GetText(), L"$1,234.5");
-    currency.OnKillFocus(nullptr);
-    EXPECT_EQ(currency.GetText(), L"$1,234.50");
-    CAMSAlphanumericEdit alphanumeric(3, L"x");
-    alphanumeric.SetWindowText(L"axbc");
-    EXPECT_EQ(alphanumeric.GetText(), L"ab");
-    CAMSMaskedEdit masked(L"##/##");
-    masked.GetSymbolArray() = {Symbol(L'#', [](wchar_t c) { return c >= L'0' && c <= L'9' ? 1 : 0; })};
-    masked.SetWindowText(L"123");
-    EXPECT_EQ(masked.GetText(), L"12/3");
-    CAMSMultiMaskedEdit multi(kNoSettings);
-    multi.SetMask(L"###");
-    multi.SetWindowText(L"a1234");
-    EXPECT_EQ(multi.GetText(), L"123");
-}
-
-TEST(EditFamily, EachIsFoundByItsOwnClass)
-{
-    const ToolkitForTests toolkit;
-    QWidget parent;
-    new CAMSNumericEdit(9, 4, kNoSettings, &parent);
-    new CAMSCurrencyEdit(kNoSettings, &parent);
-    new CAMSAlphanumericEdit(0, L"", &parent);
-    EXPECT_EQ(parent.findChildren<CAMSNumericEdit *>().size(), 2);
-    EXPECT_EQ(parent.findChildren<CAMSCurrencyEdit *>().size(), 1);
-    EXPECT_EQ(parent.findChildren<CAMSMaskedEdit *>().size(), 0);
-    EXPECT_EQ(parent.findChildren<CAMSEdit *>().size(), 3);
-}
-
-TEST(EditFamily, ADialogsFieldIsSetUpInItsOrder)
-{
-    const ToolkitForTests toolkit;
-    CAMSNumericEdit edit(9, 4);
-    edit.SetMaxWholeDigits(4);
-    edit.SetMaxDecimalPlaces(4);
-    edit.SetSeparators(L'.', L',');
-    edit.AllowNegative(false);
-    edit.SetRange(0.0, 1.0);
-    EXPECT_EQ(edit.GetFlags(), CannotBeNegative);
-    edit.SetDouble(12345.678912, true);
-    EXPECT_EQ(edit.GetText(), L"1234.6789");
-    EXPECT_EQ(edit.GetDouble(), 1234.6789);
-    edit.OnKillFocus(nullptr);
-    EXPECT_EQ(edit.GetText(), L"1234.6789") << "the range is never enforced";
 }
 
 // The widget and the fake box are one

@@ -46,26 +46,73 @@ auto Make(const PinnedSettings &settings, std::function<void(Edit &)> setUp = {}
     };
 }
 
-/// Runs the steps from the start, each row on an edit of its own, and compares what the box shows after every key: the
-/// text, the selection and that nothing has beeped. Returns the number of keys.
+inline auto Date(std::function<void(DateEdit &)> setUp = {})
+{
+    return Make<DateEdit>(kNoAnswers, std::move(setUp));
+}
+
+inline auto DayFirstDate(std::function<void(DateEdit &)> setUp = {})
+{
+    return Make<DateEdit>(kDayFirst, std::move(setUp));
+}
+
+/// A time of twelve hours, and one of twenty-four.
+inline auto Twelve(std::function<void(TimeEdit &)> setUp = {})
+{
+    return Make<TimeEdit>(kNoAnswers, std::move(setUp));
+}
+
+inline auto TwentyFour(std::function<void(TimeEdit &)> setUp = {})
+{
+    return Make<TimeEdit>(kTwentyFour, std::move(setUp));
+}
+
+/// A date and a time of twenty-four hours.
+inline auto Both(std::function<void(DateTimeEdit &)> setUp = {})
+{
+    return Make<DateTimeEdit>(kTwentyFour, std::move(setUp));
+}
+
+/// Every row on an edit of its own; a half typed text is in no valid form, so that is left.
 template <class MakeEdit>
 int TypeAll(MakeEdit make, const std::vector<Row> &rows)
 {
-    int count = 0;
-    for (const Row &row : rows) {
-        SCOPED_TRACE(Narrow(row.start) + " then " + Narrow(row.steps));
-        auto edit = make();
-        Place(*edit, row.start);
-        std::wistringstream stream(row.steps);
-        for (std::wstring step; stream >> step; ++count) {
-            const std::size_t arrow = step.find(L'>', step[0] == L'<' && step.size() > 2 ? step.find(L'>') + 1 : 1);
-            const std::wstring key = step.substr(0, arrow);
-            Press(*edit, key);
-            EXPECT_EQ(Narrow(Shown(edit->Picture())), Narrow(step.substr(arrow + 1))) << "after " << Narrow(step);
-        }
-        EXPECT_EQ(edit->beeps, 0);
+    return RunAll(make, rows, Form::Left);
+}
+
+/// An edit whose rule changes in the middle of a step of the user: when the focus leaves.
+template <class Edit>
+class ChangingWhenLeft : public Edit {
+public:
+    ChangingWhenLeft(const AMSEdit::IRegionalSettings &settings, std::function<void(Edit &)> change)
+        : Edit(settings, kNow), m_change(std::move(change))
+    {
     }
-    return count;
+    void OnKillFocus(AMSEdit::IEditSurface *newFocus) override
+    {
+        const typename Edit::Route route(*this);
+        m_change(*this);
+        Edit::OnKillFocus(newFocus);
+    }
+
+private:
+    std::function<void(Edit &)> m_change;
+};
+
+/// Types the keys, changes a rule within a step and goes back key by key: the texts of before the change come back in
+/// the form that they now have to have.
+template <class Edit>
+void ExpectUndoInFormBehindAChange(std::function<void(Edit &)> change, const std::vector<const wchar_t *> &keys)
+{
+    ChangingWhenLeft<Edit> edit(kNoAnswers, std::move(change));
+    for (const wchar_t *key : keys)
+        Press(edit, key);
+    edit.OnKillFocus(nullptr);
+    EXPECT_EQ(Narrow(edit.GetWindowText()), Narrow(edit.GetValidText())) << "behind the change";
+    for (std::size_t step = 0; step <= keys.size(); ++step) {
+        edit.OnUndo();
+        EXPECT_EQ(Narrow(edit.GetWindowText()), Narrow(edit.GetValidText())) << "undo " << step + 1;
+    }
 }
 
 /// A text set from outside, and what it becomes.

@@ -81,9 +81,12 @@ void Press(Edit &edit, const std::wstring &key)
         FAIL() << "no such key: " << Narrow(key);
 }
 
+/// Whether it is compared after every key that the text is in its valid form, or is not where "~" stands.
+enum class Form { Compared, Left };
+
 /// Runs the steps from the start; what the box shows is compared after every key. Returns the number of keys.
 template <class Edit>
-int Run(Edit &edit, const std::wstring &start, const std::wstring &steps)
+int Run(Edit &edit, const std::wstring &start, const std::wstring &steps, Form form = Form::Compared)
 {
     SCOPED_TRACE(Narrow(start) + " then " + Narrow(steps));
     Place(edit, start);
@@ -101,9 +104,11 @@ int Run(Edit &edit, const std::wstring &start, const std::wstring &steps)
             picture.pop_back();
         const int beepsBefore = edit.beeps;
         Press(edit, key);
-        EXPECT_EQ(Shown(edit.Picture()), picture) << "key " << count + 1 << ", " << Narrow(key);
+        EXPECT_EQ(Narrow(Shown(edit.Picture())), Narrow(picture)) << "key " << count + 1 << ", " << Narrow(key);
         EXPECT_EQ(edit.beeps - beepsBefore, beeps ? 1 : 0) << "key " << count + 1 << ", " << Narrow(key);
-        EXPECT_EQ(edit.GetWindowText() == edit.GetValidText(), !unsettled) << "key " << count + 1;
+        if (form == Form::Compared) {
+            EXPECT_EQ(edit.GetWindowText() == edit.GetValidText(), !unsettled) << "key " << count + 1;
+        }
     }
     return count;
 }
@@ -115,12 +120,12 @@ struct Row {
 
 /// Every row on a box of its own.
 template <class Make>
-int RunAll(Make make, const std::vector<Row> &rows)
+int RunAll(Make make, const std::vector<Row> &rows, Form form = Form::Compared)
 {
     int keys = 0;
     for (const Row &row : rows) {
         auto edit = make();
-        keys += Run(*edit, row.start, row.steps);
+        keys += Run(*edit, row.start, row.steps, form);
     }
     return keys;
 }

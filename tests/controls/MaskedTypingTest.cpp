@@ -2,6 +2,7 @@
 #include "controls/rules/MultiMaskedEdit.h"
 
 #include "tests/controls/KeySequence.h"
+#include "tests/controls/MaskSymbols.h"
 #include "tests/controls/PinnedSettings.h"
 
 #include <memory>
@@ -16,32 +17,17 @@ using MaskedEdit = TMaskedEdit<SequenceBox>;
 using MultiMaskedEdit = TMultiMaskedEdit<SequenceBox>;
 const CNoRegionalSettings kNoSettings;
 
-int isDigit(wchar_t character)
-{
-    return character >= L'0' && character <= L'9';
-}
-
-int isLetter(wchar_t character)
-{
-    return (character >= L'a' && character <= L'z') || (character >= L'A' && character <= L'Z');
-}
-
-wchar_t toUpper(wchar_t character)
-{
-    return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - L'a' + L'A') : character;
-}
-
 auto Alphanumeric(int maxCharacters, const wchar_t *invalid)
 {
     return [=] { return std::make_unique<AlphanumericEdit>(maxCharacters, invalid); };
 }
 
-/// "#" is a digit, "L" a letter, which becomes a capital.
+/// With the symbols of digits and letters.
 auto Masked(const wchar_t *mask)
 {
     return [=] {
         auto edit = std::make_unique<MaskedEdit>(mask);
-        edit->GetSymbolArray() = {Symbol(L'#', isDigit), Symbol(L'L', isLetter, toUpper)};
+        edit->GetSymbolArray() = mask_symbols::kDigitsAndLetters;
         return edit;
     };
 }
@@ -163,7 +149,7 @@ TEST(MaskedSymbol, WithoutFunctionsTakesEverythingAsItIs)
 
 TEST(MaskedSymbol, AsksItsFunctions)
 {
-    Symbol symbol(L'L', isLetter, toUpper);
+    Symbol symbol(L'L', mask_symbols::IsLetter, mask_symbols::ToUpper);
     EXPECT_TRUE(symbol.Validate(L'x'));
     EXPECT_FALSE(symbol.Validate(L'5'));
     EXPECT_EQ(symbol.Convert(L'x'), L'X');
@@ -282,6 +268,10 @@ TEST(Masked, TheValidFormFillsInLiteralsAndEndsAtTheFirstMisfit)
         {L"1234/", L"12/34"},
         {L"12/", L"12/"},
         {L"a1", L"A1"},
+        // The mask's own "#" and "L" are no literals: "#" is refused as what it stands for.
+        {L"#", L""},
+        {L"12/#", L"12/"},
+        {L"12/34-#", L"12/34-"},
     };
     for (const auto &[given, valid] : table) {
         auto edit = make();
@@ -299,7 +289,7 @@ TEST(Masked, LiteralsAtTheEndOfTheMaskMayBeFilledInWithoutTheCharacter)
 TEST(Masked, TheFirstSymbolThatFitsCounts)
 {
     MaskedEdit edit(L"ab");
-    edit.GetSymbolArray() = {Symbol(L'a', isLetter), Symbol(L'b', nullptr, toUpper)};
+    edit.GetSymbolArray() = {Symbol(L'a', mask_symbols::IsLetter), Symbol(L'b', nullptr, mask_symbols::ToUpper)};
     EXPECT_EQ(after(edit, L"xy"), L"xy") << "both by the first symbol";
     sequence::Run(edit, L"|", L"x>x|");
     edit.OnChar(L'y', 1, 0);
@@ -350,7 +340,7 @@ TEST(Masked, TheHookRefusesWhatTheRulesAccept)
 {
     class Vetoing : public MaskedEdit {
     public:
-        Vetoing() : TValidatingEdit(L"#/#") { GetSymbolArray() = {Symbol(L'#', isDigit)}; }
+        Vetoing() : TValidatingEdit(L"#/#") { GetSymbolArray() = mask_symbols::kDigits; }
         bool ShouldEnter(wchar_t character) override { return character == L'1'; }
     };
     RunAll([] { return std::make_unique<Vetoing>(); }, {{L"|", L"2>| 1>1| />1| 2>1| 1>1/1|"}, {L"1|", L"<BS>>1|"}});
@@ -451,7 +441,7 @@ TEST(MultiMasked, ANumericMaskNeverLeavesTheSeparatorsEqual)
 TEST(MultiMasked, AnyOtherMaskIsMasked)
 {
     MultiMaskedEdit edit(kNoSettings);
-    edit.GetSymbolArray() = {Symbol(L'#', isDigit)};
+    edit.GetSymbolArray() = mask_symbols::kDigits;
     edit.SetMask(L"##/##");
     EXPECT_EQ(edit.CurrentKind(), MaskChoice::Kind::Masked);
     EXPECT_EQ(edit.GetMask(), L"##/##");
@@ -461,7 +451,7 @@ TEST(MultiMasked, AnyOtherMaskIsMasked)
 TEST(MultiMasked, ANewMaskPutsTheTextInItsForm)
 {
     MultiMaskedEdit edit(kNoSettings);
-    edit.GetSymbolArray() = {Symbol(L'#', isDigit)};
+    edit.GetSymbolArray() = mask_symbols::kDigits;
     edit.SetWindowText(L"a1234");
     edit.SetMask(L"####.#");
     EXPECT_EQ(edit.GetText(), L"1234");

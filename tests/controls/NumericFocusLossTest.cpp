@@ -342,6 +342,16 @@ TEST(NumericRange, AdjustingSetsTheBoundThatIsExceeded)
     }
 }
 
+TEST(NumericRange, ATextBeyondTheRulesIsCutBeforeItIsAdjusted)
+{
+    NumericEdit edit; // of four whole digits
+    edit.SetRange(0, 2000);
+    edit.ReplaceSel(L"123456", true); // past the filter
+    ASSERT_FALSE(edit.IsValid());
+    edit.AdjustWithinRange();
+    EXPECT_EQ(edit.GetText(), L"1234") << "within the range once it is cut";
+}
+
 TEST(NumericRange, AValidValueIsNotTouched)
 {
     NumericEdit edit;

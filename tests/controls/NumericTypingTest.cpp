@@ -396,3 +396,13 @@ TEST(NumericTyping, TheHookRefusesWhatTheRulesAccept)
                   {L"$_|-1", L"->$_|-1"},
                   {L"|$_1", L"$>|$_1 5>|$_1"}});
 }
+
+TEST(NumericTyping, ABoxTooShortForItsPrefixDoesNotHang)
+{
+    auto edit = Numeric(kMoney)();
+    edit->SetMaxLength(1);
+    edit->Type(L'5');
+    EXPECT_EQ(edit->GetText(), L"$");
+    edit->Type(L'5');
+    EXPECT_EQ(edit->GetText(), L"$");
+}

@@ -13,21 +13,6 @@ void WithSecondsShown(TimeEdit &edit)
     edit.ShowSeconds(true);
 }
 
-auto Twelve(std::function<void(TimeEdit &)> setUp = {})
-{
-    return Make<TimeEdit>(kNoAnswers, std::move(setUp));
-}
-
-auto TwentyFour(std::function<void(TimeEdit &)> setUp = {})
-{
-    return Make<TimeEdit>(kTwentyFour, std::move(setUp));
-}
-
-auto Both(std::function<void(DateTimeEdit &)> setUp = {})
-{
-    return Make<DateTimeEdit>(kTwentyFour, std::move(setUp));
-}
-
 } // namespace
 
 TEST(TimeTyping, DigitsAndSeparatorsFillTheFields)
@@ -167,6 +152,11 @@ TEST(TimeTyping, UpAndDownOnTheFieldOfAmAndPmFlipIt)
                        {L"09:30|_AM", L"<Up>>09:31|_AM"}});
 }
 
+TEST(TimeTyping, AHalfTypedFieldOfAmAndPmIsNotFlipped)
+{
+    TypeAll(Twelve(), {{L"09:30_AM|", L"<BS>>09:30_A| <Up>>09:30_A| <Down>>09:30_A| <BS>>09:30_| <Up>>09:30_|"}});
+}
+
 TEST(TimeTyping, AStepFromAHalfTypedFieldLeadsToItsSmallestValueAndCompletesTheMorning)
 {
     TypeAll(Twelve(), {{L"|", L"<Up>>|01 <Up>>|02"}, {L"|", L"9>09| :>09:| <Up>>09:|00_AM"}});
@@ -193,6 +183,17 @@ TEST(TimeTyping, AReadOnlyBoxIgnoresKeys)
     }
     Press(*edit, L"<Up>");
     EXPECT_EQ(edit->GetWindowText(), L"09:30 AM");
+}
+
+TEST(DateTimeTyping, AReadOnlyBoxIgnoresKeysAtTheBlankToo)
+{
+    auto edit = Both()();
+    Place(*edit, L"06/15/2000|_13:45");
+    edit->SetReadOnly(true);
+    for (const wchar_t *key : {L"1", L"_"}) {
+        Press(*edit, key);
+        EXPECT_EQ(Shown(edit->Picture()), L"06/15/2000|_13:45") << Narrow(key);
+    }
 }
 
 TEST(TimeTyping, AVetoedCharacterChangesNothing)
