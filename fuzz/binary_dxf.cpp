@@ -1,16 +1,9 @@
 // Binary DXF from anywhere, and the text codecs over what it holds.
+#include "fuzz/Require.h"
 #include "host/drawing/dxf/BinaryDxf.h"
 #include "host/drawing/dxf/TextCodec.h"
 
-#include <cstdlib>
-
 namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 /// What was decoded comes back the same however often it is written and read. In a double-byte page, half a pair before
 /// an escape may join with it, so there only the reading itself is tried.

@@ -1,30 +1,26 @@
 // Date and time edits under random keys, pastes, sets, ranges and flags: no crash, the caret inside the text, every set
 // ends in a form that stays, and keys alone never make a whole text that is no value of the range.
+#include "fuzz/Require.h"
+#include "tests/controls/EditOps.h"
 #include "tests/controls/FakeEditBox.h"
 
 #include "controls/rules/DateTimeEdits.h"
 #include "controls/rules/MultiMaskedEdit.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 using namespace AMSEdit;
+using edit_ops::Bytes;
 
 namespace {
 
-class Bytes {
-public:
-    Bytes(const std::uint8_t *data, std::size_t size) : m_data(data), m_size(size) {}
-    bool Empty() const { return m_at == m_size; }
-    unsigned Next() { return Empty() ? 0 : m_data[m_at++]; }
-    int Number() { return static_cast<int>(Next() << 8 | Next()); }
-
-private:
-    const std::uint8_t *m_data;
-    std::size_t m_size;
-    std::size_t m_at = 0;
-};
+/// Two bytes, the higher one first.
+int numberOf(Bytes &bytes)
+{
+    const unsigned high = bytes.Next();
+    return static_cast<int>(high << 8 | bytes.Next());
+}
 
 class Clock : public IClock {
     CalendarTime Now() const override { return {2026, 11, 21, 13, 45, 30}; }
@@ -57,18 +53,12 @@ private:
     unsigned m_bits;
 };
 
-void demand(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
 constexpr std::wstring_view kCharacters = L"0123456789//::.. -APMapmdox\x10d\b";
 constexpr unsigned kKeys[] = {kKeyLeft, kKeyRight, kKeyHome, kKeyEnd, kKeyUp, kKeyDown, kKeyDelete};
 
 CalendarTime limitOf(Bytes &bytes)
 {
-    const int year = bytes.Number() % 10500 - 100;
+    const int year = numberOf(bytes) % 10500 - 100;
     const int month = static_cast<int>(bytes.Next() % 16) - 1, day = static_cast<int>(bytes.Next() % 36) - 2;
     return {year, month, day, static_cast<int>(bytes.Next() % 26), static_cast<int>(bytes.Next() % 62), 0};
 }
@@ -88,20 +78,20 @@ public:
 
     void Go()
     {
-        while (!m_bytes.Empty()) {
+        while (!m_bytes.AtEnd()) {
             Step();
             const auto [start, end] = m_edit.GetSel();
             const std::wstring text = m_edit.GetWindowText();
-            demand(start >= 0 && start <= end && end <= static_cast<int>(text.size()));
+            require(start >= 0 && start <= end && end <= static_cast<int>(text.size()));
             if (m_settled)
-                demand(text == m_edit.GetValidText());
+                require(text == m_edit.GetValidText());
             if (m_settled && m_rangeFits && !text.empty())
-                demand(m_edit.IsValid());
+                require(m_edit.IsValid());
             if (m_typedOnly && m_rangeFits && m_wholeLength != 0 && text.size() >= m_wholeLength)
-                demand(text.size() == m_wholeLength && m_edit.IsValid());
+                require(text.size() == m_wholeLength && m_edit.IsValid());
         }
         m_edit.SetWindowText(m_edit.GetValidText());
-        demand(m_edit.GetWindowText() == m_edit.GetValidText());
+        require(m_edit.GetWindowText() == m_edit.GetValidText());
     }
 
 private:
@@ -154,23 +144,94 @@ private:
 
     void Change()
     {
-        const unsigned what = m_bytes.Next();
-        if (what < 64) {
-            const CalendarTime min = limitOf(m_bytes), max = limitOf(m_bytes);
-            m_edit.SetRange(min, max);
-            // Only a range of whole days is sure to hold what the keys of both parts make.
-            m_rangeFits = min.IsValid() && max.IsValid() && Fits(min, max);
-        } else {
-            if constexpr (std::is_base_of_v<DateBehavior, Edit>)
-                m_edit.ShowDayBeforeMonth(what & 1);
-            if constexpr (std::is_base_of_v<TimeBehavior, Edit>) {
-                m_edit.ShowSeconds(what & 2);
-                m_edit.Show24HourFormat(what & 4);
-            }
-            if constexpr (std::is_base_of_v<DateTimeBehavior, Edit>)
-                m_edit.ModifyFlags(what & 8 ? DateOnly : 0U, what & 16 ? TimeOnly : 0U);
-            m_edit.Redraw();
+        const std::wstring before = m_edit.GetWindowText();
+        switch (m_bytes.Below(8)) {
+        case 0:
+        case 1:
+            ChangeRange();
+            break;
+        case 2:
+            ChangeSeparators();
+            break;
+        case 3:
+            ChangeSymbols();
+            break;
+        case 4:
+            SetValues();
+            break;
+        default:
+            ChangeFlags();
+            break;
         }
+        // What sets the text leaves it in its valid form by itself.
+        if (m_edit.GetWindowText() == before)
+            m_edit.Redraw();
+    }
+
+    void ChangeRange()
+    {
+        const CalendarTime min = limitOf(m_bytes), max = limitOf(m_bytes);
+        m_edit.SetRange(min, max);
+        // Only a range of whole days is sure to hold what the keys of both parts make.
+        m_rangeFits = min.IsValid() && max.IsValid() && Fits(min, max);
+    }
+
+    void ChangeSeparators()
+    {
+        static constexpr wchar_t separators[] = {L'/', L'.', L':', L'-'};
+        const wchar_t first = separators[m_bytes.Below(std::size(separators))];
+        const wchar_t second = separators[m_bytes.Below(std::size(separators))];
+        if constexpr (std::is_base_of_v<DateTimeBehavior, Edit>) {
+            m_edit.SetDateSeparator(first);
+            m_edit.SetTimeSeparator(second);
+        } else {
+            m_edit.SetSeparator(first);
+        }
+    }
+
+    void ChangeSymbols()
+    {
+        static const wchar_t *const texts[] = {L"AM", L"PM", L"dop.", L"odp.", L"", L"x"};
+        const wchar_t *const am = texts[m_bytes.Below(std::size(texts))];
+        const wchar_t *const pm = texts[m_bytes.Below(std::size(texts))];
+        if constexpr (std::is_base_of_v<TimeBehavior, Edit>)
+            m_edit.SetAMPMSymbols(am, pm);
+    }
+
+    void SetValues()
+    {
+        const CalendarTime value = limitOf(m_bytes);
+        const unsigned what = m_bytes.Next();
+        const bool byFields = what & 1;
+        if constexpr (std::is_base_of_v<DateBehavior, Edit>) {
+            if (byFields)
+                m_edit.SetDate(value.GetYear(), value.GetMonth(), value.GetDay());
+            else if (what & 2)
+                m_edit.SetDate(value);
+        }
+        if constexpr (std::is_base_of_v<TimeBehavior, Edit>) {
+            if (byFields)
+                m_edit.SetTime(value.GetHour(), value.GetMinute(), value.GetSecond(), what & 4 ? L"PM" : L"");
+            else if (what & 4)
+                m_edit.SetTime(value);
+        }
+        if constexpr (std::is_base_of_v<DateTimeBehavior, Edit>) {
+            if (what & 8)
+                m_edit.SetDateTime(value);
+        }
+    }
+
+    void ChangeFlags()
+    {
+        const unsigned what = m_bytes.Next();
+        if constexpr (std::is_base_of_v<DateBehavior, Edit>)
+            m_edit.ShowDayBeforeMonth(what & 1);
+        if constexpr (std::is_base_of_v<TimeBehavior, Edit>) {
+            m_edit.ShowSeconds(what & 2);
+            m_edit.Show24HourFormat(what & 4);
+        }
+        if constexpr (std::is_base_of_v<DateTimeBehavior, Edit>)
+            m_edit.ModifyFlags(what & 8 ? DateOnly : 0U, what & 16 ? TimeOnly : 0U);
     }
 
     static bool Fits(const CalendarTime &min, const CalendarTime &max)
@@ -219,7 +280,7 @@ void runMultiMasked(const Settings &settings, Bytes &bytes)
         L"##/##/#### ##:##:##", L"##/##/####", L"##:##", L"#,###.##", L"(##) ##", L"x"};
     const Clock clock;
     TMultiMaskedEdit<FakeEditBox> edit(settings, clock);
-    while (!bytes.Empty()) {
+    while (!bytes.AtEnd()) {
         const unsigned what = bytes.Next();
         if (what < 20)
             edit.SetMask(kMasks[what % std::size(kMasks)]);
@@ -232,7 +293,7 @@ void runMultiMasked(const Settings &settings, Bytes &bytes)
         else
             edit.Type(kCharacters[what % kCharacters.size()]);
         const auto [start, end] = edit.GetSel();
-        demand(start >= 0 && start <= end && end <= static_cast<int>(edit.GetWindowText().size()));
+        require(start >= 0 && start <= end && end <= static_cast<int>(edit.GetWindowText().size()));
     }
 }
 

@@ -1,24 +1,14 @@
 // Drawing files: whatever the bytes, what is read can be written, read again and written to the same text; edits reach
 // the file; and nothing that was kept unread is lost on the way.
+#include "fuzz/Require.h"
 #include "host/drawing/Blocks.h"
 #include "host/drawing/CurvePath.h"
 #include "host/drawing/DrawingData.h"
 #include "host/editor/CurvePieces.h"
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace {
 
 using namespace velmor;
-
-void require(bool holds, const char *what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
 
 constexpr char kKey[] = "FUZZ_KEY";
 const DataItems kItems{{1, L"a text"}, {40, 0.1}, {90, std::int64_t{-7}}};

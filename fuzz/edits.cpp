@@ -5,6 +5,7 @@
 
 #include "tests/controls/EditOps.h"
 #include "tests/controls/FakeEditBox.h"
+#include "tests/controls/MaskSymbols.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -189,29 +190,12 @@ void alphanumeric(Bytes &bytes)
         [](const std::wstring &) { return false; });
 }
 
-int isDigit(wchar_t character)
-{
-    return character >= L'0' && character <= L'9';
-}
-
-int isLetter(wchar_t character)
-{
-    return (character >= L'a' && character <= L'z') || (character >= L'A' && character <= L'Z');
-}
-
-wchar_t toUpper(wchar_t character)
-{
-    return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - L'a' + L'A') : character;
-}
-
-const std::vector<Symbol> kSymbols = {Symbol(L'#', isDigit), Symbol(L'L', isLetter, toUpper)};
-
 void masked(Bytes &bytes)
 {
     static const wchar_t *const masks[] = {L"", L"##/##", L"(##) L-#", L"//", L"#%", L"LLL###", L"--#"};
     class Edit : public TMaskedEdit<QuietBox> {
     public:
-        Edit() : TValidatingEdit(L"##/##") { GetSymbolArray() = kSymbols; }
+        Edit() : TValidatingEdit(L"##/##") { GetSymbolArray() = mask_symbols::kDigitsAndLetters; }
     } edit;
     // A mask of random characters may have literals that a symbol takes too: then only the caret and the end of the
     // filter's turns are promised.
@@ -226,7 +210,7 @@ void multiMasked(Bytes &bytes)
     static const wchar_t *const masks[] = {L"", L"xxxx", L"#", L"###,###.##", L"$ ##.#", L"##/##", L"#-L", L"(#)"};
     class Edit : public TMultiMaskedEdit<QuietBox> {
     public:
-        Edit() : TMultiMaskedEdit(CNoRegionalSettings()) { GetSymbolArray() = kSymbols; }
+        Edit() : TMultiMaskedEdit(CNoRegionalSettings()) { GetSymbolArray() = mask_symbols::kDigitsAndLetters; }
     } edit;
     run(
         edit, bytes,

@@ -1,20 +1,10 @@
 // The flow table: whatever stands in the file, the table is filled within its bounds and answers every question.
 #include "catalog/ATV118FlowTable.h"
 #include "fuzz/CatalogContract.h"
+#include "fuzz/Require.h"
 
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
-
-namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

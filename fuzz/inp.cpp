@@ -1,19 +1,9 @@
 // Network files: whatever the bytes, an import is whole or leaves the drawing alone, and what it counted is there.
+#include "fuzz/Require.h"
 #include "host/network/Network.h"
 #include "host/network/NetworkData.h"
 
 #include <cmath>
-#include <cstdlib>
-
-namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
@@ -33,8 +23,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(drawing->modelSpace().entities().size() == result.sections + result.nodes + result.polygons);
     for (const auto &section : network.sections()) {
         require(section->GetStartingNode() && section->GetEndingNode());
-        const auto &entity = dynamic_cast<const AcDbEntity &>(
-            *drawing->findByHandle(section->GetObjectId().handle().value()));
+        const auto &entity =
+            dynamic_cast<const AcDbEntity &>(*drawing->findByHandle(section->GetObjectId().handle().value()));
         const auto ends = velmor::endsOf(entity);
         require(ends && std::isfinite(ends->start.x) && std::isfinite(section->GetLength2D()));
         require(section->GetLength2D() >= 0.0);

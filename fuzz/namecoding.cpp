@@ -2,19 +2,9 @@
 // has a name.
 #include "catalog/NameCoding.h"
 #include "fuzz/CatalogContract.h"
+#include "fuzz/Require.h"
 
 #include <cstdint>
-#include <cstdlib>
-
-namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -1,21 +1,11 @@
 // Files of points: what is read is finite, and reads back the same however it is separated.
 #include "app/RegionReport.h"
+#include "fuzz/Require.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
-
-namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -1,6 +1,7 @@
 // Scripts and typed lines: whatever they say, the program goes on, and a wrong line has a reason with its place. The
 // commands that read and write files are taken out, by their names.
 #include "app/Script.h"
+#include "fuzz/Require.h"
 #include "host/editor/CommandStack.h"
 #include "host/services/Services.h"
 #include "tests/app/ScriptDialog.h"
@@ -8,21 +9,12 @@
 #include <QApplication>
 
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <sstream>
 
 namespace {
 
 using namespace velmor;
-
-void require(bool holds, const char *what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
 
 std::string withoutFileCommands(std::string text)
 {

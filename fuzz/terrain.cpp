@@ -2,19 +2,13 @@
 #include "catalog/NameCoding.h"
 #include "catalog/ZEMTerrainTypeCatalog.h"
 #include "fuzz/CatalogContract.h"
+#include "fuzz/Require.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 struct List {
     CStringArray names;
