@@ -68,10 +68,18 @@ void ChangeLog::begin(const std::wstring &name)
     m_runs.push_back({m_changes.size(), m_drawing.priv().nextHandle, name});
 }
 
+void ChangeLog::giveUp()
+{
+    if (!m_runs.empty())
+        m_runs.back().givenUp = true;
+}
+
 void ChangeLog::keep()
 {
     if (m_runs.empty())
         return;
+    if (m_runs.back().givenUp)
+        return takeBack();
     const Run run = std::move(m_runs.back());
     m_runs.pop_back();
     if (m_runs.empty())
@@ -82,6 +90,8 @@ void ChangeLog::keepForGood()
 {
     if (m_runs.empty())
         return;
+    if (m_runs.back().givenUp)
+        return takeBack();
     const Run run = std::move(m_runs.back());
     m_runs.pop_back();
     // What the work around it did before is a step before this one.

@@ -70,6 +70,8 @@ public:
     void keepForGood();
     /// Ends the innermost run and takes its changes back, the last one first.
     void takeBack();
+    /// Whatever ends the innermost run: it takes its changes back.
+    void giveUp();
     bool isRunning() const { return !m_runs.empty(); }
 
     // Steps
@@ -132,6 +134,7 @@ private:
         std::size_t first; ///< of its changes
         std::uint64_t handles;
         std::wstring name;
+        bool givenUp = false;
     };
     bool hasChanges() const;
     void note(Change change);

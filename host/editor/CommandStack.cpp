@@ -1,5 +1,6 @@
 #include "host/editor/CommandStack.h"
 
+#include "host/drawing/ChangeLog.h"
 #include "host/drawing/Journal.h"
 #include "host/editor/Asker.h"
 #include "host/editor/CommandTable.h"
@@ -221,6 +222,11 @@ RunStatus CommandStack::runEntry(const CommandEntry &entry, std::span<const Answ
         } else {
             status = drive(*running.factory(), answers, askSession);
         }
+        // A command that was left or could not do its work has done nothing.
+        const bool left =
+            status == RunStatus::Cancelled || status == RunStatus::Failed || status == RunStatus::BadInput;
+        if (left && m_session.drawing())
+            m_session.drawing()->component<ChangeLog>().giveUp();
     });
     m_running.pop_back();
     return finished ? status : RunStatus::Failed;

@@ -1,5 +1,6 @@
 // Undo and redo as a user works with them: commands, handlers of dialogs, marks.
 #include "host/drawing/ChangeLog.h"
+#include "host/editor/Asker.h"
 #include "host/editor/Guarded.h"
 #include "host/editor/LineworkCache.h"
 #include "host/editor/UndoHistory.h"
@@ -120,6 +121,24 @@ TEST_F(Undo, ACancelledOrRefusedCommandIsNoStep)
     EXPECT_EQ(session.commands().start(L"LAYER", escape), RunStatus::Cancelled);
     EXPECT_EQ(run(L"LAYER", {L"no/name"}), RunStatus::BadInput);
     EXPECT_EQ(history().undoCount(), 0u);
+}
+
+TEST_F(Undo, ACommandThatIsLeftBehindItsFirstChangeHasDoneNothing)
+{
+    session.commands().addWork(L"HALF", 0, [](Asker &asker) {
+        asker.drawing().append(std::make_unique<AcDbLine>());
+        asker.drawing().ensureLayer(L"Half");
+        asker.onlyPoint("ui.prompt.layer");
+        return Command::Next::Commit;
+    });
+    const std::string before = drawing().write();
+    const std::vector<Answer> escape{{Answer::Escape{}}};
+    EXPECT_EQ(session.commands().start(L"HALF", escape), RunStatus::Cancelled);
+    EXPECT_EQ(drawing().write(), before);
+    EXPECT_EQ(history().undoCount(), 0u);
+    const std::vector<Answer> point{{AcGePoint3d(1, 2)}};
+    EXPECT_EQ(session.commands().start(L"HALF", point), RunStatus::Done);
+    EXPECT_EQ(history().undoCount(), 1u);
 }
 
 TEST_F(Undo, TakesAsManyStepsAsAreAskedForOrAll)
