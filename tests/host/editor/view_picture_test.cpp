@@ -276,8 +276,8 @@ TEST_F(Picture, WhatFallsInOnePixelIsStillSeen)
 TEST_F(Picture, DeepInsideOfALargeDrawingLinesStandWhereTheyAre)
 {
     line(0, 0, 1e6, 1e6);
-    const double x = 312'345.1234567, y = 687'654.3217654;
-    line(x, y - 1, x, y + 1); // upright
+    const double x = 312'345.1171, y = 687'654.1171; // between two floats
+    line(x, y - 1, x, y + 1);                        // upright
     view.centerX = x;
     view.centerY = y;
     view.pixelsPerUnit = 5e4; // a float's step would be hundreds of pixels
