@@ -188,6 +188,8 @@ void Viewport::remember(Gesture gesture)
 void Viewport::viewMoved()
 {
     m_showEverythingNext = false;
+    if (m_box)
+        m_box->from = m_view.toView(m_box->corner.x, m_box->corner.y);
     if (m_box || !m_preview.empty())
         updatePreview();
     update();

@@ -112,8 +112,9 @@ protected:
 private:
     enum class Asked { Nothing, Point, Entity, Selection, Text };
     enum class Gesture { None, Wheel, Pan }; ///< changes of the view that go on
-    struct Box {                             ///< a window that is being drawn, in pixels of the view
-        QPointF from, to;
+    struct Box {                             ///< a window that is being drawn
+        AcGePoint3d corner;                  ///< the first one, where it stays when the view moves
+        QPointF from, to;                    ///< in pixels of the view
         bool isZoom = false;
         bool isDragged = false; ///< the button is down since its first corner
         bool removes = false;

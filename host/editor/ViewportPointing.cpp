@@ -323,7 +323,7 @@ void Viewport::pressLeft(const QPointF &position, bool shift)
         return finishBox();
     }
     if (m_waitsForZoomWindow) {
-        m_box = Box{position, position, true, true, false};
+        m_box = Box{m_view.toWorld(position), position, position, true, true, false};
         return;
     }
     m_showEverythingNext = false; // what is drawn by clicks must not move under the pointer
@@ -342,7 +342,7 @@ void Viewport::pressLeft(const QPointF &position, bool shift)
     } else if (hovered() != nullptr) {
         pickCandidate(position, shift);
     } else {
-        m_box = Box{position, position, false, true, shift};
+        m_box = Box{m_view.toWorld(position), position, position, false, true, shift};
     }
 }
 

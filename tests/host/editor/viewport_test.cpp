@@ -262,6 +262,19 @@ TEST_F(View, TwoClicksIntoTheOpenAreAWindowWithAPreview)
     EXPECT_THAT(viewport.preview(), IsEmpty());
 }
 
+TEST_F(View, TheFirstCornerOfAWindowStaysInTheDrawingWhenTheViewMoves)
+{
+    AcDbEntity &inside = line(20, 20, 30, 25);
+    show();
+    click(15, 15);
+    wheel({400, 300}, -3);
+    QTest::keyClick(&viewport, Qt::Key_Left);
+    move(40, 30);
+    EXPECT_THAT(viewport.preview(), ElementsAre(idOf(inside)));
+    click(40, 30);
+    EXPECT_THAT(selection(), ElementsAre(idOf(inside)));
+}
+
 TEST_F(View, EscapeDropsAWindowAndKeepsTheSelection)
 {
     AcDbEntity &a = line(10, 10, 30, 10);
