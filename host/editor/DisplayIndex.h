@@ -115,9 +115,6 @@ public:
     bool isVisible(const Item &item) const { return isVisible(m_pens[item.pen]); }
     /// Extents of everything visible.
     Extents visibleExtents();
-    /// The entity's number; none when it does not stand in model space.
-    std::optional<std::uint32_t> numberOf(const AcDbEntity &entity);
-
     std::size_t memoryBytes() const;
     /// How often it was built from nothing; for tests.
     std::size_t builds() const { return m_builds; }
@@ -155,6 +152,8 @@ private:
     }
 
     void bringUpToDate();
+    /// The entity's number; none when it does not stand in model space.
+    std::optional<std::uint32_t> numberOf(const AcDbEntity &entity) const;
     void build();
     void measureReferences();
     void checkLayers();
