@@ -1,5 +1,6 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
+#include "host/editor/Loading.h"
 #include "host/editor/QuestionCommand.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
@@ -49,7 +50,11 @@ Command::Next newDrawing(Session &session)
 Command::Next openDrawing(Session &session, const std::wstring &file)
 {
     const auto path = pathFromText(file);
-    LoadResult loaded = Drawing::load(path);
+    LoadResult loaded = loadShown(session, path);
+    if (loaded.status == FileStatus::Cancelled) {
+        session.status(wide(loaded.message));
+        return Command::Next::Revert;
+    }
     if (!loaded.drawing) {
         session.alert(wide(loaded.message));
         return Command::Next::BadInput;

@@ -7,6 +7,7 @@
 #include "host/editor/CommandLine.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/Completions.h"
+#include "host/editor/Loading.h"
 #include "host/editor/PointerTip.h"
 #include "host/editor/RecoveryQuestion.h"
 #include "host/editor/Theme.h"
@@ -153,7 +154,8 @@ MainWindow::~MainWindow()
     m_session.setPromptSource(nullptr);
 }
 
-OpenedFile readForWindow(const std::filesystem::path &file)
+OpenedFile readForWindow(const std::filesystem::path &file,
+                         const std::function<LoadResult(const std::filesystem::path &)> &load)
 {
     OpenedFile opened;
     const auto note = [&](const std::vector<std::string> &lines) {
@@ -181,7 +183,8 @@ OpenedFile readForWindow(const std::filesystem::path &file)
         opened.drawing = std::move(drawing);
         return opened;
     }
-    LoadResult loaded = Drawing::load(file);
+    LoadResult loaded = load ? load(file) : Drawing::load(file);
+    opened.cancelled = loaded.status == FileStatus::Cancelled;
     opened.message = loaded.message;
     opened.path = file;
     opened.damaged = loaded.report.damaged();
@@ -193,11 +196,16 @@ OpenedFile readForWindow(const std::filesystem::path &file)
 
 bool MainWindow::openFile(const std::filesystem::path &file)
 {
-    return showFile(readForWindow(file));
+    return showFile(
+        readForWindow(file, [this](const std::filesystem::path &path) { return loadShown(m_session, path); }));
 }
 
 bool MainWindow::showFile(OpenedFile opened)
 {
+    if (opened.cancelled) {
+        showStatus(wide(opened.message));
+        return false;
+    }
     if (!opened.drawing) {
         showFailure(opened.message);
         return false;

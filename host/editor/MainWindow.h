@@ -9,6 +9,7 @@
 #include <QMainWindow>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -30,10 +31,13 @@ struct OpenedFile {
     std::filesystem::path path;       ///< the drawing's own file; empty for an imported network
     std::vector<std::wstring> notes;  ///< what was found on the way, line by line
     bool damaged = false;
+    bool cancelled = false; ///< by the user, who need not be told
     std::string message;
 };
 /// Reads a drawing, or imports a network file (its name ends in .inp) into a new one.
-OpenedFile readForWindow(const std::filesystem::path &file);
+/// load reads the drawing; Drawing::load when there is none.
+OpenedFile readForWindow(const std::filesystem::path &file,
+                         const std::function<LoadResult(const std::filesystem::path &)> &load = {});
 
 /// One session's window. It answers the session's prompts by clicks in the drawing and by typed text.
 class MainWindow final : public QMainWindow, public SessionView, public ViewControl, public PromptSource {

@@ -1,0 +1,102 @@
+// Loading beside the window: progress, cancel, and what stays.
+#include "host/editor/Loading.h"
+#include "host/editor/MainWindow.h"
+#include "host/editor/RecoveryQuestion.h"
+
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace velmor {
+namespace {
+
+QProgressDialog *shownDialog()
+{
+    return qobject_cast<QProgressDialog *>(QApplication::activeModalWidget());
+}
+
+TEST(LoadingWindow, ALongLoadShowsItsProgressAndCanBeCancelled)
+{
+    QWidget window;
+    window.show();
+    int shown = 0;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &look, [&] {
+        QProgressDialog *dialog = shownDialog();
+        if (!dialog || dialog->value() < 250)
+            return;
+        ++shown;
+        EXPECT_FALSE(dialog->accessibleName().isEmpty());
+        dialog->findChild<QPushButton *>()->click();
+    });
+    look.start(10);
+    // As long as nobody cancels it.
+    const LoadResult result = loadBeside(window, "town.dxf", [](const LoadOptions &options) {
+        while (options.progress(0.5))
+            std::this_thread::yield();
+        LoadResult cancelled;
+        cancelled.status = FileStatus::Cancelled;
+        return cancelled;
+    });
+    EXPECT_EQ(result.status, FileStatus::Cancelled);
+    EXPECT_GE(shown, 1);
+    EXPECT_EQ(shownDialog(), nullptr);
+}
+
+TEST(LoadingWindow, AShortLoadShowsNothing)
+{
+    QWidget window;
+    window.show();
+    const LoadResult result = loadBeside(
+        window, "town.dxf", [](const LoadOptions &) { return Drawing::read(Drawing::createNew()->write()); });
+    EXPECT_TRUE(result.drawing);
+}
+
+TEST(LoadingWindow, TheFormerDrawingStaysWhenAFileCantBeOpened)
+{
+    Session session;
+    session.setDrawing(Drawing::createNew());
+    Drawing *former = session.drawing();
+    MainWindow window(session);
+    window.show();
+    OpenedFile cancelled;
+    cancelled.cancelled = true;
+    cancelled.message = "cancelled";
+    EXPECT_FALSE(window.showFile(std::move(cancelled)));
+    EXPECT_EQ(session.drawing(), former);
+}
+
+TEST(RecoveryBox, NamesFileAndTimeAndOffersThreeWays)
+{
+    LeftDrawing left;
+    left.path = "/plans/town.dxf";
+    left.time = std::filesystem::file_time_type::clock::now();
+    left.steps = 7;
+    RecoveryQuestion question(left);
+    EXPECT_TRUE(question.text().contains(QStringLiteral("/plans/town.dxf")));
+    EXPECT_TRUE(question.informativeText().contains(QStringLiteral("7")));
+    ASSERT_EQ(question.buttons().size(), 3);
+    const std::vector<LeftChoice> expected{LeftChoice::Recover, LeftChoice::OpenSaved, LeftChoice::KeepForLater};
+    std::vector<LeftChoice> chosen;
+    for (QMessageBox::ButtonRole role :
+         {QMessageBox::AcceptRole, QMessageBox::DestructiveRole, QMessageBox::RejectRole}) {
+        RecoveryQuestion each(left);
+        for (QAbstractButton *button : each.buttons())
+            if (each.buttonRole(button) == role)
+                QTimer::singleShot(0, button, &QAbstractButton::click);
+        each.exec();
+        chosen.push_back(each.choice());
+    }
+    EXPECT_EQ(chosen, expected);
+    RecoveryQuestion escaped(left);
+    QTimer::singleShot(0, &escaped, &QDialog::reject);
+    escaped.exec();
+    EXPECT_EQ(escaped.choice(), LeftChoice::KeepForLater);
+}
+
+} // namespace
+} // namespace velmor
