@@ -29,6 +29,7 @@ struct AreaRow {
     std::wstring mainArea; ///< GUID of an island's main area; empty for none
     AcGePoint3d centre;
     std::vector<Section> sections; ///< those that are in the network
+    bool operator==(const AreaRow &) const = default;
 };
 
 /// All areas in order of creation, hidden ones included.

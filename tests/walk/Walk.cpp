@@ -38,6 +38,12 @@ namespace {
 
 constexpr double kLeastContrast = 4.5;
 
+/// Labels that show what a person made: the name of the current section.
+bool isContent(const QWidget &label)
+{
+    return label.property("content").toBool() || label.property("controlId").toInt() == 266;
+}
+
 /// The toolkit's own windows: a desktop puts its own in their place, and what is inside of them is not ours to name.
 bool isToolkitsOwn(const QWidget &widget)
 {
@@ -129,7 +135,9 @@ QList<QMenu *> menusOf(const QWidget &window)
     QList<QMenu *> menus;
     if (const auto *menu = qobject_cast<const QMenu *>(&window))
         menus.append(const_cast<QMenu *>(menu));
-    menus += window.findChildren<QMenu *>();
+    for (QMenu *menu : window.findChildren<QMenu *>())
+        if (!menu->title().isEmpty()) // the toolkit's own for a bar without room has none
+            menus.append(menu);
     return menus;
 }
 
@@ -183,7 +191,7 @@ TextsByPlace textsOf(const QWidget &window)
         }
         if (widget->isWindow() || qobject_cast<const QDockWidget *>(widget))
             add(place, QStringLiteral("title"), widget->windowTitle());
-        if (const auto *label = qobject_cast<const QLabel *>(widget); label && !label->property("content").toBool())
+        if (const auto *label = qobject_cast<const QLabel *>(widget); label && !isContent(*label))
             add(place, QStringLiteral("text"), label->text());
         if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
             add(place, QStringLiteral("text"), button->text());
@@ -390,7 +398,8 @@ QStringList untranslated(const TextsByPlace &english, const TextsByPlace &croati
     static const std::set<QString> shared = {
         QStringLiteral("Velmor"), QStringLiteral("English"), QStringLiteral("Hrvatski"), QStringLiteral("Info"),
         QStringLiteral("Auto"),   QStringLiteral("DXF"),     QStringLiteral("PDF"),      QStringLiteral("ACI"),
-        QStringLiteral("velmor"), QStringLiteral("SWMM"),    QStringLiteral("JSON"),     QStringLiteral("CSV"),
+        QStringLiteral("velmor"), QStringLiteral("Zoom"),    QStringLiteral("ATV 118"),  QStringLiteral("SWMM"),
+        QStringLiteral("JSON"),   QStringLiteral("CSV"),
     };
     QStringList found;
     for (auto at = english.cbegin(); at != english.cend(); ++at) {

@@ -61,15 +61,6 @@ void LayerCounts::entityErased(AcDbEntity &entity, bool erased)
 
 // --- Model ----------------------------------------------------------------------------------------------------------
 
-namespace {
-
-bool sameLayer(const Layer &a, const Layer &b)
-{
-    return a.name == b.name && a.color == b.color && a.on == b.on && a.frozen == b.frozen && a.locked == b.locked;
-}
-
-} // namespace
-
 LayersModel::LayersModel(Change change, QObject *parent) : PanelModel(parent), m_change(std::move(change)) {}
 
 void LayersModel::setDrawing(Drawing *drawing)
@@ -89,7 +80,8 @@ std::vector<LayersModel::Row> LayersModel::read() const
     auto &counts = m_drawing->component<LayerCounts>();
     const auto layers = m_drawing->layers();
     for (std::size_t i = 0; i < layers.size(); ++i)
-        rows.push_back({i, layers[i], i == m_drawing->currentLayer(), counts.of(i)});
+        if (!layers[i].erased)
+            rows.push_back({i, layers[i], i == m_drawing->currentLayer(), counts.of(i)});
     return rows;
 }
 
@@ -98,29 +90,7 @@ void LayersModel::bringUpToDate()
     if (!m_drawing || m_drawing->revision() == m_revision)
         return;
     m_revision = m_drawing->revision();
-    std::vector<Row> now = read();
-    const bool sameOrder =
-        now.size() >= m_rows.size() && std::equal(m_rows.begin(), m_rows.end(), now.begin(),
-                                                  [](const Row &a, const Row &b) { return a.index == b.index; });
-    if (!sameOrder) {
-        beginResetModel();
-        m_rows = std::move(now);
-        endResetModel();
-        return;
-    }
-    for (std::size_t i = 0; i < m_rows.size(); ++i) {
-        const bool same = sameLayer(m_rows[i].layer, now[i].layer) && m_rows[i].current == now[i].current &&
-                          m_rows[i].entities == now[i].entities;
-        if (same)
-            continue;
-        m_rows[i] = std::move(now[i]);
-        Q_EMIT dataChanged(index(static_cast<int>(i), 0), index(static_cast<int>(i), ColumnCount - 1));
-    }
-    if (now.size() > m_rows.size()) {
-        beginInsertRows({}, rows(), static_cast<int>(now.size()) - 1);
-        m_rows.insert(m_rows.end(), std::make_move_iterator(now.begin() + rows()), std::make_move_iterator(now.end()));
-        endInsertRows();
-    }
+    takeRows(m_rows, read(), [](const Row &a, const Row &b) { return a.index == b.index; });
 }
 
 int LayersModel::rowOf(std::size_t layer) const

@@ -78,6 +78,12 @@ private:
         Layer layer;
         bool current = false;
         std::size_t entities = 0;
+        bool operator==(const Row &other) const
+        {
+            return index == other.index && layer.name == other.layer.name && layer.color == other.layer.color &&
+                   layer.on == other.layer.on && layer.frozen == other.layer.frozen &&
+                   layer.locked == other.layer.locked && current == other.current && entities == other.entities;
+        }
     };
     std::vector<Row> read() const;
     bool changeLayer(int row, const char *name, const std::function<void(Layer &)> &change);

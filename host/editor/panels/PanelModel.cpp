@@ -81,7 +81,7 @@ bool PanelOrder::lessThan(const QModelIndex &a, const QModelIndex &b) const
 
 bool PanelOrder::filterAcceptsRow(int row, const QModelIndex &) const
 {
-    return m_filter.isEmpty() || m_model.matches(row, m_filter);
+    return m_model.isShown(row) && (m_filter.isEmpty() || m_model.matches(row, m_filter));
 }
 
 QString asText(const QAbstractItemModel &model, const QList<int> &rows)

@@ -5,7 +5,9 @@
 #include <QSortFilterProxyModel>
 #include <QTableView>
 
+#include <algorithm>
 #include <string_view>
+#include <vector>
 
 namespace velmor {
 
@@ -18,6 +20,8 @@ public:
     virtual bool isLess(int column, int a, int b) const = 0;
     /// Whether a row is shown under a filter; the text is without blanks at its ends and not empty.
     virtual bool matches(int row, const QString &text) const = 0;
+    /// False for a row that the model keeps back whatever the filter says.
+    virtual bool isShown(int /*row*/) const { return true; }
     /// Name of the caption of a column, and of its explanation (a tip; null for none).
     virtual const char *caption(int column) const = 0;
     virtual const char *explanation(int /*column*/) const { return nullptr; }
@@ -38,6 +42,42 @@ protected:
     virtual int columns() const = 0;
     /// What a cell shows.
     virtual QString text(int row, int column) const = 0;
+
+    /// Takes up the rows as they are now with the fewest notices: rows that differ are told, and what came or went in
+    /// one place is inserted or removed there, so that a view keeps its place and what is selected. isSame: whether two
+    /// rows are about the same thing.
+    template <class Row, class IsSame>
+    void takeRows(std::vector<Row> &mine, std::vector<Row> now, IsSame isSame)
+    {
+        std::size_t front = 0, back = 0;
+        const std::size_t least = std::min(mine.size(), now.size());
+        while (front < least && isSame(mine[front], now[front]))
+            ++front;
+        while (back < least - front && isSame(mine[mine.size() - 1 - back], now[now.size() - 1 - back]))
+            ++back;
+        const auto from = static_cast<std::ptrdiff_t>(front);
+        if (mine.size() > front + back) {
+            beginRemoveRows({}, static_cast<int>(front), static_cast<int>(mine.size() - back) - 1);
+            mine.erase(mine.begin() + from, mine.end() - static_cast<std::ptrdiff_t>(back));
+            endRemoveRows();
+        }
+        if (now.size() > front + back) {
+            beginInsertRows({}, static_cast<int>(front), static_cast<int>(now.size() - back) - 1);
+            mine.insert(mine.begin() + from, now.begin() + from, now.end() - static_cast<std::ptrdiff_t>(back));
+            endInsertRows();
+        }
+        for (std::size_t i = 0; i < mine.size();) {
+            if (mine[i] == now[i]) {
+                ++i;
+                continue;
+            }
+            std::size_t end = i;
+            for (; end < mine.size() && !(mine[end] == now[end]); ++end)
+                mine[end] = std::move(now[end]);
+            Q_EMIT dataChanged(index(static_cast<int>(i), 0), index(static_cast<int>(end) - 1, columns() - 1));
+            i = end;
+        }
+    }
 };
 
 /// A model's rows in the order of a column, those that match a filter.
@@ -47,6 +87,8 @@ public:
     explicit PanelOrder(PanelModel &model, QObject *parent = nullptr);
     PanelModel &model() const { return m_model; }
     void setFilter(const QString &text);
+    /// What the model keeps back is other now.
+    void filterAgain() { invalidateRowsFilter(); }
     /// Row of the model behind a row that is shown.
     int sourceRow(int shownRow) const { return mapToSource(index(shownRow, 0)).row(); }
 

@@ -1,0 +1,172 @@
+// The panel of catchment areas, and what the panel of properties tells about an area.
+#include "host/editor/Captions.h"
+#include "host/editor/Selection.h"
+#include "host/editor/Session.h"
+#include "host/editor/panels/Panel.h"
+#include "host/editor/panels/PropertiesModel.h"
+#include "host/sewage/AreasModel.h"
+#include "host/sewage/CatchmentStore.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace velmor {
+
+namespace {
+
+constexpr double kMargin = 0.25, kLeastMargin = 10.0;
+constexpr int kHectareDecimals = 4;
+
+class AreasPanel final : public Panel {
+public:
+    explicit AreasPanel(Session &session) : m_session(session)
+    {
+        m_filter = new QLineEdit(this);
+        m_filter->setClearButtonEnabled(true);
+        m_zoom = new QPushButton(this);
+        m_copy = new QPushButton(this);
+        m_sums = new QLabel(this);
+        m_sums->setWordWrap(true);
+        m_table = new PanelTable(m_model, "ui.areas.table", this);
+        auto *row = new QHBoxLayout;
+        row->addWidget(m_filter, 1);
+        row->addWidget(m_zoom);
+        row->addWidget(m_copy);
+        auto *column = new QVBoxLayout(this);
+        column->addLayout(row);
+        column->addWidget(m_table, 1);
+        column->addWidget(m_sums);
+
+        keepCaptioned(this, [this] {
+            m_filter->setPlaceholderText(uiString("ui.areas.filter"));
+            m_filter->setAccessibleName(uiString("ui.areas.filter"));
+            m_zoom->setText(uiString("ui.areas.zoom"));
+            m_zoom->setToolTip(uiString("ui.areas.zoom.tip"));
+            m_copy->setText(uiString("ui.areas.copy"));
+            m_copy->setToolTip(uiString("ui.areas.copy.tip"));
+            setSums();
+        });
+        connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
+            m_table->order().setFilter(text);
+            setSums();
+        });
+        connect(m_filter, &QLineEdit::returnPressed, this, [this] { m_table->setFocus(); });
+        connect(m_zoom, &QPushButton::clicked, this, [this] { zoomTo(m_table->selectedRows()); });
+        connect(m_copy, &QPushButton::clicked, this, [this] { m_table->copyRows(); });
+        connect(m_table, &PanelTable::chosen, this, [this](const QList<int> &rows) { zoomTo(rows); });
+    }
+
+    void setDrawing(Drawing *drawing) override
+    {
+        m_model.setDrawing(drawing);
+        setSums();
+    }
+
+    void bringUpToDate() override
+    {
+        const bool first = m_model.rowCount() == 0;
+        m_model.bringUpToDate();
+        if (first && m_model.rowCount() > 0)
+            m_table->resizeColumnsToContents();
+        setSums();
+    }
+
+private:
+    /// Sums of what is shown, a line for each type that is there.
+    void setSums()
+    {
+        QList<int> rows;
+        for (int row = 0; row < m_table->order().rowCount(); ++row)
+            rows.append(m_table->order().sourceRow(row));
+        const AreaSums sums = m_model.sumsOf(rows);
+        const auto line = [](const QString &name, const TypeSum &sum) {
+            return uiString("ui.areas.sum")
+                .arg(name)
+                .arg(sum.areas)
+                .arg(numberText(sum.gross, kHectareDecimals), numberText(sum.net, kHectareDecimals));
+        };
+        QStringList lines;
+        for (std::size_t bit = 0; bit < sums.byType.size(); ++bit)
+            if (sums.byType[bit].areas > 0)
+                lines.append(line(areaTypeWords(1 << bit), sums.byType[bit]));
+        lines.append(line(uiString("ui.areas.total"), sums.all));
+        m_sums->setText(lines.join(QLatin1Char('\n')));
+    }
+
+    void zoomTo(const QList<int> &rows)
+    {
+        Drawing *drawing = m_session.drawing();
+        if (!drawing)
+            return;
+        auto &store = drawing->component<CatchmentStore>();
+        AcDbObjectIdArray ids;
+        Extents extents;
+        for (const int row : rows)
+            if (const CatchmentStore::AreaPtr area = store.byGuid(m_model.area(row).guid); area && area->entity()) {
+                ids.push_back(area->GetObjectId());
+                extents.add(extentsOf(*area->entity()));
+            }
+        drawing->component<Selection>().set(ids);
+        if (extents.isEmpty() || !m_session.view())
+            return;
+        extents.grow(
+            std::max(kLeastMargin, kMargin * std::max(extents.maxX - extents.minX, extents.maxY - extents.minY)));
+        m_session.view()->zoomTo(extents);
+    }
+
+    Session &m_session;
+    AreasModel m_model;
+    PanelTable *m_table;
+    QLineEdit *m_filter;
+    QPushButton *m_zoom, *m_copy;
+    QLabel *m_sums;
+};
+
+const PanelRegistration registration({.name = "areas",
+                                      .title = "ui.view.areas",
+                                      .key = "Ctrl+4",
+                                      .onTheRight = false,
+                                      .shown = false,
+                                      .make = [](Session &session) -> Panel * { return new AreasPanel(session); }});
+
+/// An area's outline, and a section with the areas that drain to it.
+void addAreaRows(Drawing &drawing, AcDbEntity &entity, PropertyRows &rows)
+{
+    auto &store = drawing.component<CatchmentStore>();
+    if (const CatchmentStore::AreaPtr area = store.areaOfEntity(idOf(entity))) {
+        const auto number = [](double value, int decimals) { return numberText(value, decimals); };
+        rows.push_back({"ui.property.catchment", QString::fromStdWString(area->GetName())});
+        rows.push_back({"ui.areas.head.type", areaTypeWords(area->GetType())});
+        rows.push_back({"ui.areas.head.gross", number(area->GetArea(), kHectareDecimals)});
+        rows.push_back({"ui.areas.head.net", number(store.netHectares(*area), kHectareDecimals)});
+        rows.push_back({"ui.area.coefficient", number(area->GetFlowCoeff(), 2)});
+        rows.push_back({"ui.area.density", number(area->GetPopulation(), 2)});
+        ZEMGis::Sewage::SectionShares sections;
+        area->GetConnectedSections(sections);
+        QStringList words;
+        for (const auto &[section, share] : sections)
+            words.append(QString::fromStdWString(section->GetName()) + QLatin1Char(' ') + number(share * 100.0, 1) +
+                         QLatin1Char('%'));
+        rows.push_back({"ui.area.sections", words.join(QStringLiteral(", "))});
+        return;
+    }
+    const auto section = drawing.component<Network>().GetSectionById(idOf(entity));
+    if (!section)
+        return;
+    CatchmentStore::Areas areas;
+    store.collectBySection(section->GetGuid(), areas, ZEMGis::Sewage::kTypeAll);
+    QStringList names;
+    for (const auto &area : areas)
+        names.append(QString::fromStdWString(area->GetName()));
+    if (!names.isEmpty())
+        rows.push_back({"ui.section.areas", names.join(QStringLiteral(", "))});
+}
+
+const PropertySourceRegistration areaSource(addAreaRows);
+
+} // namespace
+
+} // namespace velmor
