@@ -8,8 +8,11 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QDockWidget>
+#include <QEvent>
 #include <QMainWindow>
 #include <QMenu>
+#include <QMenuBar>
+#include <QTabBar>
 
 namespace velmor {
 
@@ -59,6 +62,7 @@ Docks::Docks(QMainWindow &window, QMenu &viewMenu, Session &session)
         if (!dock->widget->isHidden())
             dock->widget->raise();
     addAppearance(viewMenu);
+    window.installEventFilter(this);
 }
 
 Docks::~Docks()
@@ -100,6 +104,23 @@ void Docks::addAppearance(QMenu &viewMenu)
              {"ui.view.theme.light", L"THEME LIGHT"},
              {"ui.view.theme.dark", L"THEME DARK"}},
             [](std::size_t i) { return themeOfSettings() == static_cast<Theme>(i); });
+}
+
+bool Docks::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::LanguageChange:
+    case QEvent::Show:
+        settleMnemonics(*m_window.menuBar());
+        [[fallthrough]];
+    case QEvent::LayoutRequest:
+        for (QTabBar *tabs : m_window.findChildren<QTabBar *>(Qt::FindDirectChildrenOnly))
+            tabs->setAccessibleName(uiString("ui.panels.tabs"));
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void Docks::showDrawing(Drawing *drawing)

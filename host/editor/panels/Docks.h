@@ -34,6 +34,10 @@ public:
     void restoreLayout();
     void keepLayout() const;
 
+protected:
+    /// What the window makes itself, the tabs of docks that share a place, gets its name here.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     struct Dock {
         QDockWidget *widget;
