@@ -113,6 +113,7 @@ bool Docks::eventFilter(QObject *watched, QEvent *event)
     case QEvent::Show:
         settleMnemonics(*m_window.menuBar());
         [[fallthrough]];
+    case QEvent::ChildPolished:
     case QEvent::LayoutRequest:
         for (QTabBar *tabs : m_window.findChildren<QTabBar *>(Qt::FindDirectChildrenOnly))
             tabs->setAccessibleName(uiString("ui.panels.tabs"));

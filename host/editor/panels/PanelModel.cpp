@@ -108,8 +108,9 @@ QString asText(const QAbstractItemModel &model, const QList<int> &rows)
 
 int compareNames(const QString &a, const QString &b)
 {
+    // Without a language of its own (as with the locale "C") a collator does not count.
     static const QCollator collator = [] {
-        QCollator made;
+        QCollator made(QLocale().language() == QLocale::C ? QLocale(QLocale::Croatian) : QLocale());
         made.setNumericMode(true);
         made.setCaseSensitivity(Qt::CaseInsensitive);
         return made;
