@@ -81,6 +81,13 @@ QList<QWidget *> widgetsOf(const QWidget &window)
     return found;
 }
 
+/// The main window keeps the bar of docks that no longer share a place.
+bool isEmptyTabBar(const QWidget &widget)
+{
+    const auto *tabs = qobject_cast<const QTabBar *>(&widget);
+    return tabs && tabs->count() == 0;
+}
+
 QString placeOf(const QWidget &widget, const QWidget &window)
 {
     QStringList steps;
@@ -206,6 +213,10 @@ TextsByPlace textsOf(const QWidget &window)
             for (int i = 0; i < header->count(); ++i)
                 add(place, QStringLiteral("head %1").arg(i),
                     header->model()->headerData(i, header->orientation()).toString());
+        if (const auto *header = qobject_cast<const QHeaderView *>(widget); header && header->model())
+            for (int i = 0; i < header->count(); ++i)
+                add(place, QStringLiteral("head tip %1").arg(i),
+                    header->model()->headerData(i, header->orientation(), Qt::ToolTipRole).toString());
     }
     for (const QMenu *menu : menusOf(window)) {
         const auto actions = menu->actions();
@@ -225,7 +236,7 @@ QStringList unnamedWidgets(const QWidget &window)
     QStringList found;
     for (const QWidget *widget : widgetsOf(window))
         if (widget != &window && widget->focusPolicy() != Qt::NoFocus && !isToolkitsOwn(*widget) &&
-            !qobject_cast<const QMenuBar *>(widget) && nameOf(*widget).isEmpty())
+            !qobject_cast<const QMenuBar *>(widget) && !isEmptyTabBar(*widget) && nameOf(*widget).isEmpty())
             found.append(placeOf(*widget, window));
     return found;
 }

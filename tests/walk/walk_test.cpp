@@ -8,6 +8,7 @@
 #include "contracts/HostDialog.h"
 #include "definition/DlgCreateCatchmentArea.h"
 #include "host/editor/Captions.h"
+#include "host/editor/CommandLine.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/Theme.h"
 #include "host/editor/panels/Panel.h"
@@ -181,7 +182,7 @@ protected:
                     dialog->reject();
                 else
                     modal->close();
-            } else if (auto *input = window.findChild<QLineEdit *>()) {
+            } else if (auto *input = window.commandLine().findChild<QLineEdit *>()) {
                 QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
                 QApplication::sendEvent(input, &press);
             }

@@ -189,6 +189,13 @@ const char *LayersModel::explanation(int column) const
     return kTips[column];
 }
 
+const char *LayersModel::symbol(int column) const
+{
+    constexpr const char *kSymbols[ColumnCount] = {"LAYER_CURRENT", nullptr,       "LAYER_ON",   "LAYER_FROZEN",
+                                                   "LAYER_LOCKED",  "LAYER_COLOR", "LAYER_COUNT"};
+    return kSymbols[column];
+}
+
 Qt::ItemFlags LayersModel::flags(const QModelIndex &index) const
 {
     Qt::ItemFlags flags = PanelModel::flags(index);

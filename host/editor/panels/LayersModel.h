@@ -62,6 +62,7 @@ public:
     bool matches(int row, const QString &text) const override;
     const char *caption(int column) const override;
     const char *explanation(int column) const override;
+    const char *symbol(int column) const override;
     bool isNumber(int column) const override { return column == Entities; }
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     QVariant data(const QModelIndex &index, int role) const override;

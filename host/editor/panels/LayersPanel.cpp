@@ -139,10 +139,17 @@ private:
             m_model.setColor(row, color);
     }
 
+    /// The name takes what the narrow columns leave.
     void fitColumns()
     {
+        QHeaderView &head = *m_table->horizontalHeader();
+        head.setMinimumSectionSize(m_table->fontMetrics().height());
+        head.setStretchLastSection(false);
+        constexpr int kLettersWide = 34; // the narrow columns and a name of a dozen letters
+        m_table->setMinimumWidth(m_table->fontMetrics().averageCharWidth() * kLettersWide);
         for (int column = 0; column < LayersModel::ColumnCount; ++column)
-            m_table->resizeColumnToContents(column);
+            head.setSectionResizeMode(column, column == LayersModel::Name ? QHeaderView::Stretch
+                                                                          : QHeaderView::ResizeToContents);
     }
 
     Session &m_session;

@@ -1,17 +1,30 @@
 #include "host/editor/panels/PanelModel.h"
 
 #include "host/editor/Captions.h"
+#include "host/services/Icons.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QCollator>
 #include <QHeaderView>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QLocale>
 
 #include <algorithm>
 
 namespace velmor {
+
+namespace {
+
+QVariant iconNamed(const char *name)
+{
+    const std::string text = name;
+    const IconFile *file = findIcon(std::wstring(text.begin(), text.end()));
+    return file ? QVariant(QIcon(QString::fromStdString(file->path.string()))) : QVariant();
+}
+
+} // namespace
 
 int PanelModel::rowCount(const QModelIndex &parent) const
 {
@@ -32,10 +45,20 @@ QVariant PanelModel::headerData(int section, Qt::Orientation orientation, int ro
 {
     if (orientation != Qt::Horizontal || section < 0 || section >= columns())
         return {};
-    if (role == Qt::DisplayRole)
+    if (role == Qt::DisplayRole && !symbol(section))
         return uiString(caption(section));
-    if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole)
-        return explanation(section) ? QVariant(uiString(explanation(section))) : QVariant();
+    if (role == Qt::AccessibleTextRole)
+        return uiString(caption(section));
+    if (role == Qt::DecorationRole && symbol(section))
+        return iconNamed(symbol(section));
+    if (role == Qt::ToolTipRole) {
+        QStringList lines;
+        if (symbol(section))
+            lines.append(uiString(caption(section)));
+        if (explanation(section))
+            lines.append(uiString(explanation(section)));
+        return lines.isEmpty() ? QVariant() : QVariant(lines.join(QLatin1Char('\n')));
+    }
     if (role == Qt::TextAlignmentRole)
         return QVariant(isNumber(section) ? Qt::AlignRight | Qt::AlignVCenter : Qt::AlignLeft | Qt::AlignVCenter);
     return {};
@@ -95,7 +118,7 @@ QString asText(const QAbstractItemModel &model, const QList<int> &rows)
         }
         all += QLatin1Char('\n');
     };
-    addLine([&](int column) { return model.headerData(column, Qt::Horizontal).toString(); });
+    addLine([&](int column) { return model.headerData(column, Qt::Horizontal, Qt::AccessibleTextRole).toString(); });
     for (const int row : rows)
         addLine([&](int column) {
             const QModelIndex cell = model.index(row, column);

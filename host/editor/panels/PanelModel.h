@@ -25,6 +25,8 @@ public:
     /// Name of the caption of a column, and of its explanation (a tip; null for none).
     virtual const char *caption(int column) const = 0;
     virtual const char *explanation(int /*column*/) const { return nullptr; }
+    /// Name of the icon that stands in the head in place of the caption, which then is its tip; null for none.
+    virtual const char *symbol(int /*column*/) const { return nullptr; }
     /// Numbers stand to the right.
     virtual bool isNumber(int /*column*/) const { return false; }
 

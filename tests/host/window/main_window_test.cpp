@@ -1,3 +1,4 @@
+#include "host/editor/CommandLine.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/Viewport.h"
 
@@ -25,7 +26,7 @@ protected:
         window = std::make_unique<MainWindow>(session);
         window->show();
         viewport = window->findChild<Viewport *>();
-        input = window->findChild<QLineEdit *>();
+        input = window->commandLine().findChild<QLineEdit *>();
         QTest::qWait(0);
     }
 

@@ -1,0 +1,93 @@
+// velmor-pictures DRAWING FOLDER: pictures of the windows for the documents, in both languages, light and dark.
+#include "contracts/HostDialog.h"
+#include "definition/DlgCreateCatchmentArea.h"
+#include "host/editor/Captions.h"
+#include "host/editor/MainWindow.h"
+#include "host/editor/Selection.h"
+#include "host/editor/Theme.h"
+#include "host/editor/Viewport.h"
+#include "host/network/Network.h"
+#include "host/services/Services.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QDockWidget>
+#include <QTableView>
+
+#include <clocale>
+#include <cstdio>
+
+namespace velmor {
+namespace {
+
+bool save(QWidget &window, const QString &file)
+{
+    QApplication::processEvents();
+    if (window.grab().save(file))
+        return true;
+    std::fprintf(stderr, "%s: the picture can't be written\n", qPrintable(file));
+    return false;
+}
+
+void showDock(const MainWindow &window, const char *name)
+{
+    auto *dock = window.findChild<QDockWidget *>(QLatin1String(name));
+    dock->show();
+    dock->raise();
+    QApplication::processEvents();
+}
+
+bool picturesOf(const std::filesystem::path &drawing, const QDir &folder, const char *language, Theme theme)
+{
+    Services::instance().start({.language = language});
+    followLanguage();
+    applyTheme(theme);
+    const QString look =
+        QStringLiteral("-%1-%2.png").arg(QLatin1String(language), QString::fromWCharArray(nameOf(theme)));
+    Session session;
+    session.setDrawing(Drawing::createNew());
+    MainWindow window(session);
+    window.resize(1280, 800);
+    window.show();
+    if (!window.openFile(drawing))
+        return false;
+    showDock(window, "dock.layers");
+    showDock(window, "dock.areas");
+    window.resizeDocks({window.findChild<QDockWidget *>(QStringLiteral("dock.areas"))}, {230}, Qt::Vertical);
+    window.viewport().showEverything();
+    bool done = save(window, folder.filePath(QStringLiteral("areas") + look));
+
+    const auto &sections = session.drawing()->component<Network>().sections();
+    if (!sections.empty())
+        session.drawing()->component<Selection>().set(std::vector{sections[sections.size() / 2]->GetObjectId()});
+    showDock(window, "dock.properties");
+    showDock(window, "dock.network");
+    done = save(window, folder.filePath(QStringLiteral("network") + look)) && done;
+
+    session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
+        done = save(dialog, folder.filePath(QStringLiteral("definition") + look)) && done;
+    });
+    CDlgCreateCatchmentArea definition;
+    definition.DoModal();
+    session.setDialogDriver(nullptr);
+    return done;
+}
+
+} // namespace
+} // namespace velmor
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    if (argc != 3) {
+        std::fputs("usage: velmor-pictures DRAWING FOLDER\n", stderr);
+        return 1;
+    }
+    const QDir folder(QString::fromLocal8Bit(argv[2]));
+    bool done = true;
+    for (const char *language : {"en", "hr"})
+        for (const velmor::Theme theme : {velmor::Theme::Light, velmor::Theme::Dark})
+            done = velmor::picturesOf(argv[1], folder, language, theme) && done;
+    return done ? 0 : 1;
+}
