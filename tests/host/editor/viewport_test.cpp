@@ -161,6 +161,25 @@ TEST_F(View, PreviousGoesBackViewByViewAndARowOfWheelTurnsIsOne)
     EXPECT_FALSE(viewport.zoomPrevious());
 }
 
+TEST_F(View, ZoomingInAndOutKeepsTheMiddleAndTheWheelThePointersPlace)
+{
+    line(0, 0, 80, 60);
+    show();
+    viewport.zoomBy(2.0);
+    EXPECT_NEAR(viewport.view().pixelsPerUnit, 20.0, 1e-9);
+    EXPECT_NEAR(viewport.view().centerX, 40.0, 1e-9);
+    viewport.zoomBy(0.25);
+    EXPECT_NEAR(viewport.view().pixelsPerUnit, 5.0, 1e-9);
+    EXPECT_NEAR(viewport.view().centerY, 30.0, 1e-9);
+    const QPointF pointer(123, 456);
+    const AcGePoint3d before = viewport.view().toWorld(pointer);
+    wheel(pointer, 2);
+    wheel(pointer, -5);
+    EXPECT_LT(viewport.view().pixelsPerUnit, 5.0);
+    EXPECT_NEAR(viewport.view().toWorld(pointer).x, before.x, 1e-9);
+    EXPECT_NEAR(viewport.view().toWorld(pointer).y, before.y, 1e-9);
+}
+
 TEST_F(View, TheMiddleButtonAndSpaceWithTheLeftOneDragTheDrawing)
 {
     line(0, 0, 80, 60);
