@@ -96,10 +96,9 @@ MainWindow::MainWindow(Session &session)
         button->setDefaultAction(action);
         button->setAutoRaise(true);
         // The style's own mark of what is switched on is hardly seen; these colours follow the theme.
-        button->setStyleSheet(QStringLiteral("QToolButton { padding: 1px 6px; border: 1px solid transparent; }"
-                                             "QToolButton:hover { border-color: palette(mid); }"
-                                             "QToolButton:checked { background: palette(highlight);"
-                                             " color: palette(highlighted-text); }"));
+        button->setStyleSheet(QStringLiteral("QToolButton{padding:3px;border:0}"
+                                             "QToolButton:checked{background:palette(highlight);"
+                                             "color:palette(highlighted-text)}"));
         statusBar()->addPermanentWidget(button);
     }
     for (QLabel *label : {m_layer, m_scale, m_coordinates})
