@@ -3,6 +3,7 @@
 // rules, and a prefix that is being typed.
 #include "controls/rules/MultiMaskedEdit.h"
 
+#include "fuzz/Require.h"
 #include "tests/controls/EditOps.h"
 #include "tests/controls/FakeEditBox.h"
 #include "tests/controls/MaskSymbols.h"
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cwctype>
 
 using namespace AMSEdit;
 using edit_ops::Bytes;
@@ -153,6 +153,9 @@ void changeNumber(NumericBehavior &rule, Bytes &bytes)
                        bytes.Below(2) == 0);
         break;
     }
+    wchar_t point = 0, separator = 0;
+    rule.GetSeparators(&point, &separator);
+    ::require(point != separator, "the separators are equal");
 }
 
 void numeric(Bytes &bytes)

@@ -413,6 +413,18 @@ TEST_F(ProgramTest, AFullDiskLeavesTheOldDrawingAsItWas)
     EXPECT_EQ(readFile(folder / "disk/town.dxf"), before);
 }
 
+TEST_F(ProgramTest, APictureMayHaveANameThatIsNotUtf8)
+{
+    makeTown("town.dxf");
+    const Outcome outcome = run({"picture", "town.dxf", "-o", "t\xFFown.png", "--size", "64x64"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_THAT(readFile(folder / "t\xFFown.png"), testing::StartsWith("\x89PNG"));
+    std::size_t pictures = 0;
+    for (const auto &entry : fs::directory_iterator(folder.path()))
+        pictures += entry.path().extension() == ".png";
+    EXPECT_EQ(pictures, 1u) << "under this name and no other";
+}
+
 TEST_F(ProgramTest, AFullDiskIsToldByThePictureTooAndLeavesTheOldPicture)
 {
     const SmallDisk disk(folder / "disk", "size=64k");

@@ -93,7 +93,7 @@ TEST(DateValue, TextSetFromOutsideIsReadByPlacesAndPutRight)
                     {L"06/15/1899", L"06/15/2026"},
                     {L"06/15/9999", L"06/15/9998"},
                     {L"6/15/2000", L"06/05/2000"}});
-    SetAll(Make<DateEdit>(kDayFirst), {{L"15.06.2000", L"15.06.2000"}, {L"31.02.2001", L"28.02.2001"}});
+    SetAll(DayFirstDate(), {{L"15.06.2000", L"15.06.2000"}, {L"31.02.2001", L"28.02.2001"}});
 }
 
 TEST(DateValue, ADateBeyondTheRangeIsPutRight)
