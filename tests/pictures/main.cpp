@@ -23,7 +23,8 @@ namespace {
 bool save(QWidget &window, const QString &file)
 {
     QApplication::processEvents();
-    if (window.grab().save(file))
+    // Few colours make small files, and these pictures have few.
+    if (window.grab().toImage().convertToFormat(QImage::Format_Indexed8, Qt::ThresholdDither).save(file))
         return true;
     std::fprintf(stderr, "%s: the picture can't be written\n", qPrintable(file));
     return false;

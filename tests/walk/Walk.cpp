@@ -280,7 +280,8 @@ QStringList cutTexts(const QWidget &window)
         } else if (const auto *header = qobject_cast<const QHeaderView *>(widget)) {
             if (header->orientation() == Qt::Horizontal && header->model())
                 for (int i = 0; i < header->count(); ++i)
-                    if (!header->isSectionHidden(i))
+                    if (!header->isSectionHidden(i) &&
+                        !header->model()->headerData(i, Qt::Horizontal).toString().isEmpty())
                         tell(*header, header->model()->headerData(i, Qt::Horizontal).toString(),
                              header->sectionSizeHint(i), header->sectionSize(i));
         } else if (const auto *edit = qobject_cast<const QLineEdit *>(widget)) {

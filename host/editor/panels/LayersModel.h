@@ -44,6 +44,9 @@ public:
     /// Takes up what changed since the last call: rows that differ are told, new ones come at the end.
     void bringUpToDate();
 
+    /// Whether a column holds nothing but a check box.
+    static bool isBox(int column) { return column == Current || column == On || column == Frozen || column == Locked; }
+
     /// Index of the layer of a row.
     std::size_t layerOf(int row) const { return m_rows[static_cast<std::size_t>(row)].index; }
     int rowOf(std::size_t layer) const; ///< -1 for none
@@ -57,6 +60,11 @@ public:
     const char *refusalOf(const QString &name) const;
     /// Makes a layer; its row, or -1.
     int add(const QString &name);
+    /// Layer 0 keeps its name, as every program expects it.
+    bool canRename(int row) const { return layer(row).name != L"0"; }
+    /// All that is on the layer, in model space, paper spaces and blocks, goes to a layer of the new name that is like
+    /// it, and the old one goes. Refused when something refers to the old one that is not understood.
+    bool rename(int row, const QString &name);
 
     bool isLess(int column, int a, int b) const override;
     bool matches(int row, const QString &text) const override;
@@ -67,6 +75,10 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+
+Q_SIGNALS:
+    /// A typed name can't stand; one line for the status.
+    void refused(const QString &why);
 
 protected:
     int rows() const override { return static_cast<int>(m_rows.size()); }

@@ -163,7 +163,8 @@ PanelTable::PanelTable(PanelModel &model, const char *caption, QWidget *parent)
     setHorizontalScrollMode(ScrollPerPixel);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    horizontalHeader()->setStretchLastSection(true);
+    // A number far from its row's name is hard to read across.
+    horizontalHeader()->setStretchLastSection(!model.isNumber(model.columnCount() - 1));
     horizontalHeader()->setHighlightSections(false);
     fitRows();
     keepCaptioned(this, [this, &model, caption] {
@@ -171,7 +172,7 @@ PanelTable::PanelTable(PanelModel &model, const char *caption, QWidget *parent)
         model.languageChanged();
     });
     connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
-        if (!(index.flags() & Qt::ItemIsEditable))
+        if (!(index.flags() & Qt::ItemIsUserCheckable)) // there the clicks changed the box
             Q_EMIT chosen({m_order->sourceRow(index.row())});
     });
 }

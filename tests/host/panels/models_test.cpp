@@ -152,6 +152,42 @@ TEST_F(LayersTest, ANameThatIsTakenOrCannotStandIsRefused)
     EXPECT_EQ(model.layer(added).name, L"Streets");
 }
 
+TEST_F(LayersTest, ARenamedLayerKeepsItsEntitiesItsLooksAndItsPlaceAsCurrent)
+{
+    const AcDbObjectId id = onLayer(line(0, 0, 1, 1), L"A");
+    drawing().setCurrentLayer(*drawing().findLayer(L"A"));
+    Layer looks = drawing().layer(*drawing().findLayer(L"A"));
+    looks.color = 5;
+    looks.locked = true;
+    drawing().setLayer(*drawing().findLayer(L"A"), looks);
+    model.bringUpToDate();
+    const int before = model.rowCount();
+    ASSERT_TRUE(model.setData(model.index(row(L"A"), LayersModel::Name), QStringLiteral("B"), Qt::EditRole));
+    EXPECT_EQ(model.rowCount(), before);
+    EXPECT_FALSE(drawing().findLayer(L"A"));
+    const std::size_t renamed = *drawing().findLayer(L"B");
+    EXPECT_EQ(layerIndexOf(*open(id)), renamed);
+    EXPECT_EQ(drawing().layer(renamed).color, 5);
+    EXPECT_TRUE(drawing().layer(renamed).locked);
+    EXPECT_EQ(drawing().currentLayer(), renamed);
+    EXPECT_EQ(drawing().component<UndoHistory>().undo(), 1u);
+    EXPECT_TRUE(drawing().findLayer(L"A"));
+    EXPECT_FALSE(drawing().findLayer(L"B"));
+    EXPECT_EQ(layerIndexOf(*open(id)), *drawing().findLayer(L"A"));
+}
+
+TEST_F(LayersTest, ATakenNameOrThatOfLayerZeroIsRefusedWithAWord)
+{
+    drawing().ensureLayer(L"A");
+    model.bringUpToDate();
+    QSignalSpy refusals(&model, &LayersModel::refused);
+    EXPECT_FALSE(model.rename(row(L"A"), "0"));
+    EXPECT_FALSE(model.rename(row(L"0"), "Zero"));
+    EXPECT_FALSE(model.rename(row(L"A"), "A"));
+    EXPECT_EQ(refusals.count(), 2);
+    EXPECT_TRUE(drawing().findLayer(L"A"));
+}
+
 TEST_F(LayersTest, NothingChangesWhileADialogHoldsTheDrawing)
 {
     session.lockDocument();
