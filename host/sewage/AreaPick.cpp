@@ -105,6 +105,10 @@ std::wstring sectionTip(CatchmentStore &store, const CatchmentStore::SectionPtr 
     std::wstring text = section->GetName();
     if (const double length = section->GetLength2D(); length != ZEMGis::Topology::kUnknownValue)
         addLine(text, "ui.section.length", fmt::format(L"{:.2f} m", length));
+    std::wstring nodes;
+    for (const auto &node : {section->GetStartingNode(), section->GetEndingNode()})
+        nodes += (nodes.empty() ? L"" : L" - ") + (node ? node->GetName() : std::wstring(L"?"));
+    addLine(text, "ui.section.nodes", nodes);
     CatchmentStore::Areas areas;
     const std::wstring guid = section->GetGuid();
     store.collectBySection(guid, areas, ZEMGis::Sewage::kTypeAll);

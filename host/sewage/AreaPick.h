@@ -9,7 +9,7 @@ namespace velmor {
 
 /// What the tip over an area says: name and type, area, parameters, sections with shares. Several lines.
 std::wstring areaTip(CatchmentStore &store, const StoredArea &area);
-/// What the tip over a section says: name, length, and its areas with their shares.
+/// What the tip over a section says: name, length, nodes, and its areas with their shares.
 std::wstring sectionTip(CatchmentStore &store, const CatchmentStore::SectionPtr &section);
 
 /// One pick over the areas of the store's pick index. RTNORM when a point or an entity was picked (also beside all

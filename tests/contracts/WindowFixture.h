@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 
 #include <algorithm>
@@ -111,15 +112,20 @@ private:
     {
         if (steps.empty())
             return;
-        if (!steps.front().isTurn())
+        // Moving the mouse handles events, too: the next step waits for this one, unless it runs a loop of its own.
+        const int level = QThread::currentThread()->loopLevel();
+        if (level == actingAt || !steps.front().isTurn())
             return schedule();
         const auto act = std::move(steps.front().act);
         steps.pop_front();
         schedule();
+        const int before = std::exchange(actingAt, level);
         act();
+        actingAt = before;
     }
     QObject context;
     bool scheduled = false;
+    int actingAt = -1; ///< depth of the loop in which a step is at work
     std::deque<Step> steps;
 };
 

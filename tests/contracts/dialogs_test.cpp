@@ -251,6 +251,21 @@ TEST_F(DialogContract, EveryPatternHasAPictureOfItsOwn)
     EXPECT_EQ(inkOf(patternPicture(L"NOSUCH", {72, 54}, Qt::black, Qt::white)), 0);
 }
 
+TEST_F(DialogContract, OurOwnPatternsAreDescribedInTheProgramsLanguage)
+{
+    for (const auto &[language, words] : {std::pair{"en", "crossing lines"}, std::pair{"hr", "ukrižene crte"}}) {
+        startServices(language);
+        person([expected = words](CAdUiBaseDialog &dialog) {
+            auto *list = dialog.Control<QListWidget>(kControlPatterns);
+            for (int row = 0; row < list->count(); ++row)
+                EXPECT_THAT(list->item(row)->toolTip().toStdString(), Not(HasSubstr("ui.pattern")));
+            EXPECT_THAT(list->currentItem()->toolTip().toStdString(), HasSubstr(expected));
+        });
+        std::wstring result;
+        acedHatchPalletteDialog(L"ANSI37", true, result);
+    }
+}
+
 TEST_F(DialogContract, TheUsersPatternsAreShownWhenTheyAreWanted)
 {
     std::filesystem::create_directories(folder / "user" / "support");

@@ -35,6 +35,15 @@ double pictureScale(const Pattern &pattern, double pixels)
     return repeat > 0.0 ? std::clamp(pixels / repeat, 1e-6, 3.0) : 1.0;
 }
 
+/// What a pattern is for: our own in the program's language, the user's as the file says it.
+QString descriptionOf(const Pattern &pattern)
+{
+    if (PatternLibrary::instance().isUsers(pattern.name))
+        return QString::fromStdWString(pattern.description);
+    QString name = QString::fromStdWString(pattern.name);
+    return uiString(QStringLiteral("ui.pattern.about.%1").arg(name.remove(QLatin1Char('-'))).toStdString());
+}
+
 } // namespace
 
 QImage patternPicture(const std::wstring &name, const QSize &size, const QColor &ink, const QColor &ground)
@@ -122,7 +131,7 @@ void PatternDialog::fill(const std::wstring &current, bool showCustom)
         auto *item =
             new QListWidgetItem(QIcon(QPixmap::fromImage(patternPicture(pattern->name, kPicture, ink, ground))),
                                 QString::fromStdWString(pattern->name), m_list);
-        item->setToolTip(QString::fromStdWString(pattern->description));
+        item->setToolTip(descriptionOf(*pattern));
         item->setData(Qt::AccessibleTextRole, item->text() + QStringLiteral(", ") + item->toolTip());
         if (pattern->name == startName)
             m_list->setCurrentItem(item);
