@@ -185,7 +185,7 @@ std::wstring ChangeLog::redoName() const
 
 bool ChangeLog::undo()
 {
-    if (m_applying || m_runs.size() > 1 || (!m_runs.empty() && hasChanges()))
+    if (m_applying || (!m_runs.empty() && hasChanges()))
         return false;
     closeStep(m_changes.size(), {}, m_handles, m_drawing.priv().nextHandle);
     if (m_done.empty())
@@ -201,7 +201,7 @@ bool ChangeLog::undo()
 
 bool ChangeLog::redo()
 {
-    if (m_applying || m_runs.size() > 1 || hasChanges() || m_undone.empty())
+    if (m_applying || hasChanges() || m_undone.empty())
         return false;
     closeStep(m_changes.size(), {}, m_handles, m_drawing.priv().nextHandle);
     m_done.push_back(std::move(m_undone.back()));

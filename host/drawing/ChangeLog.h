@@ -82,7 +82,7 @@ public:
     /// Name of the step that undo (redo) takes; empty when there is none or it has none.
     std::wstring undoName() const;
     std::wstring redoName() const;
-    /// Takes the last step back. False when there is none, and while a run has changes of its own or stands in another.
+    /// Takes the last step back. False when there is none, and while a run has changes of its own.
     bool undo();
     /// Does the step again that was undone last.
     bool redo();

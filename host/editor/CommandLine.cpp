@@ -84,6 +84,15 @@ bool CommandField::event(QEvent *event)
             return true;
         }
     }
+    // Where nothing is typed there is nothing of the field's own to take back: the keys are the drawing's.
+    if (event->type() == QEvent::ShortcutOverride && text().isEmpty()) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo) ||
+            (key->key() == Qt::Key_Y && key->modifiers() == Qt::ControlModifier)) {
+            event->ignore();
+            return true;
+        }
+    }
     return QLineEdit::event(event);
 }
 

@@ -29,7 +29,7 @@ const std::vector<CommandRow> &table()
         // Edit
         {"UNDO", "UD", {{Edit, "ui.item.undo", "U", "Ctrl+Z", "CMD_UNDO", true}}},
         {"U", "UU"},
-        {"REDO", "RE", {{Edit, "ui.item.redo", nullptr, "Ctrl+Y", "CMD_REDO", true}}},
+        {"REDO", "RE", {{Edit, "ui.item.redo", nullptr, "Ctrl+Y|Ctrl+Shift+Z", "CMD_REDO", true}}},
         // View
         {"ZOOM",
          "Z ZO",

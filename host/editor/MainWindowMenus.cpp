@@ -50,8 +50,13 @@ QAction *MainWindow::addItem(QMenu &menu, const CommandRow &row, const MenuItem 
         menu.addSeparator();
     QAction *action = menu.addAction(iconOf(item), QString());
     action->setObjectName(QString::fromUtf8(item.line ? item.line : row.name));
-    if (item.key)
-        action->setShortcut(QKeySequence(QString::fromUtf8(item.key)));
+    if (item.key) {
+        // Several keys of one item stand behind bars.
+        QList<QKeySequence> keys;
+        for (const QString &key : QString::fromUtf8(item.key).split(QLatin1Char('|')))
+            keys.append(QKeySequence(key));
+        action->setShortcuts(keys);
+    }
     keepCaptioned(action, [action, &row, &item] {
         action->setText(ui(item.text));
         action->setStatusTip(QString::fromStdWString(row.help()));

@@ -199,6 +199,16 @@ TEST_F(Undo, InsideOfOtherWorkTakesNothingBack)
     EXPECT_EQ(present(), 1u);
 }
 
+TEST_F(Undo, FromAnItemOfAMenuWhichIsWorkOfItsOwn)
+{
+    run(L"LAYER", {L"A"});
+    runGuarded(session, L"Undo", [&] { run(L"UNDO"); });
+    EXPECT_FALSE(drawing().findLayer(L"A"));
+    EXPECT_TRUE(history().canRedo());
+    runGuarded(session, L"Redo", [&] { run(L"REDO"); });
+    EXPECT_TRUE(drawing().findLayer(L"A"));
+}
+
 TEST_F(Undo, ANewDrawingHasNothingToUndo)
 {
     run(L"LAYER", {L"A"});

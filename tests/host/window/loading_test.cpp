@@ -1,10 +1,13 @@
 // Loading beside the window: progress, cancel, and what stays.
+#include "host/editor/CommandLine.h"
+#include "host/editor/CommandStack.h"
 #include "host/editor/Loading.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/RecoveryQuestion.h"
 
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -68,6 +71,35 @@ TEST(LoadingWindow, TheFormerDrawingStaysWhenAFileCantBeOpened)
     cancelled.message = "cancelled";
     EXPECT_FALSE(window.showFile(std::move(cancelled)));
     EXPECT_EQ(session.drawing(), former);
+}
+
+TEST(UndoKeys, ReachTheDrawingWhileTheCommandLineIsEmpty)
+{
+    Session session;
+    session.setDrawing(Drawing::createNew());
+    MainWindow window(session);
+    window.show();
+    window.activateWindow();
+    auto *input = window.findChild<CommandField *>();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    input->setFocus();
+    session.commands().run(L"LAYER Parcels");
+    ASSERT_TRUE(session.drawing()->findLayer(L"Parcels"));
+    const auto press = [&](int key, Qt::KeyboardModifiers modifiers) {
+        QTest::keyClick(input, static_cast<Qt::Key>(key), modifiers);
+    };
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(session.drawing()->findLayer(L"Parcels"));
+    press(Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_TRUE(session.drawing()->findLayer(L"Parcels"));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(session.drawing()->findLayer(L"Parcels"));
+    // What is typed is taken back first.
+    input->insert(QStringLiteral("li"));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(input->text().isEmpty());
+    EXPECT_TRUE(session.drawing()->findLayer(L"Parcels"));
 }
 
 TEST(RecoveryBox, NamesFileAndTimeAndOffersThreeWays)
