@@ -14,17 +14,31 @@
 #include <QDockWidget>
 #include <QTableView>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
 
 namespace velmor {
 namespace {
 
+/// The 256 colours that most pixels have: few colours make small files, and these pictures have few.
+QList<QRgb> commonColors(const QImage &picture)
+{
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            ++counts[picture.pixel(x, y)];
+    QList<QRgb> colors = counts.keys();
+    std::ranges::sort(colors,
+                      [&](QRgb a, QRgb b) { return counts[a] > counts[b] || (counts[a] == counts[b] && a < b); });
+    return colors.mid(0, 256);
+}
+
 bool save(QWidget &window, const QString &file)
 {
     QApplication::processEvents();
-    // Few colours make small files, and these pictures have few.
-    if (window.grab().toImage().convertToFormat(QImage::Format_Indexed8, Qt::ThresholdDither).save(file))
+    const QImage picture = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    if (picture.convertToFormat(QImage::Format_Indexed8, commonColors(picture)).save(file))
         return true;
     std::fprintf(stderr, "%s: the picture can't be written\n", qPrintable(file));
     return false;

@@ -158,6 +158,11 @@ protected:
             int color = 3;
             acedSetColorDialog(color, true, 7);
         });
+        whileOpen(QStringLiteral("selection tool"), window, as, [&] {
+            ZEMGis::Selection::CSelectionButton button(&window);
+            button.show();
+            button.click();
+        });
         whileOpen(QStringLiteral("alert"), window, as, [] { acedAlert(L"An alert"); });
     }
 
@@ -172,6 +177,10 @@ protected:
             if (++rounds > 200) // nothing that a person could end with Escape
                 ADD_FAILURE() << name.toStdString() << " does not end";
             if (QWidget *popup = QApplication::activePopupWidget()) {
+                if (!seen.contains(popup)) {
+                    seen.append(popup);
+                    look(name + QStringLiteral(" menu %1").arg(++number), *popup, as);
+                }
                 popup->close();
             } else if (QWidget *modal = QApplication::activeModalWidget()) {
                 if (!seen.contains(modal)) {
@@ -257,7 +266,8 @@ TEST_F(Walk, TheWindowsThatMustBeThereWereMet)
 {
     for (const PanelSpec &panel : panelSpecs())
         EXPECT_TRUE(s_seen.contains(QStringLiteral("main window with dock.") + QLatin1String(panel.name)));
-    for (const char *name : {"definition dialog", "alert dialog 1"})
+    for (const char *name : {"definition dialog", "settings TCE1 dialog 1", "settings TCE2 dialog 1",
+                             "hatch patterns dialog 1", "colours dialog 1", "selection tool menu 1", "alert dialog 1"})
         EXPECT_TRUE(s_seen.contains(QString::fromLatin1(name))) << name;
 }
 
