@@ -1,5 +1,7 @@
 #include "host/drawing/BlockFile.h"
 
+#include "host/drawing/DwgConverter.h"
+#include "host/drawing/Findings.h"
 #include "host/drawing/dxf/AtomicFile.h"
 
 #include <algorithm>
@@ -18,11 +20,18 @@ std::optional<BlockFile> readBlockFile(const fs::path &path)
     if (extension == ".dwg")
         for (const char *other : {".dxf", ".DXF"})
             candidates.push_back(fs::path(path).replace_extension(other));
+    bool isClosed = false;
     for (const fs::path &candidate : candidates) {
         auto file = readWholeFile(candidate);
-        const bool isClosedFormat = file.bytes.starts_with("AC1") || file.bytes.starts_with("MC0");
-        if (file && !isClosedFormat)
+        if (file && !isClosedFormat(file.bytes))
             return BlockFile{candidate, std::move(file.bytes)};
+        isClosed = isClosed || (file && candidate == path);
+    }
+    if (isClosed) {
+        std::string message;
+        if (auto bytes = convertedDwg(path, message))
+            return BlockFile{path, *std::move(bytes)};
+        notice(message);
     }
     return std::nullopt;
 }

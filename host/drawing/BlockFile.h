@@ -12,8 +12,9 @@ struct BlockFile {
     std::string bytes;
 };
 
-/// The file at path; when a ".dwg" is not there or is in the closed format, the ".dxf" of its name beside it. Nothing
-/// when there is no file that can be read.
+/// The file at path; when a ".dwg" is not there or is in the closed format, the ".dxf" of its name beside it, else what
+/// an installed converter makes of it (see DwgConverter.h). Nothing when there is no file that can be read; a notice
+/// says what is missing for a file in the closed format.
 std::optional<BlockFile> readBlockFile(const std::filesystem::path &path);
 
 } // namespace velmor

@@ -219,6 +219,14 @@ TEST_F(PatternContract, AHatchWithTwoIslandsShowsTwoHolesLiveAndAfterReopening)
     }
 }
 
+TEST_F(PatternContract, DotsAreSeen)
+{
+    const QImage before = picture({0, 0, 100, 100});
+    hatch(L"DOTS", 0.0, 4.0, {box(10, 10, 90, 90)});
+    EXPECT_GT(inkIn(picture({0, 0, 100, 100}), pixelsOf({20, 20, 80, 80}, {0, 0, 100, 100})), 40);
+    EXPECT_EQ(inkOf(before), 0);
+}
+
 TEST_F(PatternContract, AHatchOfTheUsersPatternLooksTheSameWhereThatPatternIsUnknown)
 {
     writeSupport("patterns.pat", "*MINE\n30, 1,2, 1.5,4, 3,-1,0,-1\n");

@@ -242,6 +242,36 @@ TEST_F(WrapperContract, ABlockComesFromAFileWithItsAttributesAndNestedBlocks)
     EXPECT_EQ(ZEMGis::Utility::CUtility::GetAttributesFromBlockDef(idOf(*drawing().findBlock(L"LABEL")), tags), 1);
 }
 
+TEST_F(WrapperContract, ABlockFileInTheClosedFormatComesThroughAnInstalledConverterElseItIsToldWhichOnes)
+{
+    std::vector<std::wstring> told;
+    session.setMessageSink([&](MessageKind, const std::wstring &text) { told.push_back(text); });
+    std::ofstream(folder / "closed.dwg") << "AC1027 and so on";
+    const std::string path = std::getenv("PATH");
+    ::setenv("PATH", (folder / "bin").c_str(), 1);
+    const auto file = (folder / "closed.dwg").wstring();
+    EXPECT_TRUE(CZEMCDraw::insertBlockDefinition(L"CLOSED", file.c_str()).isNull());
+    EXPECT_THAT(told, testing::Contains(HasSubstr(L"dwg2dxf")));
+    // A converter that copies a drawing to the place it is asked for: PROGRAM -y -o OUT IN.
+    auto source = Drawing::createNew();
+    source->append(boxEntity(0, 0, 4, 3));
+    ASSERT_TRUE(source->save(folder / "inside.dxf"));
+    std::filesystem::create_directories(folder / "bin");
+    const auto converter = folder / "bin" / "dwg2dxf";
+    std::ofstream(converter) << "#!/bin/sh\n/bin/cp '" << (folder / "inside.dxf").string() << "' \"$3\"\n";
+    std::filesystem::permissions(converter, std::filesystem::perms::owner_all);
+    const AcDbObjectId id = CZEMCDraw::insertBlockDefinition(L"CLOSED", file.c_str());
+    EXPECT_FALSE(id.isNull());
+    EXPECT_EQ(drawing().findBlock(L"CLOSED")->entities().size(), 1u);
+    // One that fails.
+    std::ofstream(converter) << "#!/bin/sh\nexit 3\n";
+    told.clear();
+    std::ofstream(folder / "other.dwg") << "AC1027 other";
+    EXPECT_TRUE(CZEMCDraw::insertBlockDefinition(L"OTHER", (folder / "other.dwg").wstring().c_str()).isNull());
+    EXPECT_THAT(told, testing::Contains(HasSubstr(L"could not convert")));
+    ::setenv("PATH", path.c_str(), 1);
+}
+
 // --- Argument chains, plane geometry, files -------------------------------------------------------------------------
 
 TEST_F(WrapperContract, ArgumentChainsOfFiftyPointsLeaveNoMemoryBehind)

@@ -30,7 +30,8 @@ double pictureScale(const Pattern &pattern, double pixels)
         double dashes = 0.0;
         for (const double dash : family.dashes)
             dashes += std::abs(dash);
-        repeat = std::max({repeat, std::abs(family.across), dashes});
+        // Of long dashes a part is enough, or the lines run together.
+        repeat = std::max({repeat, std::abs(family.across), std::min(dashes, 4.0 * std::abs(family.across))});
     }
     return repeat > 0.0 ? std::clamp(pixels / repeat, 1e-6, 3.0) : 1.0;
 }
