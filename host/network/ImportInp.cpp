@@ -80,9 +80,12 @@ NetworkImportResult importInpText(Drawing &drawing, std::string_view text, const
             points.push_back(to);
             made = drafter.polyline(points, false);
         }
-        drawing.setData(drafter.add(std::move(made), sectionLayer), kSectionKey,
-                        itemsOf(SectionData{ZEMGis::Utility::CUtility::CreateGUID(), conduit.name,
-                                            conduit.length * scale, nodeGuids[conduit.from], nodeGuids[conduit.to]}));
+        AcDbEntity &entity = drafter.add(std::move(made), sectionLayer);
+        SectionData data{ZEMGis::Utility::CUtility::CreateGUID(), conduit.name, conduit.length * scale,
+                         nodeGuids[conduit.from], nodeGuids[conduit.to]};
+        if (data.length > 0.0)
+            data.drawnLength = planLengthOf(entity).value_or(0.0);
+        drawing.setData(entity, kSectionKey, itemsOf(data));
     }
 
     if (!network.polygons.empty()) {

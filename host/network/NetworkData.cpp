@@ -44,7 +44,10 @@ std::optional<CurveEnds> endsOfFlat(const Polyline &polyline)
 
 DataItems itemsOf(const SectionData &data)
 {
-    return {{1, data.guid}, {1, data.name}, {40, data.length}, {1, data.startNode}, {1, data.endNode}};
+    DataItems items{{1, data.guid}, {1, data.name}, {40, data.length}, {1, data.startNode}, {1, data.endNode}};
+    if (data.drawnLength != 0.0)
+        items.push_back({40, data.drawnLength});
+    return items;
 }
 
 std::optional<SectionData> sectionDataOf(const DataItems &items)
@@ -54,7 +57,8 @@ std::optional<SectionData> sectionDataOf(const DataItems &items)
     const double *length = items.size() > 2 ? std::get_if<double>(&items[2].value) : nullptr;
     if (!guid || guid->empty() || !name || !length || !start || !end)
         return std::nullopt;
-    return SectionData{*guid, *name, *length, *start, *end};
+    const double *drawn = items.size() > 5 ? std::get_if<double>(&items[5].value) : nullptr;
+    return SectionData{*guid, *name, *length, *start, *end, drawn ? *drawn : 0.0};
 }
 
 DataItems itemsOf(const NodeData &data)

@@ -13,12 +13,16 @@ inline constexpr char kSectionKey[] = "VELMOR_SECTION";
 inline constexpr char kNodeKey[] = "VELMOR_NODE";
 inline constexpr char kSubcatchmentKey[] = "VELMOR_SUBCATCHMENT";
 
-/// Items in this order: text GUID, text name, real length, text start node, text end node. Nodes are named by GUID,
-/// which outlives a program that numbers handles anew; an empty one is no node.
+/// Items in this order: text GUID, text name, real length, text start node, text end node, and the real drawn length
+/// unless it is 0. Nodes are named by GUID, which outlives a program that numbers handles anew; an empty one is no
+/// node.
 struct SectionData {
     std::wstring guid, name;
     double length = 0.0; ///< plan length in drawing units; 0: that of the entity; kUnknownValue: not known
     std::wstring startNode, endNode;
+    /// Plan length of the entity when the section got a length of its own, which stays in proportion to it when the
+    /// entity is edited; 0: the length stays as it is.
+    double drawnLength = 0.0;
     bool operator==(const SectionData &) const = default;
 };
 DataItems itemsOf(const SectionData &data);

@@ -60,10 +60,14 @@ ZEMGis::Topology::enmSectionType SectionEntity::GetType() const
 
 double SectionEntity::GetLength2D() const
 {
-    if (m_data.length > 0.0)
+    if (m_data.length < 0.0)
+        return ZEMGis::Topology::kUnknownValue;
+    if (m_data.length > 0.0 && m_data.drawnLength == 0.0)
         return m_data.length;
-    return m_data.length == 0.0 ? planLengthOf(m_entity).value_or(ZEMGis::Topology::kUnknownValue)
-                                : ZEMGis::Topology::kUnknownValue;
+    const double drawn = planLengthOf(m_entity).value_or(ZEMGis::Topology::kUnknownValue);
+    if (m_data.length == 0.0 || drawn < 0.0)
+        return drawn;
+    return drawn == m_data.drawnLength ? m_data.length : m_data.length * (drawn / m_data.drawnLength);
 }
 
 boost::shared_ptr<ZEMGis::Topology::CNode> SectionEntity::GetStartingNode() const

@@ -82,6 +82,24 @@ TEST_F(ImportOfANetwork, ABentConduitIsOneStraightSectionBetweenItsNodes)
     EXPECT_FALSE(drawn->isClosed());
 }
 
+TEST_F(ImportOfANetwork, ALengthOfTheFileFollowsWhenTheConduitIsDrawnAnew)
+{
+    ASSERT_TRUE(import(kSmall));
+    const double length = network().sectionByName(L"D1")->GetLength2D();
+    AcDbEntity *opened = nullptr;
+    ASSERT_EQ(acdbOpenAcDbEntity(opened, network().sectionByName(L"D1")->GetObjectId(), AcDb::kForWrite), Acad::eOk);
+    auto &line = static_cast<AcDbLine &>(*opened);
+    const double drawn = line.startPoint().distanceTo(line.endPoint());
+    ASSERT_NE(length, drawn) << "else nothing is told apart here";
+    ASSERT_EQ(line.setStartPoint({-drawn, 0}), Acad::eOk) << "twice as long";
+    line.close();
+    EXPECT_DOUBLE_EQ(network().sectionByName(L"D1")->GetLength2D(), 2.0 * length);
+
+    drawing = Drawing::read(drawing->write()).drawing;
+    ASSERT_TRUE(drawing);
+    EXPECT_DOUBLE_EQ(network().sectionByName(L"D1")->GetLength2D(), 2.0 * length);
+}
+
 TEST_F(ImportOfANetwork, AnAbsentOrZeroLengthIsTheDrawnOne)
 {
     const auto result = import("[OPTIONS]\nFLOW_UNITS LPS\n[JUNCTIONS]\nA\nB\n[COORDINATES]\nA 0 0\nB 30 40\n"
