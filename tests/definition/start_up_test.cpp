@@ -6,6 +6,8 @@
 
 #include <QTreeWidgetItem>
 
+#include <fstream>
+
 using namespace ZEMGis;
 using testing::ElementsAre;
 using velmor::Journal;
@@ -42,6 +44,26 @@ TEST_F(StartUp, CaptionsAreTheMessagesOfTheirNumbersInBothLanguages)
             EXPECT_EQ(dialog.text(344), "ATV 118");
         });
     }
+}
+
+TEST_F(StartUp, AChangedMessageFileGivesEveryControlItsNewTextAtTheNextOpening)
+{
+    auto &services = velmor::Services::instance();
+    const auto folder = services.paths().userFolder() / "messages";
+    std::filesystem::create_directories(folder);
+    {
+        std::ofstream file(folder / "en.txt");
+        for (const Caption &caption : kCaptions)
+            file << caption.message << " = text " << caption.message << "\n";
+    }
+    services.start({.language = "en"}, services.paths());
+    run([&](CDialogUnderTest &dialog) {
+        for (const Caption &caption : kCaptions)
+            EXPECT_EQ(dialog.text(caption.control), QStringLiteral("text %1").arg(caption.message)) << caption.control;
+    });
+    std::filesystem::remove(folder / "en.txt");
+    services.start({.language = "en"}, services.paths());
+    run([&](CDialogUnderTest &dialog) { EXPECT_FALSE(dialog.text(336).startsWith(QStringLiteral("text "))); });
 }
 
 TEST_F(StartUp, ToolTipsAreTheMessagesOfTheirNumbers)
