@@ -67,12 +67,13 @@ void AreasModel::dataChanging(AcDbObject &, const std::string &key)
     m_stale = m_stale || key == kAreaDataKey || key == kSectionKey;
 }
 
-void AreasModel::bringUpToDate()
+bool AreasModel::bringUpToDate()
 {
     if (!m_stale || !m_drawing)
-        return;
+        return false;
     m_stale = false;
     takeRows(m_rows, areaTable(*m_drawing), [](const AreaRow &a, const AreaRow &b) { return a.guid == b.guid; });
+    return true;
 }
 
 AreaSums AreasModel::sumsOf(const QList<int> &rows) const

@@ -32,7 +32,8 @@ public:
     ~AreasModel() override { setDrawing(nullptr); }
     void setDrawing(Drawing *drawing);
     /// Takes up what changed since the last call: nothing is read unless an area's or a section's entity changed.
-    void bringUpToDate();
+    /// False then.
+    bool bringUpToDate();
 
     const AreaRow &area(int row) const { return m_rows[static_cast<std::size_t>(row)]; }
     AreaSums sumsOf(const QList<int> &rows) const;

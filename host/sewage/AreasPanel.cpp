@@ -68,7 +68,8 @@ public:
     void bringUpToDate() override
     {
         const bool first = m_model.rowCount() == 0;
-        m_model.bringUpToDate();
+        if (!m_model.bringUpToDate())
+            return;
         if (first && m_model.rowCount() > 0)
             m_table->resizeColumnsToContents();
         setSums();
@@ -136,7 +137,8 @@ const PanelRegistration registration({.name = "areas",
 void addAreaRows(Drawing &drawing, AcDbEntity &entity, PropertyRows &rows)
 {
     auto &store = drawing.component<CatchmentStore>();
-    if (const CatchmentStore::AreaPtr area = store.areaOfEntity(idOf(entity))) {
+    const bool isOfArea = drawing.data(entity, kAreaDataKey) || drawing.data(entity, kLabelDataKey);
+    if (const CatchmentStore::AreaPtr area = isOfArea ? store.areaOfEntity(idOf(entity)) : nullptr) {
         const auto number = [](double value, int decimals) { return numberText(value, decimals); };
         rows.push_back({"ui.property.catchment", QString::fromStdWString(area->GetName())});
         rows.push_back({"ui.areas.head.type", areaTypeWords(area->GetType())});

@@ -64,7 +64,8 @@ bool isInnerPart(const QWidget &widget)
            widget.inherits("QComboBoxListView") || (parent && parent->inherits("QComboBoxPrivateContainer")) ||
            widget.inherits("QTableCornerButton") || widget.inherits("QMenuBarExtension") ||
            widget.inherits("QToolBarExtension") || widget.inherits("QDockWidgetTitleButton") ||
-           widget.inherits("QLineEditIconButton");
+           widget.inherits("QLineEditIconButton") || widget.objectName() == QLatin1String("ScrollLeftButton") ||
+           widget.objectName() == QLatin1String("ScrollRightButton");
 }
 
 /// All widgets of a window, windows of their own inside of it left out.

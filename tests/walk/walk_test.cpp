@@ -120,8 +120,30 @@ protected:
             QApplication::processEvents();
             look(QStringLiteral("main window with ") + dock->objectName(), window, as);
         }
+        switchLanguage(window, as);
         walkActions(window, session, as);
         walkContracts(window, as);
+    }
+
+    /// The open window speaks the other language after a switch, and the former one after the way back.
+    static void switchLanguage(MainWindow &window, const Look &as)
+    {
+        const bool isEnglish = std::string_view(as.language) == "en";
+        const TextsByPlace before = test::textsOf(window);
+        Services::instance().setLanguage(isEnglish ? "hr" : "en");
+        QApplication::processEvents();
+        const TextsByPlace other = test::textsOf(window);
+        s_findings->add(QStringLiteral("open window"), "switched",
+                        isEnglish ? test::untranslated(before, other) : test::untranslated(other, before));
+        Services::instance().setLanguage(as.language);
+        QApplication::processEvents();
+        const TextsByPlace back = test::textsOf(window);
+        QStringList strange;
+        for (auto at = before.cbegin(); at != before.cend(); ++at)
+            if (back.value(at.key()) != at.value())
+                strange.append(at.key() + QStringLiteral(": \"") + at.value() + QStringLiteral("\" came back as \"") +
+                               back.value(at.key()) + QLatin1Char('"'));
+        s_findings->add(QStringLiteral("open window"), "switched", strange);
     }
 
     /// Every dialog that an action of the menus opens; what asks for points is ended.
@@ -240,6 +262,11 @@ TEST_F(Walk, EveryFocusableWidgetHasAName)
 TEST_F(Walk, EveryTextDiffersBetweenTheLanguagesOrIsAWordThatBothShare)
 {
     EXPECT_EQ(s_findings->of("untranslated"), "");
+}
+
+TEST_F(Walk, AnOpenWindowFollowsTheLanguageThereAndBack)
+{
+    EXPECT_EQ(s_findings->of("switched"), "");
 }
 
 TEST_F(Walk, NoTextIsCutOff)

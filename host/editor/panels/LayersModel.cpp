@@ -1,12 +1,9 @@
 #include "host/editor/panels/LayersModel.h"
 
 #include "host/editor/Captions.h"
-#include "host/editor/UiMessage.h"
-#include "host/services/Messages.h"
-#include "host/services/Text.h"
 
 #include <algorithm>
-#include <stdexcept>
+#include <utility>
 
 namespace velmor {
 
@@ -52,9 +49,23 @@ void LayerCounts::entityAppended(AcDbEntity &entity)
         ++at(layerIndexOf(entity));
 }
 
-void LayerCounts::entityModified(AcDbEntity &)
+void LayerCounts::note(const AcDbEntity &entity)
 {
-    m_stale = true;
+    m_before = &entity;
+    m_layerBefore = layerIndexOf(entity);
+}
+
+void LayerCounts::dataChanging(AcDbObject &object, const std::string &)
+{
+    if (object.isKindOf(AcDbEntity::desc()))
+        note(static_cast<AcDbEntity &>(object));
+}
+
+void LayerCounts::entityModified(AcDbEntity &entity)
+{
+    // A change of shape or data, told before it came, that left the entity on its layer.
+    if (std::exchange(m_before, nullptr) != &entity || layerIndexOf(entity) != m_layerBefore)
+        m_stale = true;
 }
 
 void LayerCounts::entityErased(AcDbEntity &entity, bool erased)
@@ -150,44 +161,6 @@ int LayersModel::add(const QString &name)
     return rowOf(layerIndex);
 }
 
-bool LayersModel::rename(int row, const QString &name)
-{
-    const std::wstring wanted = name.trimmed().toStdWString();
-    const Layer old = layer(row);
-    const std::size_t oldIndex = layerOf(row);
-    if (wanted == old.name)
-        return false;
-    const char *refusal = canRename(row) ? refusalOf(name) : "ui.layers.zero";
-    // Another spelling of the same name is no other layer, so it can't be made beside the old one.
-    if (refusal) {
-        Q_EMIT refused(QString::fromStdWString(uiMessage(refusal, {wanted})));
-        return false;
-    }
-    const bool done = m_change("ui.layers.step.rename", [&](Drawing &drawing) {
-        const std::size_t made = drawing.ensureLayer(wanted, old.color);
-        drawing.setLayer(made, old);
-        const auto move = [&](AcDbEntity &entity) {
-            if (layerIndexOf(entity) == oldIndex)
-                drawing.setLayerOf(entity, made);
-        };
-        for (const auto &block : drawing.blocks())
-            for (AcDbEntity *entity : block->entities()) {
-                if (entity->isErased())
-                    continue;
-                move(*entity);
-                if (kindOf(*entity) == EntityKind::BlockReference)
-                    for (AttributeEntity *attribute : attributesOf(static_cast<AcDbBlockReference &>(*entity)))
-                        move(*attribute);
-            }
-        if (drawing.currentLayer() == oldIndex)
-            drawing.setCurrentLayer(made);
-        if (!drawing.eraseLayer(oldIndex)) // takes back all of this
-            throw std::runtime_error(uiLine("ui.layers.referenced", {utf8(old.name)}));
-    });
-    bringUpToDate();
-    return done;
-}
-
 bool LayersModel::isLess(int column, int a, int b) const
 {
     const Row &left = m_rows[static_cast<std::size_t>(a)], &right = m_rows[static_cast<std::size_t>(b)];
@@ -241,8 +214,6 @@ const char *LayersModel::symbol(int column) const
 Qt::ItemFlags LayersModel::flags(const QModelIndex &index) const
 {
     Qt::ItemFlags flags = PanelModel::flags(index);
-    if (index.column() == Name && canRename(index.row()))
-        flags |= Qt::ItemIsEditable;
     if (isBox(index.column()))
         flags |= Qt::ItemIsUserCheckable;
     return flags;
@@ -282,8 +253,6 @@ QVariant LayersModel::data(const QModelIndex &index, int role) const
             return {};
         }
     }
-    if (role == Qt::EditRole && index.column() == Name)
-        return QString::fromStdWString(row.layer.name);
     if (role == Qt::AccessibleTextRole) // a lone check box or swatch says what it is of
         return uiString(caption(index.column())) + QStringLiteral(": ") +
                (index.column() == Name ? QString() : QString::fromStdWString(row.layer.name) + QLatin1Char(' ')) +
@@ -293,11 +262,7 @@ QVariant LayersModel::data(const QModelIndex &index, int role) const
 
 bool LayersModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return false;
-    if (role == Qt::EditRole && index.column() == Name)
-        return rename(index.row(), value.toString());
-    if (role != Qt::CheckStateRole)
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role != Qt::CheckStateRole)
         return false;
     const bool on = value.toInt() == Qt::Checked;
     switch (index.column()) {

@@ -9,8 +9,8 @@
 namespace velmor {
 
 /// How many entities of a drawing lie on each layer, in model space, paper spaces and block definitions. Made by
-/// Drawing::component; kept up with the drawing: what is added or erased is counted as it comes, and a change of an
-/// entity (which may have changed its layer) lets the next question count anew.
+/// Drawing::component; kept up with the drawing: what is added or erased is counted as it comes, changes of shape and
+/// data count for nothing, and only a change that may have been one of layer lets the next question count anew.
 class LayerCounts final : private DrawingObserver {
 public:
     explicit LayerCounts(Drawing &drawing);
@@ -24,12 +24,17 @@ private:
     void entityAppended(AcDbEntity &entity) override;
     void entityModified(AcDbEntity &entity) override;
     void entityErased(AcDbEntity &entity, bool erased) override;
+    void shapeChanging(AcDbEntity &entity) override { note(entity); }
+    void dataChanging(AcDbObject &object, const std::string &key) override;
+    void note(const AcDbEntity &entity);
     void count();
     std::size_t &at(std::size_t layer);
 
     Drawing &m_drawing;
     std::vector<std::size_t> m_counts;
     bool m_stale = true;
+    const AcDbEntity *m_before = nullptr; ///< whose change was told beforehand
+    std::size_t m_layerBefore = 0;
 };
 
 class LayersModel final : public PanelModel {
@@ -60,11 +65,6 @@ public:
     const char *refusalOf(const QString &name) const;
     /// Makes a layer; its row, or -1.
     int add(const QString &name);
-    /// Layer 0 keeps its name, as every program expects it.
-    bool canRename(int row) const { return layer(row).name != L"0"; }
-    /// All that is on the layer, in model space, paper spaces and blocks, goes to a layer of the new name that is like
-    /// it, and the old one goes. Refused when something refers to the old one that is not understood.
-    bool rename(int row, const QString &name);
 
     bool isLess(int column, int a, int b) const override;
     bool matches(int row, const QString &text) const override;
@@ -75,10 +75,6 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
-
-Q_SIGNALS:
-    /// A typed name can't stand; one line for the status.
-    void refused(const QString &why);
 
 protected:
     int rows() const override { return static_cast<int>(m_rows.size()); }

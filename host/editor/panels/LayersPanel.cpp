@@ -8,7 +8,7 @@
 #include "host/editor/panels/Panel.h"
 #include "host/services/Messages.h"
 
-#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPainter>
@@ -53,19 +53,16 @@ public:
         m_table->setItemDelegateForColumn(LayersModel::Color, new ColorDelegate(m_table));
         m_filter = new QLineEdit(this);
         m_filter->setClearButtonEnabled(true);
-        m_table->setEditTriggers(QAbstractItemView::NoEditTriggers); // by the button; a double click makes current
         m_new = new QPushButton(this);
-        m_rename = new QPushButton(this);
         m_current = new QPushButton(this);
         m_color = new QPushButton(this);
-        for (QPushButton *button : {m_new, m_rename, m_current, m_color})
+        for (QPushButton *button : {m_new, m_current, m_color})
             button->setAutoDefault(false);
         keepCaptioned(this, [this] {
             m_filter->setPlaceholderText(uiString("ui.layers.filter"));
             m_filter->setAccessibleName(uiString("ui.layers.filter"));
             m_new->setText(uiString("ui.layers.new"));
             m_new->setToolTip(uiString("ui.layers.new.tip"));
-            m_rename->setText(uiString("ui.layers.rename"));
             m_current->setText(uiString("ui.layers.current"));
             m_color->setText(uiString("ui.layers.color"));
         });
@@ -73,13 +70,6 @@ public:
                 [this](const QString &text) { m_table->order().setFilter(text); });
         connect(m_filter, &QLineEdit::returnPressed, this, [this] { m_table->setFocus(); });
         connect(m_new, &QPushButton::clicked, this, [this] { addLayer(); });
-        connect(m_rename, &QPushButton::clicked, this, [this] {
-            const QModelIndex current = m_table->currentIndex();
-            if (current.isValid())
-                m_table->edit(current.siblingAtColumn(LayersModel::Name));
-        });
-        connect(&m_model, &LayersModel::refused, this,
-                [this](const QString &why) { m_session.status(why.toStdWString()); });
         connect(m_current, &QPushButton::clicked, this, [this] {
             if (const int row = currentRow(); row >= 0)
                 m_model.makeCurrent(row);
@@ -92,11 +82,9 @@ public:
                 m_model.makeCurrent(rows.front());
         });
 
-        auto *buttons = new QGridLayout;
-        buttons->addWidget(m_new, 0, 0);
-        buttons->addWidget(m_rename, 0, 1);
-        buttons->addWidget(m_current, 1, 0);
-        buttons->addWidget(m_color, 1, 1);
+        auto *buttons = new QHBoxLayout;
+        for (QPushButton *button : {m_new, m_current, m_color})
+            buttons->addWidget(button);
         auto *column = new QVBoxLayout(this);
         column->addWidget(m_filter);
         column->addWidget(m_table, 1);
@@ -174,7 +162,7 @@ private:
     LayersModel m_model;
     PanelTable *m_table;
     QLineEdit *m_filter;
-    QPushButton *m_new, *m_rename, *m_current, *m_color;
+    QPushButton *m_new, *m_current, *m_color;
 };
 
 const PanelRegistration registration({.name = "layers",

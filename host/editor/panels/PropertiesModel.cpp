@@ -1,5 +1,6 @@
 #include "host/editor/panels/PropertiesModel.h"
 
+#include "host/drawing/ObjectAccess.h"
 #include "host/editor/Captions.h"
 #include "host/network/Network.h"
 #include "host/network/NetworkData.h"
@@ -296,7 +297,9 @@ PropertyRows PropertiesModel::read()
         return rows;
     }
     AcDbEntity &entity = *m_entities.front();
-    rows.push_back({"ui.property.handle", textOf(handleText(entity))});
+    // Asking for a handle would give one to an entity of a file without them, and looking is no change.
+    if (const std::uint64_t handle = ObjectAccess::host(entity).handle)
+        rows.push_back({"ui.property.handle", QString::number(handle, 16).toUpper()});
     for (PropertyRow &row : geometryOf(*m_drawing, entity))
         rows.push_back(std::move(row));
     addNetwork(*m_drawing, entity, rows);
@@ -329,24 +332,32 @@ void PropertiesModel::addSums(PropertyRows &rows) const
         rows.push_back({"ui.property.totalArea", numberText(area, kDecimals)});
 }
 
+bool PropertiesModel::changeUnlocked(const char *name, const std::function<void(Drawing &, AcDbEntity &)> &change)
+{
+    std::vector<AcDbEntity *> unlocked;
+    for (AcDbEntity *entity : m_entities)
+        if (!m_drawing->layer(layerIndexOf(*entity)).locked)
+            unlocked.push_back(entity);
+    if (const std::size_t locked = m_entities.size() - unlocked.size(); locked > 0)
+        Q_EMIT leftOut(locked);
+    return !unlocked.empty() && m_change(name, [&](Drawing &drawing) {
+        for (AcDbEntity *entity : unlocked)
+            change(drawing, *entity);
+    });
+}
+
 bool PropertiesModel::setLayer(std::size_t layer)
 {
-    if (m_entities.empty() || m_layer == layer)
-        return false;
-    return m_change("ui.property.step.layer", [&](Drawing &drawing) {
-        for (AcDbEntity *entity : m_entities)
-            drawing.setLayerOf(*entity, layer);
-    });
+    return m_layer != layer && changeUnlocked("ui.property.step.layer", [&](Drawing &drawing, AcDbEntity &entity) {
+               drawing.setLayerOf(entity, layer);
+           });
 }
 
 bool PropertiesModel::setColor(int color)
 {
-    if (m_entities.empty() || m_color == color || color < 1 || color > kByLayer)
-        return false;
-    return m_change("ui.property.step.color", [&](Drawing &drawing) {
-        for (AcDbEntity *entity : m_entities)
-            drawing.setColorOf(*entity, color);
-    });
+    return m_color != color && color >= 1 && color <= kByLayer &&
+           changeUnlocked("ui.property.step.color",
+                          [&](Drawing &drawing, AcDbEntity &entity) { drawing.setColorOf(entity, color); });
 }
 
 bool PropertiesModel::isLess(int column, int a, int b) const

@@ -47,6 +47,7 @@ public:
     /// The layer (colour index) that all have; nothing when they differ or nothing is selected.
     std::optional<std::size_t> commonLayer() const { return m_layer; }
     std::optional<int> commonColor() const { return m_color; }
+    /// Entities on locked layers stay as they are, and are told as left out.
     bool setLayer(std::size_t layer);
     /// 1 to 255, or 256 for the layer's.
     bool setColor(int color);
@@ -54,6 +55,10 @@ public:
     bool isLess(int column, int a, int b) const override;
     bool matches(int row, const QString &text) const override;
     const char *caption(int column) const override;
+
+Q_SIGNALS:
+    /// So many entities were not changed, since their layers are locked.
+    void leftOut(std::size_t count);
 
 protected:
     int rows() const override { return static_cast<int>(m_rows.size()); }
@@ -63,6 +68,7 @@ protected:
 private:
     PropertyRows read();
     void addSums(PropertyRows &rows) const;
+    bool changeUnlocked(const char *name, const std::function<void(Drawing &, AcDbEntity &)> &change);
 
     Change m_change;
     Drawing *m_drawing = nullptr;

@@ -2,6 +2,7 @@
 #include "host/editor/Captions.h"
 #include "host/editor/Selection.h"
 #include "host/editor/Session.h"
+#include "host/editor/UiMessage.h"
 #include "host/editor/panels/Panel.h"
 #include "host/editor/panels/PropertiesModel.h"
 #include "host/services/Messages.h"
@@ -51,6 +52,9 @@ public:
         connect(m_layer, &QComboBox::activated, this, [this](int index) {
             m_model.setLayer(m_layer->itemData(index).toULongLong());
             bringUpToDate();
+        });
+        connect(&m_model, &PropertiesModel::leftOut, this, [this](std::size_t count) {
+            m_session.status(uiMessage("ui.property.locked", {std::to_wstring(count)}));
         });
         connect(m_color, &QPushButton::clicked, this, [this] { chooseColor(); });
         connect(m_byLayer, &QPushButton::clicked, this, [this] {

@@ -140,6 +140,21 @@ TEST_F(LayersTest, EntitiesAreCountedAsTheyComeGoAndMove)
     EXPECT_EQ(cell(model, row(L"A"), LayersModel::Entities), "2");
 }
 
+TEST_F(LayersTest, ACountOutlivesChangesOfShapeAndFollowsThoseOfLayer)
+{
+    const AcDbObjectId id = line(0, 0, 1, 1);
+    auto &counts = drawing().component<LayerCounts>();
+    const std::size_t other = drawing().ensureLayer(L"A");
+    EXPECT_EQ(counts.of(layerIndexOf(*open(id))), 1u);
+    drawing().entityChanging(*open(id));
+    drawing().entityChanged(*open(id));
+    drawing().setData(*open(id), "KEY", {{1, std::wstring(L"x")}});
+    EXPECT_EQ(counts.of(other), 0u);
+    drawing().entityChanging(*open(id)); // told, and then something else comes
+    drawing().setLayerOf(*open(id), other);
+    EXPECT_EQ(counts.of(other), 1u);
+}
+
 TEST_F(LayersTest, ANameThatIsTakenOrCannotStandIsRefused)
 {
     EXPECT_STREQ(model.refusalOf("  "), "ui.layer.badName");
@@ -150,42 +165,6 @@ TEST_F(LayersTest, ANameThatIsTakenOrCannotStandIsRefused)
     const int added = model.add(" Streets ");
     ASSERT_GE(added, 0);
     EXPECT_EQ(model.layer(added).name, L"Streets");
-}
-
-TEST_F(LayersTest, ARenamedLayerKeepsItsEntitiesItsLooksAndItsPlaceAsCurrent)
-{
-    const AcDbObjectId id = onLayer(line(0, 0, 1, 1), L"A");
-    drawing().setCurrentLayer(*drawing().findLayer(L"A"));
-    Layer looks = drawing().layer(*drawing().findLayer(L"A"));
-    looks.color = 5;
-    looks.locked = true;
-    drawing().setLayer(*drawing().findLayer(L"A"), looks);
-    model.bringUpToDate();
-    const int before = model.rowCount();
-    ASSERT_TRUE(model.setData(model.index(row(L"A"), LayersModel::Name), QStringLiteral("B"), Qt::EditRole));
-    EXPECT_EQ(model.rowCount(), before);
-    EXPECT_FALSE(drawing().findLayer(L"A"));
-    const std::size_t renamed = *drawing().findLayer(L"B");
-    EXPECT_EQ(layerIndexOf(*open(id)), renamed);
-    EXPECT_EQ(drawing().layer(renamed).color, 5);
-    EXPECT_TRUE(drawing().layer(renamed).locked);
-    EXPECT_EQ(drawing().currentLayer(), renamed);
-    EXPECT_EQ(drawing().component<UndoHistory>().undo(), 1u);
-    EXPECT_TRUE(drawing().findLayer(L"A"));
-    EXPECT_FALSE(drawing().findLayer(L"B"));
-    EXPECT_EQ(layerIndexOf(*open(id)), *drawing().findLayer(L"A"));
-}
-
-TEST_F(LayersTest, ATakenNameOrThatOfLayerZeroIsRefusedWithAWord)
-{
-    drawing().ensureLayer(L"A");
-    model.bringUpToDate();
-    QSignalSpy refusals(&model, &LayersModel::refused);
-    EXPECT_FALSE(model.rename(row(L"A"), "0"));
-    EXPECT_FALSE(model.rename(row(L"0"), "Zero"));
-    EXPECT_FALSE(model.rename(row(L"A"), "A"));
-    EXPECT_EQ(refusals.count(), 2);
-    EXPECT_TRUE(drawing().findLayer(L"A"));
 }
 
 TEST_F(LayersTest, NothingChangesWhileADialogHoldsTheDrawing)
@@ -409,6 +388,37 @@ TEST_F(PropertiesTest, LayerAndColourOfAllChangeInOneStepThatUndoTakesBack)
     EXPECT_NE(layerIndexOf(*open(a)), layer);
     EXPECT_EQ(open(b)->colorIndex(), 256);
     EXPECT_FALSE(model.setColor(0)) << "no colour of its own";
+}
+
+TEST_F(PropertiesTest, WhatLiesOnALockedLayerIsLeftAsItIsAndTold)
+{
+    const AcDbObjectId free = line(0, 0, 30, 40), locked = onLayer(line(0, 0, 0, 10), L"A");
+    Layer layer = drawing().layer(*drawing().findLayer(L"A"));
+    layer.locked = true;
+    drawing().setLayer(*drawing().findLayer(L"A"), layer);
+    model.show(&drawing(), {free, locked});
+    QSignalSpy left(&model, &PropertiesModel::leftOut);
+    EXPECT_TRUE(model.setColor(5));
+    EXPECT_EQ(open(free)->colorIndex(), 5);
+    EXPECT_EQ(open(locked)->colorIndex(), 256);
+    EXPECT_EQ(left.count(), 1);
+    model.show(&drawing(), {locked});
+    EXPECT_FALSE(model.setColor(4));
+    EXPECT_EQ(open(locked)->colorIndex(), 256);
+}
+
+TEST_F(PropertiesTest, LookingAtAnEntityWithoutAHandleGivesItNone)
+{
+    LoadResult loaded = Drawing::read("0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n0\n20\n0\n11\n5\n21\n5\n"
+                                      "0\nENDSEC\n0\nEOF\n");
+    ASSERT_TRUE(loaded.drawing);
+    session.setDrawing(std::move(loaded.drawing));
+    AcDbEntity &entity = *drawing().modelSpace().entities().front();
+    const std::string before = drawing().write();
+    model.show(&drawing(), {idOf(entity)});
+    EXPECT_EQ(value("ui.property.kind"), "Line");
+    EXPECT_FALSE(drawing().isModified());
+    EXPECT_EQ(drawing().write(), before);
 }
 
 TEST_F(PropertiesTest, ASectionTellsItsNetworkInWords)
