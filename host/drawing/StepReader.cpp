@@ -81,6 +81,7 @@ public:
     RecordState record(AcDbObject *object);
     void layerValues(LayerState &state);
     AcDbEntity &made(AcDbObject &owner);
+    void newcomers();
     Change change();
 
 private:
@@ -321,6 +322,7 @@ AcDbEntity &StepCodec::Reader::made(AcDbObject &owner)
     const auto color = get<std::int16_t>();
     const bool invisible = flag();
     const auto handle = get<std::uint64_t>();
+    const std::uint16_t parts = flags();
     std::unique_ptr<AcDbEntity> entity = entityOf(kind);
     EntityShape itsShape = shape();
     if (kind != EntityKind::Unknown && !setShape(m_codec.m_drawing, *entity, std::move(itsShape)))
@@ -334,7 +336,7 @@ AcDbEntity &StepCodec::Reader::made(AcDbObject &owner)
     host.color = color;
     host.handle = handle;
     host.owner = &owner;
-    ObjectAccess::set(e, kIsEntity | kErased | kWithdrawn | (invisible ? kInvisible : 0));
+    ObjectAccess::set(e, kIsEntity | kErased | kWithdrawn | parts | (invisible ? kInvisible : 0));
     d.made.push_back(std::move(entity));
     if (carried)
         d.carried.emplace(&e, std::move(*carried));
@@ -353,6 +355,42 @@ void StepCodec::Reader::layerValues(LayerState &state)
     state.changed = flag();
     state.needsRecord = flag();
     state.handle = get<std::uint64_t>();
+}
+
+/// Makes the layers and blocks that come with the step, in the state of ones that were undone.
+void StepCodec::Reader::newcomers()
+{
+    Drawing::Private &d = m_codec.m_drawing.priv();
+    for (std::uint64_t left = count(1); left > 0; --left) {
+        const auto kind = get<ChangeKind>();
+        if (kind == ChangeKind::LayerAdded) {
+            LayerState state;
+            state.layer.name = wide();
+            layerValues(state);
+            state.layer.erased = true;
+            const auto index = static_cast<std::uint32_t>(d.layers.size());
+            d.layers.push_back(state.layer);
+            d.file.layers.resize(d.layers.size());
+            d.file.layers.back().handle = state.handle;
+            d.file.layers.back().changed = state.changed;
+            d.file.layers.back().needsRecord = state.needsRecord;
+            m_codec.m_layerNumbers[index] = static_cast<std::uint32_t>(m_codec.m_layers.size());
+            m_codec.m_layers.push_back(index);
+            continue;
+        }
+        if (kind != ChangeKind::BlockAdded)
+            throw Malformed();
+        auto &block = *d.blocks.emplace_back(std::make_unique<BlockRecord>(wide()));
+        ObjectAccess::host(block).owner = &d.table;
+        ObjectAccess::set(block, kErased | kWithdrawn);
+        ObjectAccess::basePoint(block) = get<AcGePoint3d>();
+        ObjectAccess::host(block).handle = get<std::uint64_t>();
+        dxf::BlockSource &source = d.file.blocks[&block];
+        source.beginHandle = get<std::uint64_t>();
+        source.endHandle = get<std::uint64_t>();
+        m_codec.m_blockNumbers[&block] = static_cast<std::uint32_t>(m_codec.m_blocks.size());
+        m_codec.m_blocks.push_back(&block);
+    }
 }
 
 Change StepCodec::Reader::change()
@@ -433,23 +471,9 @@ Change StepCodec::Reader::change()
         hold(std::move(state));
         break;
     }
-    case ChangeKind::LayerAdded: {
-        LayerState state;
-        state.layer.name = wide();
-        if (get<std::uint32_t>() != m_codec.m_layers.size())
-            throw Malformed();
-        layerValues(state);
-        state.layer.erased = true;
-        change.layer = static_cast<std::uint32_t>(d.layers.size());
-        d.layers.push_back(state.layer);
-        d.file.layers.resize(d.layers.size());
-        d.file.layers.back().handle = state.handle;
-        d.file.layers.back().changed = state.changed;
-        d.file.layers.back().needsRecord = state.needsRecord;
-        m_codec.m_layerNumbers[change.layer] = static_cast<std::uint32_t>(m_codec.m_layers.size());
-        m_codec.m_layers.push_back(change.layer);
+    case ChangeKind::LayerAdded:
+        change.layer = layer();
         break;
-    }
     case ChangeKind::Layer: {
         LayerState state;
         change.layer = layer();
@@ -461,21 +485,9 @@ Change StepCodec::Reader::change()
     case ChangeKind::CurrentLayer:
         change.layer = layer();
         break;
-    case ChangeKind::BlockAdded: {
-        auto &block = *d.blocks.emplace_back(std::make_unique<BlockRecord>(wide()));
-        auto &host = ObjectAccess::host(block);
-        host.owner = &d.table;
-        ObjectAccess::set(block, kErased | kWithdrawn);
-        ObjectAccess::basePoint(block) = get<AcGePoint3d>();
-        host.handle = get<std::uint64_t>();
-        dxf::BlockSource &source = d.file.blocks[&block];
-        source.beginHandle = get<std::uint64_t>();
-        source.endHandle = get<std::uint64_t>();
-        m_codec.m_blockNumbers[&block] = static_cast<std::uint32_t>(m_codec.m_blocks.size());
-        m_codec.m_blocks.push_back(&block);
-        change.object = &block;
+    case ChangeKind::BlockAdded:
+        change.object = block();
         break;
-    }
     case ChangeKind::BlockErased: {
         BlockState state;
         change.object = block();
@@ -535,6 +547,7 @@ std::optional<ChangeStep> StepCodec::decode(std::string_view bytes)
         step.name = reader.wide();
         step.handlesBefore = reader.get<std::uint64_t>();
         step.handlesAfter = reader.get<std::uint64_t>();
+        reader.newcomers();
         for (std::uint64_t left = reader.count(1); left > 0; --left)
             step.changes.push_back(reader.change());
         return reader.atEnd() ? std::optional(std::move(step)) : std::nullopt;

@@ -2,6 +2,8 @@
 #include "host/drawing/StepBytes.h"
 #include "host/drawing/StepCodec.h"
 
+#include <algorithm>
+
 namespace velmor {
 
 using steps::Malformed;
@@ -58,6 +60,8 @@ public:
     }
     void shape(const EntityShape &shape);
     void record(const RecordState &state);
+    void layerValues(const LayerState &state);
+    void newcomers(Drawing &drawing, const ChangeStep &step);
     void change(Drawing &drawing, const Change &change);
     void made(const AcDbEntity &entity);
 
@@ -202,6 +206,7 @@ void StepCodec::Writer::made(const AcDbEntity &entity)
     look(entity);
     put(ObjectAccess::has(entity, kInvisible));
     put(ObjectAccess::host(entity).handle);
+    flags(entity);
     switch (kindOf(entity)) {
     case EntityKind::Unknown:
         put(typeNameOf(entity));
@@ -229,6 +234,50 @@ void StepCodec::Writer::made(const AcDbEntity &entity)
     put(tags == carried.end() ? std::nullopt : std::optional(tags->second));
     m_codec.m_numbers[&entity] = m_codec.m_made.size();
     m_codec.m_made.push_back(const_cast<AcDbEntity *>(&entity));
+}
+
+void StepCodec::Writer::layerValues(const LayerState &state)
+{
+    put(state.layer.color);
+    put(state.layer.on);
+    put(state.layer.frozen);
+    put(state.layer.locked);
+    put(state.layer.erased);
+    put(state.changed);
+    put(state.needsRecord);
+    put(state.handle);
+}
+
+/// Layers and blocks that came with the step stand before its changes, since an entity that came before them may be on
+/// them by the step's end.
+void StepCodec::Writer::newcomers(Drawing &drawing, const ChangeStep &step)
+{
+    Drawing::Private &d = drawing.priv();
+    const auto isNewcomer = [](const Change &change) {
+        return change.kind == ChangeKind::LayerAdded || change.kind == ChangeKind::BlockAdded;
+    };
+    put(static_cast<std::uint64_t>(std::ranges::count_if(step.changes, isNewcomer)));
+    for (const Change &change : step.changes) {
+        if (!isNewcomer(change))
+            continue;
+        put(change.kind);
+        if (change.kind == ChangeKind::LayerAdded) {
+            m_codec.m_layerNumbers[change.layer] = static_cast<std::uint32_t>(m_codec.m_layers.size());
+            m_codec.m_layers.push_back(change.layer);
+            put(d.layers[change.layer].name);
+            layerValues(layerState(d, change.layer));
+            continue;
+        }
+        auto &block = static_cast<BlockRecord &>(*change.object);
+        m_codec.m_blockNumbers[&block] = static_cast<std::uint32_t>(m_codec.m_blocks.size());
+        m_codec.m_blocks.push_back(&block);
+        const dxf::BlockSource &source = d.file.blocks[&block];
+        put(block.name());
+        put(block.basePoint());
+        put(ObjectAccess::host(block).handle);
+        put(source.beginHandle);
+        put(source.endHandle);
+    }
 }
 
 void StepCodec::Writer::change(Drawing &drawing, const Change &change)
@@ -287,40 +336,19 @@ void StepCodec::Writer::change(Drawing &drawing, const Change &change)
         }
         break;
     }
-    case ChangeKind::LayerAdded: {
-        m_codec.m_layerNumbers[change.layer] = static_cast<std::uint32_t>(m_codec.m_layers.size());
-        m_codec.m_layers.push_back(change.layer);
-        put(d.layers[change.layer].name);
-        [[fallthrough]];
-    }
-    case ChangeKind::Layer: {
-        const LayerState state = layerState(d, change.layer);
+    case ChangeKind::LayerAdded:
         layer(change.layer);
-        put(state.layer.color);
-        put(state.layer.on);
-        put(state.layer.frozen);
-        put(state.layer.locked);
-        put(state.layer.erased);
-        put(state.changed);
-        put(state.needsRecord);
-        put(state.handle);
         break;
-    }
+    case ChangeKind::Layer:
+        layer(change.layer);
+        layerValues(layerState(d, change.layer));
+        break;
     case ChangeKind::CurrentLayer:
         layer(static_cast<std::uint32_t>(d.currentLayer));
         break;
-    case ChangeKind::BlockAdded: {
-        const auto &block = static_cast<const BlockRecord &>(*change.object);
-        m_codec.m_blockNumbers[&block] = static_cast<std::uint32_t>(m_codec.m_blocks.size());
-        m_codec.m_blocks.push_back(const_cast<BlockRecord *>(&block));
-        const dxf::BlockSource &source = d.file.blocks[&block];
-        put(block.name());
-        put(block.basePoint());
-        put(ObjectAccess::host(block).handle);
-        put(source.beginHandle);
-        put(source.endHandle);
+    case ChangeKind::BlockAdded:
+        object(change.object);
         break;
-    }
     case ChangeKind::BlockErased: {
         auto &block = static_cast<BlockRecord &>(*change.object);
         const auto &entities = ObjectAccess::erasedWithIt(block);
@@ -361,6 +389,7 @@ std::optional<std::string> StepCodec::encode(const ChangeStep &step)
         writer.put(step.name);
         writer.put(step.handlesBefore);
         writer.put(step.handlesAfter);
+        writer.newcomers(m_drawing, step);
         writer.put(static_cast<std::uint64_t>(step.changes.size()));
         for (const Change &change : step.changes)
             writer.change(m_drawing, change);

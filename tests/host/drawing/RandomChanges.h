@@ -17,7 +17,7 @@ public:
 
     /// One change, or one that finds nothing to change; its number tells the kind.
     int make();
-    static constexpr int kKinds = 22;
+    static constexpr int kKinds = 24;
 
 private:
     std::size_t upTo(std::size_t count) { return m_random() % count; }
@@ -208,6 +208,23 @@ inline int RandomChanges::make()
     case 21:
         if (BlockRecord &block = record(); !block.isModelSpace())
             m_drawing.eraseBlock(block);
+        break;
+    case 22:
+    case 23:
+        if (some) {
+            EntityShape shape = shapeOf(*some);
+            if (auto *circle = std::get_if<CircleShape>(&shape.value))
+                circle->center.x += 1.0;
+            else if (auto *polyline = std::get_if<PolylineShape>(&shape.value); polyline && !polyline->vertices.empty())
+                polyline->vertices.front().y += 0.5;
+            else if (auto *text = std::get_if<TextShape>(&shape.value))
+                text->text += L"!";
+            else if (auto *place = std::get_if<AcGePoint3d>(&shape.value))
+                place->y -= 2.0;
+            else if (auto *reference = std::get_if<ReferenceShape>(&shape.value))
+                reference->placement.rotation += 0.25;
+            setShape(m_drawing, *some, std::move(shape));
+        }
         break;
     }
     return kind;

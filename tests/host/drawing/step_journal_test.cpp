@@ -88,7 +88,7 @@ TEST_P(StepsOf, RepeatedFromBytesGiveTheSameTextAtEveryState)
     std::mt19937 random(5);
     for (int i = 0; i < kSteps; ++i) {
         log.begin(L"step " + std::to_wstring(i));
-        for (unsigned count = 1 + random() % 3; count > 0; --count)
+        for (unsigned count = 1 + random() % 8; count > 0; --count)
             changes.make();
         if (random() % 20 == 0)
             log.takeBack();
@@ -119,6 +119,24 @@ INSTANTIATE_TEST_SUITE_P(Drawings, StepsOf,
                          testing::Values(
                              somethingOfEverything, twentyLinesWithoutHandles,
                              +[] { return Drawing::createNew()->write(); }));
+
+TEST(StepBytes, AnEntityMayStandOnALayerThatCameAfterIt)
+{
+    const std::string text = Drawing::createNew()->write();
+    auto drawing = Drawing::read(text).drawing, twin = Drawing::read(text).drawing;
+    {
+        const Twin follow(*drawing, *twin);
+        auto &log = drawing->component<ChangeLog>();
+        log.begin();
+        auto line = std::make_unique<AcDbLine>();
+        AcDbLine &made = *line;
+        drawing->append(std::move(line));
+        drawing->setLayerOf(made, drawing->ensureLayer(L"Later", 3));
+        drawing->setCurrentLayer(drawing->ensureLayer(L"Last"));
+        log.keep();
+    }
+    EXPECT_EQ(test::differenceOf(twin->write(), drawing->write()), "");
+}
 
 TEST(StepBytes, ThatWereCutOrChangedAreRefusedOrStillAStepAndNeverBreakTheDrawing)
 {
