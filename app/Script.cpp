@@ -100,8 +100,9 @@ Script::~Script()
 
 ScriptResult Script::run()
 {
-    while (m_result.code == kDone && m_next < m_lines.size())
+    while (m_result.code == kDone && m_next < m_lines.size() && !m_session.commands().isQuitAsked())
         execute(m_lines[m_current = m_next++]);
+    m_session.commands().askToQuit(false);
     return m_result;
 }
 

@@ -1,5 +1,5 @@
-// Scripts and typed lines: whatever they say, the program goes on, and a wrong line has a reason with its place. The
-// commands that read and write files are taken out, by their names.
+// Scripts and typed lines: whatever they say, the program goes on, and a wrong line has a reason with its place. Files
+// are read and written in a folder of this run alone.
 #include "app/Script.h"
 #include "fuzz/Require.h"
 #include "host/editor/CommandStack.h"
@@ -8,22 +8,30 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <sstream>
 
 namespace {
 
 using namespace velmor;
 
-std::string withoutFileCommands(std::string text)
+/// The text with all names of files in the folder of this run.
+std::string withinFolder(std::string text)
 {
-    for (const std::string_view name : {"save", "open", "import"})
-        for (std::size_t i = 0; i + name.size() <= text.size(); ++i)
-            if (std::ranges::equal(std::string_view(text).substr(i, name.size()), name,
-                                   [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; }))
-                text[i] = '_';
+    std::ranges::replace(text, '/', '_');
+    for (std::size_t at = 0; (at = text.find("..", at)) != std::string::npos;)
+        text.replace(at, 2, "__");
     return text;
+}
+
+void emptyFolder()
+{
+    std::error_code error;
+    for (const auto &entry : std::filesystem::directory_iterator(".", error))
+        std::filesystem::remove_all(entry.path(), error);
 }
 
 void openDialog()
@@ -86,7 +94,10 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
     static std::string folder = (std::filesystem::temp_directory_path() / "velmor_fuzz_XXXXXX").string();
     if (!mkdtemp(folder.data()))
         std::abort();
-    setenv("VELMOR_CONFIG_DIR", folder.c_str(), 1);
+    setenv("VELMOR_CONFIG_DIR", (folder + "/config").c_str(), 1);
+    setenv("CUPS_SERVER", "/none", 1); // no printer is looked for
+    std::filesystem::create_directory(folder + "/work");
+    std::filesystem::current_path(folder + "/work");
     std::atexit([] { std::filesystem::remove_all(folder); });
     static int argc = 1;
     static char name[] = "fuzz_script";
@@ -99,7 +110,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const std::string text = withoutFileCommands({reinterpret_cast<const char *>(data), size});
+    const std::string text = withinFolder({reinterpret_cast<const char *>(data), size});
     {
         Session session;
         setUp(session);
@@ -120,5 +131,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             require(!reason.empty(), "a refused line has a reason");
         require(!session.commands().isRunning(), "a command ends with its line");
     }
+    emptyFolder();
     return 0;
 }

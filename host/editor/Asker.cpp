@@ -1,7 +1,10 @@
 #include "host/editor/Asker.h"
 
+#include "host/drawing/ObjectAccess.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/EntityPick.h"
+#include "host/editor/Picking.h"
+#include "host/editor/Selection.h"
 #include "host/editor/UiMessage.h"
 #include "host/services/Messages.h"
 #include "host/services/Text.h"
@@ -12,6 +15,7 @@
 #include <charconv>
 #include <cmath>
 #include <numbers>
+#include <unordered_set>
 
 namespace velmor {
 
@@ -88,7 +92,7 @@ std::wstring realText(double value, int decimals)
 
 void Asker::refuse(const std::wstring &why)
 {
-    m_refused = true;
+    m_refused = m_asksAgain = true;
     m_session.status(why);
 }
 
@@ -98,7 +102,7 @@ Answer Asker::ask(const Prompt &prompt)
     if (!m_answers.empty()) {
         answer = m_answers.front();
         m_answers = m_answers.subspan(1);
-    } else if (prompt.optional) {
+    } else if (prompt.optional && !m_asksAgain && (!m_askSession || !m_session.view())) {
         answer = {Answer::Enter{}};
     } else if (m_askSession) {
         answer = m_session.ask(prompt);
@@ -115,15 +119,21 @@ Reply Asker::askFor(PromptKind kind, const Ask &ask, const char *needed, Reader 
     for (;;) {
         const Answer answer = this->ask(prompt);
         if (answer.isEnter()) {
-            if (ask.enter || ask.optional || !ask.standard.empty())
+            if (ask.enter || ask.optional || !ask.standard.empty()) {
+                m_asksAgain = false;
                 return {};
+            }
         } else if (const std::wstring *text = answer.text()) {
-            if (const std::wstring *word = matchKeyword(ask.words, *text))
+            if (const std::wstring *word = matchKeyword(ask.words, *text)) {
+                m_asksAgain = false;
                 return {.kind = Reply::Kind::Word, .word = *word};
+            }
         }
         if (!answer.isEnter())
-            if (std::optional<Reply> reply = read(answer))
+            if (std::optional<Reply> reply = read(answer)) {
+                m_asksAgain = false;
                 return *std::move(reply);
+            }
         std::wstring words;
         for (const std::wstring &word : prompt.localKeywords)
             words += (words.empty() ? L"" : L", ") + word;
@@ -218,50 +228,85 @@ Answer::Pick Asker::entity(const Ask &ask)
     return pick.value_or(Answer::Pick{});
 }
 
+Reply Asker::attribute(const std::wstring &question, const std::wstring &standard)
+{
+    Prompt prompt{.kind = PromptKind::Text, .text = question};
+    if (!standard.empty())
+        prompt.text += L" <" + standard + L">";
+    prompt.text += L":";
+    prompt.optional = true;
+    const Answer answer = ask(prompt);
+    return answer.isEnter() ? Reply{} : textReply(answer).value_or(Reply{});
+}
+
+AcDbObjectIdArray Asker::windowObjects(bool crossing)
+{
+    const AcGePoint3d first = onlyPoint("ui.prompt.corner.first");
+    const AcGePoint3d second = onlyPoint("ui.prompt.corner", first);
+    Extents window;
+    window.add(first.x, first.y);
+    window.add(second.x, second.y);
+    return entitiesIn(drawing(), window, crossing ? SelectBy::Crossing : SelectBy::Window);
+}
+
 AcDbObjectIdArray Asker::objects(const char *message)
 {
     auto &previous = drawing().component<PreviousSelection>();
-    AcDbObjectIdArray chosen;
+    auto &standing = drawing().component<Selection>();
+    AcDbObjectIdArray chosen = standing.members();
+    if (!chosen.empty()) {
+        standing.clear();
+        m_session.status(uiMessage("ui.objects.count", {std::to_wstring(chosen.size())}));
+        previous.ids = chosen;
+        return chosen;
+    }
+    std::unordered_set<const void *> known; // by entity: thousands may be picked one after the other
     bool removing = false;
-    const auto take = [&](const AcDbObjectIdArray &ids) {
+    const auto change = [&](const AcDbObjectIdArray &ids, bool out) {
+        std::unordered_set<const void *> gone;
         for (const AcDbObjectId &id : ids) {
-            const auto known = std::find(chosen.begin(), chosen.end(), id);
-            if (id.isNull() || id.isErased() || (known == chosen.end()) == removing)
-                continue;
-            if (removing)
-                chosen.erase(known);
-            else
+            const void *key = id.isNull() || id.isErased() ? nullptr : ObjectAccess::object(id);
+            if (key && out && known.erase(key))
+                gone.insert(key);
+            else if (key && !out && known.insert(key).second)
                 chosen.push_back(id);
         }
+        if (!gone.empty())
+            std::erase_if(chosen, [&](const AcDbObjectId &id) { return gone.contains(ObjectAccess::object(id)); });
         m_session.status(uiMessage("ui.objects.count", {std::to_wstring(chosen.size())}));
     };
+    const std::vector<std::wstring> words{L"ALL", L"Window", L"Crossing", L"Last", L"Previous", L"Remove", L"Add"};
     for (;;) {
         AcDbObjectIdArray picked;
-        const Reply reply =
-            askFor(PromptKind::Selection,
-                   {.message = message, .words = {L"ALL", L"Last", L"Previous", L"Remove", L"Add"}, .enter = true},
-                   "ui.needed.entity", [&](const Answer &answer) -> std::optional<Reply> {
-                       const auto ids = selectedEntities(m_session, answer);
-                       if (!ids)
-                           return std::nullopt;
-                       picked = *ids;
-                       return Reply{.kind = Reply::Kind::Point};
-                   });
+        bool isRemoved = false;
+        const Reply reply = askFor(PromptKind::Selection, {.message = message, .words = words, .enter = true},
+                                   "ui.needed.entity", [&](const Answer &answer) -> std::optional<Reply> {
+                                       const auto *removed = std::get_if<Answer::Removed>(&answer.value);
+                                       const auto ids =
+                                           removed ? std::optional(removed->ids) : selectedEntities(m_session, answer);
+                                       if (!ids)
+                                           return std::nullopt;
+                                       isRemoved = removed != nullptr;
+                                       picked = *ids;
+                                       return Reply{.kind = Reply::Kind::Point};
+                                   });
         if (reply.isEnter())
             break;
         if (reply.is(L"Remove") || reply.is(L"Add"))
             removing = reply.is(L"Remove");
         else if (reply.is(L"ALL"))
-            take(selectedEntities(m_session, {std::wstring(kAllWord)}).value_or(AcDbObjectIdArray()));
+            change(selectedEntities(m_session, {std::wstring(kAllWord)}).value_or(AcDbObjectIdArray()), removing);
+        else if (reply.is(L"Window") || reply.is(L"Crossing"))
+            change(windowObjects(reply.is(L"Crossing")), removing);
         else if (reply.is(L"Previous"))
-            take(previous.ids);
+            change(previous.ids, removing);
         else if (reply.is(L"Last")) {
             const auto &all = drawing().modelSpace().entities();
             const auto last =
                 std::find_if(all.rbegin(), all.rend(), [](const AcDbEntity *e) { return !e->isErased(); });
-            take(last == all.rend() ? AcDbObjectIdArray() : AcDbObjectIdArray{idOf(**last)});
+            change(last == all.rend() ? AcDbObjectIdArray() : AcDbObjectIdArray{idOf(**last)}, removing);
         } else
-            take(picked);
+            change(picked, removing != isRemoved);
     }
     if (!chosen.empty())
         previous.ids = chosen;

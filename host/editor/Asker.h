@@ -24,7 +24,7 @@ struct Ask {
     std::optional<AcGePoint3d> base = {}; ///< where a rubber band starts and "@" counts from
     Completion completion = Completion::None;
     bool enter = false;    ///< Enter is an answer of its own; with a standard it always is
-    bool optional = false; ///< the same, and it is not asked when nothing is prepared: that counts as Enter
+    bool optional = false; ///< the same, and where no person is, it is not asked when nothing is prepared: Enter
 };
 
 struct Reply {
@@ -62,18 +62,23 @@ public:
     Reply text(const Ask &ask);
     /// A text without blanks: a name, a value.
     Reply name(const Ask &ask);
+    /// The text of an attribute: the question is told as the block has it, Enter means the standard.
+    Reply attribute(const std::wstring &question, const std::wstring &standard);
     /// One entity; refused when there is none.
     Answer::Pick entity(const Ask &ask);
-    /// Entities till Enter; those that were selected before the command, when there are any. Options: All, Window,
-    /// Crossing, Last, Previous, Remove, Add.
+    /// Entities till Enter; without asking those that stand selected, which are selected no longer then. Options: All,
+    /// Window, Crossing, Last, Previous, Remove, Add.
     AcDbObjectIdArray objects(const char *message = "ui.prompt.objects");
 
     /// Says one line and counts the answer as of no use.
     void refuse(const std::wstring &why);
     bool refused() const { return m_refused; }
+    /// Answers are there that were prepared.
+    bool hasAnswers() const { return !m_answers.empty(); }
 
 private:
     Answer ask(const Prompt &prompt);
+    AcDbObjectIdArray windowObjects(bool crossing);
     /// Asks till the answer is Enter, a word, or one of which the reader makes a reply.
     template <class Reader>
     Reply askFor(PromptKind kind, const Ask &ask, const char *needed, Reader read);
@@ -82,6 +87,7 @@ private:
     std::span<const Answer> &m_answers;
     bool m_askSession;
     bool m_refused = false;
+    bool m_asksAgain = false; ///< the last answer was refused, so no standard stands in for the next
 };
 
 /// A number as a person types it: "2.5", "1e3"; also "1:500" and "1/4" as quotients. Nothing for another text.

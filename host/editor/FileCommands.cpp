@@ -9,7 +9,6 @@
 #include "host/services/Text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 
 namespace velmor {
@@ -90,44 +89,6 @@ Command::Next saveDrawing(Session &session, const std::wstring &file, bool overw
     return Command::Next::Commit;
 }
 
-Command::Next makeLayerCurrent(Session &session, const std::wstring &name)
-{
-    if (const auto next = askWithDrawing(session); next != Command::Next::Ask)
-        return next;
-    if (!session.drawing()->findLayer(name) && !std::ranges::all_of(name, isNameCharacter)) {
-        session.alert(uiMessage("ui.layer.badName", {name}));
-        return Command::Next::BadInput;
-    }
-    session.drawing()->setCurrentLayer(session.drawing()->ensureLayer(name));
-    return Command::Next::Commit;
-}
-
-VariableValue valueFromText(const std::wstring &text)
-{
-    const std::string narrow = utf8(text);
-    const char *end = narrow.data() + narrow.size();
-    int whole = 0;
-    if (const auto [last, error] = std::from_chars(narrow.data(), end, whole); error == std::errc() && last == end)
-        return whole;
-    double number = 0.0;
-    if (const auto [last, error] = std::from_chars(narrow.data(), end, number); error == std::errc() && last == end)
-        return number;
-    return text;
-}
-
-Command::Next setHostVariable(Session &session, const std::wstring &name, const std::wstring &value)
-{
-    if (!session.variable(name)) {
-        session.alert(uiMessage("ui.variable.unknown", {name}));
-        return Command::Next::BadInput;
-    }
-    if (!session.setVariable(name, valueFromText(value))) {
-        session.alert(uiMessage("ui.variable.refused", {name, value}));
-        return Command::Next::BadInput;
-    }
-    return Command::Next::Commit;
-}
-
 } // namespace
 
 void addFileCommands(CommandStack &stack)
@@ -151,11 +112,6 @@ void addFileCommands(CommandStack &stack)
     add(L"SAVEAS",
         {{.message = "ui.prompt.saveas", .completion = Completion::Drawings}, optionalWord(L"OVERWRITE-DAMAGED")},
         [](Session &session, const Answers &answers) { return saveDrawing(session, answers[0], !answers[1].empty()); });
-    add(L"LAYER", {{.message = "ui.prompt.layer", .completion = Completion::Layers}},
-        [](Session &session, const Answers &answers) { return makeLayerCurrent(session, answers[0]); });
-    add(L"SETVAR",
-        {{.message = "ui.prompt.variable", .completion = Completion::Variables}, {.message = "ui.prompt.value"}},
-        [](Session &session, const Answers &answers) { return setHostVariable(session, answers[0], answers[1]); });
 }
 
 void addHostCommands(CommandStack &stack)
@@ -168,6 +124,13 @@ void addHostCommands(CommandStack &stack)
     addUndoCommands(stack);
     addViewCommands(stack);
     addProgramCommands(stack);
+    addDrawCommands(stack);
+    addModifyCommands(stack);
+    addInquiryCommands(stack);
+    addHatchCommands(stack);
+    addInsertCommands(stack);
+    addVariableCommands(stack);
+    addPlotCommands(stack);
 }
 
 } // namespace velmor

@@ -34,5 +34,12 @@ void addBoundaryCommands(CommandStack &stack);
 void addAppearanceCommands(CommandStack &stack);
 void addViewCommands(CommandStack &stack);
 void addProgramCommands(CommandStack &stack);
+void addDrawCommands(CommandStack &stack);
+void addModifyCommands(CommandStack &stack);
+void addInquiryCommands(CommandStack &stack);
+void addHatchCommands(CommandStack &stack);
+void addInsertCommands(CommandStack &stack);
+void addVariableCommands(CommandStack &stack);
+void addPlotCommands(CommandStack &stack);
 
 } // namespace velmor

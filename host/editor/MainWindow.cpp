@@ -8,6 +8,7 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/Completions.h"
 #include "host/editor/Loading.h"
+#include "host/editor/PlotDialog.h"
 #include "host/editor/PointerTip.h"
 #include "host/editor/RecoveryQuestion.h"
 #include "host/editor/Theme.h"
@@ -265,6 +266,13 @@ double MainWindow::scaleDenominator() const
     return m_viewport->scaleDenominator();
 }
 
+void MainWindow::openPlotDialog()
+{
+    if (m_session.drawing() == nullptr)
+        return;
+    PlotDialog(m_session, m_viewport->view().visible(), this).exec();
+}
+
 bool MainWindow::showPrevious()
 {
     return m_viewport->zoomPrevious();
@@ -443,6 +451,16 @@ void MainWindow::chooseAndImport()
     const QString file = QFileDialog::getOpenFileName(this, ui("ui.file.import.title"), {}, ui("ui.filter.network"));
     if (!file.isEmpty())
         startCommand(QStringLiteral("_IMPORT \"%1\" WITH-POLYGONS").arg(file));
+}
+
+void MainWindow::chooseAndExport()
+{
+    QString file = QFileDialog::getSaveFileName(this, ui("ui.plot.save.title"), {}, ui("ui.filter.pdf"));
+    if (file.isEmpty())
+        return;
+    if (!file.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
+        file += QStringLiteral(".pdf");
+    startCommand(QStringLiteral("_EXPORTPDF \"%1\"").arg(file));
 }
 
 bool MainWindow::save()

@@ -74,6 +74,7 @@ public:
     void centreOn(const AcGePoint3d &point) override;
     bool showPrevious() override;
     double scaleDenominator() const override;
+    void openPlotDialog() override;
     // PromptSource
     std::optional<Answer> ask(const Prompt &prompt) override;
 
@@ -95,6 +96,7 @@ private:
     void whenIdle(std::function<void()> work);
     void chooseAndOpen();
     void chooseAndImport();
+    void chooseAndExport();
     bool save();
     bool chooseAndSave();
     bool saveTo(const std::filesystem::path &file);

@@ -134,6 +134,8 @@ void MainWindow::trigger(const MenuItem &item, const CommandRow &row)
         return whenIdle([this] { chooseAndImport(); });
     if (item.file == FileChoice::SaveDrawing)
         return whenIdle([this] { chooseAndSave(); });
+    if (item.file == FileChoice::SavePdf)
+        return whenIdle([this] { chooseAndExport(); });
     if (name == "SAVE")
         return whenIdle([this] { save(); });
     if (name == "QUIT") {

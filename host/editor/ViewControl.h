@@ -19,6 +19,8 @@ public:
     virtual bool showPrevious() = 0;
     /// Metres in the drawing to metres on the screen: 500 for 1:500.
     virtual double scaleDenominator() const = 0;
+    /// Printing and PDF, with what is shown as one of the choices.
+    virtual void openPlotDialog() = 0;
 };
 
 /// That of the session's window; null without one.

@@ -2,6 +2,7 @@
 
 #include "host/editor/Captions.h"
 #include "host/editor/DisplayIndex.h"
+#include "host/editor/DrawingUnits.h"
 #include "host/editor/FramePainter.h"
 
 #include <QPainter>
@@ -18,16 +19,6 @@ constexpr std::size_t kMostPast = 50; ///< views that can be gone back to
 constexpr double kNorthSize = 34.0, kNorthMargin = 12.0;
 constexpr double kMarkerSize = 5.0; ///< half of an object snap's marker, pixels
 constexpr double kTipOffset = 14.0;
-
-/// Metres for a drawing unit, by the numbers that files use; units that are no length count as metres.
-double metresPerUnit(const Drawing &drawing)
-{
-    static constexpr std::array kMetres{1.0,     0.0254, 0.3048, 1609.344, 0.001, 0.01, 1.0,  1000.0, 2.54e-8,
-                                        2.54e-5, 0.9144, 1e-10,  1e-9,     1e-6,  0.1,  10.0, 100.0};
-    const auto text = drawing.headerVariable("$INSUNITS");
-    const int unit = text ? std::atoi(text->c_str()) : 0;
-    return unit > 0 && unit < static_cast<int>(kMetres.size()) ? kMetres[static_cast<std::size_t>(unit)] : 1.0;
-}
 
 const char *nameOf(SnapBit kind)
 {

@@ -2,6 +2,7 @@
 
 #include "host/drawing/HatchPattern.h"
 #include "host/drawing/dxf/DataTags.h"
+#include "host/drawing/dxf/MovedTags.h"
 #include "host/drawing/dxf/TextFormat.h"
 
 #include <algorithm>
@@ -51,14 +52,41 @@ void EntityWriter::begin(TagWriter &w, const char *type, AcDbEntity &entity, boo
         w.integer(60, 1);
 }
 
+/// What the carried tags are for the entity as it is now; nothing when it has changed in another way than by a move.
+std::optional<std::string> EntityWriter::carriedTags(const AcDbEntity &entity, const std::string &carried) const
+{
+    if (!ObjectAccess::has(entity, kPatchGeometry))
+        return carried;
+    std::vector<Tag> tags;
+    TagCursor cursor(carried.data(), carried.data() + carried.size());
+    Tag tag;
+    const char *start = nullptr;
+    while (cursor.next(tag, start))
+        tags.push_back(tag);
+    const auto values = movedTags(entity, tags, f.codec);
+    if (!values)
+        return std::nullopt;
+    std::string text;
+    const char *copied = carried.data();
+    for (const auto &[index, value] : *values) {
+        text.append(copied, tags[index].value);
+        text += value;
+        copied = tags[index].value + tags[index].length;
+    }
+    text.append(copied, carried.data() + carried.size());
+    return text;
+}
+
 void EntityWriter::write(std::string &out, AcDbEntity &entity, std::string &blocks)
 {
     TagWriter w(out, f);
     if (const auto carried = d.carried.find(&entity); carried != d.carried.end()) {
-        begin(w, typeNameOf(entity).c_str(), entity);
-        out += carried->second;
-        finish(w, entity);
-        return;
+        if (const auto tags = carriedTags(entity, carried->second)) {
+            begin(w, typeNameOf(entity).c_str(), entity);
+            out += *tags;
+            finish(w, entity);
+            return;
+        }
     }
     switch (kindOf(entity)) {
     case EntityKind::Line: {

@@ -30,6 +30,7 @@ public:
     std::function<std::string(const AcDbObject &)> extendedData;
 
 private:
+    std::optional<std::string> carriedTags(const AcDbEntity &entity, const std::string &carried) const;
     void begin(TagWriter &w, const char *type, AcDbEntity &entity, bool isMain = true);
     void subclass(TagWriter &w, const char *name)
     {

@@ -1,6 +1,7 @@
 // Objects of the file that changed: their tags are edited where they no longer hold, and all others stay.
 #include "host/drawing/dxf/DataTags.h"
 #include "host/drawing/dxf/DxfWriter.h"
+#include "host/drawing/dxf/MovedTags.h"
 #include "host/drawing/dxf/TextFormat.h"
 
 #include <algorithm>
@@ -162,7 +163,9 @@ void DxfWriter::patchGeometry(AcDbEntity &entity, const PlacedTags &head)
         for (const auto &[code, value] : values) {
             const std::size_t at = findTag(head, code);
             if (at != head.size()) {
-                replaceValue(head[at], formatReal(value));
+                double known = 0.0;
+                if (!head[at].tag.real(known) || known != value) // a move back leaves the text as it was
+                    replaceValue(head[at], formatReal(value));
                 behind = at;
             } else if (value != 0.0) {
                 std::string text;
@@ -172,11 +175,31 @@ void DxfWriter::patchGeometry(AcDbEntity &entity, const PlacedTags &head)
         }
         return;
     }
-    // A hatch is written anew, with what others attached to it.
+    const EntityKind kind = kindOf(entity);
+    const bool hasParts = kind == EntityKind::Polyline2d || kind == EntityKind::Polyline3d;
+    const auto &place = ObjectAccess::host(entity);
+    const PlacedTags whole =
+        hasParts ? placedTags(place.sourceOffset, place.sourceOffset + place.sourceLength) : PlacedTags();
+    const PlacedTags &all = hasParts ? whole : head;
+    std::vector<Tag> tags;
+    for (std::size_t i = 1; i < all.size(); ++i)
+        tags.push_back(all[i].tag);
+    if (const auto values = movedTags(entity, tags, f.codec)) {
+        for (const auto &[index, value] : *values)
+            replaceValue(all[index + 1], value);
+        return;
+    }
+    if (kind == EntityKind::Attribute) {
+        std::string text;
+        m_entities.writeAttribute(text, static_cast<AttributeEntity &>(entity));
+        m_edits.push_back({place.sourceOffset, place.sourceLength, std::move(text)});
+        return;
+    }
+    // What changed in another way is written anew, with what others attached to it.
     std::string text;
     m_entities.write(text, entity, m_anonymousBlocks);
     for (const PlacedTag &tag : head)
-        if (tag.tag.code >= 1000)
+        if (tag.tag.code >= 1000 && !hasParts && kind != EntityKind::BlockReference)
             text += f.at(tag.start, tag.end - tag.start);
     const auto &host = ObjectAccess::host(entity);
     m_edits.push_back({host.sourceOffset, host.sourceLength, std::move(text)});

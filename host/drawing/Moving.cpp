@@ -1,0 +1,117 @@
+#include "host/drawing/Moving.h"
+
+#include "host/drawing/DrawingData.h"
+#include "host/drawing/dxf/CarriedTags.h"
+
+namespace velmor {
+
+namespace {
+
+EntityShape moved(EntityShape shape, const AcGeVector3d &by)
+{
+    const double steps[] = {by.x, by.y, by.z};
+    visitCoordinates(shape, [&](double &value, int axis) { value += steps[axis]; });
+    return shape;
+}
+
+/// An entity of the kind without a shape yet.
+std::unique_ptr<AcDbEntity> blank(const AcDbEntity &like)
+{
+    switch (kindOf(like)) {
+    case EntityKind::Line:
+        return std::make_unique<AcDbLine>();
+    case EntityKind::Arc:
+        return std::make_unique<AcDbArc>();
+    case EntityKind::Circle:
+        return std::make_unique<CircleEntity>(AcGePoint3d(), 1.0);
+    case EntityKind::Ellipse:
+        return std::make_unique<EllipseEntity>(EllipseEntity::Shape());
+    case EntityKind::Spline:
+        return std::make_unique<SplineEntity>(SplineEntity::Shape());
+    case EntityKind::Point:
+        return std::make_unique<PointEntity>(AcGePoint3d());
+    case EntityKind::LwPolyline:
+        return std::make_unique<AcDbPolyline>();
+    case EntityKind::Polyline2d:
+        return std::make_unique<AcDb2dPolyline>();
+    case EntityKind::Polyline3d:
+        return std::make_unique<AcDb3dPolyline>();
+    case EntityKind::Text:
+        return std::make_unique<TextEntity>(TextShape());
+    case EntityKind::MText:
+        return std::make_unique<MTextEntity>(TextShape());
+    case EntityKind::BlockReference:
+        return std::make_unique<AcDbBlockReference>();
+    case EntityKind::AttributeDefinition: {
+        const auto &definition = static_cast<const AttributeDefinitionEntity &>(like);
+        return std::make_unique<AttributeDefinitionEntity>(definition.tag(), definition.prompt(), TextShape(),
+                                                           definition.isInvisible(), definition.isConstant());
+    }
+    case EntityKind::Hatch:
+        return std::make_unique<AcDbHatch>();
+    case EntityKind::Attribute:
+    case EntityKind::Unknown:
+        break;
+    }
+    return nullptr;
+}
+
+void takeLook(AcDbEntity &made, const AcDbEntity &from)
+{
+    auto &host = ObjectAccess::host(made);
+    host.layer = ObjectAccess::host(from).layer;
+    host.color = ObjectAccess::host(from).color;
+}
+
+} // namespace
+
+bool canMove(const AcDbEntity &entity)
+{
+    return kindOf(entity) != EntityKind::Unknown && kindOf(entity) != EntityKind::Attribute;
+}
+
+bool moveEntity(Drawing &drawing, AcDbEntity &entity, const AcGeVector3d &by)
+{
+    if (!canMove(entity) || !setShape(drawing, entity, moved(shapeOf(entity), by)))
+        return false;
+    if (kindOf(entity) == EntityKind::BlockReference)
+        for (AttributeEntity *attribute : attributesOf(static_cast<AcDbBlockReference &>(entity)))
+            setShape(drawing, *attribute, moved(shapeOf(*attribute), by));
+    return true;
+}
+
+AcDbEntity *copyEntity(Drawing &drawing, const AcDbEntity &entity, const AcGeVector3d &by)
+{
+    auto made = canMove(entity) ? blank(entity) : nullptr;
+    if (!made)
+        return nullptr;
+    EntityShape shape = moved(shapeOf(entity), by);
+    if (auto *hatch = std::get_if<HatchShape>(&shape.value))
+        hatch->associative = false;
+    setShape(drawing, *made, std::move(shape));
+    takeLook(*made, entity);
+    AcDbEntity &copy = *made;
+    // What only the tags say (line type, thickness, true colour) comes along as they say it.
+    auto &d = drawing.priv();
+    std::optional<std::string> tags;
+    if (const auto known = d.carried.find(&entity); known != d.carried.end())
+        tags = known->second;
+    else
+        tags = dxf::TagCarrier(drawing, drawing).carry(entity);
+    if (tags) {
+        d.carried.emplace(&copy, std::move(*tags));
+        ObjectAccess::set(copy, kPatchGeometry);
+    }
+    drawing.append(std::move(made));
+    if (kindOf(entity) != EntityKind::BlockReference)
+        return &copy;
+    for (const AttributeEntity *attribute : attributesOf(static_cast<const AcDbBlockReference &>(entity))) {
+        auto text = std::make_unique<AttributeEntity>(
+            attribute->tag(), std::get<TextShape>(moved(shapeOf(*attribute), by).value), attribute->isInvisible());
+        takeLook(*text, *attribute);
+        drawing.appendAttribute(static_cast<AcDbBlockReference &>(copy), std::move(text));
+    }
+    return &copy;
+}
+
+} // namespace velmor

@@ -1,0 +1,281 @@
+// Commands at the real window, by the keyboard alone.
+#include "host/editor/CommandLine.h"
+#include "host/editor/CommandStack.h"
+#include "host/editor/MainWindow.h"
+#include "host/editor/Viewport.h"
+#include "tests/host/editor/QtFixture.h"
+
+#include "host/services/Services.h"
+
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+
+namespace velmor {
+namespace {
+
+class TypedCommands : public testing::Test {
+protected:
+    TypedCommands()
+    {
+        test::application();
+        folder = (std::filesystem::temp_directory_path() / "velmor_typed_XXXXXX").string();
+        if (!mkdtemp(folder.data()))
+            throw std::runtime_error("no folder");
+        Services::instance().start({.language = "en"}, Paths({resources()}, folder));
+        session.setDrawing(Drawing::createNew());
+        open();
+    }
+    ~TypedCommands() override
+    {
+        window.reset();
+        std::filesystem::remove_all(folder);
+    }
+    static std::filesystem::path resources()
+    {
+        const char *source = std::getenv("VELMOR_SOURCE_DIR");
+        return std::filesystem::path(source ? source : ".") / "resources";
+    }
+    void open()
+    {
+        window = std::make_unique<MainWindow>(session);
+        window->show();
+        viewport = window->findChild<Viewport *>();
+        field = window->findChild<CommandField *>();
+        QTest::qWait(0);
+    }
+
+    /// One step a turn of the event loop, so that a prompt that opens meanwhile gets the rest. "{Name}" is a key, all
+    /// else is typed letter by letter.
+    void type(const QString &keys)
+    {
+        for (qsizetype i = 0; i < keys.size(); ++i) {
+            if (keys[i] == QLatin1Char('{')) {
+                const qsizetype end = keys.indexOf(QLatin1Char('}'), i);
+                const QString name = keys.mid(i + 1, end - i - 1);
+                m_steps.append([this, name] { press(name); });
+                i = end;
+            } else {
+                m_steps.append([this, letter = keys[i]] { QTest::keyClick(target(), letter.toLatin1()); });
+            }
+        }
+        next();
+        for (int turn = 0; turn < 2000 && (!m_steps.isEmpty() || session.commands().isRunning()); ++turn)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        EXPECT_TRUE(m_steps.isEmpty());
+    }
+    QWidget *target() const { return overDrawing ? static_cast<QWidget *>(viewport) : field; }
+    void press(const QString &name)
+    {
+        if (name == QStringLiteral("Pointer")) // to the north-east, at 3 up for 4 to the right
+            return QTest::mouseMove(viewport, viewport->view().toView(80.0, 60.0).toPoint());
+        if (name == QStringLiteral("Click"))
+            return QTest::mouseClick(viewport, Qt::LeftButton, {}, viewport->view().toView(80.0, 60.0).toPoint());
+        if (name.startsWith(QStringLiteral("Link"))) {
+            auto *prompt = window->commandLine().findChild<QLabel *>();
+            EXPECT_TRUE(prompt->text().contains(QStringLiteral("<a href"))) << prompt->text().toStdString();
+            Q_EMIT prompt->linkActivated(name.mid(4));
+            return;
+        }
+        static const QHash<QString, Qt::Key> keys{
+            {QStringLiteral("Enter"), Qt::Key_Return}, {QStringLiteral("Escape"), Qt::Key_Escape},
+            {QStringLiteral("Up"), Qt::Key_Up},        {QStringLiteral("Down"), Qt::Key_Down},
+            {QStringLiteral("Tab"), Qt::Key_Tab},      {QStringLiteral("F2"), Qt::Key_F2}};
+        QTest::keyClick(target(), keys.value(name));
+    }
+    void next()
+    {
+        if (m_steps.isEmpty()) {
+            // A prompt that is still open would wait for ever.
+            QTimer::singleShot(400, window.get(), [this] {
+                for (int i = 0; i < 10 && session.commands().isRunning(); ++i)
+                    QTest::keyClick(field, Qt::Key_Escape);
+            });
+            return;
+        }
+        const auto step = m_steps.takeFirst();
+        QTimer::singleShot(0, window.get(), [this] { next(); });
+        step();
+    }
+
+    QString said() const { return window->commandLine().transcript(); }
+    std::vector<AcDbEntity *> living()
+    {
+        std::vector<AcDbEntity *> found;
+        for (AcDbEntity *entity : session.drawing()->modelSpace().entities())
+            if (!entity->isErased())
+                found.push_back(entity);
+        return found;
+    }
+
+    std::string folder;
+    Session session;
+    std::unique_ptr<MainWindow> window;
+    Viewport *viewport = nullptr;
+    CommandField *field = nullptr;
+    bool overDrawing = false;
+
+private:
+    QList<std::function<void()>> m_steps;
+};
+
+TEST_F(TypedCommands, ALineIsDrawnWithBlanksAndEntersAlike)
+{
+    type(QStringLiteral("line 0,0 10,0{Enter}@0,5 {Enter}"));
+    EXPECT_EQ(living().size(), 2u);
+    EXPECT_FALSE(session.commands().isRunning());
+}
+
+TEST_F(TypedCommands, AnEmptyEnterRunsTheLastCommandAgain)
+{
+    type(QStringLiteral("circle 0,0 5 "));
+    type(QStringLiteral("{Enter}20,0 5 "));
+    EXPECT_EQ(living().size(), 2u);
+    type(QStringLiteral(" 40,0 5 ")); // so does a blank
+    EXPECT_EQ(living().size(), 3u);
+}
+
+TEST_F(TypedCommands, WhatIsTypedOverTheDrawingGoesToTheCommandLine)
+{
+    overDrawing = true;
+    type(QStringLiteral("l"));
+    EXPECT_EQ(field->text(), QStringLiteral("l"));
+    overDrawing = false;
+    type(QStringLiteral(" 0,0 5,5 {Enter}"));
+    EXPECT_EQ(living().size(), 1u);
+}
+
+TEST_F(TypedCommands, EscapeEndsACommandAndNothingIsDrawn)
+{
+    type(QStringLiteral("circle 0,0{Enter}{Escape}"));
+    EXPECT_FALSE(session.commands().isRunning());
+    EXPECT_TRUE(living().empty());
+}
+
+TEST_F(TypedCommands, ADistanceAloneGoesTheWayOfThePointer)
+{
+    viewport->showExtents({-100, -100, 100, 100});
+    viewport->grab();
+    type(QStringLiteral("line 0,0 {Pointer}25 {Enter}"));
+    ASSERT_EQ(living().size(), 1u);
+    const auto &end = static_cast<AcDbLine *>(living()[0])->endPoint();
+    const double pixel = 1.0 / viewport->view().pixelsPerUnit;
+    EXPECT_NEAR(end.x, 20.0, pixel);
+    EXPECT_NEAR(end.y, 15.0, pixel);
+    EXPECT_NEAR(std::hypot(end.x, end.y), 25.0, 1e-9);
+}
+
+TEST_F(TypedCommands, ClicksAndTypedPointsGoTogether)
+{
+    viewport->showExtents({-100, -100, 100, 100});
+    viewport->grab();
+    type(QStringLiteral("line 0,0 {Click}{Enter}"));
+    ASSERT_EQ(living().size(), 1u);
+    EXPECT_NEAR(static_cast<AcDbLine *>(living()[0])->endPoint().x, 80.0, 2.0 / viewport->view().pixelsPerUnit);
+}
+
+TEST_F(TypedCommands, ATransparentCommandRunsInsideOfAnother)
+{
+    type(QStringLiteral("line 0,0 'setvar pickradius 3 10,0 {Enter}"));
+    EXPECT_EQ(living().size(), 1u);
+    EXPECT_EQ(std::get<double>(*session.variable(L"PICKRADIUS")), 3.0);
+}
+
+TEST_F(TypedCommands, ACommandThatChangesDoesNotRunInsideOfAnother)
+{
+    type(QStringLiteral("line 0,0 'erase 10,0 {Enter}"));
+    EXPECT_TRUE(said().contains(QStringLiteral("can't start inside another command")));
+    EXPECT_EQ(living().size(), 1u);
+}
+
+TEST_F(TypedCommands, UpAndDownWalkThroughWhatWasTypedAlsoAfterARestart)
+{
+    type(QStringLiteral("point 1,1 "));
+    window.reset();
+    open();
+    type(QStringLiteral("{Up}{Up}"));
+    EXPECT_EQ(field->text(), QStringLiteral("point"));
+    type(QStringLiteral("{Down}"));
+    EXPECT_EQ(field->text(), QStringLiteral("1,1"));
+}
+
+TEST_F(TypedCommands, TabTakesWhatFitsOneAfterAnother)
+{
+    type(QStringLiteral("pli{Tab}"));
+    EXPECT_EQ(field->text(), QStringLiteral("PLINE"));
+    field->clear();
+    type(QStringLiteral("zo"));
+    EXPECT_TRUE(field->areCompletionsShown());
+    type(QStringLiteral("{Tab}{Tab}"));
+    EXPECT_EQ(field->text(), QStringLiteral("ZOOM"));
+    field->clear();
+}
+
+TEST_F(TypedCommands, ATextTakesItsBlanks)
+{
+    type(QStringLiteral("text 0,0 2 0 Main street{Enter}{Enter}"));
+    ASSERT_EQ(living().size(), 1u);
+    EXPECT_EQ(static_cast<TextEntity *>(living()[0])->shape().text, L"Main street");
+}
+
+TEST_F(TypedCommands, OptionsCanBeClicked)
+{
+    type(QStringLiteral("circle {Link1}0,0 6,8 ")); // 2P
+    ASSERT_EQ(living().size(), 1u);
+    EXPECT_EQ(static_cast<CircleEntity *>(living()[0])->radius(), 5.0);
+}
+
+TEST_F(TypedCommands, WordsInTheUsersLanguageAndGlobalOnesMeanTheSame)
+{
+    Services::instance().start({.language = "hr"}, Paths({resources()}, folder));
+    type(QStringLiteral("linija 0,0 10,0 10,10 z "));
+    EXPECT_EQ(living().size(), 3u);
+    type(QStringLiteral("_line 0,0 10,0 10,10 _close "));
+    EXPECT_EQ(living().size(), 6u);
+    Services::instance().start({.language = "en"}, Paths({resources()}, folder));
+}
+
+TEST_F(TypedCommands, TheTranscriptHoldsWhatWasSaidAndTyped)
+{
+    type(QStringLiteral("dist 0,0 3,4 "));
+    EXPECT_TRUE(said().contains(QStringLiteral("Distance 5")));
+    EXPECT_TRUE(said().contains(QStringLiteral("3,4")));
+}
+
+TEST_F(TypedCommands, AMenuEndsTheCommandThatAsksAndStartsItsOwn)
+{
+    QTimer::singleShot(200, window.get(), [this] { window->startCommand(QStringLiteral("_AUDIT")); });
+    type(QStringLiteral("line 0,0 "));
+    EXPECT_TRUE(said().contains(QStringLiteral("The drawing is sound")));
+}
+
+TEST_F(TypedCommands, ADroppedDrawingIsOpened)
+{
+    auto drawing = Drawing::createNew();
+    drawing->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(5, 0)));
+    const auto file = std::filesystem::path(folder) / "dropped.dxf";
+    ASSERT_TRUE(drawing->save(file));
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(file.string()))});
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window.get(), &drop);
+    for (int turn = 0; turn < 200 && session.path() != file; ++turn)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    EXPECT_EQ(session.path(), file);
+    EXPECT_EQ(living().size(), 1u);
+}
+
+} // namespace
+} // namespace velmor
