@@ -172,7 +172,9 @@ RunStatus CommandStack::start(std::wstring_view name, std::span<const Answer> an
     const CommandEntry *entry = find(name);
     if (!entry)
         return RunStatus::Unknown;
-    if (!entry->isTransparent() && (isRunning() || m_session.documentLocks() > 0)) {
+    const bool isLocked = m_session.documentLocks() > 0;
+    const bool mayRun = entry->isTransparent() || (!isLocked && entry->mayStartInside() && name.starts_with(L'\''));
+    if (!mayRun && (isRunning() || isLocked)) {
         m_session.status(isRunning() ? uiMessage("ui.run.running", {m_running.back()}) : uiText("ui.run.locked"));
         return RunStatus::Busy;
     }

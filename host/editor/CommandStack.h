@@ -27,6 +27,8 @@ using CommandWork = std::function<Command::Next(Asker &)>;
 /// One row of the table.
 struct CommandEntry {
     static constexpr std::int32_t kTransparent = 1; ///< may start while another one runs
+    /// May do so only behind the mark ', and not while a dialog holds the document: it changes something.
+    static constexpr std::int32_t kTransparentByMark = 0x1000;
     std::wstring group, globalName, localName;
     std::int32_t flags = 0;
     AcRxFunctionPtr function = nullptr; ///< of a module's command
@@ -35,6 +37,7 @@ struct CommandEntry {
     bool needsDrawing = false;          ///< its work is only begun when a drawing is open
     const void *owner = nullptr;        ///< the module that was being loaded when it was added
     bool isTransparent() const { return (flags & kTransparent) != 0; }
+    bool mayStartInside() const { return (flags & (kTransparent | kTransparentByMark)) != 0; }
 };
 
 struct CommandInfo {

@@ -1,6 +1,6 @@
 #include "host/editor/Completions.h"
 
-#include "host/drawing/HatchPattern.h"
+#include "host/drawing/PatternLibrary.h"
 #include "host/editor/Command.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/CommandTable.h"
@@ -34,7 +34,7 @@ void addCommands(Session &session, std::wstring_view typed, std::set<std::wstrin
             found.insert(mark + before + word);
     };
     for (const CommandEntry &entry : session.commands().entries()) {
-        if (transparent && !entry.isTransparent())
+        if (transparent && !entry.mayStartInside())
             continue;
         if (global) {
             add(entry.globalName, L"_");
@@ -100,10 +100,9 @@ void addNames(Session &session, Completion kind, std::wstring_view typed, std::s
             add(name);
         break;
     case Completion::Patterns:
-        for (const wchar_t *name :
-             {L"SOLID", L"ANSI31", L"ANSI32", L"ANSI33", L"ANSI34", L"ANSI35", L"ANSI36", L"ANSI37", L"ANSI38"})
-            if (isHatchPattern(name) || name == std::wstring_view(L"SOLID"))
-                add(name);
+        add(L"SOLID");
+        for (const Pattern *pattern : PatternLibrary::instance().all())
+            add(pattern->name);
         break;
     case Completion::Drawings:
         addFiles(typed, ".dxf", found);

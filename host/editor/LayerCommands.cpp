@@ -189,7 +189,7 @@ Next workLayers(Asker &asker)
 void addLayerCommands(CommandStack &stack)
 {
     stack.addHostCommand(L"BOUNDARY-LAYERS", 0, [] { return std::make_unique<BoundaryLayersCommand>(); });
-    stack.addWork(L"LAYER", CommandEntry::kTransparent, workLayers);
+    stack.addWork(L"LAYER", CommandEntry::kTransparentByMark, workLayers);
 }
 
 } // namespace velmor

@@ -13,6 +13,7 @@
 #include "host/editor/RecoveryQuestion.h"
 #include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
+#include "host/editor/UndoHistory.h"
 #include "host/editor/Viewport.h"
 #include "host/editor/Words.h"
 #include "host/editor/panels/Docks.h"
@@ -220,8 +221,13 @@ bool MainWindow::showFile(OpenedFile opened)
 
 void MainWindow::showDrawing(Drawing *drawing)
 {
+    m_undoWatch.reset();
     m_viewport->setDrawing(drawing);
     m_docks->showDrawing(drawing);
+    if (drawing != nullptr)
+        m_undoWatch = drawing->component<UndoHistory>().onChange([this] { refreshUndo(); });
+    refreshUndo();
+    noteRecent(m_session.path());
     refreshTitle();
 }
 
@@ -358,7 +364,7 @@ void MainWindow::takeText(const QString &text)
     std::wstring answer = text.toStdWString();
     if (text.startsWith(QLatin1Char('\''))) {
         const auto *entry = m_session.commands().find(answer.substr(0, answer.find(L' ')));
-        if (entry && entry->isTransparent())
+        if (entry && entry->mayStartInside())
             return runCommand(text);
         if (entry && m_prompt->kind != PromptKind::Text)
             return say(uiMessage("ui.run.notTransparent", {entry->globalName}));
@@ -495,6 +501,7 @@ bool MainWindow::saveTo(const std::filesystem::path &file)
         return false;
     }
     m_session.setPath(file);
+    noteRecent(file);
     statusBar()->showMessage(ui("ui.save.done").arg(QString::fromStdString(file.string())));
     refreshTitle();
     return true;

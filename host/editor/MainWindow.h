@@ -90,6 +90,12 @@ private:
     QAction *addItem(QMenu &menu, const CommandRow &row, const MenuItem &item);
     void retranslate();
     void refreshStatusBar();
+    /// The submenu of files that were open lately, filled each time it opens.
+    void addRecentMenu(QMenu &fileMenu);
+    void fillRecentMenu();
+    void noteRecent(const std::filesystem::path &file);
+    /// What undo and redo would take, in their menu items.
+    void refreshUndo();
     void showPrompt();
     void trigger(const MenuItem &item, const CommandRow &row);
     /// Does it when no command runs: at once, or after those that run have been ended. Refused while a dialog is open.
@@ -116,6 +122,8 @@ private:
     CommandLine *m_commandLine;
     QLabel *m_coordinates, *m_scale, *m_layer;
     QToolBar *m_toolBar = nullptr;
+    QMenu *m_recent = nullptr;
+    std::shared_ptr<void> m_undoWatch; ///< of the shown drawing's history
     Docks *m_docks = nullptr;
     const Prompt *m_prompt = nullptr; ///< the prompt that waits for an answer
     QEventLoop *m_promptLoop = nullptr;

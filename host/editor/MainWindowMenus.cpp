@@ -5,10 +5,13 @@
 #include "host/editor/Guarded.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/UiMessage.h"
+#include "host/editor/UndoHistory.h"
 #include "host/editor/Viewport.h"
 #include "host/editor/panels/Docks.h"
 #include "host/services/Icons.h"
 #include "host/services/Messages.h"
+#include "host/services/RecentFiles.h"
+#include "host/services/Text.h"
 
 #include <QAction>
 #include <QLabel>
@@ -95,6 +98,7 @@ void MainWindow::buildMenus()
             addItem(*menus.at(item.place), row, item);
         }
     }
+    addRecentMenu(*menus.at(MenuPlace::File));
     QMenu &view = *menus.at(MenuPlace::View);
     view.addSeparator();
     QAction *transcript = view.addAction(QString());
@@ -104,6 +108,61 @@ void MainWindow::buildMenus()
     view.addSeparator();
     view.addActions(m_viewport->draftActions());
     m_docks = new Docks(*this, view, m_session);
+}
+
+void MainWindow::addRecentMenu(QMenu &fileMenu)
+{
+    m_recent = new QMenu(&fileMenu);
+    keepCaptioned(m_recent, [this] { m_recent->setTitle(ui("ui.menu.recent")); });
+    const auto *save = fileMenu.findChild<QAction *>(QStringLiteral("SAVE"));
+    fileMenu.insertMenu(const_cast<QAction *>(save), m_recent);
+    connect(m_recent, &QMenu::aboutToShow, this, &MainWindow::fillRecentMenu);
+    fillRecentMenu();
+}
+
+void MainWindow::fillRecentMenu()
+{
+    m_recent->clear();
+    const RecentFiles recent = RecentFiles::ofUser();
+    const auto files = recent.list();
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const QString name = QString::fromStdString(files[i].string());
+        QString text = name;
+        text.replace(QLatin1Char('&'), QStringLiteral("&&"));
+        QAction *action = m_recent->addAction(i < 9 ? QStringLiteral("&%1  %2").arg(i + 1).arg(text) : text);
+        connect(action, &QAction::triggered, this, [this, file = files[i]] {
+            whenIdle([this, file] {
+                if (maySetAside())
+                    openFile(file);
+            });
+        });
+    }
+    m_recent->setEnabled(!files.empty());
+}
+
+void MainWindow::noteRecent(const std::filesystem::path &file)
+{
+    if (!file.empty())
+        if (const SaveResult kept = RecentFiles::ofUser().add(file); !kept)
+            showStatus(wide(kept.message));
+    fillRecentMenu();
+}
+
+void MainWindow::refreshUndo()
+{
+    Drawing *drawing = m_session.drawing();
+    const auto show = [this](const char *item, const char *text, bool possible, const std::wstring &name) {
+        auto *action = menuBar()->findChild<QAction *>(QString::fromUtf8(item));
+        if (action == nullptr)
+            return;
+        action->setEnabled(possible);
+        action->setText(name.empty() ? ui(text) : ui(text) + QLatin1Char(' ') + QString::fromStdWString(name));
+    };
+    const auto *history = drawing != nullptr ? &drawing->component<UndoHistory>() : nullptr;
+    show("U", "ui.item.undo", history != nullptr && history->canUndo(),
+         history != nullptr ? history->undoName() : std::wstring());
+    show("REDO", "ui.item.redo", history != nullptr && history->canRedo(),
+         history != nullptr ? history->redoName() : std::wstring());
 }
 
 void MainWindow::retranslate()
@@ -116,6 +175,7 @@ void MainWindow::retranslate()
     showPrompt();
     refreshTitle();
     refreshStatusBar();
+    refreshUndo();
 }
 
 void MainWindow::refreshStatusBar()

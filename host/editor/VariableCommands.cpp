@@ -99,8 +99,8 @@ Next workUnits(Asker &asker)
 
 void addVariableCommands(CommandStack &stack)
 {
-    stack.addWork(L"SETVAR", CommandEntry::kTransparent, workVariables, false);
-    stack.addWork(L"UNITS", CommandEntry::kTransparent, workUnits);
+    stack.addWork(L"SETVAR", CommandEntry::kTransparentByMark, workVariables, false);
+    stack.addWork(L"UNITS", CommandEntry::kTransparentByMark, workUnits);
 }
 
 } // namespace velmor
