@@ -7,6 +7,9 @@ namespace velmor {
 
 namespace {
 
+/// Keys of the records that say which section, node, area or label an entity is.
+constexpr char kIdentityPrefix[] = "VELMOR_";
+
 EntityShape moved(EntityShape shape, const AcGeVector3d &by)
 {
     const double steps[] = {by.x, by.y, by.z};
@@ -103,6 +106,9 @@ AcDbEntity *copyEntity(Drawing &drawing, const AcDbEntity &entity, const AcGeVec
         ObjectAccess::set(copy, kPatchGeometry);
     }
     drawing.append(std::move(made));
+    for (const std::string &key : drawing.dataKeys(entity))
+        if (!key.starts_with(kIdentityPrefix))
+            drawing.setData(copy, key, *drawing.data(entity, key));
     if (kindOf(entity) != EntityKind::BlockReference)
         return &copy;
     for (const AttributeEntity *attribute : attributesOf(static_cast<const AcDbBlockReference &>(entity))) {

@@ -18,10 +18,11 @@ bool canMove(const AcDbEntity &entity);
 /// False, and nothing happens, for an entity that can't be moved.
 bool moveEntity(Drawing &drawing, AcDbEntity &entity, const AcGeVector3d &by);
 
-/// Adds a copy of an entity of model space, moved by a vector. It has the shape, layer, colour, line type and
-/// attributes of the first one, but nothing of what is attached to that: a copy of a section is a plain line, a copy of
-/// an area's outline plain linework, for neither is the same section or area a second time. A hatch no longer follows
-/// its curves. Null for an entity that can't be moved.
+/// Adds a copy of an entity of model space, moved by a vector. It has the shape, layer, colour, line type, attributes
+/// and attached data of the first one, but not the records that say which section, node, area or label that is (keys
+/// that begin with "VELMOR_"): a copy of a section is a plain line, a copy of an area's outline plain linework, for
+/// neither is the same section or area a second time. A hatch no longer follows its curves. Null for an entity that
+/// can't be moved.
 AcDbEntity *copyEntity(Drawing &drawing, const AcDbEntity &entity, const AcGeVector3d &by);
 
 // --- Details

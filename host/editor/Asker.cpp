@@ -242,7 +242,7 @@ Reply Asker::attribute(const std::wstring &question, const std::wstring &standar
 AcDbObjectIdArray Asker::windowObjects(bool crossing)
 {
     const AcGePoint3d first = onlyPoint("ui.prompt.corner.first");
-    const AcGePoint3d second = onlyPoint("ui.prompt.corner", first);
+    const AcGePoint3d second = onlyPoint("ui.prompt.corner"); // without a base: ortho would flatten the window
     Extents window;
     window.add(first.x, first.y);
     window.add(second.x, second.y);

@@ -44,6 +44,7 @@ CommandField::CommandField(QWidget *parent) : QLineEdit(parent), m_popup(new QLi
     m_popup->setUniformItemSizes(true);
     m_popup->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_popup->hide();
+    keepCaptioned(m_popup, [this] { m_popup->setAccessibleName(ui("ui.command.completions")); });
     connect(m_popup, &QListWidget::itemClicked, this, [this](QListWidgetItem *item) {
         setText(item->text());
         hideCompletions();
@@ -54,7 +55,6 @@ CommandField::CommandField(QWidget *parent) : QLineEdit(parent), m_popup(new QLi
 void CommandField::setCompletions(std::function<QStringList(const QString &)> completions)
 {
     m_completions = std::move(completions);
-    m_popup->setAccessibleName(ui("ui.command.completions"));
 }
 
 void CommandField::hideCompletions()
@@ -84,11 +84,10 @@ bool CommandField::event(QEvent *event)
             return true;
         }
     }
-    // Where nothing is typed there is nothing of the field's own to take back: the keys are the drawing's.
+    // Where nothing is typed there is nothing of the field's own to work on: the keys are the window's.
     if (event->type() == QEvent::ShortcutOverride && text().isEmpty()) {
         const auto *key = static_cast<QKeyEvent *>(event);
-        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo) ||
-            (key->key() == Qt::Key_Y && key->modifiers() == Qt::ControlModifier)) {
+        if (key->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) {
             event->ignore();
             return true;
         }
@@ -213,8 +212,6 @@ void CommandLine::retranslate()
 {
     m_said->setAccessibleName(ui("ui.command.history"));
     m_input->setAccessibleName(ui("ui.command.input"));
-    if (m_transcript != nullptr)
-        m_transcript->setWindowTitle(ui("ui.transcript.title"));
 }
 
 void CommandLine::setPrompt(const QString &text, const std::vector<Option> &options, bool takesBlanks)
@@ -271,15 +268,18 @@ void CommandLine::toggleTranscript()
         auto *view = new QPlainTextEdit(dialog);
         view->setReadOnly(true);
         view->setDocument(m_said->document());
-        view->setAccessibleName(ui("ui.command.history"));
-        auto *copy = new QPushButton(ui("ui.transcript.copy"), dialog);
+        auto *copy = new QPushButton(dialog);
+        keepCaptioned(dialog, [dialog, view, copy] {
+            dialog->setWindowTitle(ui("ui.transcript.title"));
+            view->setAccessibleName(ui("ui.command.history"));
+            copy->setText(ui("ui.transcript.copy"));
+        });
         connect(copy, &QPushButton::clicked, this, [this] { QApplication::clipboard()->setText(transcript()); });
         auto *column = new QVBoxLayout(dialog);
         column->addWidget(view);
         column->addWidget(copy, 0, Qt::AlignRight);
         dialog->resize(760, 520);
         m_transcript = dialog;
-        retranslate();
     }
     m_transcript->setVisible(!m_transcript->isVisible());
 }

@@ -87,12 +87,13 @@ void addNames(Session &session, Completion kind, std::wstring_view typed, std::s
     case Completion::Layers:
         if (drawing)
             for (const Layer &layer : drawing->layers())
-                add(layer.name);
+                if (!layer.erased)
+                    add(layer.name);
         break;
     case Completion::Blocks:
         if (drawing)
             for (const auto &block : drawing->blocks())
-                if (!block->isLayout() && !block->name().starts_with(L"*"))
+                if (!block->isErased() && !block->isLayout() && !block->name().starts_with(L"*"))
                     add(block->name());
         break;
     case Completion::Variables:

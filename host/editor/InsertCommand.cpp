@@ -46,7 +46,7 @@ bool isFileName(const std::wstring &text)
 void listBlocks(Session &session)
 {
     for (const auto &block : session.drawing()->blocks())
-        if (!block->isLayout() && !block->name().starts_with(L"*"))
+        if (!block->isErased() && !block->isLayout() && !block->name().starts_with(L"*"))
             session.status(block->name());
 }
 

@@ -307,17 +307,27 @@ std::optional<Answer> MainWindow::ask(const Prompt &prompt)
 {
     if (m_waiting)
         return std::nullopt;
-    const Prompt *outer = m_prompt;
-    QEventLoop *outerLoop = m_promptLoop;
+    // An exception that leaves the loop must not leave pointers into this frame behind.
+    struct Outer {
+        MainWindow &window;
+        const Prompt *prompt;
+        QEventLoop *loop;
+        ~Outer()
+        {
+            window.m_prompt = prompt;
+            window.m_promptLoop = loop;
+        }
+    };
     QEventLoop loop;
-    m_prompt = &prompt;
-    m_promptLoop = &loop;
-    m_answer.reset();
-    showPrompt();
-    m_commandLine->focusInput();
-    loop.exec();
-    m_prompt = outer;
-    m_promptLoop = outerLoop;
+    {
+        const Outer outer{*this, m_prompt, m_promptLoop};
+        m_prompt = &prompt;
+        m_promptLoop = &loop;
+        m_answer.reset();
+        showPrompt();
+        m_commandLine->focusInput();
+        loop.exec();
+    }
     hidePointerTip(*m_viewport);
     auto answer = std::exchange(m_answer, std::nullopt);
     showPrompt();
@@ -416,7 +426,11 @@ void MainWindow::runCommand(const QString &line)
 
 void MainWindow::runWaiting()
 {
-    if (m_waiting && !m_session.commands().isRunning() && m_promptLoop == nullptr)
+    if (!m_waiting)
+        return;
+    if (m_promptLoop != nullptr)
+        giveAnswer({Answer::Escape{}}); // a command around the one that ended asks still
+    else if (!m_session.commands().isRunning())
         std::exchange(m_waiting, nullptr)();
 }
 

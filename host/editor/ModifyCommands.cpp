@@ -96,7 +96,11 @@ Next moveObjects(Asker &asker)
 /// A copy for each second point till Enter; an Escape keeps those that stand.
 Next copyObjects(Asker &asker)
 {
-    const auto entities = movable(asker, changeable(asker, asker.objects()));
+    std::vector<AcDbEntity *> chosen; // on locked layers too: nothing of theirs changes
+    for (const AcDbObjectId &id : asker.objects())
+        if (AcDbEntity *entity = entityOf(id))
+            chosen.push_back(entity);
+    const auto entities = movable(asker, std::move(chosen));
     if (entities.empty())
         return nothing(asker);
     const AcGePoint3d base = asker.onlyPoint("ui.prompt.move.from");

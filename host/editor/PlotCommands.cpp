@@ -42,7 +42,7 @@ void askArea(Asker &asker, PlotSettings &settings)
         return;
     for (;;) {
         const AcGePoint3d first = asker.onlyPoint("ui.prompt.corner.first");
-        const AcGePoint3d second = asker.onlyPoint("ui.prompt.corner", first);
+        const AcGePoint3d second = asker.onlyPoint("ui.prompt.corner");
         if (first.x != second.x && first.y != second.y) {
             settings.window.emplace();
             settings.window->add(first.x, first.y);

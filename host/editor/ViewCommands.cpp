@@ -33,7 +33,7 @@ Next show(Asker &asker, const Extents &extents)
 
 Next zoomWindow(Asker &asker, const AcGePoint3d &corner)
 {
-    return show(asker, between(corner, asker.onlyPoint("ui.prompt.corner", corner)));
+    return show(asker, between(corner, asker.onlyPoint("ui.prompt.corner")));
 }
 
 /// "1:500" is a scale of the screen, "2x" a factor over what is shown.

@@ -153,6 +153,26 @@ TEST_F(ModifyCommands, ACopyOfASectionIsAPlainLine)
         EXPECT_TRUE(drawing().dataKeys(*living()[i]).empty());
 }
 
+TEST_F(ModifyCommands, ACopyHasTheDataThatWereAttachedToTheFirst)
+{
+    AcDbEntity *first = open(line(0, 0, 50, 0));
+    const DataItems islands{{1, std::wstring(L"one")}, {1, std::wstring(L"two")}};
+    drawing().setData(*first, "SLIV_ISLANDS", islands);
+    drawing().setData(*first, kSectionKey, itemsOf(SectionData{L"guid", L"S1", 0.0, L"", L""}));
+    ASSERT_TRUE(run(L"COPY ALL \"\" 0,0 0,100"));
+    EXPECT_EQ(drawing().dataKeys(*living().back()), std::vector<std::string>{"SLIV_ISLANDS"});
+    const auto again = Drawing::read(drawing().write()).drawing;
+    EXPECT_EQ(again->data(*again->modelSpace().entities().back(), "SLIV_ISLANDS"), islands);
+}
+
+TEST_F(ModifyCommands, ACopyMayBeTakenFromALockedLayer)
+{
+    onLayer(line(0, 0, 50, 0), L"Kept");
+    lock(L"Kept");
+    ASSERT_TRUE(run(L"COPY ALL \"\" 0,0 0,100"));
+    EXPECT_EQ(living().size(), 2u);
+}
+
 TEST_F(ModifyCommands, ACopyOfAnAreasOutlineIsNoSecondArea)
 {
     auto &store = drawing().component<CatchmentStore>();

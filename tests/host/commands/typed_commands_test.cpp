@@ -220,6 +220,25 @@ TEST_F(TypedCommands, TabTakesWhatFitsOneAfterAnother)
     field->clear();
 }
 
+TEST_F(TypedCommands, KeysOfMenusWorkWhileTheEmptyFieldHasTheFocus)
+{
+    type(QStringLiteral("line 0,0 10,0 {Enter}"));
+    ASSERT_EQ(living().size(), 1u);
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(living().size(), 0u);
+    QTest::keyClick(field, Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(living().size(), 1u);
+}
+
+TEST_F(TypedCommands, AnotherCommandFromAMenuEndsNestedPromptsToo)
+{
+    QTimer::singleShot(300, window.get(), [this] { window->startCommand(QStringLiteral("_AUDIT")); });
+    type(QStringLiteral("line 0,0 'dist 1,1 "));
+    EXPECT_TRUE(said().contains(QStringLiteral("The drawing is sound")));
+    EXPECT_FALSE(session.commands().isRunning());
+}
+
 TEST_F(TypedCommands, ATextTakesItsBlanks)
 {
     type(QStringLiteral("text 0,0 2 0 Main street{Enter}{Enter}"));
