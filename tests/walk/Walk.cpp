@@ -328,7 +328,9 @@ QStringList weakTexts(QWidget &window)
         const auto *label = qobject_cast<const QLabel *>(widget);
         const auto *button = qobject_cast<const QAbstractButton *>(widget);
         const QString text = label ? label->text() : button ? button->text() : QString();
-        if (hasLetters(text)) {
+        const auto *tool = qobject_cast<const QToolButton *>(widget);
+        const bool showsIcon = tool && !tool->icon().isNull() && tool->toolButtonStyle() == Qt::ToolButtonIconOnly;
+        if (hasLetters(text) && !showsIcon) { // the text of an icon is only told, not painted
             const double contrast = contrastInPicture(pictureOf(*widget));
             if (contrast < kLeastContrast)
                 found.append(QStringLiteral("%1: \"%2\" is painted with a contrast of %3")
