@@ -10,6 +10,7 @@
 #include "host/editor/Captions.h"
 #include "host/editor/CommandLine.h"
 #include "host/editor/MainWindow.h"
+#include "host/editor/RecoveryQuestion.h"
 #include "host/editor/Theme.h"
 #include "host/editor/panels/Panel.h"
 #include "host/network/Network.h"
@@ -185,6 +186,16 @@ protected:
             button.show();
             button.click();
         });
+        whileOpen(QStringLiteral("recovery"), window, as, [&] {
+            LeftDrawing left;
+            left.path = "town.dxf";
+            left.steps = 3;
+            RecoveryQuestion question(left, &window);
+            question.exec();
+        });
+        // With unsaved changes; to cancel lets the window stay.
+        window.session().drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 1)));
+        whileOpen(QStringLiteral("closing"), window, as, [&] { window.close(); });
         whileOpen(QStringLiteral("alert"), window, as, [] { acedAlert(L"An alert"); });
     }
 
@@ -293,8 +304,9 @@ TEST_F(Walk, TheWindowsThatMustBeThereWereMet)
 {
     for (const PanelSpec &panel : panelSpecs())
         EXPECT_TRUE(s_seen.contains(QStringLiteral("main window with dock.") + QLatin1String(panel.name)));
-    for (const char *name : {"definition dialog", "settings TCE1 dialog 1", "settings TCE2 dialog 1",
-                             "hatch patterns dialog 1", "colours dialog 1", "selection tool menu 1", "alert dialog 1"})
+    for (const char *name :
+         {"definition dialog", "settings TCE1 dialog 1", "settings TCE2 dialog 1", "hatch patterns dialog 1",
+          "colours dialog 1", "selection tool menu 1", "recovery dialog 1", "closing dialog 1", "alert dialog 1"})
         EXPECT_TRUE(s_seen.contains(QString::fromLatin1(name))) << name;
 }
 
