@@ -116,7 +116,8 @@ void ChangeLog::takeBack()
                                 std::make_move_iterator(m_changes.end()));
     m_changes.resize(run.first);
     setHandles(run.handles);
-    apply(changes, true);
+    if (!changes.empty())
+        apply(changes, true);
 }
 
 void ChangeLog::closeLoose()

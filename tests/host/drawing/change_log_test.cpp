@@ -178,6 +178,18 @@ TEST_F(ChangeLogTest, AFailedRunLeavesACleanDrawingClean)
     EXPECT_FALSE(drawing->isModified());
 }
 
+TEST_F(ChangeLogTest, ARunThatChangedNothingLeavesNoTrace)
+{
+    const std::uint64_t revision = drawing->revision();
+    log.begin();
+    log.giveUp();
+    log.keep();
+    log.begin();
+    log.takeBack();
+    EXPECT_EQ(drawing->revision(), revision);
+    EXPECT_FALSE(drawing->isModified());
+}
+
 TEST_F(ChangeLogTest, AnUndoneObjectIsNotFoundByItsHandleAndItsNumberIsFreeOnceItCannotComeBack)
 {
     std::uint64_t handle = 0;

@@ -164,7 +164,10 @@ TEST_F(RandomCommands, UndoneGiveTheFirstTextAndRedoneTheLast)
     EXPECT_GE(names.size(), 8u);
     std::map<std::wstring, int> done;
     for (int i = 0; i < kCommands; ++i) {
-        const std::wstring &name = names[upTo(names.size())];
+        std::wstring name = names[upTo(names.size())];
+        // Regions of lines that lie in heaps take their time.
+        if (name == L"BOUNDARY" && upTo(20) != 0)
+            name = L"WORK";
         const auto answers = answersFor(name);
         const std::size_t steps = history.undoCount();
         session.commands().start(name, answers);
