@@ -4,7 +4,10 @@
 #include "host/services/Services.h"
 
 #include <QApplication>
+#include <QPainter>
+#include <QProxyStyle>
 #include <QStyle>
+#include <QStyleOption>
 #include <QToolTip>
 
 #include <algorithm>
@@ -49,6 +52,36 @@ struct Desktop {
     QString style = QApplication::style()->objectName();
     QPalette palette = QApplication::palette();
     QPalette tip = QToolTip::palette();
+};
+
+/// The style frames boxes and fields darker than the window, which in the dark nobody sees; there they get a frame in
+/// the weak colour of texts.
+class FramedStyle final : public QProxyStyle {
+public:
+    FramedStyle() : QProxyStyle(QStringLiteral("fusion")) { setObjectName(QLatin1String(kStyleName)); }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override
+    {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        const bool isRound = element == PE_IndicatorRadioButton;
+        const bool isField = element == PE_FrameLineEdit && !(option->state & State_HasFocus);
+        if ((!isRound && !isField && element != PE_IndicatorCheckBox && element != PE_IndicatorItemViewItemCheck) ||
+            option->palette.color(QPalette::Window).lightnessF() > 0.5)
+            return;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(option->palette.color(QPalette::Disabled, QPalette::WindowText));
+        painter->setBrush(Qt::NoBrush);
+        const QRectF frame = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+        if (isRound)
+            painter->drawEllipse(frame);
+        else
+            painter->drawRoundedRect(frame, 1.5, 1.5);
+        painter->restore();
+    }
+
+    static constexpr char kStyleName[] = "velmor";
 };
 
 double linear(double channel)
@@ -119,8 +152,8 @@ void applyTheme(Theme theme)
         return;
     }
     // Other styles paint with colours of their own and pay little heed to a palette.
-    if (QApplication::style()->objectName() != QLatin1String("fusion"))
-        QApplication::setStyle(QStringLiteral("fusion"));
+    if (QApplication::style()->objectName() != QLatin1String(FramedStyle::kStyleName))
+        QApplication::setStyle(new FramedStyle);
     const QPalette palette = paletteOf(theme);
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);
