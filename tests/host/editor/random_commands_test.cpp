@@ -1,5 +1,6 @@
 // Ten thousand commands drawn by lot: undone, the drawing's text is the first; redone, the last.
 #include "host/editor/LineworkCache.h"
+#include "host/editor/Recovery.h"
 #include "host/editor/UndoHistory.h"
 #include "host/network/Network.h"
 #include "host/sewage/AreaTable.h"
@@ -142,6 +143,26 @@ protected:
         return m_known ? found->second() : std::vector<Answer>{};
     }
 
+    std::vector<std::wstring> knownNames()
+    {
+        std::vector<std::wstring> names;
+        for (const CommandInfo &info : session.commands().list())
+            if (answersFor(info.name); m_known)
+                names.push_back(info.name);
+        return names;
+    }
+    /// Runs one of them; its name.
+    std::wstring command(const std::vector<std::wstring> &names)
+    {
+        std::wstring name = names[upTo(names.size())];
+        // Regions of lines that lie in heaps take their time.
+        if (name == L"BOUNDARY" && upTo(20) != 0)
+            name = L"WORK";
+        const auto answers = answersFor(name);
+        session.commands().start(name, answers);
+        return name;
+    }
+
     std::mt19937 m_random;
     std::filesystem::path m_network;
     bool m_known = false;
@@ -157,20 +178,12 @@ TEST_F(RandomCommands, UndoneGiveTheFirstTextAndRedoneTheLast)
     drawing().component<CatchmentStore>();
     const std::string first = drawing().write();
 
-    std::vector<std::wstring> names;
-    for (const CommandInfo &info : session.commands().list())
-        if (answersFor(info.name); m_known)
-            names.push_back(info.name);
+    const auto names = knownNames();
     EXPECT_GE(names.size(), 8u);
     std::map<std::wstring, int> done;
     for (int i = 0; i < kCommands; ++i) {
-        std::wstring name = names[upTo(names.size())];
-        // Regions of lines that lie in heaps take their time.
-        if (name == L"BOUNDARY" && upTo(20) != 0)
-            name = L"WORK";
-        const auto answers = answersFor(name);
         const std::size_t steps = history.undoCount();
-        session.commands().start(name, answers);
+        const std::wstring name = command(names);
         if (history.undoCount() > steps)
             ++done[name];
         if (i % 500 == 0)
@@ -209,6 +222,34 @@ TEST_F(RandomCommands, UndoneGiveTheFirstTextAndRedoneTheLast)
     EXPECT_EQ(again.drawing->component<Network>().sections().size(), sections);
     EXPECT_EQ(areasJson(areaTable(*again.drawing)), areas);
     setWorkingDrawing(&drawing());
+}
+
+TEST_F(RandomCommands, RepeatedFromTheJournalGiveTheSameText)
+{
+    const auto state = m_network.parent_path() / (m_network.stem().string() + "_state");
+    Recovery &recovery = Recovery::instance();
+    std::vector<std::wstring> told;
+    recovery.enable(state, [&](const std::wstring &text) { told.push_back(text); });
+    session.setDrawing(Drawing::createNew());
+    const auto names = knownNames();
+    for (int round = 0; round < 5; ++round) {
+        for (int i = 0; i < kCommands / 10; ++i)
+            command(names);
+        const std::string text = drawing().write();
+        // The program dies and is started again.
+        recovery.disable();
+        recovery.enable(state, [&](const std::wstring &line) { told.push_back(line); });
+        const auto left = recovery.left();
+        ASSERT_EQ(left.size(), 1u);
+        RecoveredDrawing recovered = recovery.recover(left[0]);
+        ASSERT_TRUE(recovered.drawing) << recovered.message;
+        EXPECT_TRUE(recovered.complete);
+        EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+        session.setDrawing(std::move(recovered.drawing));
+    }
+    EXPECT_TRUE(told.empty());
+    recovery.disable();
+    std::filesystem::remove_all(state);
 }
 
 } // namespace
