@@ -41,6 +41,7 @@ CommandField::CommandField(QWidget *parent) : QLineEdit(parent), m_popup(new QLi
     // A tip's window never takes the keyboard away from the field.
     m_popup->setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
     m_popup->setFocusPolicy(Qt::NoFocus);
+    m_popup->setFrameStyle(QFrame::Box | QFrame::Plain);
     m_popup->setUniformItemSizes(true);
     m_popup->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_popup->hide();

@@ -277,6 +277,57 @@ TEST_F(TypedCommands, AMenuEndsTheCommandThatAsksAndStartsItsOwn)
     EXPECT_TRUE(said().contains(QStringLiteral("The drawing is sound")));
 }
 
+TEST_F(TypedCommands, WhatAModuleAsksIsShownAndGoesWithTheAnswer)
+{
+    auto *prompt = window->commandLine().findChild<QLabel *>();
+    QString shown;
+    const auto look = [&] {
+        QTimer::singleShot(0, window.get(), [&] {
+            shown = prompt->text();
+            QTest::keyClick(field, Qt::Key_Escape);
+        });
+    };
+    ads_point point{};
+    look();
+    EXPECT_EQ(acedGetPoint(nullptr, L"Corner of it:", point), RTCAN);
+    EXPECT_EQ(shown, QStringLiteral("Corner of it:"));
+    ads_name entity{};
+    look();
+    EXPECT_EQ(acedEntSel(L"Which one:", entity, point), RTCAN);
+    EXPECT_EQ(shown, QStringLiteral("Which one:"));
+    std::wstring text;
+    look();
+    EXPECT_EQ(acedGetString(1, L"Say it:", text), RTCAN);
+    EXPECT_EQ(shown, QStringLiteral("Say it:"));
+    EXPECT_NE(prompt->text(), QStringLiteral("Say it:"));
+}
+
+TEST_F(TypedCommands, ClosingAtAPromptEndsTheCommandFirst)
+{
+    QTimer::singleShot(300, window.get(), [this] { window->close(); });
+    type(QStringLiteral("circle 0,0 "));
+    for (int turn = 0; turn < 100 && window->isVisible(); ++turn)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(living().empty());
+}
+
+TEST_F(TypedCommands, OtherFilesAndSeveralAtOnceAreNotTaken)
+{
+    for (const QStringList &names :
+         {QStringList{QStringLiteral("notes.txt")}, QStringList{QStringLiteral("a.dxf"), QStringLiteral("b.dxf")}}) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString &name : names)
+            urls.append(QUrl::fromLocalFile(QString::fromStdString(folder) + QLatin1Char('/') + name));
+        data.setUrls(urls);
+        QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
+        enter.ignore();
+        QCoreApplication::sendEvent(window.get(), &enter);
+        EXPECT_FALSE(enter.isAccepted());
+    }
+}
+
 TEST_F(TypedCommands, ADroppedDrawingIsOpened)
 {
     auto drawing = Drawing::createNew();
