@@ -2,6 +2,7 @@
 
 #include "host/drawing/ObjectAccess.h"
 #include "host/editor/CommandStack.h"
+#include "host/editor/CornerPrompt.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/Picking.h"
 #include "host/editor/Selection.h"
@@ -241,8 +242,9 @@ Reply Asker::attribute(const std::wstring &question, const std::wstring &standar
 
 AcDbObjectIdArray Asker::windowObjects(bool crossing)
 {
+    const CornerPrompt areCorners;
     const AcGePoint3d first = onlyPoint("ui.prompt.corner.first");
-    const AcGePoint3d second = onlyPoint("ui.prompt.corner"); // without a base: ortho would flatten the window
+    const AcGePoint3d second = onlyPoint("ui.prompt.corner", first);
     Extents window;
     window.add(first.x, first.y);
     window.add(second.x, second.y);

@@ -23,7 +23,8 @@ constexpr double kSharpPixels = 0.02;    ///< how far lines may be off where the
 constexpr double kFloatStep = 1.2e-7;
 constexpr int kSolidAlpha = 110;
 constexpr double kTemporaryWidth = 2.5;
-constexpr double kDensestHatch = 3.0; ///< pixels of area for one line of a pattern; denser ones become a tint
+constexpr std::size_t kFewEntities = 2000; ///< are gone through one by one, wherever they lie
+constexpr double kDensestHatch = 3.0;      ///< pixels of area for one line of a pattern; denser ones become a tint
 
 /// Draws the walk of entities with a line raster; fills and texts are handed to a painter.
 class RasterWalker final : public ShapeWalker {
@@ -325,14 +326,14 @@ FrameCounts paintFrame(QImage &image, const QRect &part, Drawing &drawing, const
     return Frame(image, part, drawing, view, style).paint();
 }
 
-void paintOver(QImage &image, const std::vector<const AcDbEntity *> &entities, int color, double width,
-               Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
+void paintOver(QImage &image, const QRect &part, const std::vector<const AcDbEntity *> &entities, int color,
+               double width, Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
 {
     if (entities.empty())
         return;
-    RasterWalker walker(image, image.rect(), drawing, view, style);
+    RasterWalker walker(image, part, drawing, view, style);
     QPainter painter(&image);
-    Frame::preparePainter(painter, image.rect(), walker.ratio());
+    Frame::preparePainter(painter, part, walker.ratio());
     walker.setPainter(&painter);
     walker.setPenWidth(width);
     for (const AcDbEntity *entity : entities) {
@@ -349,10 +350,43 @@ void paintOver(QImage &image, const std::vector<const AcDbEntity *> &entities, i
     }
 }
 
-void paintMark(QImage &image, const TransientMark &mark, const std::vector<PatternLine> &lines, Drawing &drawing,
-               const ViewTransform &view, const PaintStyle &style)
+void paintSelection(QImage &image, const QRect &part, const Selection &selection, int color, double width,
+                    Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
 {
-    RasterWalker walker(image, image.rect(), drawing, view, style);
+    if (selection.entities().size() <= kFewEntities)
+        return paintOver(image, part, selection.entities(), color, width, drawing, view, style);
+    auto &index = drawing.component<DisplayIndex>();
+    RasterWalker walker(image, part, drawing, view, style);
+    QPainter painter(&image);
+    Frame::preparePainter(painter, part, walker.ratio());
+    walker.setPainter(&painter);
+    walker.setPenWidth(width);
+    index.visitNodes(walker.visible(), [&](const DisplayIndex::Node &node) {
+        for (const DisplayIndex::Item &item : node.items) {
+            if (item.gone || !index.isVisible(item))
+                continue;
+            const Extents box = DisplayIndex::boxOf(node, item);
+            const AcDbEntity &entity = index.entity(item.entity);
+            if (!DisplayIndex::meets(box, walker.visible()) || !selection.contains(entity))
+                continue;
+            if (std::max(box.maxX - box.minX, box.maxY - box.minY) * view.pixelsPerUnit < 1.0 &&
+                item.kind != DisplayIndex::ItemKind::Mark) {
+                walker.useColor(color);
+                walker.raster().dot(walker.imageX(box.minX), walker.imageY(box.minY));
+            } else if (item.kind == DisplayIndex::ItemKind::Run) {
+                walker.walkRun(entity, item.first, item.count, color);
+            } else {
+                walker.walk(entity, color);
+            }
+        }
+        return true;
+    });
+}
+
+void paintMark(QImage &image, const QRect &part, const TransientMark &mark, const std::vector<PatternLine> &lines,
+               Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
+{
+    RasterWalker walker(image, part, drawing, view, style);
     walker.useColor(mark.color);
     for (const PatternLine &line : lines)
         walker.rasterLine(walker.imageX(line.x1), walker.imageY(line.y1), walker.imageX(line.x2),
@@ -361,9 +395,10 @@ void paintMark(QImage &image, const TransientMark &mark, const std::vector<Patte
         walker.walkPath(ring, true, mark.color);
 }
 
-void paintTemporary(QImage &image, Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
+void paintTemporary(QImage &image, const QRect &part, Drawing &drawing, const ViewTransform &view,
+                    const PaintStyle &style)
 {
-    RasterWalker walker(image, image.rect(), drawing, view, style);
+    RasterWalker walker(image, part, drawing, view, style);
     walker.setPenWidth(kTemporaryWidth);
     for (const TransientPath &path : drawing.component<TransientGraphics>().temporary())
         walker.walkPath(path.vertices, path.closed, path.color);

@@ -5,6 +5,7 @@
 #include "host/drawing/HatchPattern.h"
 #include "host/drawing/Transient.h"
 #include "host/editor/Painter.h"
+#include "host/editor/Selection.h"
 #include "host/editor/ViewTransform.h"
 
 #include <QImage>
@@ -30,14 +31,20 @@ struct FrameCounts {
 FrameCounts paintFrame(QImage &image, const QRect &part, Drawing &drawing, const ViewTransform &view,
                        const PaintStyle &style);
 
-/// Paints some entities over what is there, in one colour and with a wide pen; the image may be transparent.
-void paintOver(QImage &image, const std::vector<const AcDbEntity *> &entities, int color, double width,
-               Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
+/// Paints some entities into a part of the image, over what is there, in one colour and with a wide pen; the image may
+/// be transparent.
+void paintOver(QImage &image, const QRect &part, const std::vector<const AcDbEntity *> &entities, int color,
+               double width, Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
+
+/// The same for those members of a selection that the part shows, at a cost that follows what lies in the part.
+void paintSelection(QImage &image, const QRect &part, const Selection &selection, int color, double width,
+                    Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
 
 /// Paints a mark with the lines of its pattern.
-void paintMark(QImage &image, const TransientMark &mark, const std::vector<PatternLine> &lines, Drawing &drawing,
-               const ViewTransform &view, const PaintStyle &style);
+void paintMark(QImage &image, const QRect &part, const TransientMark &mark, const std::vector<PatternLine> &lines,
+               Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
 /// Paints the drawing's temporary drawing.
-void paintTemporary(QImage &image, Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
+void paintTemporary(QImage &image, const QRect &part, Drawing &drawing, const ViewTransform &view,
+                    const PaintStyle &style);
 
 } // namespace velmor

@@ -113,7 +113,10 @@ MainWindow::MainWindow(Session &session)
     keepCaptioned(this, [this] { retranslate(); });
 
     connect(m_commandLine, &CommandLine::entered, this, &MainWindow::takeText);
-    connect(m_commandLine, &CommandLine::cancelled, this, [this] { giveAnswer({Answer::Escape{}}); });
+    connect(m_commandLine, &CommandLine::cancelled, this, [this] {
+        if (!m_viewport->escape())
+            giveAnswer({Answer::Escape{}});
+    });
     connect(m_viewport, &Viewport::cancelled, this, [this] { giveAnswer({Answer::Escape{}}); });
     connect(m_viewport, &Viewport::entered, this, [this] { takeText({}); });
     connect(m_viewport, &Viewport::clicked, this, [this](double x, double y) { giveAnswer({AcGePoint3d(x, y)}); });

@@ -57,6 +57,16 @@ AcDbEntity *entityAt(Drawing &drawing, const AcGePoint3d &point, double reach)
     return entities.empty() ? nullptr : entities.front();
 }
 
+std::size_t countNear(Drawing &drawing, const Extents &window)
+{
+    std::size_t count = 0;
+    drawing.component<DisplayIndex>().visitNodes(window, [&](const DisplayIndex::Node &node) {
+        count += node.items.size();
+        return true;
+    });
+    return count;
+}
+
 AcDbObjectIdArray entitiesIn(Drawing &drawing, const Extents &window, SelectBy by)
 {
     auto &index = drawing.component<DisplayIndex>();

@@ -1,6 +1,7 @@
 // EXPORTPDF and PLOT.
 #include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
+#include "host/editor/CornerPrompt.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/Plot.h"
 #include "host/editor/UiMessage.h"
@@ -41,8 +42,9 @@ void askArea(Asker &asker, PlotSettings &settings)
     if (!area.is(L"Window"))
         return;
     for (;;) {
+        const CornerPrompt areCorners;
         const AcGePoint3d first = asker.onlyPoint("ui.prompt.corner.first");
-        const AcGePoint3d second = asker.onlyPoint("ui.prompt.corner");
+        const AcGePoint3d second = asker.onlyPoint("ui.prompt.corner", first);
         if (first.x != second.x && first.y != second.y) {
             settings.window.emplace();
             settings.window->add(first.x, first.y);

@@ -2,6 +2,7 @@
 
 #include "host/drawing/Transient.h"
 #include "host/editor/Captions.h"
+#include "host/editor/CornerPrompt.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/Picking.h"
 #include "host/editor/SectionChoice.h"
@@ -107,6 +108,7 @@ private:
 
     bool byWindows()
     {
+        const CornerPrompt areCorners;
         for (;;) {
             const auto corner = askPoint(rowOf(SectionMode::Window).prompt, {});
             if (!corner)

@@ -1,6 +1,7 @@
 // ZOOM and PAN.
 #include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
+#include "host/editor/CornerPrompt.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/Painter.h"
 #include "host/editor/ViewControl.h"
@@ -33,7 +34,8 @@ Next show(Asker &asker, const Extents &extents)
 
 Next zoomWindow(Asker &asker, const AcGePoint3d &corner)
 {
-    return show(asker, between(corner, asker.onlyPoint("ui.prompt.corner")));
+    const CornerPrompt isCorner;
+    return show(asker, between(corner, asker.onlyPoint("ui.prompt.corner", corner)));
 }
 
 /// "1:500" is a scale of the screen, "2x" a factor over what is shown.
@@ -65,8 +67,10 @@ Next zoom(Asker &asker)
     }
     if (reply.kind == Reply::Kind::Point)
         return zoomWindow(asker, reply.point);
-    if (reply.is(L"Window"))
+    if (reply.is(L"Window")) {
+        const CornerPrompt isCorner;
         return zoomWindow(asker, asker.onlyPoint("ui.prompt.corner.first"));
+    }
     if (reply.is(L"Previous")) {
         if (!view->showPrevious())
             asker.session().status(uiText("ui.zoom.first"));

@@ -54,34 +54,31 @@ void ViewPicture::reset()
     m_baseTransient = 0;
 }
 
-bool ViewPicture::moveBase(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, const Shown &wanted)
+std::optional<std::vector<QRect>> ViewPicture::moved(QImage &image, Shown &shown, const Shown &wanted)
 {
-    Shown moved = m_baseShown;
-    moved.centerX = wanted.centerX;
-    moved.centerY = wanted.centerY;
-    if (m_base.isNull() || moved != wanted)
-        return false;
-    const double scale = view.pixelsPerUnit * wanted.ratio;
-    const double x = (m_baseShown.centerX - wanted.centerX) * scale;
-    const double y = (wanted.centerY - m_baseShown.centerY) * scale;
-    if (std::abs(x) >= m_base.width() || std::abs(y) >= m_base.height() || std::abs(x - std::round(x)) > kWholePixel ||
+    Shown same = shown;
+    same.centerX = wanted.centerX;
+    same.centerY = wanted.centerY;
+    if (image.isNull() || same != wanted)
+        return std::nullopt;
+    const double scale = wanted.pixelsPerUnit * wanted.ratio;
+    const double x = (shown.centerX - wanted.centerX) * scale, y = (wanted.centerY - shown.centerY) * scale;
+    if (std::abs(x) >= image.width() || std::abs(y) >= image.height() || std::abs(x - std::round(x)) > kWholePixel ||
         std::abs(y - std::round(y)) > kWholePixel)
-        return false;
+        return std::nullopt;
     const int dx = static_cast<int>(std::round(x)), dy = static_cast<int>(std::round(y));
+    std::vector<QRect> strips;
     if (dx == 0 && dy == 0)
-        return true;
-    scroll(m_base, dx, dy);
-    m_baseShown = wanted;
-    const int width = m_base.width(), height = m_base.height();
+        return strips;
+    scroll(image, dx, dy);
+    shown = wanted;
+    const int width = image.width(), height = image.height();
     const QRect across(0, dy > 0 ? 0 : height + dy, width, std::abs(dy));
     const QRect along(dx > 0 ? 0 : width + dx, std::max(0, dy), std::abs(dx), height - std::abs(dy));
-    for (const QRect &strip : {across, along}) {
-        if (strip.isEmpty())
-            continue;
-        paintFrame(m_base, strip, drawing, view, style);
-        ++m_counts.strips;
-    }
-    return true;
+    for (const QRect &strip : {across, along})
+        if (!strip.isEmpty())
+            strips.push_back(strip);
+    return strips;
 }
 
 Extents ViewPicture::blankedSince(Drawing &drawing)
@@ -111,7 +108,12 @@ const QImage &ViewPicture::base(Drawing &drawing, const ViewTransform &view, con
     const Extents blanked = blankedSince(drawing);
     if (changes)
         changes->add(blanked);
-    if (!changes || !moveBase(drawing, view, style, wanted)) {
+    const auto strips = changes ? moved(m_base, m_baseShown, wanted) : std::nullopt;
+    for (const QRect &strip : strips.value_or(std::vector<QRect>())) {
+        paintFrame(m_base, strip, drawing, view, style);
+        ++m_counts.strips;
+    }
+    if (!strips) {
         const QSize size = imageSize(view.size, ratio);
         if (m_base.size() != size)
             m_base = QImage(size, QImage::Format_RGB32);
@@ -157,9 +159,15 @@ const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, 
     const Shown wanted = shownOf(drawing, view, style, ratio);
     const std::uint64_t revisions[3] = {transient.revision(), selection.revision(),
                                         drawing.component<DisplayIndex>().revision()};
-    if (!m_overlay.isNull() && wanted == m_overlayShown && std::ranges::equal(revisions, m_overlayRevisions) &&
-        picked == m_overlayPicked)
-        return m_overlay;
+    if (!m_overlay.isNull() && std::ranges::equal(revisions, m_overlayRevisions) && picked == m_overlayPicked) {
+        if (const auto strips = moved(m_overlay, m_overlayShown, wanted)) {
+            for (const QRect &strip : *strips) {
+                paintOverlay(strip, drawing, view, style, picked);
+                ++m_counts.overlayStrips;
+            }
+            return m_overlay;
+        }
+    }
     ++m_counts.overlays;
     m_overlayShown = wanted;
     std::ranges::copy(revisions, m_overlayRevisions);
@@ -168,15 +176,26 @@ const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, 
     if (m_overlay.size() != size)
         m_overlay = QImage(size, QImage::Format_ARGB32_Premultiplied);
     m_overlay.setDevicePixelRatio(ratio);
-    m_overlay.fill(Qt::transparent);
     std::erase_if(m_markLines, [&](const auto &known) { return !transient.marks().contains(known.first); });
-    for (const auto &[key, mark] : transient.marks())
-        paintMark(m_overlay, mark, linesOf(key, mark), drawing, view, style);
-    paintOver(m_overlay, selection.entities(), kSelectionColor, kOverlayWidth, drawing, view, style);
-    paintOver(m_overlay, picked, kSelectionColor, kOverlayWidth, drawing, view, style);
-    paintOver(m_overlay, transient.highlighted(), kHighlightColor, kOverlayWidth, drawing, view, style);
-    paintTemporary(m_overlay, drawing, view, style);
+    paintOverlay(m_overlay.rect(), drawing, view, style, picked);
     return m_overlay;
+}
+
+void ViewPicture::paintOverlay(const QRect &part, Drawing &drawing, const ViewTransform &view, const PaintStyle &style,
+                               const std::vector<const AcDbEntity *> &picked)
+{
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        auto *row = reinterpret_cast<QRgb *>(m_overlay.scanLine(y));
+        std::fill(row + part.left(), row + part.right() + 1, QRgb{0});
+    }
+    const auto &transient = drawing.component<TransientGraphics>();
+    for (const auto &[key, mark] : transient.marks())
+        paintMark(m_overlay, part, mark, linesOf(key, mark), drawing, view, style);
+    const auto &selection = drawing.component<Selection>();
+    paintSelection(m_overlay, part, selection, kSelectionColor, kOverlayWidth, drawing, view, style);
+    paintOver(m_overlay, part, picked, kSelectionColor, kOverlayWidth, drawing, view, style);
+    paintOver(m_overlay, part, transient.highlighted(), kHighlightColor, kOverlayWidth, drawing, view, style);
+    paintTemporary(m_overlay, part, drawing, view, style);
 }
 
 } // namespace velmor

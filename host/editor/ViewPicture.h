@@ -14,6 +14,7 @@
 #include <QImage>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -24,10 +25,11 @@ class ViewPicture {
 public:
     /// How often what was painted, since the object was made; for tests and benchmarks.
     struct Counts {
-        std::size_t full = 0;     ///< all of the base
-        std::size_t strips = 0;   ///< parts of the base that came in by moving
-        std::size_t patches = 0;  ///< parts of the base that changed
-        std::size_t overlays = 0; ///< all that lies over the base
+        std::size_t full = 0;          ///< all of the base
+        std::size_t strips = 0;        ///< parts of the base that came in by moving
+        std::size_t patches = 0;       ///< parts of the base that changed
+        std::size_t overlays = 0;      ///< all that lies over the base
+        std::size_t overlayStrips = 0; ///< parts of that which came in by moving
     };
 
     /// The base picture as it is to be shown now; ratio: device pixels for a pixel of the view. The answer is valid
@@ -53,8 +55,10 @@ private:
         bool operator==(const Shown &) const = default;
     };
     static Shown shownOf(const Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio);
-    /// Moves the base to the view; false when it has to be painted anew.
-    bool moveBase(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, const Shown &wanted);
+    /// Moves a picture to the view: the parts of it that came in and are still to be painted, or no value when all is.
+    static std::optional<std::vector<QRect>> moved(QImage &image, Shown &shown, const Shown &wanted);
+    void paintOverlay(const QRect &part, Drawing &drawing, const ViewTransform &view, const PaintStyle &style,
+                      const std::vector<const AcDbEntity *> &picked);
     /// Where entities came out or went that were blanked since, as extents.
     Extents blankedSince(Drawing &drawing);
     const std::vector<PatternLine> &linesOf(const std::wstring &key, const TransientMark &mark);

@@ -114,6 +114,8 @@ void Viewport::setDrawing(Drawing *drawing)
     m_box.reset();
     m_preview = {};
     m_previewImage = {};
+    m_previewCount.clear();
+    m_isPreviewStale = false;
     m_candidates.clear();
     m_gathered.clear();
     m_lastPick.reset();
@@ -181,7 +183,7 @@ void Viewport::viewMoved()
     m_showEverythingNext = false;
     if (m_box)
         m_box->from = m_view.toView(m_box->corner.x, m_box->corner.y);
-    if (m_box || !m_preview.empty())
+    if (m_box)
         updatePreview();
     update();
     Q_EMIT viewChanged();
@@ -309,6 +311,7 @@ void Viewport::paintEvent(QPaintEvent *)
     painter.drawImage(0, 0, m_picture.base(*m_drawing, m_view, m_style, ratio));
     if (const QImage &overlay = m_picture.overlay(*m_drawing, m_view, m_style, ratio, m_gathered); !overlay.isNull())
         painter.drawImage(0, 0, overlay);
+    makePreview();
     if (!m_previewImage.isNull())
         painter.drawImage(0, 0, m_previewImage);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -322,7 +325,11 @@ void Viewport::paintPointer(QPainter &painter)
 {
     if (m_asked == Asked::Point && m_base) {
         painter.setPen(QPen(m_style.color(5), 1.0, Qt::DashLine));
-        painter.drawLine(m_view.toView(m_base->x, m_base->y), m_view.toView(m_guided.x, m_guided.y));
+        const QPointF from = m_view.toView(m_base->x, m_base->y), to = m_view.toView(m_guided.x, m_guided.y);
+        if (m_isCorner)
+            painter.drawRect(QRectF(from, to).normalized());
+        else
+            painter.drawLine(from, to);
     }
     if (const AcDbEntity *entity = hovered(); entity != nullptr && !m_box && takesEntities()) {
         paintEntity(painter, *entity, kHighlightColor, 2.0, *m_drawing, m_view, m_style);
@@ -344,10 +351,8 @@ void Viewport::paintBox(QPainter &painter)
     painter.setBrush(color);
     painter.drawRect(QRectF(m_box->from, m_box->to).normalized());
     painter.setBrush(Qt::NoBrush);
-    if (!m_preview.empty()) {
-        painter.setPen(inkColor());
-        painter.drawText(m_box->to + QPointF(kTipOffset, -kTipOffset), QString::number(m_preview.size()));
-    }
+    painter.setPen(inkColor());
+    painter.drawText(m_box->to + QPointF(kTipOffset, -kTipOffset), m_previewCount);
 }
 
 void Viewport::paintSnap(QPainter &painter)

@@ -71,7 +71,10 @@ public:
     /// The object snap that a click would take now.
     const std::optional<SnapPoint> &snapPoint() const { return m_snap; }
     /// What the window that is being drawn would take; empty without one.
-    const AcDbObjectIdArray &preview() const { return m_preview; }
+    const AcDbObjectIdArray &preview();
+    /// Escape, from wherever it comes: drops a window that is being drawn (true), or lets go of the selection while
+    /// nothing is asked for.
+    bool escape();
     /// What was picked here for the selection prompts that are going on; it is shown like the selection.
     const std::vector<const AcDbEntity *> &gathered() const { return m_gathered; }
 
@@ -146,6 +149,7 @@ private:
     void finishBox();
     void dropBox();
     void updatePreview();
+    void makePreview();
     void take(const AcDbObjectIdArray &ids, bool removing);
     void gather(const AcDbObjectIdArray &ids, bool removing);
     Extents extentsOfBox() const;
@@ -176,12 +180,15 @@ private:
     std::shared_ptr<void> m_selectionWatch;
 
     Asked m_asked = Asked::Nothing;
+    bool m_isCorner = false; ///< the point that is asked for is one of a window
     std::optional<AcGePoint3d> m_base;
     QPointF m_pointer;
     bool m_pointerInside = false;
     std::optional<QPointF> m_panFrom;
     bool m_spaceHeld = false, m_spaceUsed = false;
     std::optional<Box> m_box;
+    bool m_isPreviewStale = false; ///< it is made when it is painted or asked for, however often the pointer moved
+    QString m_previewCount;
     AcDbObjectIdArray m_preview;
     QImage m_previewImage;
     std::vector<AcDbEntity *> m_candidates; ///< under the pointer, the nearest first

@@ -3,6 +3,7 @@
 
 #include "host/drawing/ObjectAccess.h"
 #include "host/editor/Captions.h"
+#include "host/editor/CornerPrompt.h"
 #include "host/editor/FramePainter.h"
 
 #include <QAction>
@@ -20,11 +21,13 @@ namespace velmor {
 
 namespace {
 
-constexpr double kWheelFactor = 1.2;            ///< zoom for one notch
-constexpr double kPanFraction = 0.1;            ///< of the view, for one arrow key
-constexpr double kStill = 2.5;                  ///< pixels within which the pointer counts as not moved
-constexpr double kDragStart = 4.0;              ///< pixels beyond which a press and a release are a window
-constexpr std::size_t kMostPreviewed = 300'000; ///< entities that are painted while a window is drawn
+constexpr double kWheelFactor = 1.2; ///< zoom for one notch
+constexpr double kPanFraction = 0.1; ///< of the view, for one arrow key
+constexpr double kStill = 2.5;       ///< pixels within which the pointer counts as not moved
+constexpr double kDragStart = 4.0;   ///< pixels beyond which a press and a release are a window
+/// With more entities than this around it, a window shows only that there are so many: a preview would take longer
+/// than a step of the pointer.
+constexpr std::size_t kMostPreviewed = 60'000;
 constexpr double kPreviewWidth = 2.0;
 
 enum DraftAction { kActionSnap, kActionOrtho, kActionPolar, kActionCycle };
@@ -105,6 +108,7 @@ void Viewport::setPrompt(const Prompt *prompt)
     dropBox();
     m_base.reset();
     m_asked = Asked::Nothing;
+    m_isCorner = CornerPrompt::isOn();
     if (prompt != nullptr) {
         m_base = prompt->base;
         switch (prompt->kind) {
@@ -145,14 +149,16 @@ void Viewport::setPrompt(const Prompt *prompt)
 
 AcDbEntity *Viewport::hovered() const
 {
-    if (m_candidate >= m_candidates.size() || m_candidates[m_candidate]->isErased())
+    if (m_candidate >= m_candidates.size())
         return nullptr;
-    return m_candidates[m_candidate];
+    AcDbEntity *entity = m_candidates[m_candidate];
+    // The drawing may have changed since the pointer moved.
+    return entity->isErased() || !m_drawing->layer(layerIndexOf(*entity)).visible() ? nullptr : entity;
 }
 
 void Viewport::findCandidates()
 {
-    if (!m_candidates.empty() && distance(m_candidatesAt, m_pointer) <= kStill && hovered() != nullptr)
+    if (m_candidate != 0 && distance(m_candidatesAt, m_pointer) <= kStill && hovered() != nullptr)
         return; // so that a choice by cycling stands while the hand shakes
     m_candidates.clear();
     m_candidate = 0;
@@ -176,7 +182,7 @@ AcGePoint3d Viewport::pointFor(const QPointF &position)
 {
     const AcGePoint3d free = m_view.toWorld(position);
     m_snap.reset();
-    if (m_drawing == nullptr)
+    if (m_drawing == nullptr || m_isCorner)
         return free;
     const Drafting settings = drafting();
     if (settings.activeSnaps() != 0)
@@ -220,12 +226,30 @@ void Viewport::updatePreview()
 {
     m_preview = {};
     m_previewImage = {};
+    m_previewCount.clear();
+    m_isPreviewStale = m_box && !m_box->isZoom && m_drawing != nullptr;
     update();
-    if (!m_box || m_box->isZoom || m_drawing == nullptr)
+}
+
+const AcDbObjectIdArray &Viewport::preview()
+{
+    makePreview();
+    return m_preview;
+}
+
+void Viewport::makePreview()
+{
+    if (!std::exchange(m_isPreviewStale, false))
         return;
-    m_preview = entitiesIn(*m_drawing, extentsOfBox(), m_box->isCrossing() ? SelectBy::Crossing : SelectBy::Window);
-    if (m_preview.empty() || m_preview.size() > kMostPreviewed)
+    const Extents window = extentsOfBox();
+    if (const std::size_t count = countNear(*m_drawing, window); count > kMostPreviewed) {
+        m_previewCount = QStringLiteral("> %1").arg(kMostPreviewed);
         return;
+    }
+    m_preview = entitiesIn(*m_drawing, window, m_box->isCrossing() ? SelectBy::Crossing : SelectBy::Window);
+    if (m_preview.empty())
+        return;
+    m_previewCount = QString::number(m_preview.size());
     std::vector<const AcDbEntity *> entities;
     for (const AcDbObjectId &id : m_preview)
         entities.push_back(static_cast<const AcDbEntity *>(ObjectAccess::object(id)));
@@ -233,7 +257,8 @@ void Viewport::updatePreview()
     m_previewImage = QImage(ViewPicture::imageSize(size(), ratio), QImage::Format_ARGB32_Premultiplied);
     m_previewImage.setDevicePixelRatio(ratio);
     m_previewImage.fill(Qt::transparent);
-    paintOver(m_previewImage, entities, kHighlightColor, kPreviewWidth, *m_drawing, m_view, m_style);
+    paintOver(m_previewImage, m_previewImage.rect(), entities, kHighlightColor, kPreviewWidth, *m_drawing, m_view,
+              m_style);
 }
 
 void Viewport::dropBox()
@@ -295,6 +320,18 @@ void Viewport::gather(const AcDbObjectIdArray &ids, bool removing)
     update();
 }
 
+bool Viewport::escape()
+{
+    m_lastPick.reset();
+    if (m_box || m_waitsForZoomWindow) {
+        dropBox();
+        return true;
+    }
+    if (m_asked == Asked::Nothing && m_drawing != nullptr)
+        m_drawing->component<Selection>().clear();
+    return false;
+}
+
 // --- The mouse
 
 void Viewport::pickCandidate(const QPointF &position, bool shift)
@@ -305,7 +342,9 @@ void Viewport::pickCandidate(const QPointF &position, bool shift)
     if (isRepeated) {
         // One more click on the same place means the next one instead.
         take({m_lastPick->second}, true);
-        m_candidate = (m_candidate + 1) % m_candidates.size();
+        const auto *last = ObjectAccess::object(m_lastPick->second);
+        const auto at = std::ranges::find(m_candidates, last) - m_candidates.begin();
+        m_candidate = (static_cast<std::size_t>(at) + 1) % m_candidates.size();
         entity = hovered();
     }
     if (entity == nullptr)
@@ -450,12 +489,8 @@ void Viewport::keyPressEvent(QKeyEvent *event)
     const double stepX = std::round(width() * kPanFraction), stepY = std::round(height() * kPanFraction);
     switch (event->key()) {
     case Qt::Key_Escape:
-        m_lastPick.reset();
-        if (m_box || m_waitsForZoomWindow)
-            return dropBox();
-        if (m_asked == Asked::Nothing && m_drawing != nullptr)
-            m_drawing->component<Selection>().clear();
-        Q_EMIT cancelled();
+        if (!escape())
+            Q_EMIT cancelled();
         return;
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -2,6 +2,7 @@
 #include "host/editor/MainWindow.h"
 #include "host/editor/Viewport.h"
 
+#include <QLineEdit>
 #include <QTest>
 #include <QTimer>
 
@@ -124,6 +125,26 @@ TEST_F(Pointing, AWindowAnswersASelectionPrompt)
     ASSERT_EQ(acdbGetObjectId(id, member), Acad::eOk);
     EXPECT_EQ(id, idOf(inside));
     acedSSFree(set);
+}
+
+TEST_F(Pointing, EscapeInTheCommandLineLetsGoOfTheSelectionAndOfAWindow)
+{
+    AcDbEntity &entity = line(0, 0, 100, 80);
+    show();
+    auto *input = window->findChild<QLineEdit *>();
+    auto &selection = session.drawing()->component<Selection>();
+    const AcDbObjectId id[] = {idOf(entity)};
+    selection.set(id);
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, viewport->view().toView(20, 60).toPoint());
+    QTest::mouseMove(viewport, viewport->view().toView(90, 5).toPoint());
+    EXPECT_EQ(viewport->preview().size(), 0u);
+    QTest::mouseMove(viewport, viewport->view().toView(10, 5).toPoint());
+    EXPECT_EQ(viewport->preview().size(), 1u);
+    QTest::keyClick(input, Qt::Key_Escape);
+    EXPECT_EQ(viewport->preview().size(), 0u);
+    EXPECT_FALSE(selection.isEmpty());
+    QTest::keyClick(input, Qt::Key_Escape);
+    EXPECT_TRUE(selection.isEmpty());
 }
 
 TEST_F(Pointing, DraftingVariablesAreKeptWithinTheirLimits)

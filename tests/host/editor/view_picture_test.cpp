@@ -345,6 +345,47 @@ TEST_F(Picture, HighlightSelectionMarksAndTemporaryDrawingLeaveTheBaseAlone)
     EXPECT_EQ(picture.counts().patches, 0u);
 }
 
+TEST_F(Picture, PanningShiftsWhatLiesOverTheBaseToo)
+{
+    fillWithEverything();
+    AcDbObjectIdArray all;
+    for (AcDbEntity *entity : drawing->modelSpace().entities())
+        all.push_back(idOf(*entity));
+    drawing->component<Selection>().set({all.data(), all.size()});
+    TransientMark mark;
+    mark.rings = {{{-60, -60}, {100, -60}, {100, 100}, {-60, 100}}};
+    mark.pattern = L"ANSI31";
+    drawing->component<TransientGraphics>().setMark(L"A", mark);
+    picture.overlay(*drawing, view, style, 1.0);
+    for (const QPointF &step : {QPointF(20, 7), QPointF(-31, 0), QPointF(0, -18), QPointF(40, 40)}) {
+        view.panBy(step);
+        picture.overlay(*drawing, view, style, 1.0);
+    }
+    EXPECT_EQ(picture.counts().overlays, 1u);
+    EXPECT_EQ(picture.counts().overlayStrips, 6u);
+    ViewPicture other;
+    EXPECT_LE(difference(picture.overlay(*drawing, view, style, 1.0), other.overlay(*drawing, view, style, 1.0)), 4);
+}
+
+TEST_F(Picture, ALargeSelectionLooksAsItsMembersOneByOneDo)
+{
+    AcDbObjectIdArray all;
+    for (int i = 0; i < 2500; ++i)
+        all.push_back(idOf(line(i % 50 * 6 - 150, i / 50 * 4 - 100, i % 50 * 6 - 147, i / 50 * 4 - 98)));
+    test::Vertices vertices;
+    for (int i = 0; i < 100; ++i)
+        vertices.push_back({i * 3.0 - 150, i % 2 * 20.0, 0.2});
+    all.push_back(idOf(polyline(vertices)));
+    drawing->component<Selection>().set({all.data(), all.size()});
+    QImage image(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QImage oneByOne = image;
+    const auto &selection = drawing->component<Selection>();
+    paintSelection(image, image.rect(), selection, kSelectionColor, 3.0, *drawing, view, style);
+    paintOver(oneByOne, oneByOne.rect(), selection.entities(), kSelectionColor, 3.0, *drawing, view, style);
+    EXPECT_LE(difference(image, oneByOne), 2);
+}
+
 TEST_F(Picture, TheOverlayIsPaintedOnlyWhenSomethingOfItChanged)
 {
     AcDbEntity &entity = line(-50, 0, 50, 0);

@@ -1,4 +1,5 @@
 // The view as a person works it, through the widget.
+#include "host/editor/CornerPrompt.h"
 #include "host/editor/Viewport.h"
 #include "tests/host/editor/ViewShapes.h"
 
@@ -345,6 +346,53 @@ TEST_F(View, OneMoreClickAndShiftSpaceTakeTheNextOfSeveral)
     EXPECT_EQ(viewport.draftActions()[3]->shortcut(), QKeySequence(Qt::SHIFT | Qt::Key_Space));
     click(25, 10);
     EXPECT_THAT(selection(), ElementsAre(idOf(above)));
+}
+
+TEST_F(View, TwoPixelsFartherTheNeighbourIsMeant)
+{
+    AcDbEntity &lower = line(10, 10, 30, 10), &upper = line(10, 10.2, 30, 10.2);
+    show();
+    move(20, 10.0);
+    EXPECT_EQ(viewport.hovered(), &lower);
+    move(20, 10.2);
+    EXPECT_EQ(viewport.hovered(), &upper);
+    click(20, 10.2);
+    EXPECT_THAT(selection(), ElementsAre(idOf(upper)));
+}
+
+TEST_F(View, WhatALayerHidesMeanwhileIsNotTaken)
+{
+    AcDbEntity &entity = line(10, 10, 30, 10);
+    show();
+    move(20, 10);
+    EXPECT_EQ(viewport.hovered(), &entity);
+    hide(entity);
+    EXPECT_EQ(viewport.hovered(), nullptr);
+    click(20, 10);
+    EXPECT_THAT(selection(), IsEmpty());
+}
+
+TEST_F(View, CornersOfWindowsAreAsTheyAreClickedAndSpanARectangle)
+{
+    line(50, 40, 60, 45);
+    show();
+    Drafting settings;
+    settings.ortho = true;
+    settings.snaps = kSnapEnd;
+    setDrafting(settings);
+    const CornerPrompt areCorners;
+    ask(PromptKind::Point, AcGePoint3d(20, 20));
+    QSignalSpy clicked(&viewport, &Viewport::clicked);
+    const QImage before = viewport.grab().toImage();
+    move(50.2, 40.1);
+    int different = 0; // along the upper side, which is dashed
+    const QImage banded = viewport.grab().toImage();
+    for (double x = 22; x < 48; x += 0.1)
+        different += colorAt(banded, pixel(x, 40.1)) != colorAt(before, pixel(x, 40.1));
+    EXPECT_GT(different, 100);
+    click(50.2, 40.1);
+    EXPECT_NEAR(clicked.last()[0].toDouble(), 50.2, 1e-9);
+    EXPECT_NEAR(clicked.last()[1].toDouble(), 40.1, 1e-9);
 }
 
 TEST_F(View, ThePointerLightsUpWhatAClickWouldTake)
