@@ -232,7 +232,26 @@ void CommandLine::setPrompt(const QString &text, const std::vector<Option> &opti
         }
     }
     m_prompt->setText(shown);
+    fitPrompt();
     m_input->setAccessibleDescription(text);
+}
+
+void CommandLine::fitPrompt()
+{
+    m_prompt->setWordWrap(false);
+    m_prompt->setMinimumWidth(0);
+    m_prompt->setMaximumWidth(QWIDGETSIZE_MAX);
+    const int room = std::max(100, width() * 6 / 10);
+    if (m_prompt->sizeHint().width() <= room)
+        return;
+    m_prompt->setWordWrap(true);
+    m_prompt->setFixedWidth(room);
+}
+
+void CommandLine::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    fitPrompt();
 }
 
 void CommandLine::setCompletions(std::function<QStringList(const QString &)> completions)

@@ -80,7 +80,12 @@ Q_SIGNALS:
     void entered(const QString &text);
     void cancelled();
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
+    /// A long prompt goes over several lines, so that there is room to answer it.
+    void fitPrompt();
     void give();
     void recall(int step);
     void readHistory();

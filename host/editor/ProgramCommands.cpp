@@ -43,11 +43,11 @@ Next help(Asker &asker)
     const auto &running = session.commands().running();
     // Inside another command it tells about that one.
     const CommandRow *around = running.size() > 1 ? commandRow(running[running.size() - 2]) : nullptr;
-    const Reply reply = asker.name({.message = "ui.prompt.help", .completion = Completion::Commands, .optional = true});
-    if (reply.isEnter() && around) {
+    if (around && !asker.hasAnswers()) {
         tellWhole(session, *around);
         return Next::Commit;
     }
+    const Reply reply = asker.name({.message = "ui.prompt.help", .completion = Completion::Commands, .optional = true});
     if (!reply.isEnter()) {
         const CommandEntry *entry = session.commands().find(reply.text);
         const CommandRow *row = entry ? commandRow(entry->globalName) : commandRowOfWord(reply.text);

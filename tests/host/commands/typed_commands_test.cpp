@@ -80,6 +80,11 @@ protected:
             return QTest::mouseMove(viewport, viewport->view().toView(80.0, 60.0).toPoint());
         if (name == QStringLiteral("Click"))
             return QTest::mouseClick(viewport, Qt::LeftButton, {}, viewport->view().toView(80.0, 60.0).toPoint());
+        if (name == QStringLiteral("Room")) {
+            QCoreApplication::sendPostedEvents();
+            EXPECT_GE(field->width(), window->commandLine().width() / 4);
+            return;
+        }
         if (name.startsWith(QStringLiteral("Link"))) {
             auto *prompt = window->commandLine().findChild<QLabel *>();
             EXPECT_TRUE(prompt->text().contains(QStringLiteral("<a href"))) << prompt->text().toStdString();
@@ -237,6 +242,22 @@ TEST_F(TypedCommands, AnotherCommandFromAMenuEndsNestedPromptsToo)
     type(QStringLiteral("line 0,0 'dist 1,1 "));
     EXPECT_TRUE(said().contains(QStringLiteral("The drawing is sound")));
     EXPECT_FALSE(session.commands().isRunning());
+}
+
+TEST_F(TypedCommands, HelpInsideOfACommandTellsAboutIt)
+{
+    type(QStringLiteral("circle 'help 0,0 5 "));
+    EXPECT_TRUE(said().contains(QStringLiteral("CIRCLE (C, CI): ")));
+    EXPECT_FALSE(said().contains(QStringLiteral("ZOOM (")));
+    EXPECT_EQ(living().size(), 1u);
+}
+
+TEST_F(TypedCommands, ALongPromptLeavesRoomForTheAnswer)
+{
+    window->resize(700, 500);
+    QTest::qWait(0);
+    type(QStringLiteral("layer {Room}Roads "));
+    EXPECT_TRUE(session.drawing()->findLayer(L"Roads").has_value());
 }
 
 TEST_F(TypedCommands, ATextTakesItsBlanks)
