@@ -2,13 +2,15 @@
 //   frames [SEGMENTS...]
 // For each size: a frame at full extent against one drawLines call over all segments; a frame of a zoomed-in window
 // against drawing just what is visible in it; a step of panning; what lies under the pointer; memory. Times are the
-// processor's and the best of several, so what else runs on the machine hardly counts.
+// processor's and the best of several, so what else runs on the machine hardly counts. Ends with 1 when a figure is
+// beyond its bound.
 #include "bench/MadeTown.h"
 #include "host/drawing/Drawing.h"
 #include "host/editor/DisplayIndex.h"
 #include "host/editor/FramePainter.h"
 #include "host/editor/ObjectSnap.h"
 #include "host/editor/Picking.h"
+#include "host/editor/Selection.h"
 #include "host/editor/ViewPicture.h"
 
 #include <QApplication>
@@ -97,6 +99,16 @@ double drawLinesTime(const QVector<QLineF> &lines, bool smooth)
         painter.setPen(QPen(Qt::black, 1.0, Qt::SolidLine, Qt::FlatCap));
         painter.drawLines(lines);
     });
+}
+
+/// Says so when a figure is beyond its bound; the program then ends with 1.
+bool isBeyond = false;
+void bound(const char *what, double value, double most)
+{
+    if (value <= most)
+        return;
+    isBeyond = true;
+    std::printf("  BEYOND ITS BOUND: %s is %.3f, at most %.3f is allowed\n", what, value, most);
 }
 
 double report(std::size_t segments)
@@ -197,8 +209,32 @@ double report(std::size_t segments)
     const double beforeReading = heapMegabytes() - static_cast<double>(text.capacity()) / 1e6;
     const auto read = Drawing::read(std::move(text)).drawing;
     read->component<DisplayIndex>().revision();
-    std::printf("  memory a segment, read    %9.0f bytes (file text, drawing and scene)\n",
-                (heapMegabytes() - beforeReading) * 1e6 / static_cast<double>(segments));
+    const double bytesRead = (heapMegabytes() - beforeReading) * 1e6 / static_cast<double>(segments);
+    std::printf("  memory a segment, read    %9.0f bytes (file text, drawing and scene)\n", bytesRead);
+
+    // Panning with everything selected, and a step of the pointer while a window is drawn over what may be previewed.
+    const AcDbObjectIdArray ids = entitiesIn(*drawing, index.visibleExtents(), SelectBy::Crossing);
+    drawing->component<Selection>().set({ids.data(), ids.size()});
+    picture.overlay(*drawing, moved, style, 1.0);
+    double selectedStep = 0.0;
+    for (int i = 0; i < 6; ++i) {
+        moved.panBy({i % 2 == 0 ? 16.0 : -16.0, 10.0});
+        const double begun = now();
+        picture.base(*drawing, moved, style, 1.0);
+        picture.overlay(*drawing, moved, style, 1.0);
+        selectedStep = std::max(selectedStep, now() - begun);
+    }
+    std::printf("  a step of 16 pixels with all selected %.2f ms\n", selectedStep);
+
+    // The bounds hold for a town of a million segments; a small one is little but the picture's own size.
+    if (segments >= 1'000'000) {
+        bound("a frame over one drawLines", full / fullLines, 0.5);
+        bound("a step of panning, ms", std::max(smallStep, largeStep), 16.0);
+        bound("a step of panning with all selected, ms", selectedStep, 16.0);
+    }
+    bound("a window's frame over drawLines of what is visible", zoomed / zoomedLines, 1.2);
+    bound("under the pointer, ms", std::max(under(view).second, under(window).second), 1.0);
+    bound("memory a segment, bytes", bytesRead, 400.0);
     return zoomed;
 }
 
@@ -216,6 +252,8 @@ int main(int argc, char **argv)
     std::vector<double> windows;
     for (const std::size_t size : sizes)
         windows.push_back(report(size));
-    std::printf("window frame, largest over smallest drawing: %.2f\n", windows.back() / windows.front());
-    return 0;
+    const double growth = windows.back() / windows.front();
+    std::printf("window frame, largest over smallest drawing: %.2f\n", growth);
+    bound("a window's frame in the largest drawing over that in the smallest", growth, 1.5);
+    return isBeyond ? 1 : 0;
 }
