@@ -1,9 +1,11 @@
 // Every command, left by Escape at each of its prompts, leaves the drawing as it was.
 #include "host/editor/CommandTable.h"
 #include "host/editor/Words.h"
+#include "host/services/Text.h"
 #include "tests/host/commands/CommandsFixture.h"
 
 #include <climits>
+#include <cwctype>
 #include <set>
 
 namespace velmor {
@@ -86,6 +88,42 @@ TEST_P(Escape, AtEachPromptLeavesTheDrawingAsItWas)
         session.commands().start(row.name, answers);
         EXPECT_EQ(drawing().write(), before) << given << " answers";
         EXPECT_FALSE(session.commands().isRunning());
+    }
+}
+
+/// Gives the answers of a row to whoever asks, and looks at the words of each prompt.
+class Watcher final : public PromptSource {
+public:
+    explicit Watcher(const Row &row) : m_row(row) {}
+    std::optional<Answer> ask(const Prompt &prompt) override
+    {
+        for (std::size_t i = 0; i < prompt.localKeywords.size(); ++i) {
+            const std::wstring &word = prompt.localKeywords[i];
+            std::size_t length = word.size();
+            while (length > 1 && !std::iswupper(word[length - 1]) && !std::iswdigit(word[length - 1]))
+                --length;
+            // Its capitals alone mean this word and no other.
+            EXPECT_EQ(matchKeyword(prompt.localKeywords, word.substr(0, length)), &prompt.localKeywords[i])
+                << utf8(word) << " in " << utf8(prompt.text);
+        }
+        if (m_next == m_row.answers.size())
+            return std::nullopt;
+        return Answer{m_row.answers[m_next++]};
+    }
+
+private:
+    const Row &m_row;
+    std::size_t m_next = 0;
+};
+
+TEST_P(Escape, TheCapitalsOfAnOptionMeanItInBothLanguages)
+{
+    for (const char *language : {"hr", "en"}) {
+        Services::instance().start({.language = language});
+        Watcher watcher(GetParam());
+        session.setPromptSource(&watcher);
+        session.commands().start(L"_" + std::wstring(GetParam().name), {});
+        session.setPromptSource(nullptr);
     }
 }
 
