@@ -57,6 +57,8 @@ void startCommand(Session &session, const std::wstring &line)
     std::wstring reason;
     if (!session.commands().run(line, &reason) && !reason.empty() && reason != session.lastStatus())
         session.status(reason);
+    if (session.view())
+        session.view()->redraw();
 }
 
 } // namespace velmor

@@ -47,7 +47,8 @@ struct PanelRegistration {
 /// failed (an alert says so). The view is shown anew.
 bool changeDrawing(Session &session, const std::wstring &name, const std::function<void(Drawing &)> &work);
 
-/// Starts a command as if it were typed; the status line gets the reason when it can't be started.
+/// Starts a command as if it were typed; the status line gets the reason when it can't be started. The
+/// view is shown anew when it ends.
 void startCommand(Session &session, const std::wstring &line);
 
 } // namespace velmor

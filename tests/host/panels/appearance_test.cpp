@@ -176,6 +176,39 @@ TEST_F(AppearanceTest, APanelFollowsAnotherDrawingAndWhatIsSelectedInIt)
     EXPECT_EQ(table->model()->rowCount(), 0);
 }
 
+TEST_F(AppearanceTest, TheNetworkPanelsButtonImportsAndItsTableTakesTheViewToASection)
+{
+    MainWindow window(session);
+    window.resize(1200, 900);
+    window.show();
+    auto *dock = window.findChild<QDockWidget *>(QStringLiteral("dock.network"));
+    dock->show();
+    dock->raise();
+    QApplication::processEvents();
+    const char *source = std::getenv("VELMOR_SOURCE_DIR");
+    session.answers().push({(fs::path(source ? source : ".") / "examples/town.inp").wstring()});
+    QPushButton *import = nullptr;
+    for (QPushButton *button : dock->findChildren<QPushButton *>())
+        if (button->text() == uiString("ui.network.import"))
+            import = button;
+    ASSERT_NE(import, nullptr);
+    import->click();
+    QApplication::processEvents();
+    QTableView *table = nullptr;
+    for (QTableView *one : dock->findChildren<QTableView *>())
+        if (one->accessibleName() == uiString("ui.network.sections"))
+            table = one;
+    ASSERT_NE(table, nullptr);
+    ASSERT_EQ(table->model()->rowCount(), 70);
+    table->setCurrentIndex(table->model()->index(3, 0));
+    auto *viewport = window.findChild<Viewport *>();
+    const double before = viewport->view().pixelsPerUnit;
+    QTest::keyClick(table, Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_GT(viewport->view().pixelsPerUnit, before) << "one section fills the view";
+    EXPECT_EQ(session.drawing()->component<Selection>().members().size(), 1u);
+}
+
 TEST_F(AppearanceTest, RowsAreCopiedByKeyWithTheirHeads)
 {
     MainWindow window(session);
