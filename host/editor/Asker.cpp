@@ -100,7 +100,8 @@ void Asker::refuse(const std::wstring &why)
 Answer Asker::ask(const Prompt &prompt)
 {
     Answer answer{Answer::Escape{}};
-    if (!m_answers.empty()) {
+    m_wasPrepared = !m_answers.empty();
+    if (m_wasPrepared) {
         answer = m_answers.front();
         m_answers = m_answers.subspan(1);
     } else if (prompt.optional && !m_asksAgain && (!m_askSession || !m_session.view())) {
@@ -127,7 +128,7 @@ Reply Asker::askFor(PromptKind kind, const Ask &ask, const char *needed, Reader 
         } else if (const std::wstring *text = answer.text()) {
             if (const std::wstring *word = matchKeyword(ask.words, *text)) {
                 m_asksAgain = false;
-                return {.kind = Reply::Kind::Word, .word = *word};
+                return {.kind = Reply::Kind::Word, .word = *word, .text = *text};
             }
         }
         if (!answer.isEnter())

@@ -33,7 +33,7 @@ struct Reply {
     std::wstring word = {}; ///< one of the question's words
     AcGePoint3d point = {};
     double number = 0.0;
-    std::wstring text = {};
+    std::wstring text = {}; ///< also of a word: as it was typed
     bool isEnter() const { return kind == Kind::Enter; }
     bool is(std::wstring_view option) const { return kind == Kind::Word && word == option; }
 };
@@ -75,6 +75,8 @@ public:
     bool refused() const { return m_refused; }
     /// Answers are there that were prepared.
     bool hasAnswers() const { return !m_answers.empty(); }
+    /// The last answer was one of them.
+    bool wasPrepared() const { return m_wasPrepared; }
 
 private:
     Answer ask(const Prompt &prompt);
@@ -86,7 +88,7 @@ private:
     Session &m_session;
     std::span<const Answer> &m_answers;
     bool m_askSession;
-    bool m_refused = false;
+    bool m_refused = false, m_wasPrepared = false;
     bool m_asksAgain = false; ///< the last answer was refused, so no standard stands in for the next
 };
 

@@ -165,6 +165,9 @@ Next workLayers(Asker &asker)
         asker.name({.message = "ui.prompt.layer.name", .words = kOptions, .completion = Completion::Layers});
     if (reply.kind == Reply::Kind::Text)
         return makeCurrent(session, reply.text, true);
+    // One word on a line is a layer's name, also when it could begin an option that asks for more.
+    if (!reply.is(L"LIst") && asker.wasPrepared() && !asker.hasAnswers() && !reply.text.starts_with(L'_'))
+        return makeCurrent(session, reply.text, true);
     if (reply.is(L"LIst")) {
         listLayers(session);
         return Next::Commit;

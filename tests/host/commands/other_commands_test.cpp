@@ -31,6 +31,15 @@ TEST_F(OtherCommands, ANameMakesALayerCurrentAndMakesIt)
     EXPECT_FALSE(run(L"LAYER a<b"));
 }
 
+TEST_F(OtherCommands, OneWordOnALineIsANameAlsoWhenItCouldBeginAnOption)
+{
+    for (const wchar_t *name : {L"New", L"Off", L"Set"}) {
+        ASSERT_TRUE(run(std::wstring(L"LAYER ") + name));
+        EXPECT_EQ(current(), name);
+    }
+    EXPECT_FALSE(run(L"LAYER _OFF")); // with the mark it is the option, which asks for names
+}
+
 TEST_F(OtherCommands, NewLayersStayBesideTheCurrentOne)
 {
     ASSERT_TRUE(run(L"LAYER NEw A1,B1"));
