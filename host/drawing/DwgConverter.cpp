@@ -3,7 +3,6 @@
 #include "host/drawing/Texts.h"
 #include "host/drawing/dxf/AtomicFile.h"
 
-#include <array>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -100,32 +99,17 @@ bool isClosedFormat(std::string_view bytes)
 
 std::optional<std::string> convertedDwg(const fs::path &file, std::string &message)
 {
-    std::string names;
-    for (const char *name : kDwgConverters) {
-        names += (names.empty() ? "" : ", ") + std::string(name);
-        const fs::path program = programInPath(name);
-        if (program.empty())
-            continue;
-        const WorkFolder work;
-        std::error_code error;
-        const fs::path in = work.path() / "in", out = work.path() / "out";
-        fs::create_directories(in, error);
-        fs::create_directories(out, error);
-        fs::copy_file(file, in / "drawing.dwg", error);
-        const fs::path made = out / "drawing.dxf";
-        const bool isFirst = name == kDwgConverters[0];
-        const bool done = !work.path().empty() && !error &&
-                          run(isFirst ? std::vector<std::string>{program.string(), "-y", "-o", made.string(),
-                                                                 (in / "drawing.dwg").string()}
-                                      : std::vector<std::string>{program.string(), in.string(), out.string(),
-                                                                 "ACAD2018", "DXF", "0", "1"});
-        ReadFileResult read = readWholeFile(made);
-        if (done && read)
-            return std::move(read.bytes);
-        message = drawingText("dwg.failed", {file.string(), name});
+    const fs::path program = programInPath(kDwgConverter);
+    if (program.empty()) {
+        message = drawingText("dwg.none", {file.string(), kDwgConverter});
         return std::nullopt;
     }
-    message = drawingText("dwg.none", {file.string(), names});
+    const WorkFolder work;
+    const fs::path made = work.path() / "drawing.dxf";
+    if (!work.path().empty() && run({program.string(), "-y", "-o", made.string(), fs::absolute(file).string()}))
+        if (ReadFileResult read = readWholeFile(made))
+            return std::move(read.bytes);
+    message = drawingText("dwg.failed", {file.string(), kDwgConverter});
     return std::nullopt;
 }
 

@@ -9,6 +9,13 @@ using velmor::ObjectAccess;
 
 namespace {
 
+/// An object of another drawing than the one that is worked on; without one, any may be opened.
+bool isForeign(const AcDbObject &object)
+{
+    const Drawing *working = velmor::workingDrawing(), *its = ObjectAccess::drawing(object);
+    return working && its && its != working;
+}
+
 Acad::ErrorStatus openObject(AcDbObject &object, AcDb::OpenMode mode)
 {
     auto &host = ObjectAccess::host(object);
@@ -89,6 +96,8 @@ Acad::ErrorStatus acdbOpenAcDbObject(AcDbObject *&object, AcDbObjectId id, AcDb:
     AcDbObject *target = ObjectAccess::object(id);
     if (!target)
         return Acad::eNullObjectId;
+    if (isForeign(*target))
+        return Acad::eNotInDatabase;
     const auto status = openObject(*target, mode);
     if (status == Acad::eOk)
         object = target;
@@ -103,6 +112,8 @@ Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity *&entity, AcDbObjectId id, AcDb:
         return Acad::eNullObjectId;
     if (!ObjectAccess::has(*target, velmor::kIsEntity))
         return Acad::eNotAnEntity;
+    if (isForeign(*target))
+        return Acad::eNotInDatabase;
     const auto status = openObject(*target, mode);
     if (status == Acad::eOk)
         entity = static_cast<AcDbEntity *>(target);

@@ -48,13 +48,10 @@ std::unique_ptr<Drawing> sceneOf(const fs::path &file)
         TextShape shape = placedShape(attribute.shape(), imported.block->basePoint(), placement);
         if (!attribute.isConstant())
             shape.text = attribute.tag();
-        const AcDbObjectId id = scene->append(std::make_unique<TextEntity>(std::move(shape)));
-        AcDbEntity *text = nullptr;
-        if (acdbOpenAcDbEntity(text, id, AcDb::kForRead) == Acad::eOk) {
-            text->close();
-            scene->setLayerOf(*text, layerIndexOf(*entity));
-            scene->setColorOf(*text, entity->colorIndex());
-        }
+        scene->append(std::make_unique<TextEntity>(std::move(shape)));
+        AcDbEntity &text = *scene->modelSpace().entities().back();
+        scene->setLayerOf(text, layerIndexOf(*entity));
+        scene->setColorOf(text, entity->colorIndex());
     }
     return scene;
 }

@@ -3,6 +3,7 @@
 #include "host/drawing/Journal.h"
 #include "host/editor/Guarded.h"
 #include "host/editor/Session.h"
+#include "host/services/Services.h"
 
 #include <QAbstractButton>
 #include <QCloseEvent>
@@ -65,6 +66,7 @@ int CAdUiBaseDialog::DoModal()
 {
     d->open = true;
     d->result = kCancel;
+    velmor::Services::instance().reloadTexts(); // a user who translates sees it at the next opening
     OnInitDialog();
     if (!d->open) // it ended itself while it was set up
         return d->result;

@@ -62,7 +62,8 @@ public:
     /// By pixels of the view, as the content goes; what is less than a pixel of the screen is kept for the next time.
     void panBy(const QPointF &pixels);
 
-    /// What is asked for; null: nothing. Only a prompt's kind and base are looked at, and nothing of it is kept.
+    /// What is asked for; null: nothing. Only a prompt's kind and base, and whether it has a tip, are looked at, and
+    /// nothing of it is kept. With a tip, points are taken as they are, without snaps, ortho and polar.
     void setPrompt(const Prompt *prompt);
     /// The topmost entity within the pick box around the point; null when there is none.
     AcDbEntity *entityAt(const AcGePoint3d &point) const;
@@ -181,6 +182,7 @@ private:
 
     Asked m_asked = Asked::Nothing;
     bool m_isCorner = false; ///< the point that is asked for is one of a window
+    bool m_isFree = false; ///< what lies under the pointer is asked for: no snap may draw it elsewhere
     std::optional<AcGePoint3d> m_base;
     QPointF m_pointer;
     bool m_pointerInside = false;

@@ -109,6 +109,7 @@ void Viewport::setPrompt(const Prompt *prompt)
     m_base.reset();
     m_asked = Asked::Nothing;
     m_isCorner = CornerPrompt::isOn();
+    m_isFree = prompt != nullptr && prompt->tip;
     if (prompt != nullptr) {
         m_base = prompt->base;
         switch (prompt->kind) {
@@ -182,7 +183,7 @@ AcGePoint3d Viewport::pointFor(const QPointF &position)
 {
     const AcGePoint3d free = m_view.toWorld(position);
     m_snap.reset();
-    if (m_drawing == nullptr || m_isCorner)
+    if (m_drawing == nullptr || m_isCorner || m_isFree)
         return free;
     const Drafting settings = drafting();
     if (settings.activeSnaps() != 0)

@@ -59,7 +59,7 @@ void Services::applySettings(bool readTexts)
     m_paths.setSupportFolders(folderList(text("SUPPORT_PATH")));
     const std::string language = chooseLanguage(m_options.language, text("LANGUAGE"));
     if (readTexts || m_messages.language() != language) {
-        m_messages.load(m_paths, language);
+        loadTexts(language);
         if (m_languageChanged)
             m_languageChanged();
     }
@@ -74,6 +74,35 @@ void Services::applySettings(bool readTexts)
         std::error_code error; // a log that can't be opened is the log writer's to bear
         fs::create_directories(fs::path(m_logFile).parent_path(), error);
     }
+}
+
+void Services::loadTexts(const std::string &language)
+{
+    m_textState = textState(language);
+    m_messages.load(m_paths, language);
+}
+
+std::string Services::textState(const std::string &language) const
+{
+    std::string state;
+    const std::string name = "messages/" + language + ".txt";
+    for (const fs::path &file : {m_paths.resource(name), m_paths.userFolder() / name}) {
+        std::error_code error;
+        const auto time = fs::last_write_time(file, error);
+        if (!error)
+            state += file.string() + ' ' + std::to_string(time.time_since_epoch().count()) + ' ' +
+                     std::to_string(fs::file_size(file, error)) + '\n';
+    }
+    return state;
+}
+
+bool Services::reloadTexts()
+{
+    const std::string language = m_messages.language();
+    if (textState(language) == m_textState)
+        return false;
+    loadTexts(language);
+    return true;
 }
 
 SaveResult Services::set(std::string_view key, const SettingValue &value)

@@ -32,6 +32,8 @@ public:
     SaveResult setLanguage(const std::string &language);
     /// Told after the texts of another language were taken up; one listener, and null for none.
     void setLanguageChanged(std::function<void()> changed) { m_languageChanged = std::move(changed); }
+    /// Reads the texts anew when their files changed since; true when they did.
+    bool reloadTexts();
     /// Takes a key back to what holds without it.
     SaveResult reset(std::string_view key);
     /// How a group's settings are shown to a person; without it (a program without windows) they are not.
@@ -55,10 +57,13 @@ public:
 private:
     Services();
     void applySettings(bool readTexts);
+    void loadTexts(const std::string &language);
+    std::string textState(const std::string &language) const;
     StartOptions m_options;
     Paths m_paths;
     Settings m_settings;
     Messages m_messages;
+    std::string m_textState; ///< of the files of texts, as they were read
     std::function<void(const std::wstring &)> m_notice;
     std::function<bool(const std::wstring &)> m_settingsDialog;
     std::function<void()> m_languageChanged;

@@ -1,7 +1,9 @@
 #include "host/sewage/AreaPick.h"
 
 #include "host/drawing/Journal.h"
+#include "host/editor/Drafting.h"
 #include "host/editor/Session.h"
+#include "host/editor/ViewControl.h"
 #include "host/services/Messages.h"
 #include "host/sewage/AreaLabels.h"
 
@@ -11,8 +13,13 @@
 namespace velmor {
 namespace {
 
-/// How far beside a section a pick may go, drawing units.
-constexpr double kSectionPickDistance = 5.0;
+/// How far beside a section a pick may go: the pick box of a window, else drawing units.
+double sectionReach(Session &session)
+{
+    constexpr double kWithoutWindow = 5.0;
+    const ViewControl *control = viewControl(session);
+    return control ? draftingOf(session).pickBox / control->shownView().pixelsPerUnit : kWithoutWindow;
+}
 
 std::wstring typeWords(int type)
 {
@@ -163,7 +170,7 @@ void pickSections(CatchmentStore &store)
         index = ZEMGis::Topology::CTopoEditor::Instance()->CreateCustomSpatialIndex(entities);
     }
     const auto tipAt = [&](const AcGePoint3d &point) {
-        double radius = kSectionPickDistance;
+        double radius = sectionReach(*session);
         const auto found = byAddress.find(index->GetClosestEntity(point, &radius));
         return found == byAddress.end() ? std::wstring() : sectionTip(store, found->second);
     };

@@ -2,9 +2,14 @@
 #include "tests/contracts/WindowFixture.h"
 
 #include "contracts/CatchmentArea.h"
+#include "contracts/HostDialog.h"
 #include "host/drawing/Transient.h"
+#include "host/editor/dialogs/HostDialogs.h"
 #include "host/network/Network.h"
 #include "host/services/Text.h"
+
+#include <QAbstractButton>
+#include <QListWidget>
 
 #include <numbers>
 
@@ -218,6 +223,24 @@ TEST_F(CatchmentContract, AreasComeInAStableOrderAndByAnyCommonBit)
     }
 }
 
+TEST_F(CatchmentContract, AnErasedIslandStaysNamedAndIsFoundNoMore)
+{
+    create(L"{M}", kMain, L"main");
+    create(L"{I}", kIsland, L"one");
+    create(L"{J}", L"POLYGON ((70 70, 80 70, 80 80, 70 80, 70 70))", L"two");
+    byGuid(L"{M}")->SetPropertyData(L"CA_ISLANDS", CDataBox(CStringArray{L"{I}", L"{J}"}));
+    manager().DeleteCA(byGuid(L"{I}"));
+    for (const bool afterwards : {false, true}) {
+        if (afterwards)
+            reopen();
+        std::vector<std::wstring> islands;
+        EXPECT_EQ(byGuid(L"{M}")->GetSubCatchments(islands), 2) << "references may dangle";
+        EXPECT_THAT(islands, ElementsAre(L"{I}", L"{J}"));
+        EXPECT_FALSE(byGuid(L"{I}"));
+        EXPECT_TRUE(byGuid(L"{J}"));
+    }
+}
+
 TEST_F(CatchmentContract, WhatIsChangedIsKeptAtOnce)
 {
     create(L"{A}", kMain, L"before");
@@ -252,15 +275,10 @@ TEST_F(CatchmentContract, AnAreaWhoseOutlineWasErasedByTheHostsCommandIsGone)
 {
     create(L"{A}", kMain, L"a");
     create(L"{B}", kClockwiseL, L"b");
-    if (session.commands().find(L"ERASE")) {
-        std::wstring reason;
-        session.answers().push({std::wstring(L"#" + byGuid(L"{A}")->GetHandleText())});
-        session.answers().push({Answer::Enter{}});
-        ASSERT_TRUE(session.commands().run(L"ERASE", &reason)) << utf8(reason);
-    } else {
-        CZEMCEntityPtr outline(byGuid(L"{A}")->GetObjectId(), AcDb::kForWrite);
-        ASSERT_EQ(outline->erase(true), Acad::eOk);
-    }
+    std::wstring reason;
+    session.answers().push({std::wstring(L"#" + byGuid(L"{A}")->GetHandleText())});
+    session.answers().push({Answer::Enter{}});
+    ASSERT_TRUE(session.commands().run(L"ERASE", &reason)) << utf8(reason);
     manager().RefreshExistingCatchments();
     EXPECT_THAT(guids(), ElementsAre(L"{B}"));
     reopen();
@@ -347,6 +365,27 @@ TEST_F(CatchmentContract, LabelsFollowTheirBlockOrTypeAndTheValuesOfTheOrder)
     EXPECT_EQ(differences(plain, picture()), 0);
 }
 
+TEST_F(CatchmentContract, MarksAreDrawnWithThePatternThatWasChosenInTheDialog)
+{
+    const AreaPtr area = create(L"{A}", kMain, L"a");
+    std::wstring pattern = L"ANSI31";
+    const auto marked = [&] {
+        area->Mark(1, 2.0, 0.0, pattern.c_str(), 0);
+        return picture();
+    };
+    const QImage before = marked();
+    for (const bool ok : {false, true}) {
+        session.setDialogDriver([ok](CAdUiBaseDialog &dialog) {
+            auto *list = dialog.Control<QListWidget>(kControlPatterns);
+            list->setCurrentItem(list->findItems(QStringLiteral("NET"), Qt::MatchExactly).value(0));
+            dialog.Control<QAbstractButton>(ok ? kControlOk : kControlCancel)->click();
+        });
+        EXPECT_EQ(acedHatchPalletteDialog(L"ANSI31", true, pattern), ok);
+        EXPECT_EQ(differences(before, marked()) > 300, ok);
+    }
+    session.setDialogDriver({});
+}
+
 // --- Picks with tips ----------------------------------------------------------------------------------------------
 
 TEST_F(CatchmentContract, TheTipFollowsThePointerOverAreasAndAClickEndsOneRound)
@@ -395,6 +434,47 @@ TEST_F(CatchmentContract, TheTipFollowsThePointerOverAreasAndAClickEndsOneRound)
     atPrompt([this] { click(45, 45); });
     CCatchmentAreaManager::StartCAInfoTooltipAreas(); // without an index: no crash
     EXPECT_EQ(CCatchmentAreaManager::GetInteractivelySelectedCA(), nullptr);
+}
+
+TEST_F(CatchmentContract, NoSnapDrawsAPickToANeighboursCorner)
+{
+    create(L"{A}", L"POLYGON ((0 0, 50 0, 50 50, 0 50, 0 0))", L"left");
+    create(L"{B}", L"POLYGON ((50 0, 100 0, 100 50, 50 50, 50 0))", L"right");
+    useIndex();
+    showWindow();
+    resbuf ends;
+    ends.restype = RTSHORT;
+    ends.resval.rint = 1;
+    ASSERT_EQ(acedSetVar(L"OSMODE", &ends), RTNORM);
+    for (const auto &[aside, guid] : {std::pair{-3, L"{A}"}, std::pair{3, L"{B}"}}) {
+        const QPoint beside = pixelOf(50, 50) + QPoint(aside, 3);
+        atPrompt([&] {
+            QTest::mouseMove(viewport, beside);
+            QTest::mouseClick(viewport, Qt::LeftButton, {}, beside);
+        });
+        EXPECT_EQ(CCatchmentAreaManager::StartCAInfoTooltipAreas(), RTNORM);
+        EXPECT_EQ(CCatchmentAreaManager::GetInteractivelySelectedCA(), byGuid(guid).get());
+    }
+}
+
+TEST_F(CatchmentContract, ASectionIsCaughtByPixelsNotByUnits)
+{
+    showWindow();
+    for (const double half : {2000.0, 2.0}) {
+        viewport->showExtents({15 - half, -5 - half, 15 + half, -5 + half});
+        QString near, far;
+        atPrompt([&] {
+            const QPoint on = pixelOf(15, -5);
+            QTest::mouseMove(viewport, on + QPoint(0, 40));
+            far = pointerTipText(*viewport);
+            QTest::mouseMove(viewport, on + QPoint(0, 4));
+            near = pointerTipText(*viewport);
+            key(Qt::Key_Return);
+        });
+        CCatchmentAreaManager::StartCAInfoTooltipSections();
+        EXPECT_EQ(far, QString()) << half;
+        EXPECT_NE(near, QString()) << half;
+    }
 }
 
 TEST_F(CatchmentContract, OverSectionsTheTipGoesOnForSeveralClicksUntilItIsEnded)

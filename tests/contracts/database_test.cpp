@@ -86,6 +86,11 @@ TEST_F(DatabaseContract, AnErasedIdFailsToOpenInAnyWay)
     EXPECT_TRUE(id.isErased());
     EXPECT_TRUE(id.isValid());
     EXPECT_NE(acdbOpenAcDbEntity(entity, AcDbObjectId(), AcDb::kForRead), Acad::eOk);
+    const auto other = Drawing::createNew(); // alive, but not the one that is worked on
+    const AcDbObjectId foreign = other->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 1)));
+    EXPECT_NE(acdbOpenAcDbEntity(entity, foreign, AcDb::kForRead), Acad::eOk);
+    EXPECT_EQ(entity, nullptr);
+    EXPECT_NE(acdbOpenAcDbObject(object, idOf(other->modelSpace()), AcDb::kForRead), Acad::eOk);
 }
 
 TEST_F(DatabaseContract, AnObjectOpenForWriteCantBeOpenedAgainTillItIsClosed)

@@ -215,6 +215,29 @@ TEST_F(WindowContract, AMessageIsModalAndTheHandlerWaitsForItsAnswer)
     EXPECT_EQ(told, QStringLiteral("Nothing was found around the point"));
 }
 
+TEST_F(WindowContract, AMessageOfADialogsHandlerStandsOverThatDialog)
+{
+    showWindow();
+    Sheet dialog;
+    const QWidget *owner = nullptr;
+    bool isOnTop = false;
+    then([&] { return dialog.isVisible(); },
+         [&] {
+             dialog.RunHandler([] { acedAlert(L"The name is taken"); });
+             dialog.EndDialog(CAdUiBaseDialog::kOk);
+         });
+    then([] { return qobject_cast<QMessageBox *>(QApplication::activeModalWidget()) != nullptr; },
+         [&] {
+             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+             owner = box->parentWidget();
+             isOnTop = dialog.isVisible();
+             box->accept();
+         });
+    dialog.DoModal();
+    EXPECT_EQ(owner, &dialog);
+    EXPECT_TRUE(isOnTop);
+}
+
 TEST_F(WindowContract, TheFileDialogHasTitleFolderAndKindAndTellsTheChosenFile)
 {
     showWindow();

@@ -51,18 +51,17 @@ TEST_F(StartUp, AChangedMessageFileGivesEveryControlItsNewTextAtTheNextOpening)
     auto &services = velmor::Services::instance();
     const auto folder = services.paths().userFolder() / "messages";
     std::filesystem::create_directories(folder);
-    {
+    services.start({.language = "en"}, services.paths());
+    { // while the program runs
         std::ofstream file(folder / "en.txt");
         for (const Caption &caption : kCaptions)
             file << caption.message << " = text " << caption.message << "\n";
     }
-    services.start({.language = "en"}, services.paths());
     run([&](CDialogUnderTest &dialog) {
         for (const Caption &caption : kCaptions)
             EXPECT_EQ(dialog.text(caption.control), QStringLiteral("text %1").arg(caption.message)) << caption.control;
     });
     std::filesystem::remove(folder / "en.txt");
-    services.start({.language = "en"}, services.paths());
     run([&](CDialogUnderTest &dialog) { EXPECT_FALSE(dialog.text(336).startsWith(QStringLiteral("text "))); });
 }
 
