@@ -199,7 +199,12 @@ TEST_F(ServicesContract, TheHighlightColourFollowsItsSetting)
 
 TEST_F(ServicesContract, IconsStandOnButtonsWithTheirTips)
 {
-    for (const wchar_t *name : {L"SETTINGS", L"LAYERS", L"BY_POINT", L"SECTION_NEXT"}) {
+    std::set<std::wstring> names{L"CATCHMENT_RAIN", L"CATCHMENT_HOME", L"CATCHMENT_IND"};
+    for (const auto &file : std::filesystem::directory_iterator(std::filesystem::path(VELMOR_TEST_RESOURCES) / "icons"))
+        names.insert(file.path().stem().wstring());
+    EXPECT_GE(names.size(), 17u);
+    for (const std::wstring &each : names) {
+        const wchar_t *name = each.c_str();
         ZEMGis::Utility::CZEMBitmapButton button;
         button.resize(32, 32);
         const QImage blank = button.grab().toImage();

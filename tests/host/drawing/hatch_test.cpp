@@ -501,9 +501,11 @@ TEST_F(HatchTest, TheLinesOfAFilesOwnPatternAreUsedUntilItIsSetAnew)
     for (const auto &line : hatch.lines())
         EXPECT_NEAR(line.x2 - line.x1, 10.0, 1e-9);
     EXPECT_NEAR(hatch.lines()[0].y1, 2.0, 1e-12);
+    setWorkingDrawing(loaded.drawing.get());
     ASSERT_EQ(acdbOpenAcDbEntity(entity, idOf(hatch), AcDb::kForWrite), Acad::eOk);
     EXPECT_EQ(hatch.setPattern(AcDbHatch::kPreDefined, L"ANSI31"), Acad::eOk);
     entity->close();
+    setWorkingDrawing(m_drawing.get());
     EXPECT_EQ(hatch.families(), hatchFamilies(L"ANSI31", 0.0, 1.0));
 }
 
