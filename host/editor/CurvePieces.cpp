@@ -2,6 +2,7 @@
 
 #include "host/drawing/CurvePath.h"
 #include "host/drawing/Entities.h"
+#include "host/drawing/ObjectAccess.h"
 #include "host/drawing/Visibility.h"
 #include "host/editor/ArcChain.h"
 #include "host/editor/SplineCurve.h"
@@ -310,11 +311,10 @@ void PieceMaker::appendPlaced(const AcDbEntity &entity, const Placed &placed, st
 void PieceMaker::appendReference(const AcDbBlockReference &reference, const Placed &placed,
                                  std::vector<Piece> &pieces) const
 {
-    AcDbObject *definition = nullptr;
-    if (placed.depth >= kDeepestNesting ||
-        acdbOpenAcDbObject(definition, reference.blockTableRecord(), AcDb::kForRead) != Acad::eOk)
+    // Not opened: the pieces may be those of a drawing that is not worked on.
+    const AcDbObject *definition = ObjectAccess::object(reference.blockTableRecord());
+    if (placed.depth >= kDeepestNesting || !definition || definition->isErased())
         return;
-    definition->close(); // the drawing outlives this call
     const auto *block = dynamic_cast<const BlockRecord *>(definition);
     if (!block || placed.isInside(block))
         return;
