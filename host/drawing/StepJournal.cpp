@@ -155,11 +155,17 @@ SaveResult StepJournal::sync()
     return m_operations->sync(m_file) == 0 ? SaveResult() : failed(errno);
 }
 
-std::vector<JournalRecordInFile> StepJournal::read(const std::filesystem::path &path)
+std::vector<JournalRecordInFile> StepJournal::read(const std::filesystem::path &path, bool *isWhole)
 {
     std::vector<JournalRecordInFile> records;
-    if (const ReadFileResult file = readWholeFile(path))
-        walk(file.bytes, [&](char type, std::string_view content) { records.push_back({type, std::string(content)}); });
+    const ReadFileResult file = readWholeFile(path);
+    const std::size_t good = file ? walk(file.bytes,
+                                         [&](char type, std::string_view content) {
+                                             records.push_back({type, std::string(content)});
+                                         })
+                                  : 0;
+    if (isWhole)
+        *isWhole = file && good != 0 && good == file.bytes.size();
     return records;
 }
 

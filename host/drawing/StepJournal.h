@@ -40,8 +40,9 @@ public:
     SaveResult sync();
     void close();
 
-    /// All whole records. None for a file that can't be read or is no journal.
-    static std::vector<JournalRecordInFile> read(const std::filesystem::path &path);
+    /// All whole records. None for a file that can't be read or is no journal. isWhole tells whether they reach to the
+    /// end of the file, so that nothing else can have stood in it.
+    static std::vector<JournalRecordInFile> read(const std::filesystem::path &path, bool *isWhole = nullptr);
 
 private:
     SaveResult failed(int error);

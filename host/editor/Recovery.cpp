@@ -194,15 +194,26 @@ std::vector<LeftDrawing> Recovery::left()
         if (HeldFolder::isOwned(folder))
             continue;
         LeftDrawing left{folder, HeldFolder::drawingOf(folder), fs::file_time_type::min(), 0};
-        left.steps = stepsSinceSaved(StepJournal::read(folder / "steps"));
+        bool isWhole = false;
+        left.steps = stepsSinceSaved(StepJournal::read(folder / "steps", &isWhole));
+        const auto timeOf = [&](const char *name) {
+            std::error_code error;
+            const auto time = fs::last_write_time(folder / name, error);
+            return error ? fs::file_time_type::min() : time;
+        };
+        const auto ofSteps = timeOf("steps"), ofNewest = timeOf("newest.dxf"), ofAutosave = timeOf("autosave.dxf");
+        left.time = std::max(ofSteps, ofNewest);
+        if (left.steps == 0)
+            left.time = std::max(left.time, ofAutosave);
+        // Only a journal that was read to its end can tell that nothing is lost; one that was never begun, too.
         std::error_code error;
-        for (const char *name : {"steps", "newest.dxf"})
-            if (const auto time = fs::last_write_time(folder / name, error); !error)
-                left.time = std::max(left.time, time);
-        if (left.steps != 0 || fs::exists(folder / "newest.dxf", error))
+        const bool isThere = fs::exists(folder / "steps", error) || error;
+        const bool isLost =
+            left.steps != 0 || ofNewest != fs::file_time_type::min() || (isThere && !isWhole) || ofAutosave > ofSteps;
+        if (isLost)
             drawings.push_back(std::move(left));
         else if (HeldFolder held; held.take(folder))
-            held.remove(); // nothing was lost there
+            held.remove();
     }
     std::ranges::sort(drawings, std::ranges::greater(), &LeftDrawing::time);
     return drawings;

@@ -239,6 +239,50 @@ TEST_F(RecoveryTest, KeptForLaterItIsThereAgainAndDroppedItIsGone)
     EXPECT_THAT(recovery().left(), IsEmpty());
 }
 
+TEST_F(RecoveryTest, AJournalThatCantBeReadToItsEndIsNoProofThatNothingIsLost)
+{
+    const auto stepsOf = [&] { return fs::directory_iterator(m_state)->path() / "steps"; };
+    open();
+    step();
+    recovery().autosave();
+    recovery().finishAutosave();
+    const std::string text = drawing().write();
+    crash();
+    // Its head is damaged: the autosave is all there is.
+    {
+        std::fstream damaged(stepsOf(), std::ios::in | std::ios::out | std::ios::binary);
+        damaged << "?";
+    }
+    const auto left = recovery().left();
+    ASSERT_THAT(left, SizeIs(1));
+    EXPECT_EQ(left[0].steps, 0u);
+    EXPECT_GE(left[0].time, fs::last_write_time(left[0].folder / "autosave.dxf"));
+    RecoveredDrawing recovered = recovery().recover(left[0]);
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_TRUE(recovered.fromAutosave);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+    recovered.drawing.reset();
+    crash();
+
+    // It can't be read at all.
+    const fs::path steps = stepsOf();
+    fs::remove(steps);
+    fs::create_directory(steps);
+    EXPECT_THAT(recovery().left(), SizeIs(1));
+    crash();
+    fs::remove_all(fs::directory_iterator(m_state)->path());
+
+    // It is cut behind the record of a save.
+    open();
+    step();
+    ASSERT_TRUE(drawing().save(m_file));
+    step();
+    const fs::path cut = stepsOf();
+    crash();
+    fs::resize_file(cut, fs::file_size(cut) - 7);
+    EXPECT_THAT(recovery().left(), SizeIs(1));
+}
+
 TEST_F(RecoveryTest, ARecoveredDrawingGoesOnBeingKept)
 {
     open();
