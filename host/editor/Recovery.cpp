@@ -38,7 +38,7 @@ struct Recovery::Private {
         };
     }
     std::vector<fs::path> folders() const;
-    void tellOfOthers(const fs::path &path) const;
+    void tellOfOthers(const fs::path &path, const fs::path &own) const;
     bool repeat(RecoveredDrawing &result, const fs::path &folder, Adopted &adoption) const;
     static bool loadBase(RecoveredDrawing &result, const fs::path &folder, const JournalBase &base);
 };
@@ -120,8 +120,8 @@ void Recovery::follow(Drawing *drawing, const fs::path &path)
     if (!isEnabled() || !drawing)
         return;
     const fs::path file = path.empty() ? path : wholePath(path);
-    d->tellOfOthers(file);
     const auto adoption = std::ranges::find(d->adopted, drawing, &Private::Adopted::drawing);
+    d->tellOfOthers(file, adoption != d->adopted.end() ? adoption->folder->path() : fs::path());
     if (adoption != d->adopted.end()) {
         Private::Adopted taken = std::move(*adoption);
         d->adopted.erase(adoption);
@@ -176,12 +176,13 @@ std::vector<fs::path> Recovery::Private::folders() const
     return found;
 }
 
-void Recovery::Private::tellOfOthers(const fs::path &path) const
+/// Own: the folder that this program holds for that drawing already; its lock would count as another program's.
+void Recovery::Private::tellOfOthers(const fs::path &path, const fs::path &own) const
 {
     if (path.empty() || !tell)
         return;
     for (const fs::path &folder : folders())
-        if (HeldFolder::drawingOf(folder) == path && HeldFolder::isOwned(folder)) {
+        if (folder != own && HeldFolder::drawingOf(folder) == path && HeldFolder::isOwned(folder)) {
             tell(uiMessage("ui.recovery.openElsewhere", {wide(path.string())}));
             return;
         }

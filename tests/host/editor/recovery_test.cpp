@@ -292,6 +292,7 @@ TEST_F(RecoveryTest, ARecoveredDrawingGoesOnBeingKept)
     ASSERT_TRUE(recovered.drawing);
     m_session->setDrawing(std::move(recovered.drawing), recovered.path);
     EXPECT_THAT(recovery().left(), IsEmpty()) << "it is ours now";
+    EXPECT_THAT(m_told, IsEmpty()) << "and no other program has it";
     step();
     log().undo();
     step();
