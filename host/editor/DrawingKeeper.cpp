@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace velmor {
@@ -19,6 +20,17 @@ namespace {
 /// A longer text is written beside the work.
 constexpr std::size_t kWrittenAtOnce = std::size_t{4} << 20;
 constexpr std::chrono::seconds kBetweenSyncs{2};
+
+/// What tells a file from what it was: another program that writes it changes its time. Empty for a file that is not
+/// there: nothing of anybody's can be written over.
+std::string markOf(const fs::path &file)
+{
+    struct stat state = {};
+    if (file.empty() || ::stat(file.c_str(), &state) != 0)
+        return {};
+    return std::to_string(state.st_size) + ' ' + std::to_string(state.st_mtim.tv_sec) + ' ' +
+           std::to_string(state.st_mtim.tv_nsec);
+}
 
 } // namespace
 
@@ -67,7 +79,8 @@ bool HeldFolder::take(const fs::path &folder)
 
 void HeldFolder::nameDrawing(const fs::path &drawing) const
 {
-    const std::string text = drawing.string();
+    // No path has a zero in it.
+    const std::string text = drawing.string() + '\0' + markOf(drawing) + '\n';
     if (m_lock < 0)
         return;
     const auto length = static_cast<off_t>(text.size());
@@ -77,10 +90,18 @@ void HeldFolder::nameDrawing(const fs::path &drawing) const
         return;
 }
 
-fs::path HeldFolder::drawingOf(const fs::path &folder)
+HeldFolder::Owner HeldFolder::ownerOf(const fs::path &folder)
 {
     std::ifstream stream(folder / "owner", std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(stream)), {});
+    const std::string text((std::istreambuf_iterator<char>(stream)), {});
+    const std::size_t pathEnd = text.find('\0');
+    const std::size_t markEnd = text.find('\n', pathEnd);
+    if (pathEnd == std::string::npos || markEnd == std::string::npos)
+        return {};
+    Owner owner{true, text.substr(0, pathEnd), false};
+    const std::string now = markOf(owner.drawing);
+    owner.isChanged = !now.empty() && now != text.substr(pathEnd + 1, markEnd - pathEnd - 1);
+    return owner;
 }
 
 bool HeldFolder::isOwned(const fs::path &folder)
@@ -275,6 +296,7 @@ void DrawingKeeper::numbersKept(std::uint64_t next)
 void DrawingKeeper::drawingSaved()
 {
     m_autosaved = m_drawing.revision();
+    m_folder->nameDrawing(m_path); // its file is another one now
     if (m_begun)
         put(journal_record::kSaved, m_path.string());
 }

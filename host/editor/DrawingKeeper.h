@@ -27,9 +27,15 @@ public:
     bool take(const std::filesystem::path &folder);
     const std::filesystem::path &path() const { return m_path; }
     bool isHeld() const { return m_lock >= 0; }
-    /// Names the drawing in the owner file.
+    /// Names the drawing in the owner file, with the size and the time that its own file has now.
     void nameDrawing(const std::filesystem::path &drawing) const;
-    static std::filesystem::path drawingOf(const std::filesystem::path &folder);
+    struct Owner {
+        bool isKnown = false;          ///< false: the owner file could not be written or read
+        std::filesystem::path drawing; ///< empty: it has no file of its own
+        bool isChanged = false;        ///< the drawing's own file is no longer the one that was named
+    };
+    static Owner ownerOf(const std::filesystem::path &folder);
+    static std::filesystem::path drawingOf(const std::filesystem::path &folder) { return ownerOf(folder).drawing; }
     /// Whether somebody holds the folder.
     static bool isOwned(const std::filesystem::path &folder);
     void release();

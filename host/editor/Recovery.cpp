@@ -194,7 +194,8 @@ std::vector<LeftDrawing> Recovery::left()
     for (const fs::path &folder : d->folders()) {
         if (HeldFolder::isOwned(folder))
             continue;
-        LeftDrawing left{folder, HeldFolder::drawingOf(folder), fs::file_time_type::min(), 0};
+        const HeldFolder::Owner owner = HeldFolder::ownerOf(folder);
+        LeftDrawing left{folder, owner.drawing, fs::file_time_type::min(), 0, owner.isChanged};
         bool isWhole = false;
         left.steps = stepsSinceSaved(StepJournal::read(folder / "steps", &isWhole));
         const auto timeOf = [&](const char *name) {
@@ -328,7 +329,14 @@ RecoveredDrawing Recovery::recover(const LeftDrawing &left)
         result.message = uiLine("ui.recovery.nothing", {left.folder.string()});
         return result;
     }
-    result.path = left.path.empty() ? result.path : left.path;
+    // A file that somebody has written since is not the one the steps were done to: saving must not replace it
+    // unasked, and so what was recovered has no file. The same where nobody can tell.
+    std::error_code noFile;
+    const HeldFolder::Owner owner = HeldFolder::ownerOf(left.folder);
+    if (owner.isKnown)
+        result.path = owner.isChanged ? fs::path() : owner.drawing;
+    else if (fs::exists(result.path, noFile) || noFile)
+        result.path.clear();
     result.drawing->component<ChangeLog>().markUnsaved();
     adoption.drawing = result.drawing.get();
     d->adopted.push_back(std::move(adoption));

@@ -34,11 +34,12 @@ struct LeftDrawing {
     std::filesystem::path path;           ///< the drawing's own file; empty when it had none
     std::filesystem::file_time_type time; ///< of the last step or autosave
     std::size_t steps = 0;                ///< that were done or undone since it was saved
+    bool fileChanged = false;             ///< its own file was written by somebody since; it is not to be written over
 };
 
 struct RecoveredDrawing {
     std::unique_ptr<Drawing> drawing; ///< modified; null when nothing could be recovered
-    std::filesystem::path path;       ///< its own file, which is as it was saved last
+    std::filesystem::path path;       ///< its own file, which is as it was saved last; empty when it is not
     std::size_t steps = 0;            ///< that were repeated
     bool complete = true;             ///< all that the journal holds was repeated
     bool fromAutosave = false;

@@ -38,6 +38,8 @@ RecoveryQuestion::RecoveryQuestion(const LeftDrawing &left, QWidget *parent)
                   uiString("ui.recovery.question").arg(drawingText(left)), QMessageBox::NoButton, parent)
 {
     const char *told = left.path.empty() ? "ui.recovery.stepsUnnamed"
+                       : left.fileChanged
+                           ? (left.steps != 0 ? "ui.recovery.stepsChanged" : "ui.recovery.autosavedChanged")
                        : left.steps != 0 ? "ui.recovery.steps"
                                          : "ui.recovery.autosaved";
     QString text = uiString(told).arg(timeText(left.time));

@@ -351,7 +351,38 @@ TEST_F(RecoveryTest, WithoutTheKeptTextTheUnchangedFileServesAndElseTheAutosave)
     ASSERT_TRUE(recovered.drawing);
     EXPECT_TRUE(recovered.fromAutosave);
     EXPECT_EQ(test::differenceOf(recovered.drawing->write(), autosaved), "");
-    EXPECT_EQ(recovered.path, m_file);
+    EXPECT_EQ(recovered.path, fs::path()) << "that file is another program's";
+}
+
+TEST_F(RecoveryTest, AFileThatSomebodyHasWrittenSinceIsToldAndNotWrittenOver)
+{
+    open();
+    step();
+    ASSERT_TRUE(drawing().save(m_file)); // our own save is no change of somebody else's
+    step();
+    std::string text = drawing().write();
+    crash();
+    ASSERT_THAT(recovery().left(), SizeIs(1));
+    EXPECT_FALSE(recovery().left()[0].fileChanged);
+
+    std::ofstream(m_file, std::ios::app) << "999\nanother program was here\n";
+    const auto left = recovery().left();
+    ASSERT_THAT(left, SizeIs(1));
+    EXPECT_TRUE(left[0].fileChanged);
+    EXPECT_EQ(left[0].path, m_file);
+    RecoveredDrawing recovered = recovery().recover(left[0]);
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(recovered.path, fs::path());
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+    // It has no file after the next crash either, though the journal was begun for one.
+    m_session->setDrawing(std::move(recovered.drawing), recovered.path);
+    step();
+    text = drawing().write();
+    crash();
+    RecoveredDrawing again = recoverOnly();
+    ASSERT_TRUE(again.drawing);
+    EXPECT_EQ(again.path, fs::path());
+    EXPECT_EQ(test::differenceOf(again.drawing->write(), text), "");
 }
 
 TEST_F(RecoveryTest, AFullDiskIsToldOnceWorkGoesOnAndTheNextAutosaveServes)

@@ -111,6 +111,10 @@ TEST(RecoveryBox, NamesFileAndTimeAndOffersThreeWays)
     RecoveryQuestion question(left);
     EXPECT_TRUE(question.text().contains(QStringLiteral("/plans/town.dxf")));
     EXPECT_TRUE(question.informativeText().contains(QStringLiteral("7")));
+    EXPECT_FALSE(question.informativeText().contains(QStringLiteral("without a name")));
+    LeftDrawing changed = left;
+    changed.fileChanged = true;
+    EXPECT_TRUE(RecoveryQuestion(changed).informativeText().contains(QStringLiteral("without a name")));
     ASSERT_EQ(question.buttons().size(), 3);
     const std::vector<LeftChoice> expected{LeftChoice::Recover, LeftChoice::OpenSaved, LeftChoice::KeepForLater};
     std::vector<LeftChoice> chosen;
