@@ -299,6 +299,21 @@ void DrawingKeeper::drawingSaved()
     m_folder->nameDrawing(m_path); // its file is another one now
     if (m_begun)
         put(journal_record::kSaved, m_path.string());
+    // A journal that can't take the save would be taken for newer than the file.
+    if (m_broken)
+        dropOlder();
+}
+
+/// Takes away what is older than the drawing's own file now.
+void DrawingKeeper::dropOlder()
+{
+    const std::uint64_t saved = m_autosaved;
+    finishAutosave(); // else it would come after this
+    m_autosaved = saved;
+    m_journal.close();
+    std::error_code error;
+    for (const char *name : {"newest.dxf", "steps", "autosave.dxf"})
+        fs::remove(m_folder->path() / name, error);
 }
 
 void DrawingKeeper::sync()

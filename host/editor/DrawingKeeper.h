@@ -99,6 +99,7 @@ private:
     void put(char type, const std::optional<std::string> &bytes);
     void check(const SaveResult &result);
     void tellOnce(const std::string &reason);
+    void dropOlder();
 
     Drawing &m_drawing;
     ChangeLog &m_log;

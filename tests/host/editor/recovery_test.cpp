@@ -408,6 +408,47 @@ TEST_F(RecoveryTest, AFullDiskIsToldOnceWorkGoesOnAndTheNextAutosaveServes)
     EXPECT_EQ(test::differenceOf(recovered.drawing->write(), autosaved), "");
 }
 
+TEST_F(RecoveryTest, ASaveAfterTheJournalBrokeLeavesNothingOlderThanTheFile)
+{
+    open();
+    step();
+    m_disk.full = true;
+    step();
+    m_disk.full = false;
+    step();
+    recovery().autosave();
+    recovery().finishAutosave();
+    ASSERT_TRUE(fs::exists(fs::directory_iterator(m_state)->path() / "newest.dxf"));
+    ASSERT_TRUE(drawing().save(m_file));
+    crash();
+    EXPECT_THAT(recovery().left(), IsEmpty());
+
+    // The same when the save's own record finds no room.
+    open();
+    step();
+    m_disk.full = true;
+    ASSERT_TRUE(drawing().save(m_file));
+    m_disk.full = false;
+    crash();
+    EXPECT_THAT(recovery().left(), IsEmpty());
+
+    // What is done after it is kept again by the next autosave.
+    open();
+    step();
+    m_disk.full = true;
+    step();
+    m_disk.full = false;
+    ASSERT_TRUE(drawing().save(m_file));
+    step();
+    recovery().autosave();
+    recovery().finishAutosave();
+    const std::string text = drawing().write();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
 TEST_F(RecoveryTest, AStateFolderThatCantBeMadeIsToldOnce)
 {
     std::ofstream(m_folder / "file") << "no folder";
