@@ -14,6 +14,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <utility>
 
 namespace velmor {
@@ -68,6 +69,9 @@ Session::~Session()
     Services::instance().setSettingsDialog({});
     Services::instance().setNotice({});
     setNoticeSink({});
+    // Nobody gave the drawing up: what is not saved stays to be recovered.
+    if (std::uncaught_exceptions() > 0)
+        Recovery::instance().disable();
     setDrawing(nullptr);
     d.reset();
     theSession = nullptr;
