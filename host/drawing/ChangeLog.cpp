@@ -195,8 +195,16 @@ bool ChangeLog::undo()
     m_done.pop_back();
     ChangeStep &step = m_undone.back();
     setHandles(step.handlesBefore);
-    apply(step.changes, true);
+    // The step is taken back whatever an observer makes of it, so the followers have to know.
+    std::exception_ptr failure;
+    try {
+        apply(step.changes, true);
+    } catch (...) {
+        failure = std::current_exception();
+    }
     tell([&](StepFollower &follower) { follower.stepUndone(step); });
+    if (failure)
+        std::rethrow_exception(failure);
     return true;
 }
 
@@ -209,8 +217,15 @@ bool ChangeLog::redo()
     m_undone.pop_back();
     ChangeStep &step = m_done.back();
     setHandles(std::max(m_drawing.priv().nextHandle, step.handlesAfter));
-    apply(step.changes, false);
+    std::exception_ptr failure;
+    try {
+        apply(step.changes, false);
+    } catch (...) {
+        failure = std::current_exception();
+    }
     tell([&](StepFollower &follower) { follower.stepRedone(step); });
+    if (failure)
+        std::rethrow_exception(failure);
     return true;
 }
 
@@ -353,9 +368,19 @@ template <class Call>
 void ChangeLog::tell(Call call)
 {
     const auto present = m_followers;
-    for (StepFollower *follower : present)
-        if (std::find(m_followers.begin(), m_followers.end(), follower) != m_followers.end())
+    std::exception_ptr failure;
+    for (StepFollower *follower : present) {
+        if (std::find(m_followers.begin(), m_followers.end(), follower) == m_followers.end())
+            continue;
+        try {
             call(*follower);
+        } catch (...) {
+            // A menu that fails must not keep the journal from knowing.
+            failure = failure ? failure : std::current_exception();
+        }
+    }
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 // --- Notes ----------------------------------------------------------------------------------------------------------

@@ -192,6 +192,48 @@ TEST_F(RecoveryTest, ADrawingThatIsClosedOrUnchangedLeavesNothing)
     EXPECT_TRUE(fs::is_empty(m_state));
 }
 
+TEST_F(RecoveryTest, ADrawingWhoseSessionIsTornDownByAnExceptionIsLeftBehind)
+{
+    open();
+    step();
+    const std::string text = drawing().write();
+    try {
+        const std::unique_ptr<Session> session = std::move(m_session);
+        throw std::bad_alloc();
+    } catch (const std::bad_alloc &) {
+    }
+    start();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
+TEST_F(RecoveryTest, ObserversAndFollowersThatFailKeepNoStepFromTheJournal)
+{
+    struct Failing final : DrawingObserver, StepFollower {
+        void entityErased(AcDbEntity &, bool) override { throw std::runtime_error("the view is gone"); }
+        void stepDone(const ChangeStep &) override { throw std::runtime_error("the menu is gone"); }
+    } failing;
+    auto loaded = Drawing::load(m_file).drawing;
+    loaded->component<ChangeLog>().addFollower(failing); // told before the journal
+    m_session->setDrawing(std::move(loaded), m_file);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_THROW(step(), std::runtime_error);
+    log().removeFollower(failing);
+    drawing().addObserver(failing);
+    EXPECT_THROW(log().undo(), std::runtime_error);
+    EXPECT_THROW(log().undo(), std::runtime_error);
+    EXPECT_THROW(log().redo(), std::runtime_error);
+    drawing().removeObserver(failing);
+    step();
+    const std::string text = drawing().write();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_TRUE(recovered.complete);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
 TEST_F(RecoveryTest, ASavedDrawingIsNotLostAndWhatCameAfterTheSaveIs)
 {
     open();
