@@ -7,6 +7,7 @@
 #include "host/services/Text.h"
 
 #include <new>
+#include <utility>
 
 namespace velmor {
 
@@ -21,21 +22,29 @@ public:
         if (m_drawing)
             m_drawing->component<ChangeLog>().begin(name);
     }
+    /// Only where neither keep nor takeBack came to its end.
     ~Run()
     {
-        if (!stands())
-            return;
-        auto &log = m_drawing->component<ChangeLog>();
-        m_kept == Kept::ForGood ? log.keepForGood() : log.keep();
+        try {
+            takeBack();
+        } catch (...) { // told already, or followed by what is told
+        }
     }
     Run(const Run &) = delete;
     Run &operator=(const Run &) = delete;
 
+    /// Both end the run of the log even when they throw: what follows and observes it is told last.
+    void keep()
+    {
+        if (!stands())
+            return;
+        auto &log = std::exchange(m_drawing, nullptr)->component<ChangeLog>();
+        m_kept == Kept::ForGood ? log.keepForGood() : log.keep();
+    }
     void takeBack()
     {
         if (stands())
-            m_drawing->component<ChangeLog>().takeBack();
-        m_drawing = nullptr;
+            std::exchange(m_drawing, nullptr)->component<ChangeLog>().takeBack();
     }
 
 private:
@@ -47,6 +56,20 @@ private:
     Kept m_kept;
 };
 
+/// Of the exception that is being handled.
+std::wstring reasonOfException()
+{
+    try {
+        throw;
+    } catch (const std::bad_alloc &) {
+        return uiText("ui.work.memory");
+    } catch (const std::exception &error) {
+        return wide(error.what());
+    } catch (...) {
+        return uiText("ui.work.unknown");
+    }
+}
+
 } // namespace
 
 bool runGuarded(Session &session, const std::wstring &name, const std::function<void()> &work, Kept kept)
@@ -55,15 +78,15 @@ bool runGuarded(Session &session, const std::wstring &name, const std::function<
     std::wstring reason;
     try {
         work();
+        run.keep();
         return true;
-    } catch (const std::bad_alloc &) {
-        reason = uiText("ui.work.memory");
-    } catch (const std::exception &error) {
-        reason = wide(error.what());
     } catch (...) {
-        reason = uiText("ui.work.unknown");
+        reason = reasonOfException();
     }
-    run.takeBack();
+    try {
+        run.takeBack();
+    } catch (...) { // an observer's; what the work itself failed of is what is told
+    }
     session.alertFailure(uiMessage("ui.work.failed", {name, reason}));
     return false;
 }

@@ -1,5 +1,6 @@
 #include "host/editor/Guarded.h"
 
+#include "host/drawing/ChangeLog.h"
 #include "tests/host/editor/EditorFixture.h"
 
 #include <gmock/gmock.h>
@@ -111,6 +112,41 @@ TEST_F(Guarded, AStepThatWasKeptForGoodOutlivesTheFailureOfTheWorkAroundIt)
         throw std::runtime_error("later");
     });
     EXPECT_EQ(present(), 1u);
+}
+
+TEST_F(Guarded, AnObserverOrFollowerThatFailsWhileTheWorkEndsIsToldAndEndsNothingElse)
+{
+    struct Failing final : DrawingObserver, StepFollower {
+        void entityErased(AcDbEntity &, bool) override { throw std::runtime_error("the view is gone"); }
+        void stepDone(const ChangeStep &) override { throw std::runtime_error("the menu is gone"); }
+    } failing;
+    auto &log = drawing().component<ChangeLog>();
+    drawing().addObserver(failing);
+    // The work fails, and so does who is told that it is taken back.
+    EXPECT_EQ(run([&] {
+                  line(0, 0, 1, 0);
+                  throw std::runtime_error("the pump is dry");
+              }),
+              RunStatus::Failed);
+    EXPECT_THAT(session.alerts().back(), HasSubstr(L"the pump is dry"));
+    EXPECT_EQ(present(), 0u);
+    // It gives itself up.
+    EXPECT_FALSE(runGuarded(session, L"given up", [&] {
+        line(0, 0, 1, 0);
+        log.giveUp();
+    }));
+    EXPECT_THAT(session.alerts().back(), HasSubstr(L"the view is gone"));
+    EXPECT_EQ(present(), 0u);
+    EXPECT_FALSE(log.isRunning());
+    drawing().removeObserver(failing);
+    // Its step stands, whoever fails over it.
+    log.addFollower(failing);
+    EXPECT_FALSE(runGuarded(session, L"done", [&] { line(0, 0, 1, 0); }));
+    EXPECT_THAT(session.alerts().back(), HasSubstr(L"the menu is gone"));
+    log.removeFollower(failing);
+    EXPECT_EQ(present(), 1u);
+    EXPECT_EQ(log.undoCount(), 1u);
+    EXPECT_FALSE(log.isRunning());
 }
 
 TEST_F(Guarded, ADrawingThatWasOpenedByTheFailedWorkStaysAsItIs)
