@@ -86,10 +86,14 @@ void askForLeftDrawings(Session &session, QWidget *window,
                                                     QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
             if (sure != QMessageBox::Yes)
                 continue;
+            if (left.path.empty()) {
+                recovery.drop(left);
+                continue;
+            }
+            if (!open(left.path))
+                continue; // what was left is all there is then
             recovery.drop(left);
-            if (!left.path.empty() && open(left.path))
-                return;
-            continue;
+            return;
         }
         RecoveredDrawing recovered = recovery.recover(left);
         if (!recovered.drawing) {
