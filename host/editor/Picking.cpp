@@ -32,8 +32,8 @@ std::vector<Found> nearPoint(DisplayIndex &index, const Drawing &drawing, const 
     std::ranges::sort(found, [](const Found &a, const Found &b) {
         return a.number != b.number ? a.number < b.number : a.distance < b.distance;
     });
-    const auto repeated = std::ranges::unique(found, {}, &Found::number);
-    found.erase(repeated.begin(), repeated.end());
+    const auto isSame = [](const Found &a, const Found &b) { return a.number == b.number; };
+    found.erase(std::unique(found.begin(), found.end(), isSame), found.end());
     std::ranges::sort(found, [](const Found &a, const Found &b) {
         return a.distance != b.distance ? a.distance < b.distance : a.number > b.number;
     });
@@ -97,8 +97,7 @@ AcDbObjectIdArray entitiesIn(Drawing &drawing, const Extents &window, SelectBy b
         return true;
     });
     std::ranges::sort(taken);
-    const auto repeated = std::ranges::unique(taken);
-    taken.erase(repeated.begin(), repeated.end());
+    taken.erase(std::unique(taken.begin(), taken.end()), taken.end());
     AcDbObjectIdArray ids;
     for (const std::uint32_t number : taken)
         ids.push_back(idOf(index.entity(number)));

@@ -45,7 +45,7 @@ QString point(const AcGePoint3d &p)
 /// Lines of one entity's shape.
 class Shape {
 public:
-    Shape(const Drawing &drawing, const AcDbEntity &entity) : m_drawing(drawing), m_entity(entity) { read(); }
+    explicit Shape(const AcDbEntity &entity) : m_entity(entity) { read(); }
     PropertyRows rows;
 
 private:
@@ -186,7 +186,6 @@ private:
         }
     }
 
-    const Drawing &m_drawing;
     const AcDbEntity &m_entity;
 };
 
@@ -220,9 +219,9 @@ PropertySourceRegistration::PropertySourceRegistration(PropertySource source)
     propertySources().push_back(std::move(source));
 }
 
-PropertyRows geometryOf(const Drawing &drawing, const AcDbEntity &entity)
+PropertyRows geometryOf(const AcDbEntity &entity)
 {
-    return Shape(drawing, entity).rows;
+    return Shape(entity).rows;
 }
 
 const char *kindName(EntityKind kind)
@@ -300,7 +299,7 @@ PropertyRows PropertiesModel::read()
     // Asking for a handle would give one to an entity of a file without them, and looking is no change.
     if (const std::uint64_t handle = ObjectAccess::host(entity).handle)
         rows.push_back({"ui.property.handle", QString::number(handle, 16).toUpper()});
-    for (PropertyRow &row : geometryOf(*m_drawing, entity))
+    for (PropertyRow &row : geometryOf(entity))
         rows.push_back(std::move(row));
     addNetwork(*m_drawing, entity, rows);
     for (const PropertySource &source : propertySources())

@@ -25,7 +25,7 @@ struct PropertySourceRegistration {
 };
 
 /// Lines of one entity behind kind, layer, colour and handle.
-PropertyRows geometryOf(const Drawing &drawing, const AcDbEntity &entity);
+PropertyRows geometryOf(const AcDbEntity &entity);
 /// Name of the text for a kind of entity.
 const char *kindName(EntityKind kind);
 
