@@ -474,6 +474,13 @@ void ChangeLog::noteLayer(std::size_t index)
     note(std::move(change));
 }
 
+void ChangeLog::noteLayerName(std::size_t index)
+{
+    Change change = changeOf(ChangeKind::LayerName, nullptr, m_drawing.priv().layers[index].name);
+    change.layer = static_cast<std::uint32_t>(index);
+    note(std::move(change));
+}
+
 void ChangeLog::noteCurrentLayer()
 {
     Change change{ChangeKind::CurrentLayer};

@@ -115,8 +115,9 @@ public:
     void noteEntry(const std::string &dictionary, const std::string &key); ///< before
     void noteHeader(const std::string &name);                              ///< before
     void noteLayerAdded(std::size_t index);
-    void noteLayer(std::size_t index); ///< before
-    void noteCurrentLayer();           ///< before
+    void noteLayer(std::size_t index);     ///< before
+    void noteLayerName(std::size_t index); ///< before; its record's state is a note of its own
+    void noteCurrentLayer();               ///< before
     void noteBlockAdded(BlockRecord &block);
     void noteBlockErasing(BlockRecord &block); ///< before
     void noteBasePoint(BlockRecord &block);    ///< before

@@ -91,6 +91,7 @@ void exchangeHeader(Drawing::Private &d, HeaderState &state)
 void exchangeLayer(Drawing::Private &d, std::size_t index, LayerState &state)
 {
     LayerState now = layerState(d, index);
+    state.layer.name = now.layer.name; // it goes by a change of its own
     if (now.layer.erased != state.layer.erased)
         d.setLayerErased(index, state.layer.erased);
     d.layers[index] = std::move(state.layer);
@@ -240,6 +241,9 @@ void exchange(Drawing &drawing, Change &change, bool undoing)
     case ChangeKind::BasePoint:
         std::swap(ObjectAccess::basePoint(static_cast<BlockRecord &>(*change.object)),
                   change.as<BlockState>().basePoint);
+        break;
+    case ChangeKind::LayerName:
+        d.exchangeLayerName(change.layer, change.as<std::wstring>());
         break;
     case ChangeKind::Handle: {
         auto &handle = ObjectAccess::host(*change.object).handle;

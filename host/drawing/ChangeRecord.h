@@ -29,6 +29,7 @@ enum class ChangeKind : std::uint8_t {
     BlockErased,  ///< object: a block
     BasePoint,    ///< object: a block; point
     Handle,       ///< object; number
+    LayerName,    ///< layer: its index; text
 };
 
 /// What of a record of attached data or of a named dictionary can change.

@@ -347,11 +347,16 @@ void Drawing::setLayer(std::size_t index, const Layer &layer)
     std::wstring name = std::move(own.name);
     own = layer;
     own.name = std::move(name);
-    dxf::LayerSource &source = d->file.layers.at(index);
-    (source.length != 0 ? source.changed : source.needsRecord) = true;
-    if (source.needsRecord && source.handle == 0 && d->numbersAtOnce() && !isR12())
-        source.handle = d->newHandle();
+    d->recordChanged(index);
     d->changed();
+}
+
+void Drawing::Private::recordChanged(std::size_t layer)
+{
+    dxf::LayerSource &source = file.layers.at(layer);
+    (source.length != 0 ? source.changed : source.needsRecord) = true;
+    if (source.needsRecord && source.handle == 0 && numbersAtOnce() && version > "AC1009")
+        source.handle = newHandle();
 }
 
 std::size_t Drawing::currentLayer() const

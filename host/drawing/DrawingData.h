@@ -134,6 +134,10 @@ struct Drawing::Private {
     std::size_t addLayer(Layer layer);
     /// eraseLayer for a layer that is known to be free.
     void setLayerErased(std::size_t index, bool erasing);
+    /// Notes that the layer's record is to be written anew; it gets a handle where new ones do.
+    void recordChanged(std::size_t layer);
+    /// Gives the layer the other name and the caller the one that it had. Tells nobody.
+    void exchangeLayerName(std::size_t index, std::wstring &name);
 };
 
 } // namespace velmor

@@ -482,6 +482,10 @@ Change StepCodec::Reader::change()
         hold(std::move(state));
         break;
     }
+    case ChangeKind::LayerName:
+        change.layer = layer();
+        hold(wide());
+        break;
     case ChangeKind::CurrentLayer:
         change.layer = layer();
         break;

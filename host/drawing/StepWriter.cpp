@@ -343,6 +343,10 @@ void StepCodec::Writer::change(Drawing &drawing, const Change &change)
         layer(change.layer);
         layerValues(layerState(d, change.layer));
         break;
+    case ChangeKind::LayerName:
+        layer(change.layer);
+        put(d.layers[change.layer].name);
+        break;
     case ChangeKind::CurrentLayer:
         layer(static_cast<std::uint32_t>(d.currentLayer));
         break;

@@ -3,6 +3,7 @@
 #include "host/drawing/ChangeLog.h"
 #include "host/drawing/DrawingData.h"
 #include "host/drawing/dxf/DataTags.h"
+#include "host/drawing/dxf/LayersOfFile.h"
 #include "host/drawing/dxf/Numbers.h"
 
 #include <algorithm>
@@ -19,7 +20,8 @@ bool holdsOnTo(int code)
 
 class UseFinder {
 public:
-    explicit UseFinder(const Drawing &drawing) : m_drawing(drawing), d(const_cast<Drawing &>(drawing).priv())
+    explicit UseFinder(const Drawing &drawing)
+        : m_drawing(drawing), d(const_cast<Drawing &>(drawing).priv()), m_layersOfFile(d)
     {
         m_uses.layers.resize(d.layers.size());
         for (const auto &block : d.blocks) {
@@ -99,7 +101,7 @@ private:
     void addTag(const dxf::Tag &tag, bool namesBlocks)
     {
         if (tag.code == 8 || tag.code == 1003) {
-            if (const auto layer = m_drawing.findLayer(d.file.codec.decode(tag.text())))
+            if (const auto layer = m_layersOfFile.find(tag.text()))
                 useLayer(*layer);
         } else if (holdsOnTo(tag.code)) {
             const std::uint64_t handle = dxf::parseHandle(tag.text());
@@ -125,6 +127,7 @@ private:
 
     const Drawing &m_drawing;
     Drawing::Private &d;
+    const dxf::LayersOfFile m_layersOfFile;
     Uses m_uses;
     std::unordered_map<std::uint64_t, const BlockRecord *> m_blocksByHandle;
     std::unordered_map<std::uint64_t, std::size_t> m_layersByHandle;

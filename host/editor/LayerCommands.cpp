@@ -14,10 +14,6 @@ namespace {
 
 using Next = Command::Next;
 
-/// Where those that define areas keep their layers in the drawing.
-constexpr char kSettingsDictionary[] = "ZEMX_LSD2";
-constexpr char kLayersKey[] = "ZEMX_CATCH_DEFINE_LAYERS";
-
 /// Takes names till Enter.
 class BoundaryLayersCommand final : public Command {
 public:
@@ -56,8 +52,8 @@ private:
 // --- LAYER
 // -------------------------------------------------------------------------------------------------------------
 
-const std::vector<std::wstring> kOptions{L"MAke", L"SEt",  L"NEw",    L"ON",     L"OFF", L"FReeze",
-                                         L"THaw", L"LOck", L"UNlock", L"COlour", L"LIst"};
+const std::vector<std::wstring> kOptions{L"MAke", L"SEt",  L"NEw",    L"ON",     L"OFF",    L"FReeze",
+                                         L"THaw", L"LOck", L"UNlock", L"COlour", L"REname", L"LIst"};
 
 /// Names that one answer lists, with commas between; new ones are made up of characters that a layer's name may have.
 bool readNewNames(Session &session, const std::wstring &text, std::vector<std::wstring> &names)
@@ -157,6 +153,28 @@ void listLayers(Session &session)
     }
 }
 
+Next renameOne(Asker &asker)
+{
+    Session &session = asker.session();
+    Drawing &drawing = asker.drawing();
+    const std::wstring former =
+        asker.text({.message = "ui.prompt.layer.former", .completion = Completion::Layers}).text;
+    const auto index = drawing.findLayer(former);
+    if (!index) {
+        session.alert(uiMessage("ui.layer.unknown", {former}));
+        return Next::BadInput;
+    }
+    for (;;) {
+        const std::wstring name = asker.text({.message = "ui.prompt.layer.newName"}).text;
+        const char *refusal = refusalOf(canRenameLayer(drawing, *index, name));
+        if (!refusal) {
+            renameLayerEverywhere(drawing, *index, name);
+            return Next::Commit;
+        }
+        asker.refuse(uiMessage(refusal, {name}));
+    }
+}
+
 /// A name makes that layer current; an option works on the layers that are named behind it.
 Next workLayers(Asker &asker)
 {
@@ -184,6 +202,8 @@ Next workLayers(Asker &asker)
             asker.drawing().ensureLayer(name);
         return Next::Commit;
     }
+    if (reply.is(L"REname"))
+        return renameOne(asker);
     return changeLayers(asker, reply.word, reply.is(L"COlour") ? askColor(asker) : 0);
 }
 

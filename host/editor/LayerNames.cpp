@@ -29,4 +29,38 @@ bool readLayerNames(Session &session, const std::wstring &text, std::vector<std:
     return true;
 }
 
+LayerNaming renameLayerEverywhere(Drawing &drawing, std::size_t index, const std::wstring &name)
+{
+    const std::wstring former = drawing.layer(index).name;
+    const LayerNaming result = renameLayer(drawing, index, name);
+    if (result != LayerNaming::Fine)
+        return result;
+    auto bounding = drawing.dictionaryEntry(kSettingsDictionary, kLayersKey);
+    bool isListed = false;
+    if (bounding)
+        for (DataItem &item : *bounding)
+            if (auto *listed = std::get_if<std::wstring>(&item.value); listed && sameName(*listed, former)) {
+                *listed = name;
+                isListed = true;
+            }
+    if (isListed && former != name)
+        drawing.setDictionaryEntry(kSettingsDictionary, kLayersKey, *bounding);
+    return result;
+}
+
+const char *refusalOf(LayerNaming naming)
+{
+    switch (naming) {
+    case LayerNaming::Fine:
+        break;
+    case LayerNaming::Zero:
+        return "ui.layers.zero";
+    case LayerNaming::BadName:
+        return "ui.layer.badName";
+    case LayerNaming::Taken:
+        return "ui.layers.taken";
+    }
+    return nullptr;
+}
+
 } // namespace velmor

@@ -11,6 +11,7 @@
 #include "host/editor/PlotDialog.h"
 #include "host/editor/PointerTip.h"
 #include "host/editor/RecoveryQuestion.h"
+#include "host/editor/SwitchButton.h"
 #include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/UndoHistory.h"
@@ -32,7 +33,6 @@
 #include <QMimeData>
 #include <QStatusBar>
 #include <QToolBar>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <fmt/xchar.h>
 
@@ -94,14 +94,7 @@ MainWindow::MainWindow(Session &session)
     for (QAction *action : m_viewport->draftActions()) {
         if (!action->isCheckable())
             continue;
-        auto *button = new QToolButton(this);
-        button->setDefaultAction(action);
-        button->setAutoRaise(true);
-        // The style's own mark of what is switched on is hardly seen; these colours follow the theme.
-        button->setStyleSheet(QStringLiteral("QToolButton{padding:3px;border:0}"
-                                             "QToolButton:checked{background:palette(highlight);"
-                                             "color:palette(highlighted-text)}"));
-        statusBar()->addPermanentWidget(button);
+        statusBar()->addPermanentWidget(new SwitchButton(*action, this));
     }
     for (QLabel *label : {m_layer, m_scale, m_coordinates})
         statusBar()->addPermanentWidget(label);

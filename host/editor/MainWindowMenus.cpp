@@ -181,7 +181,9 @@ void MainWindow::retranslate()
 void MainWindow::refreshStatusBar()
 {
     const Drawing *drawing = m_session.drawing();
-    m_layer->setText(drawing ? QString::fromStdWString(drawing->layer(drawing->currentLayer()).name) : QString());
+    m_layer->setText(
+        drawing ? ui("ui.status.layer.is").arg(QString::fromStdWString(drawing->layer(drawing->currentLayer()).name))
+                : QString());
     m_scale->setText(m_viewport->scaleText());
 }
 

@@ -57,6 +57,7 @@ struct LayerSource {
     bool changed = false;
     bool needsRecord = false; ///< made or changed since, and without a record so far
     std::uint64_t handle = 0; ///< of a record that is made
+    std::wstring name;        ///< as the file has it; empty for one that was made since
 };
 
 /// Where a block stands: its BLOCK with what follows up to ENDBLK, and what opens it.

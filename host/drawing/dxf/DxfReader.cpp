@@ -497,7 +497,7 @@ void DxfReader::readLayer()
     const int color = layer.color;
     d.addLayer(std::move(layer));
     f.layers.push_back(
-        {startOffset(), static_cast<std::uint32_t>(objectLength()), f.rawObjects.back(), color, false, false, 0});
+        {startOffset(), static_cast<std::uint32_t>(objectLength()), f.rawObjects.back(), color, false, false, 0, {}});
 }
 
 void DxfReader::readBlockRecord()
@@ -741,6 +741,9 @@ void DxfReader::resolve()
         if (const auto layer = d.layerByName.find(foldedName(f.codec.decode(current->second.value)));
             layer != d.layerByName.end())
             d.currentLayer = f.currentLayer = layer->second;
+    f.layers.resize(d.layers.size());
+    for (std::size_t i = 0; i < d.layers.size(); ++i)
+        f.layers[i].name = d.layers[i].name;
     reportCounts();
 }
 

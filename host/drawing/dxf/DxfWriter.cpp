@@ -9,7 +9,8 @@
 namespace velmor::dxf {
 
 DxfWriter::DxfWriter(Drawing::Private &drawing)
-    : d(drawing), f(drawing.file), m_isR12(drawing.version <= "AC1009"), m_entities(drawing, m_nextHandle)
+    : d(drawing), f(drawing.file), m_layersOfFile(drawing), m_isR12(drawing.version <= "AC1009"),
+      m_entities(drawing, m_nextHandle)
 {
     m_entities.extendedData = [this](const AcDbObject &object) { return extendedDataOf(object); };
     const std::uint64_t firstNew = d.nextHandle;
@@ -20,6 +21,7 @@ DxfWriter::DxfWriter(Drawing::Private &drawing)
     m_nextHandle = d.nextHandle;
     patchTouched();
     writeLayers();
+    renameLayers();
     writeData();
     writeAdded();
     writeBlocks();
@@ -206,7 +208,7 @@ void DxfWriter::writeHeader()
     for (const auto &[name, variable] : d.header)
         if (variable.changed)
             setVariable(name, variable.code, variable.value);
-    if (d.currentLayer != f.currentLayer)
+    if (d.currentLayer != f.currentLayer || m_layersOfFile.isRenamed(d.currentLayer))
         setVariable("$CLAYER", 8, f.codec.encode(d.layers[d.currentLayer].name));
     // Nothing was numbered in a file that has no handles and got none.
     const auto seed = d.header.find("$HANDSEED");
@@ -251,9 +253,12 @@ void DxfWriter::writeLayers()
             if (!source.changed)
                 continue;
             const auto tags = placedTags(source.offset, source.offset + source.length);
-            bool hasColor = false, hasFlags = false;
+            bool hasColor = false, hasFlags = false, hasName = !m_layersOfFile.isRenamed(i);
             for (const PlacedTag &tag : tags) {
-                if (tag.tag.code == 62 && !hasColor) {
+                if (tag.tag.code == 2 && !hasName) {
+                    hasName = true;
+                    replaceValue(tag, f.codec.encode(layer.name));
+                } else if (tag.tag.code == 62 && !hasColor) {
                     hasColor = true;
                     replaceValue(tag, std::to_string(color));
                 } else if (tag.tag.code == 70 && !hasFlags) {

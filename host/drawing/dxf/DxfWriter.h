@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/drawing/dxf/EntityWriter.h"
+#include "host/drawing/dxf/LayersOfFile.h"
 #include "host/drawing/dxf/Tags.h"
 
 namespace velmor::dxf {
@@ -41,6 +42,14 @@ private:
     void writeHeader();
     void setVariable(const std::string &name, int code, const std::string &value);
     void writeLayers();
+    // Layers that got another name
+    void renameLayers();
+    std::size_t endOfBlockEnd(const BlockSource &source) const;
+    void renameLayersOf(const AcDbEntity &entity);
+    void renameLayersAt(std::size_t offset, std::size_t end, bool says8);
+    void renameLayer(const PlacedTag &tag);
+    void appendExtended(std::string &text, const PlacedTag &tag) const;
+    std::unordered_map<std::string_view, std::optional<std::string>> m_newNames; ///< by the text that the file has
     void writeBlocks();
     void removeBlock(const BlockSource &source);
     void writeAdded();
@@ -75,6 +84,7 @@ private:
 
     Drawing::Private &d;
     FileText &f;
+    LayersOfFile m_layersOfFile;
     bool m_isR12;
     std::uint64_t m_nextHandle = 0;
     EntityWriter m_entities;

@@ -200,7 +200,7 @@ void DxfWriter::patchGeometry(AcDbEntity &entity, const PlacedTags &head)
     m_entities.write(text, entity, m_anonymousBlocks);
     for (const PlacedTag &tag : head)
         if (tag.tag.code >= 1000 && !hasParts && kind != EntityKind::BlockReference)
-            text += f.at(tag.start, tag.end - tag.start);
+            appendExtended(text, tag);
     const auto &host = ObjectAccess::host(entity);
     m_edits.push_back({host.sourceOffset, host.sourceLength, std::move(text)});
 }

@@ -1,6 +1,8 @@
 #include "host/editor/panels/LayersModel.h"
 
 #include "host/editor/Captions.h"
+#include "host/editor/LayerNames.h"
+#include "host/editor/UiMessage.h"
 
 #include <algorithm>
 #include <utility>
@@ -161,6 +163,22 @@ int LayersModel::add(const QString &name)
     return rowOf(layerIndex);
 }
 
+bool LayersModel::rename(int row, const QString &name)
+{
+    const std::wstring wanted = name.trimmed().toStdWString();
+    const std::size_t layerIndex = layerOf(row);
+    if (wanted == layer(row).name)
+        return false;
+    if (const char *refusal = velmor::refusalOf(canRenameLayer(*m_drawing, layerIndex, wanted))) {
+        Q_EMIT refused(QString::fromStdWString(uiMessage(refusal, {wanted})));
+        return false;
+    }
+    const bool done = m_change("ui.layers.step.rename",
+                               [&](Drawing &drawing) { renameLayerEverywhere(drawing, layerIndex, wanted); });
+    bringUpToDate();
+    return done;
+}
+
 bool LayersModel::isLess(int column, int a, int b) const
 {
     const Row &left = m_rows[static_cast<std::size_t>(a)], &right = m_rows[static_cast<std::size_t>(b)];
@@ -214,6 +232,8 @@ const char *LayersModel::symbol(int column) const
 Qt::ItemFlags LayersModel::flags(const QModelIndex &index) const
 {
     Qt::ItemFlags flags = PanelModel::flags(index);
+    if (index.column() == Name && layer(index.row()).name != L"0")
+        flags |= Qt::ItemIsEditable;
     if (isBox(index.column()))
         flags |= Qt::ItemIsUserCheckable;
     return flags;
@@ -253,6 +273,8 @@ QVariant LayersModel::data(const QModelIndex &index, int role) const
             return {};
         }
     }
+    if (role == Qt::EditRole && index.column() == Name)
+        return text(index.row(), Name);
     if (role == Qt::AccessibleTextRole) // a lone check box or swatch says what it is of
         return uiString(caption(index.column())) + QStringLiteral(": ") +
                (index.column() == Name ? QString() : QString::fromStdWString(row.layer.name) + QLatin1Char(' ')) +
@@ -262,7 +284,11 @@ QVariant LayersModel::data(const QModelIndex &index, int role) const
 
 bool LayersModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role != Qt::CheckStateRole)
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return false;
+    if (role == Qt::EditRole && index.column() == Name)
+        return rename(index.row(), value.toString());
+    if (role != Qt::CheckStateRole)
         return false;
     const bool on = value.toInt() == Qt::Checked;
     switch (index.column()) {

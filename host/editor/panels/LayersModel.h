@@ -65,6 +65,8 @@ public:
     const char *refusalOf(const QString &name) const;
     /// Makes a layer; its row, or -1.
     int add(const QString &name);
+    /// Gives the layer another name; a name that can't be is told by refused.
+    bool rename(int row, const QString &name);
 
     bool isLess(int column, int a, int b) const override;
     bool matches(int row, const QString &text) const override;
@@ -75,6 +77,10 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+
+Q_SIGNALS:
+    /// A typed name can't be; one line for the status.
+    void refused(const QString &why);
 
 protected:
     int rows() const override { return static_cast<int>(m_rows.size()); }

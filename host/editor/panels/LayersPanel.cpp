@@ -8,7 +8,7 @@
 #include "host/editor/panels/Panel.h"
 #include "host/services/Messages.h"
 
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPainter>
@@ -42,6 +42,18 @@ protected:
     }
 };
 
+/// The field that a name is typed in says what it is for.
+class NameDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QWidget *editor = QStyledItemDelegate::createEditor(parent, option, index);
+        editor->setAccessibleName(uiString("ui.layers.rename"));
+        return editor;
+    }
+};
+
 class LayersPanel final : public Panel {
 public:
     explicit LayersPanel(Session &session)
@@ -51,18 +63,23 @@ public:
     {
         m_table = new PanelTable(m_model, "ui.layers.table", this);
         m_table->setItemDelegateForColumn(LayersModel::Color, new ColorDelegate(m_table));
+        m_table->setItemDelegateForColumn(LayersModel::Name, new NameDelegate(m_table));
+        m_table->setEditTriggers(QAbstractItemView::NoEditTriggers); // by the button; a double click makes current
         m_filter = new QLineEdit(this);
         m_filter->setClearButtonEnabled(true);
         m_new = new QPushButton(this);
+        m_rename = new QPushButton(this);
         m_current = new QPushButton(this);
         m_color = new QPushButton(this);
-        for (QPushButton *button : {m_new, m_current, m_color})
+        for (QPushButton *button : {m_new, m_rename, m_current, m_color})
             button->setAutoDefault(false);
         keepCaptioned(this, [this] {
             m_filter->setPlaceholderText(uiString("ui.layers.filter"));
             m_filter->setAccessibleName(uiString("ui.layers.filter"));
             m_new->setText(uiString("ui.layers.new"));
             m_new->setToolTip(uiString("ui.layers.new.tip"));
+            m_rename->setText(uiString("ui.layers.rename"));
+            m_rename->setToolTip(uiString("ui.layers.rename.tip"));
             m_current->setText(uiString("ui.layers.current"));
             m_color->setText(uiString("ui.layers.color"));
         });
@@ -70,6 +87,9 @@ public:
                 [this](const QString &text) { m_table->order().setFilter(text); });
         connect(m_filter, &QLineEdit::returnPressed, this, [this] { m_table->setFocus(); });
         connect(m_new, &QPushButton::clicked, this, [this] { addLayer(); });
+        connect(m_rename, &QPushButton::clicked, this, [this] { editName(); });
+        connect(&m_model, &LayersModel::refused, this,
+                [this](const QString &why) { m_session.status(why.toStdWString()); });
         connect(m_current, &QPushButton::clicked, this, [this] {
             if (const int row = currentRow(); row >= 0)
                 m_model.makeCurrent(row);
@@ -82,9 +102,11 @@ public:
                 m_model.makeCurrent(rows.front());
         });
 
-        auto *buttons = new QHBoxLayout;
-        for (QPushButton *button : {m_new, m_current, m_color})
-            buttons->addWidget(button);
+        auto *buttons = new QGridLayout;
+        buttons->addWidget(m_new, 0, 0);
+        buttons->addWidget(m_rename, 0, 1);
+        buttons->addWidget(m_current, 1, 0);
+        buttons->addWidget(m_color, 1, 1);
         auto *column = new QVBoxLayout(this);
         column->addWidget(m_filter);
         column->addWidget(m_table, 1);
@@ -130,6 +152,18 @@ private:
         m_table->setFocus();
     }
 
+    void editName()
+    {
+        const QModelIndex current = m_table->currentIndex();
+        if (!current.isValid())
+            return;
+        const QModelIndex name = current.siblingAtColumn(LayersModel::Name);
+        if (name.flags() & Qt::ItemIsEditable)
+            m_table->edit(name);
+        else
+            m_session.status(uiText("ui.layers.zero"));
+    }
+
     void chooseColor(int row)
     {
         if (row < 0)
@@ -162,7 +196,7 @@ private:
     LayersModel m_model;
     PanelTable *m_table;
     QLineEdit *m_filter;
-    QPushButton *m_new, *m_current, *m_color;
+    QPushButton *m_new, *m_rename, *m_current, *m_color;
 };
 
 const PanelRegistration registration({.name = "layers",

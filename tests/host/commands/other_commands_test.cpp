@@ -72,6 +72,26 @@ TEST_F(OtherCommands, LayersAreTurnedFrozenLockedAndColoured)
     EXPECT_FALSE(layerNamed(L"0").frozen);
 }
 
+TEST_F(OtherCommands, ALayerTakesAnotherNameAndTheListOfBoundaryLayersFollows)
+{
+    run(L"LAYER NEw Walls,Roads");
+    ASSERT_TRUE(run(L"BOUNDARY-LAYERS Roads,Walls \"\""));
+    ASSERT_TRUE(run(L"LAYER REname walls \"Outer walls\""));
+    EXPECT_FALSE(drawing().findLayer(L"Walls"));
+    EXPECT_TRUE(drawing().findLayer(L"Outer walls"));
+    const auto bounding = [&] { return drawing().dictionaryEntry("ZEMX_LSD2", "ZEMX_CATCH_DEFINE_LAYERS"); };
+    EXPECT_EQ(bounding(), (DataItems{{1, L"Roads"}, {1, L"Outer walls"}}));
+    ASSERT_TRUE(run(L"U"));
+    EXPECT_TRUE(drawing().findLayer(L"Walls"));
+    EXPECT_EQ(bounding(), (DataItems{{1, L"Roads"}, {1, L"Walls"}}));
+    ASSERT_TRUE(run(L"REDO"));
+    EXPECT_EQ(bounding(), (DataItems{{1, L"Roads"}, {1, L"Outer walls"}}));
+    for (const wchar_t *refused : {L"LAYER REname 0 Zero", L"LAYER REname Roads \"outer WALLS\"",
+                                   L"LAYER REname Roads a|b", L"LAYER REname Nowhere Else"})
+        EXPECT_FALSE(run(refused)) << refused;
+    EXPECT_TRUE(drawing().findLayer(L"Roads"));
+}
+
 TEST_F(OtherCommands, TheListOfLayersTellsTheirStates)
 {
     run(L"LAYER NEw A1");

@@ -4,6 +4,7 @@
 #include "host/drawing/Blocks.h"
 #include "host/drawing/Drawing.h"
 #include "host/drawing/EntityShape.h"
+#include "host/drawing/LayerRename.h"
 
 #include <algorithm>
 #include <random>
@@ -17,7 +18,7 @@ public:
 
     /// One change, or one that finds nothing to change; its number tells the kind.
     int make();
-    static constexpr int kKinds = 24;
+    static constexpr int kKinds = 25;
 
 private:
     std::size_t upTo(std::size_t count) { return m_random() % count; }
@@ -227,6 +228,8 @@ inline int RandomChanges::make()
         }
         break;
     }
+    if (kind == 24)
+        renameLayer(m_drawing, layer(), L"Layer " + std::to_wstring(upTo(200)));
     return kind;
 }
 

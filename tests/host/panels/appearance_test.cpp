@@ -17,8 +17,10 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTableView>
 #include <QTest>
+#include <QToolButton>
 
 #include <gtest/gtest.h>
 
@@ -116,6 +118,61 @@ TEST_F(AppearanceTest, AThemeIsTakenUpByOpenWindowsAndTheirDrawing)
     EXPECT_GT(window.palette().color(QPalette::Window).lightnessF(), 0.8);
     EXPECT_GT(viewport->grab().toImage().pixelColor(viewport->width() / 3, viewport->height() / 3).lightnessF(), 0.8);
     EXPECT_EQ(themeOfSettings(), Theme::Light);
+}
+
+/// Best contrast of any pixel with the colour that most pixels have.
+double contrastWithin(const QImage &image)
+{
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            ++counts[image.pixel(x, y)];
+    QRgb ground = 0;
+    for (auto at = counts.cbegin(); at != counts.cend(); ++at)
+        if (at.value() > counts.value(ground))
+            ground = at.key();
+    double best = 1.0;
+    for (auto at = counts.cbegin(); at != counts.cend(); ++at)
+        best = std::max(best, contrastOf(QColor(at.key()), QColor(ground)));
+    return best;
+}
+
+TEST_F(AppearanceTest, TheSwitchesOfTheStatusBarStayReadableWhenTheThemeChanges)
+{
+    EXPECT_TRUE(session.commands().run(L"THEME LIGHT"));
+    MainWindow window(session);
+    window.resize(1200, 700);
+    window.show();
+    QApplication::processEvents();
+    const auto buttons = window.statusBar()->findChildren<QToolButton *>();
+    ASSERT_GE(buttons.size(), 3);
+    for (const wchar_t *theme : {L"THEME DARK", L"THEME LIGHT", L"THEME DARK"}) {
+        EXPECT_TRUE(session.commands().run(theme));
+        QApplication::processEvents();
+        for (const bool on : {false, true})
+            for (QToolButton *button : buttons) {
+                button->defaultAction()->setChecked(on);
+                // Under the window, since a button alone has no ground of its own.
+                const QPoint corner = button->mapTo(&window, QPoint(0, 0));
+                const QImage picture = window.grab(QRect(corner, button->size())).toImage();
+                EXPECT_GE(contrastWithin(picture), 4.5) << button->text().toStdString() << on;
+            }
+    }
+}
+
+TEST_F(AppearanceTest, TheStatusBarSaysWhatTheNameOfALayerIsThere)
+{
+    MainWindow window(session);
+    const auto shown = [&](const QString &text) {
+        for (const QLabel *label : window.statusBar()->findChildren<QLabel *>())
+            if (label->text() == text)
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(shown(QStringLiteral("Layer: 0")));
+    EXPECT_TRUE(session.commands().run(L"LANGUAGE HR"));
+    EXPECT_TRUE(shown(QStringLiteral("Sloj: 0")));
+    EXPECT_TRUE(session.commands().run(L"LANGUAGE EN"));
 }
 
 TEST_F(AppearanceTest, NamesOfThemesAreTakenInAnyCase)

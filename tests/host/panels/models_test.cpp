@@ -167,6 +167,42 @@ TEST_F(LayersTest, ANameThatIsTakenOrCannotStandIsRefused)
     EXPECT_EQ(model.layer(added).name, L"Streets");
 }
 
+TEST_F(LayersTest, ARenamedLayerIsTheSameLayerUnderAnotherName)
+{
+    const AcDbObjectId id = onLayer(line(0, 0, 1, 1), L"A");
+    const std::size_t index = *drawing().findLayer(L"A");
+    drawing().setDictionaryEntry("ZEMX_LSD2", "ZEMX_CATCH_DEFINE_LAYERS", {{1, L"0"}, {1, L"a"}});
+    drawing().setCurrentLayer(index);
+    model.bringUpToDate();
+    const int before = model.rowCount();
+    ASSERT_TRUE(model.setData(model.index(row(L"A"), LayersModel::Name), QStringLiteral(" B "), Qt::EditRole));
+    EXPECT_EQ(model.rowCount(), before);
+    EXPECT_FALSE(drawing().findLayer(L"A"));
+    EXPECT_EQ(drawing().findLayer(L"B"), index);
+    EXPECT_EQ(open(id)->layer(), L"B");
+    EXPECT_EQ(drawing().currentLayer(), index);
+    EXPECT_EQ(drawing().dictionaryEntry("ZEMX_LSD2", "ZEMX_CATCH_DEFINE_LAYERS"), (DataItems{{1, L"0"}, {1, L"B"}}));
+    EXPECT_EQ(drawing().component<UndoHistory>().undo(), 1u);
+    model.bringUpToDate();
+    EXPECT_GE(row(L"A"), 0);
+    EXPECT_EQ(open(id)->layer(), L"A");
+}
+
+TEST_F(LayersTest, ANameThatALayerCannotTakeIsRefusedWithAWord)
+{
+    drawing().ensureLayer(L"A");
+    model.bringUpToDate();
+    QSignalSpy refusals(&model, &LayersModel::refused);
+    EXPECT_FALSE(model.rename(row(L"A"), "0"));
+    EXPECT_FALSE(model.rename(row(L"0"), "Zero"));
+    EXPECT_FALSE(model.rename(row(L"A"), "a:b"));
+    EXPECT_EQ(refusals.count(), 3);
+    EXPECT_FALSE(model.rename(row(L"A"), "A")) << "nothing to do";
+    EXPECT_EQ(refusals.count(), 3);
+    EXPECT_FALSE(model.flags(model.index(row(L"0"), LayersModel::Name)) & Qt::ItemIsEditable);
+    EXPECT_THAT(steps, IsEmpty());
+}
+
 TEST_F(LayersTest, NothingChangesWhileADialogHoldsTheDrawing)
 {
     session.lockDocument();
