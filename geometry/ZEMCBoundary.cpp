@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -25,6 +26,27 @@ IdSet &KnownPolylineIds()
     return ids;
 }
 
+/// Tells whether an entity's class is exactly one of the two. All objects of one C++ type have the same class, so each
+/// type is asked once: a walk meets the same few types over and over, and the question costs more than the rest of it.
+class PolylineTest {
+public:
+    bool operator()(const AcDbEntity &entity)
+    {
+        const std::type_info *const type = &typeid(entity);
+        if (type == m_other)
+            return false;
+        if (type == m_polyline)
+            return true;
+        const AcRxClass *const kind = entity.isA();
+        const bool is = kind == AcDbPolyline::desc() || kind == AcDb2dPolyline::desc();
+        (is ? m_polyline : m_other) = type;
+        return is;
+    }
+
+private:
+    const std::type_info *m_polyline = nullptr, *m_other = nullptr; ///< the types that were met last
+};
+
 /// Calls visit(id) for each polyline of each block of the working drawing. False when the block table or an iterator
 /// could not be had, which ends the walk.
 template <class Visit>
@@ -40,8 +62,7 @@ bool WalkPolylines(Visit visit)
     if (status != Acad::eOk)
         return false;
 
-    const AcRxClass *const lightWeight = AcDbPolyline::desc();
-    const AcRxClass *const oldStyle = AcDb2dPolyline::desc();
+    PolylineTest isPolyline;
     const std::unique_ptr<AcDbBlockTableIterator> blocks(newBlocks);
     for (; !blocks->done(); blocks->step()) {
         AcDbBlockTableRecord *record = nullptr;
@@ -57,12 +78,8 @@ bool WalkPolylines(Visit visit)
             AcDbEntity *entity = nullptr;
             if (entities->getEntity(entity, AcDb::kForRead) != Acad::eOk)
                 continue;
-            const AcRxClass *const kind = entity->isA();
-            if (kind == lightWeight || kind == oldStyle) {
-                const AcDbObjectId id = entity->objectId();
-                if (!id.isErased())
-                    visit(id);
-            }
+            if (isPolyline(*entity) && !entity->isErased())
+                visit(entity->objectId());
             entity->close();
         }
     }

@@ -1,0 +1,338 @@
+// The automatic definition of a made town against GEOS, in one run:
+//   automatic_definition [--no-geos] [--no-curves] [--recovery] [--only SECTIONS SEGMENTS [--islands]]
+// Ours is the whole road of a person: the dialog is opened, the sections are selected, Auto is clicked (a trace for
+// each section with the two walks over the whole drawing, the tests of boundaries against sections, a saved area for
+// each region), and the dialog is closed. GEOS nodes the same linework once (OverlayNGRobust), makes polygons of it and
+// finds the one around each section. Then the curves over sections and over segments, and what 5,000 areas cost.
+//
+// Each leg runs in a process of its own, and its time is the processor's. --recovery keeps a journal of the steps in a
+// folder of its own, as the program with a window does. --only runs one road, to look at it with a profiler.
+#include "bench/MadeTown.h"
+#include "contracts/CatchmentArea.h"
+#include "definition/DlgCreateCatchmentArea.h"
+#include "host/editor/Recovery.h"
+#include "host/editor/Session.h"
+#include "host/network/Network.h"
+#include "host/network/NetworkData.h"
+#include "host/services/Services.h"
+#include "tests/host/boundary/Referee.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+
+#include <malloc.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+using namespace velmor;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::uint64_t kSeed = 1;
+
+/// Time of the processor: what else runs on the machine does not count.
+double now()
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+/// Megabytes that are in use now.
+double usedMegabytes()
+{
+    const auto info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd) / 1e6;
+}
+
+struct Leg {
+    double open = 0.0, select = 0.0, run = 0.0, close = 0.0; ///< seconds
+    double megabytes = 0.0;
+    std::size_t areas = 0;
+    double total() const { return open + select + run + close; }
+};
+
+/// Runs the leg in a child process.
+Leg apart(const std::function<void(Leg &)> &run)
+{
+    int ends[2];
+    if (pipe(ends) != 0)
+        return {};
+    std::fflush(stdout);
+    const pid_t child = fork();
+    if (child == 0) {
+        Leg leg;
+        run(leg);
+        const ssize_t written = write(ends[1], &leg, sizeof leg);
+        _exit(written == sizeof leg ? 0 : 1);
+    }
+    Leg leg;
+    const ssize_t got = read(ends[0], &leg, sizeof leg);
+    close(ends[0]);
+    close(ends[1]);
+    waitpid(child, nullptr, 0);
+    return got == sizeof leg ? leg : Leg{};
+}
+
+/// Middles of sections in the town's closed streets. A street that comes again has its next section a step beside.
+std::vector<boundary::Point> middlesOf(const bench::MadeTown &town, std::size_t sections)
+{
+    std::vector<boundary::Point> middles;
+    for (std::size_t i = 0; i < sections; ++i) {
+        const auto round = static_cast<double>(i / town.sections.size());
+        const boundary::Point at = town.sections[i % town.sections.size()];
+        middles.push_back({at.x + 0.4 * round, at.y + 0.3 * round});
+    }
+    return middles;
+}
+
+std::unique_ptr<AcDbEntity> entityOf(const boundary::Piece &piece)
+{
+    if (piece.bulge == 0.0)
+        return std::make_unique<AcDbLine>(AcGePoint3d(piece.a.x, piece.a.y), AcGePoint3d(piece.b.x, piece.b.y));
+    return std::make_unique<AcDbPolyline>(
+        std::vector<AcDbPolyline::Vertex>{{piece.a.x, piece.a.y, piece.bulge}, {piece.b.x, piece.b.y, 0.0}}, false);
+}
+
+/// A drawing with the town's linework on its boundary layer and that many sections.
+std::unique_ptr<Drawing> drawingOf(const bench::MadeTown &town, std::size_t sections)
+{
+    auto drawing = Drawing::createNew();
+    const std::size_t parcels = drawing->ensureLayer(L"PARCELS"), network = drawing->ensureLayer(kSectionLayer);
+    const auto add = [&](std::unique_ptr<AcDbEntity> entity, std::size_t layer) -> AcDbEntity & {
+        AcDbEntity &added = *entity;
+        drawing->append(std::move(entity));
+        drawing->setLayerOf(added, layer);
+        return added;
+    };
+    for (const boundary::Piece &piece : town.pieces)
+        add(entityOf(piece), parcels);
+    int number = 0;
+    for (const boundary::Point &middle : middlesOf(town, sections)) {
+        AcDbEntity &section = add(std::make_unique<AcDbLine>(AcGePoint3d(middle.x - 16.0, middle.y - 5.0),
+                                                             AcGePoint3d(middle.x + 16.0, middle.y + 5.0)),
+                                  network);
+        SectionData data;
+        data.name = L"D" + std::to_wstring(++number);
+        data.guid = L"{" + data.name + L"}";
+        drawing->setData(section, kSectionKey, itemsOf(data));
+    }
+    drawing->setDictionaryEntry("ZEMX_LSD2", "ZEMX_CATCH_DEFINE_LAYERS", {{1, std::wstring(L"PARCELS")}});
+    return drawing;
+}
+
+class Dialog : public CDlgCreateCatchmentArea {
+public:
+    void click(int control) { Control<QAbstractButton>(control)->click(); }
+    void choose(int control, int itemData)
+    {
+        auto *combo = Control<QComboBox>(control);
+        combo->setCurrentIndex(combo->findData(itemData));
+        Q_EMIT combo->activated(combo->currentIndex());
+    }
+};
+
+/// A host without a window, as scripts have it.
+class Host {
+public:
+    explicit Host(bool recovery)
+        : m_folder(fs::temp_directory_path() / ("velmor_bench_" + std::to_string(getpid()))),
+          m_application(m_count, m_arguments)
+    {
+        fs::create_directories(m_folder);
+        Services::instance().start({.language = "en"}, Paths({fs::path(VELMOR_SOURCE_DIR) / "resources"}, m_folder));
+        m_session.setMessageSink([](MessageKind, const std::wstring &) {});
+        if (recovery)
+            Recovery::instance().enable(m_folder / "state", [](const std::wstring &) {});
+    }
+    ~Host()
+    {
+        m_session.setDrawing(nullptr);
+        std::error_code ignored;
+        fs::remove_all(m_folder, ignored);
+    }
+    Session &session() { return m_session; }
+    static std::size_t countAreas()
+    {
+        ZEMGis::Sewage::CatchmentAreas areas;
+        ZEMGis::Sewage::CCatchmentAreaManager::Instance()->GetAllCatchmentAreas(areas, ZEMGis::Sewage::kTypeAll);
+        return areas.size();
+    }
+    std::vector<AcDbObjectId> sectionIds()
+    {
+        std::vector<AcDbObjectId> ids;
+        for (const auto &section : m_session.drawing()->component<Network>().sections())
+            ids.push_back(section->GetObjectId());
+        return ids;
+    }
+
+private:
+    int m_count = 1;
+    char m_name[21] = "automatic_definition";
+    char *m_arguments[2] = {m_name, nullptr};
+    fs::path m_folder;
+    QApplication m_application;
+    Session m_session;
+};
+
+/// The road of a person through the dialog.
+void road(Leg &leg, std::size_t sections, std::size_t segments, bool islands, bool recovery)
+{
+    Host host(recovery);
+    host.session().setDrawing(drawingOf(bench::makeTown(segments, kSeed), sections));
+    const std::vector<AcDbObjectId> ids = host.sectionIds();
+    double last = now();
+    const auto lap = [&last] {
+        const double before = last;
+        last = now();
+        return last - before;
+    };
+    host.session().setDialogDriver([&](CAdUiBaseDialog &shown) {
+        auto &dialog = static_cast<Dialog &>(shown);
+        leg.open = lap();
+        host.session().setNextSelection(ids);
+        dialog.click(203);
+        dialog.choose(257, 2);
+        dialog.Control<QAbstractButton>(268)->setChecked(islands);
+        dialog.Control<QLineEdit>(215)->setText(QStringLiteral("0.5"));
+        leg.select = lap();
+        dialog.click(290);
+        leg.run = lap();
+    });
+    {
+        Dialog dialog;
+        dialog.DoModal();
+    }
+    leg.close = lap();
+    leg.areas = Host::countAreas();
+    if (!host.session().alerts().empty())
+        std::fprintf(stderr, "%zu alerts, the first: %ls\n", host.session().alerts().size(),
+                     host.session().alerts().front().c_str());
+}
+
+void referee(Leg &leg, std::size_t sections, std::size_t segments)
+{
+    const bench::MadeTown town = bench::makeTown(segments, kSeed);
+    const auto middles = middlesOf(town, sections);
+    double start = now();
+    const boundary::testing::Referee judge(town.pieces, {.perQuarter = 8});
+    leg.open = now() - start;
+    start = now();
+    for (const boundary::Point &middle : middles)
+        leg.areas += judge.hasFace(middle) ? 1 : 0;
+    leg.run = now() - start;
+}
+
+std::wstring squareAt(int i)
+{
+    const int x = i % 100 * 50, y = i / 100 * 50;
+    const auto at = [&](int dx, int dy) { return std::to_wstring(x + dx) + L" " + std::to_wstring(y + dy); };
+    return L"POLYGON ((" + at(0, 0) + L", " + at(40, 3) + L", " + at(44, 20) + L", " + at(37, 41) + L", " + at(12, 44) +
+           L", " + at(-2, 30) + L", " + at(0, 0) + L"))";
+}
+
+/// Opening and closing on a drawing with that many areas; megabytes is what the areas and the dialog hold beyond the
+/// drawing with its sections.
+void openWith(Leg &leg, int areas)
+{
+    Host host(false);
+    const bench::MadeTown town = bench::makeTown(10000, kSeed);
+    host.session().setDrawing(drawingOf(town, 2000));
+    const auto sections = host.session().drawing()->component<Network>().sections();
+    auto &manager = *ZEMGis::Sewage::CCatchmentAreaManager::Instance();
+    const double before = usedMegabytes();
+    for (int i = 0; i < areas; ++i) {
+        const auto area = manager.CreateCA(squareAt(i), L"A" + std::to_wstring(i), 1, {});
+        const auto at = static_cast<std::size_t>(i) % sections.size();
+        manager.AssignCA({{sections[at], 0.5}, {sections[(at + 1) % sections.size()], 0.5}}, area);
+    }
+    const auto open = [&] {
+        const double start = now();
+        double shown = start;
+        host.session().setDialogDriver([&](CAdUiBaseDialog &) {
+            shown = now();
+            leg.megabytes = usedMegabytes() - before;
+        });
+        Dialog dialog;
+        dialog.DoModal();
+        leg.open = shown - start;
+        leg.close = now() - shown;
+    };
+    open(); // what the program makes once
+    open();
+    leg.areas = Host::countAreas();
+}
+
+void printRoad(const char *name, std::size_t sections, std::size_t segments, const Leg &leg)
+{
+    std::printf("%-8s %5zu sections %8zu segments: open %6.1f ms, select %6.1f ms, run %8.1f ms, close %6.1f ms, "
+                "together %8.1f ms, %5zu areas, %.3f ms a section\n",
+                name, sections, segments, leg.open * 1e3, leg.select * 1e3, leg.run * 1e3, leg.close * 1e3,
+                leg.total() * 1e3, leg.areas, leg.total() * 1e3 / static_cast<double>(sections));
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    bool withGeos = true, withCurves = true, recovery = false, islands = false;
+    std::size_t onlySections = 0, onlySegments = 0;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--no-geos") == 0)
+            withGeos = false;
+        else if (std::strcmp(argv[i], "--no-curves") == 0)
+            withCurves = false;
+        else if (std::strcmp(argv[i], "--recovery") == 0)
+            recovery = true;
+        else if (std::strcmp(argv[i], "--islands") == 0)
+            islands = true;
+        else if (std::strcmp(argv[i], "--only") == 0 && i + 2 < argc) {
+            onlySections = std::stoul(argv[++i]);
+            onlySegments = std::stoul(argv[++i]);
+        }
+    }
+    if (onlySections > 0) {
+        Leg leg;
+        road(leg, onlySections, onlySegments, islands, recovery);
+        printRoad(islands ? "islands" : "plain", onlySections, onlySegments, leg);
+        return 0;
+    }
+    const auto measure = [&](std::size_t sections, std::size_t segments, bool withIslands = false) {
+        const Leg leg = apart([&](Leg &made) { road(made, sections, segments, withIslands, recovery); });
+        printRoad(withIslands ? "islands" : "plain", sections, segments, leg);
+        return leg;
+    };
+    const Leg own = measure(2000, 100000), own2 = measure(2000, 100000, true);
+    if (withGeos) {
+        const Leg other = apart([](Leg &leg) { referee(leg, 2000, 100000); });
+        std::printf("GEOS: noding and polygons %.1f ms, finding %.1f ms (%zu found), together %.1f ms\n",
+                    other.open * 1e3, other.run * 1e3, other.areas, other.total() * 1e3);
+        std::printf("ratio of time %.3f, with islands %.3f\n", own.total() / other.total(),
+                    own2.total() / other.total());
+    }
+    if (withCurves) {
+        for (const std::size_t sections : {250, 500, 1000, 2000, 4000})
+            measure(sections, 100000);
+        for (const std::size_t segments : {10000, 100000, 1000000})
+            measure(1000, segments);
+    }
+    const Leg none = apart([](Leg &leg) { openWith(leg, 0); });
+    const Leg many = apart([](Leg &leg) { openWith(leg, 5000); });
+    std::printf("opening the dialog: %.1f ms without areas, %.1f ms with %zu: %.1f ms above; they hold %.1f MB above "
+                "the drawing\n",
+                none.open * 1e3, many.open * 1e3, many.areas, (many.open - none.open) * 1e3,
+                many.megabytes - none.megabytes);
+    return 0;
+}
