@@ -2,7 +2,9 @@
 // the wrappers that open an object for as short as a step needs.
 //
 // The host defines everything declared here and owns every object of a drawing. A pointer got from an open call is
-// valid until close(). An AcDbObjectId is valid as long as its drawing. All calls belong on the main thread.
+// valid until close(). An AcDbObjectId names its object as long as the drawing is open and stays safe to use behind
+// that: an id of a closed drawing names nothing, counts as erased and opens nothing, also when a later drawing holds
+// another object at the same place. All calls belong on the main thread.
 #pragma once
 
 #include "contracts/HostTypes.h"
@@ -66,25 +68,31 @@ private:
     std::uint64_t m_value = 0;
 };
 
-/// Names one object of a drawing, for the life of the drawing; cheap to copy and to compare.
+/// Names one object of one drawing, for the life of the drawing; cheap to copy and to compare.
 class ZEMX_CONTRACT AcDbObjectId {
 public:
     AcDbObjectId() = default;
     bool isNull() const { return m_object == nullptr; }
-    /// True for an id that names an object, erased or not.
-    bool isValid() const { return m_object != nullptr; }
+    /// True for an id that names an object of an open drawing, erased or not.
+    bool isValid() const;
+    /// True for what was erased, and for everything of a drawing that was closed.
     bool isErased() const;
+    /// None for the null id and for one of a drawing that was closed.
     AcDbHandle handle() const;
-    void setNull() { m_object = nullptr; }
-    bool operator==(const AcDbObjectId &o) const { return m_object == o.m_object; }
+    void setNull() { *this = AcDbObjectId(); }
+    bool operator==(const AcDbObjectId &) const = default;
     /// A fixed order; ids of one drawing's entities come in it as they were made, as far as the host can.
-    bool operator<(const AcDbObjectId &o) const { return m_object < o.m_object; }
+    bool operator<(const AcDbObjectId &o) const
+    {
+        return m_object != o.m_object ? m_object < o.m_object : m_drawing < o.m_drawing;
+    }
 
 private:
     friend class AcDbObject;
     friend class velmor::ObjectAccess;
-    explicit AcDbObjectId(AcDbObject *object) : m_object(object) {}
+    AcDbObjectId(AcDbObject *object, std::uint64_t drawing) : m_object(object), m_drawing(drawing) {}
     AcDbObject *m_object = nullptr;
+    std::uint64_t m_drawing = 0; ///< number of the drawing; no two of one run of the program have the same
 };
 
 using AcDbObjectIdArray = AcArray<AcDbObjectId>;
@@ -129,9 +137,9 @@ private:
     /// opening, testing and closing an object touch one cache line.
     struct HostState {
         std::uint16_t flags = 0;
-        std::int16_t readers = 0; ///< open for reading that many times, -1 for writing
-        std::int16_t color = 256; ///< colour index
-        std::uint16_t spare = 0;
+        std::int16_t readers = 0;         ///< open for reading that many times, -1 for writing
+        std::int16_t color = 256;         ///< colour index
+        std::uint16_t drawing = 0;        ///< the drawing's place among the open ones; 0: in none yet
         std::uint32_t layer = 0xFFFFFFFF; ///< index in the drawing's layer table; none: the current one when appended
         std::uint32_t sourceLength = 0;   ///< 0: no text yet, it is written from the object
         std::uint64_t sourceOffset = 0;   ///< where the object's tags stand in the drawing's text

@@ -117,11 +117,17 @@ bool AcDbHandle::getIntoAsciiBuffer(wchar_t *buffer) const
     return true;
 }
 
+bool AcDbObjectId::isValid() const
+{
+    return velmor::ObjectAccess::object(*this) != nullptr;
+}
 bool AcDbObjectId::isErased() const
 {
-    return !m_object || m_object->isErased();
+    const AcDbObject *object = velmor::ObjectAccess::object(*this);
+    return !object || object->isErased();
 }
 AcDbHandle AcDbObjectId::handle() const
 {
-    return m_object ? AcDbHandle(velmor::handleOf(*m_object)) : AcDbHandle();
+    const AcDbObject *object = velmor::ObjectAccess::object(*this);
+    return object ? AcDbHandle(velmor::handleOf(*object)) : AcDbHandle();
 }

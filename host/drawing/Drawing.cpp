@@ -4,11 +4,40 @@
 
 #include <algorithm>
 #include <cwctype>
+#include <mutex>
+#include <stdexcept>
 
 namespace velmor {
 
+std::atomic<std::uint64_t> openDrawings[kDrawingPlaces];
+
 namespace {
 Drawing *s_working = nullptr;
+
+/// Drawings are also read on other threads.
+std::mutex s_places;
+std::uint64_t s_opened = 0;
+/// High bits of every drawing's number, so that small numbers never name a drawing.
+constexpr std::uint64_t kNumberMark = std::uint64_t{0x564D} << 48;
+} // namespace
+
+DrawingPlace::DrawingPlace()
+{
+    const std::lock_guard lock(s_places);
+    // Place 0 stays empty: it is that of objects without a drawing.
+    std::size_t place = 1;
+    while (place < kDrawingPlaces && openDrawings[place].load(std::memory_order_relaxed) != 0)
+        ++place;
+    if (place == kDrawingPlaces)
+        throw std::length_error("too many drawings are open");
+    m_number = kNumberMark + ++s_opened * kDrawingPlaces + place;
+    openDrawings[place].store(m_number, std::memory_order_relaxed);
+}
+
+DrawingPlace::~DrawingPlace()
+{
+    const std::lock_guard lock(s_places);
+    openDrawings[place()].store(0, std::memory_order_relaxed);
 }
 
 Drawing *workingDrawing()
@@ -253,7 +282,7 @@ void Drawing::Private::touch(AcDbObject &object, unsigned part)
 BlockRecord &Drawing::Private::makeBlock(std::wstring name)
 {
     auto &record = *blocks.emplace_back(std::make_unique<BlockRecord>(std::move(name)));
-    ObjectAccess::host(record).owner = &table;
+    ObjectAccess::setOwner(record, table);
     blockByName.emplace(foldedName(record.name()), &record);
     return record;
 }
@@ -444,7 +473,7 @@ AcDbObjectId Drawing::append(std::unique_ptr<AcDbEntity> entity, BlockRecord &ow
         return {};
     AcDbEntity &e = *entity;
     auto &host = ObjectAccess::host(e);
-    host.owner = &owner;
+    ObjectAccess::setOwner(e, owner);
     host.readers = 0;
     if (host.layer >= d->layers.size())
         host.layer = static_cast<std::uint32_t>(d->currentLayer);
@@ -518,7 +547,7 @@ AcDbObjectId Drawing::appendAttribute(AcDbBlockReference &reference, std::unique
         return {};
     AttributeEntity &a = *attribute;
     auto &host = ObjectAccess::host(a);
-    host.owner = &reference;
+    ObjectAccess::setOwner(a, reference);
     host.readers = 0;
     if (host.layer >= d->layers.size())
         host.layer = ObjectAccess::host(reference).layer;

@@ -71,9 +71,10 @@ struct DataDictionary {
 std::wstring foldedName(std::wstring_view name);
 
 struct Drawing::Private {
-    explicit Private(Drawing &drawing) : table(drawing) {}
+    explicit Private(Drawing &drawing) : table(drawing) { ObjectAccess::host(table).drawing = place.place(); }
     ~Private();
 
+    DrawingPlace place; ///< first, so that it is given up last
     BlockTableObject table;
     Arena arena;                                   ///< objects that were read
     std::vector<AcDbObject *> arenaObjects;        ///< those of them whose destructor must run

@@ -5,6 +5,7 @@
 
 #include "host/drawing/Drawing.h"
 
+#include <atomic>
 #include <tuple>
 
 namespace velmor {
@@ -40,14 +41,52 @@ struct HostClass final : AcRxClass {
     const char *fileName; ///< "LWPOLYLINE"
 };
 
+/// The numbers of the drawings that are open, each at its place; 0 where there is none. A number holds its place in its
+/// low bits, so one look tells whether an id's drawing is still there. Read on any thread.
+inline constexpr std::size_t kDrawingPlaces = 4096;
+extern std::atomic<std::uint64_t> openDrawings[kDrawingPlaces];
+
+/// Enters a drawing among the open ones for as long as this lives.
+class DrawingPlace {
+public:
+    /// Throws std::length_error when as many drawings are open as there are places.
+    DrawingPlace();
+    ~DrawingPlace();
+    DrawingPlace(const DrawingPlace &) = delete;
+    DrawingPlace &operator=(const DrawingPlace &) = delete;
+    std::uint16_t place() const { return static_cast<std::uint16_t>(m_number % kDrawingPlaces); }
+
+private:
+    std::uint64_t m_number;
+};
+
 class ObjectAccess {
 public:
     using HostState = AcDbObject::HostState;
     static_assert(AcDbObject::kErasedFlag == kErased);
     static HostState &host(AcDbObject &object) { return object.m_host; }
     static const HostState &host(const AcDbObject &object) { return object.m_host; }
-    static AcDbObjectId id(AcDbObject *object) { return AcDbObjectId(object); }
-    static AcDbObject *object(AcDbObjectId id) { return id.m_object; }
+    /// The id of an object that has an owner; none for null.
+    static AcDbObjectId id(AcDbObject *object)
+    {
+        return {object, object ? openDrawings[object->m_host.drawing].load(std::memory_order_relaxed) : 0};
+    }
+    static bool isOpen(std::uint64_t drawing)
+    {
+        return drawing != 0 && openDrawings[drawing % kDrawingPlaces].load(std::memory_order_relaxed) == drawing;
+    }
+    /// Null for the null id and for one of a drawing that was closed.
+    static AcDbObject *object(AcDbObjectId id) { return isOpen(id.m_drawing) ? id.m_object : nullptr; }
+    /// The number of the id's drawing, open or not.
+    static std::uint64_t drawingNumber(AcDbObjectId id) { return id.m_drawing; }
+    /// An id from its two numbers, as a name keeps them; the object is not looked at.
+    static AcDbObjectId id(AcDbObject *object, std::uint64_t drawing) { return {object, drawing}; }
+    /// Enters the object in its owner's drawing.
+    static void setOwner(AcDbObject &object, AcDbObject &owner)
+    {
+        object.m_host.owner = &owner;
+        object.m_host.drawing = owner.m_host.drawing;
+    }
     static bool has(const AcDbObject &object, unsigned flag) { return (object.m_host.flags & flag) != 0; }
     static void set(AcDbObject &object, unsigned flag, bool on = true)
     {

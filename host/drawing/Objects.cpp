@@ -12,8 +12,14 @@ namespace {
 /// An object of another drawing than the one that is worked on; without one, any may be opened.
 bool isForeign(const AcDbObject &object)
 {
-    const Drawing *working = velmor::workingDrawing(), *its = ObjectAccess::drawing(object);
-    return working && its && its != working;
+    Drawing *working = velmor::workingDrawing();
+    return working && working->priv().place.place() != ObjectAccess::host(object).drawing;
+}
+
+/// What an id that gives no object is refused with.
+Acad::ErrorStatus refusalOf(AcDbObjectId id)
+{
+    return id.isNull() ? Acad::eNullObjectId : Acad::eWasErased;
 }
 
 Acad::ErrorStatus openObject(AcDbObject &object, AcDb::OpenMode mode)
@@ -35,9 +41,6 @@ Acad::ErrorStatus openObject(AcDbObject &object, AcDb::OpenMode mode)
     return Acad::eOk;
 }
 
-/// Tags of a name, so that a number that never was one is refused.
-constexpr std::int64_t kEntityNameMark = 0x454E414D45;
-
 } // namespace
 
 // --- AcDbObject
@@ -49,7 +52,7 @@ AcDbObject::~AcDbObject() = default;
 AcDbObjectId AcDbObject::objectId() const
 {
     // Only what is in a drawing has an id.
-    return m_host.owner || isA() == AcDbBlockTable::desc() ? AcDbObjectId(const_cast<AcDbObject *>(this))
+    return m_host.owner || isA() == AcDbBlockTable::desc() ? ObjectAccess::id(const_cast<AcDbObject *>(this))
                                                            : AcDbObjectId();
 }
 bool AcDbObject::isWriteEnabled() const
@@ -95,7 +98,7 @@ Acad::ErrorStatus acdbOpenAcDbObject(AcDbObject *&object, AcDbObjectId id, AcDb:
     object = nullptr;
     AcDbObject *target = ObjectAccess::object(id);
     if (!target)
-        return Acad::eNullObjectId;
+        return refusalOf(id);
     if (isForeign(*target))
         return Acad::eNotInDatabase;
     const auto status = openObject(*target, mode);
@@ -109,7 +112,7 @@ Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity *&entity, AcDbObjectId id, AcDb:
     entity = nullptr;
     AcDbObject *target = ObjectAccess::object(id);
     if (!target)
-        return Acad::eNullObjectId;
+        return refusalOf(id);
     if (!ObjectAccess::has(*target, velmor::kIsEntity))
         return Acad::eNotAnEntity;
     if (isForeign(*target))
@@ -125,9 +128,11 @@ Acad::ErrorStatus acdbGetObjectId(AcDbObjectId &id, const ads_name name)
     id.setNull();
     if (name[0] == 0 && name[1] == 0)
         return Acad::eNullObjectId;
-    if (name[1] != kEntityNameMark || name[0] == 0)
+    // The second number is that of an open drawing, else the name never was one or its drawing is closed.
+    const auto drawing = static_cast<std::uint64_t>(name[1]);
+    if (name[0] == 0 || !ObjectAccess::isOpen(drawing))
         return Acad::eInvalidInput;
-    id = ObjectAccess::id(reinterpret_cast<AcDbObject *>(name[0]));
+    id = ObjectAccess::id(reinterpret_cast<AcDbObject *>(name[0]), drawing);
     return Acad::eOk;
 }
 
@@ -136,8 +141,11 @@ Acad::ErrorStatus acdbGetAdsName(ads_name &name, AcDbObjectId id)
     name[0] = name[1] = 0;
     if (id.isNull())
         return Acad::eNullObjectId;
-    name[0] = reinterpret_cast<std::int64_t>(ObjectAccess::object(id));
-    name[1] = kEntityNameMark;
+    const AcDbObject *object = ObjectAccess::object(id);
+    if (!object)
+        return Acad::eWasErased;
+    name[0] = reinterpret_cast<std::int64_t>(object);
+    name[1] = static_cast<std::int64_t>(ObjectAccess::drawingNumber(id));
     return Acad::eOk;
 }
 

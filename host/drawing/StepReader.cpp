@@ -335,7 +335,7 @@ AcDbEntity &StepCodec::Reader::made(AcDbObject &owner)
     host.layer = itsLayer;
     host.color = color;
     host.handle = handle;
-    host.owner = &owner;
+    ObjectAccess::setOwner(e, owner);
     ObjectAccess::set(e, kIsEntity | kErased | kWithdrawn | parts | (invisible ? kInvisible : 0));
     d.made.push_back(std::move(entity));
     if (carried)
@@ -381,7 +381,7 @@ void StepCodec::Reader::newcomers()
         if (kind != ChangeKind::BlockAdded)
             throw Malformed();
         auto &block = *d.blocks.emplace_back(std::make_unique<BlockRecord>(wide()));
-        ObjectAccess::host(block).owner = &d.table;
+        ObjectAccess::setOwner(block, d.table);
         ObjectAccess::set(block, kErased | kWithdrawn);
         ObjectAccess::basePoint(block) = get<AcGePoint3d>();
         ObjectAccess::host(block).handle = get<std::uint64_t>();

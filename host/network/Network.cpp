@@ -1,12 +1,12 @@
 #include "host/network/Network.h"
 
+#include "host/drawing/ObjectAccess.h"
 #include "host/network/NetworkEntities.h"
 #include "host/network/NetworkPaths.h"
 
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <bit>
 #include <deque>
 #include <unordered_map>
 #include <unordered_set>
@@ -18,7 +18,7 @@ namespace {
 struct IdHash {
     std::size_t operator()(const AcDbObjectId &id) const
     {
-        return std::hash<std::uintptr_t>()(std::bit_cast<std::uintptr_t>(id));
+        return std::hash<const AcDbObject *>()(ObjectAccess::object(id));
     }
 };
 

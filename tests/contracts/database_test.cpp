@@ -71,6 +71,47 @@ TEST_F(DatabaseContract, OneDrawingShowsNothingOfAnother)
     EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), &drawing());
 }
 
+TEST_F(DatabaseContract, OfTwoLivingDrawingsOnlyTheOneWorkedOnShows)
+{
+    const auto other = Drawing::createNew();
+    Drawing *const both[] = {&drawing(), other.get()};
+    const std::wstring names[] = {L"first", L"second"};
+    auto &manager = *ZEMGis::Sewage::CCatchmentAreaManager::Instance();
+    std::wstring guids[2];
+    for (int i = 0; i < 2; ++i) {
+        setWorkingDrawing(both[i]);
+        ASSERT_TRUE(CZEMCDictionaryPtr(AcDb::kForWrite)
+                        .dctWrite(L"ZEMX_LSD2", (L"KEY " + names[i]).c_str(), names[i], false, true, 1));
+        both[i]->ensureLayer(L"LAYER " + names[i]);
+        const auto area = manager.CreateCA(L"POLYGON ((0 0, 10 0, 10 10, 0 10, 0 0))", names[i].c_str(), 1,
+                                           boost::shared_ptr<ZEMGis::Data::CProperties>(new ZEMGis::Data::CProperties));
+        ASSERT_TRUE(area);
+        guids[i] = area->GetGuid();
+    }
+    // To and fro: each time the one, and nothing of the other.
+    for (const int now : {0, 1, 0, 1}) {
+        setWorkingDrawing(both[now]);
+        const int hidden = 1 - now;
+        EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), both[now]);
+        CZEMCDictionaryPtr dictionary(AcDb::kForRead);
+        std::wstring value = L"untouched";
+        EXPECT_FALSE(dictionary.dctRead(L"ZEMX_LSD2", (L"KEY " + names[hidden]).c_str(), value, false));
+        EXPECT_EQ(value, L"untouched");
+        EXPECT_TRUE(dictionary.dctRead(L"ZEMX_LSD2", (L"KEY " + names[now]).c_str(), value, false));
+        EXPECT_EQ(value, names[now]);
+        CStringArray layers;
+        CZEMCLayerTablePtr().allLayerNames(layers);
+        EXPECT_THAT(layers, testing::Contains(L"LAYER " + names[now]));
+        EXPECT_THAT(layers, Not(testing::Contains(L"LAYER " + names[hidden])));
+        ZEMGis::Sewage::CatchmentAreas areas;
+        ASSERT_EQ(manager.GetAllCatchmentAreas(areas, 7), 1);
+        EXPECT_EQ(areas.front()->GetName(), names[now]);
+        EXPECT_TRUE(manager.GetCatchmentAreaByGuid(guids[now].c_str()));
+        EXPECT_FALSE(manager.GetCatchmentAreaByGuid(guids[hidden].c_str()));
+    }
+    setWorkingDrawing(&drawing());
+}
+
 TEST_F(DatabaseContract, AnErasedIdFailsToOpenInAnyWay)
 {
     const AcDbObjectId id = line(0, 0, 1, 1);
@@ -91,6 +132,66 @@ TEST_F(DatabaseContract, AnErasedIdFailsToOpenInAnyWay)
     EXPECT_NE(acdbOpenAcDbEntity(entity, foreign, AcDb::kForRead), Acad::eOk);
     EXPECT_EQ(entity, nullptr);
     EXPECT_NE(acdbOpenAcDbObject(object, idOf(other->modelSpace()), AcDb::kForRead), Acad::eOk);
+}
+
+TEST_F(DatabaseContract, IdsAndNamesOfAClosedDrawingNameNothing)
+{
+    const AcDbObjectId first = line(0, 0, 1, 1), record = idOf(drawing().modelSpace());
+    ads_name name;
+    ASSERT_EQ(acdbGetAdsName(name, first), Acad::eOk);
+    AcDbObjectId again;
+    ASSERT_EQ(acdbGetObjectId(again, name), Acad::eOk);
+    EXPECT_EQ(again, first);
+    EXPECT_TRUE(first.isValid());
+    session.setDrawing(nullptr);
+    // The memory may hold another drawing's objects by now: none of them is the one that was meant.
+    for (int round = 0; round < 3; ++round) {
+        session.setDrawing(Drawing::createNew());
+        const AcDbObjectId other = line(5, 5, 6, 6);
+        for (const AcDbObjectId &id : {first, record}) {
+            EXPECT_FALSE(id.isNull());
+            EXPECT_FALSE(id.isValid());
+            EXPECT_TRUE(id.isErased());
+            EXPECT_TRUE(id.handle().isNull());
+            EXPECT_NE(id, other);
+            AcDbEntity *entity = nullptr;
+            AcDbObject *object = nullptr;
+            for (const auto mode : {AcDb::kForRead, AcDb::kForWrite}) {
+                EXPECT_EQ(acdbOpenAcDbEntity(entity, id, mode), Acad::eWasErased);
+                EXPECT_EQ(acdbOpenAcDbObject(object, id, mode), Acad::eWasErased);
+                EXPECT_EQ(entity, nullptr);
+                EXPECT_EQ(object, nullptr);
+            }
+            EXPECT_NE(CZEMCEntityPtr(id, AcDb::kForRead).openStatus(), 0);
+            ads_name stale{1, 1};
+            EXPECT_NE(acdbGetAdsName(stale, id), Acad::eOk);
+            EXPECT_EQ(stale[0], 0);
+        }
+        EXPECT_NE(acdbGetObjectId(again, name), Acad::eOk);
+        EXPECT_TRUE(again.isNull());
+        EXPECT_EQ(acedRedraw(name, 3), RTERROR);
+        ads_name set{};
+        EXPECT_NE(acedSSAdd(name, nullptr, set), RTNORM);
+        AcDbObjectIdArray zoomed{first};
+        CZEMCEdit::zoom(zoomed, 1.0); // finds nothing to zoom to
+        AcDbEntity *entity = opened(other);
+        entity->close();
+        session.setDrawing(nullptr);
+    }
+}
+
+TEST_F(DatabaseContract, ANameOfNumbersThatNobodyGaveIsRefused)
+{
+    const AcDbObjectId id = line(0, 0, 1, 1);
+    ads_name name;
+    ASSERT_EQ(acdbGetAdsName(name, id), Acad::eOk);
+    AcDbObjectId found;
+    for (const std::int64_t second :
+         {std::int64_t{0}, std::int64_t{1}, std::int64_t{34}, name[1] + 1, name[1] + 4096}) {
+        const ads_name wrong{name[0], second};
+        EXPECT_NE(acdbGetObjectId(found, wrong), Acad::eOk) << second;
+        EXPECT_TRUE(found.isNull());
+    }
 }
 
 TEST_F(DatabaseContract, AnObjectOpenForWriteCantBeOpenedAgainTillItIsClosed)

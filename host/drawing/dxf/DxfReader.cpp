@@ -661,7 +661,7 @@ void DxfReader::readRawObject()
     d.arenaObjects.push_back(&object);
     const CommonTags common = EntityReader::common(m_tags);
     auto &host = ObjectAccess::host(object);
-    host.owner = &d.table;
+    ObjectAccess::setOwner(object, d.table);
     host.handle = common.handle;
     host.sourceOffset = startOffset();
     host.sourceLength = static_cast<std::uint32_t>(objectLength());

@@ -106,7 +106,7 @@ void DxfReader::addTo(BlockRecord *block, AcDbEntity &entity, const CommonTags &
 {
     BlockRecord &owner = block ? *block : spaceOf(common);
     auto &host = ObjectAccess::host(entity);
-    host.owner = &owner;
+    ObjectAccess::setOwner(entity, owner);
     if (!block && &owner != d.modelSpace)
         host.flags = static_cast<std::uint16_t>(host.flags | kPaperSpace);
     ObjectAccess::entities(owner).push_back(&entity);
@@ -153,7 +153,7 @@ void DxfReader::readEntity(BlockRecord *block)
         const CommonTags own = EntityReader::common(m_tags);
         AcDbEntity &attribute = *makeEntity(EntityKind::Attribute, own);
         place(attribute, own, startOffset(), objectLength());
-        ObjectAccess::host(attribute).owner = &entity;
+        ObjectAccess::setOwner(attribute, entity);
         noteExtras(attribute, own);
         if (understood && kindOf(attribute) == EntityKind::Attribute)
             ObjectAccess::attributes(static_cast<AcDbBlockReference &>(entity)).push_back(ObjectAccess::id(&attribute));
