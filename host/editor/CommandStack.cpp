@@ -172,6 +172,11 @@ RunStatus CommandStack::start(std::wstring_view name, std::span<const Answer> an
     const CommandEntry *entry = find(name);
     if (!entry)
         return RunStatus::Unknown;
+    // Over its own hidden dialog a module's command would open a second one on the same half-done work.
+    if (entry->function && std::ranges::find(m_running, entry->globalName) != m_running.end()) {
+        m_session.status(uiMessage("ui.run.inItself", {entry->localName}));
+        return RunStatus::Busy;
+    }
     const bool isLocked = m_session.documentLocks() > 0;
     const bool mayRun = entry->isTransparent() || (!isLocked && entry->mayStartInside() && name.starts_with(L'\''));
     if (!mayRun && (isRunning() || isLocked)) {

@@ -72,7 +72,7 @@ public:
     std::vector<CommandInfo> list() const;
 
     /// A person (or a script) starts a command: refused as Busy while another one runs or the document is locked,
-    /// unless it is transparent. The answers come first; what it asks beyond them goes to the session's prompts.
+    /// unless it is transparent; so is a module's command inside of itself, transparent or not. The answers come first; what it asks beyond them goes to the session's prompts.
     RunStatus start(std::wstring_view name, std::span<const Answer> answers = {});
     /// The same for a typed line: the command's name with optional answers, as splitWords separates them. reason (may
     /// be null) gets one line when it did not succeed.

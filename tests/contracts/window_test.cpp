@@ -301,6 +301,58 @@ TEST_F(WindowContract, ASecondWriterIsRefusedWhileADialogHoldsTheDocument)
     EXPECT_TRUE(ranLater) << utf8(reason);
 }
 
+/// What a module's command does: a dialog that hides for a point.
+struct PickingCommand {
+    static void run()
+    {
+        ++s_opened;
+        Sheet dialog;
+        s_dialog = &dialog;
+        dialog.DoModal();
+        s_dialog = nullptr;
+    }
+    static inline int s_opened = 0;
+    static inline Sheet *s_dialog = nullptr;
+};
+
+TEST_F(WindowContract, ACommandIsNotStartedOverItsOwnDialogThatHidesForAPick)
+{
+    showWindow();
+    ASSERT_EQ(session.commands().addCommand(L"TEST", L"pickingsheet", L"pickingsheet", CommandEntry::kTransparent,
+                                            PickingCommand::run, nullptr, -1, nullptr, nullptr),
+              Acad::eOk);
+    int status = 0;
+    ads_point point = {};
+    std::wstring told, reason;
+    bool ranAgain = true;
+    then([] { return PickingCommand::s_dialog && PickingCommand::s_dialog->isVisible(); },
+         [&] {
+             Sheet &dialog = *PickingCommand::s_dialog;
+             dialog.BeginEditorCommand();
+             status = acedGetPoint(nullptr, L"Point", point);
+             dialog.CompleteEditorCommand(1);
+             dialog.EndDialog(CAdUiBaseDialog::kOk);
+         });
+    atPrompt([&] {
+        EXPECT_FALSE(PickingCommand::s_dialog->isVisible());
+        auto *field = window->commandLine().findChild<QLineEdit *>();
+        field->insert(QStringLiteral("'pickingsheet"));
+        QTest::keyClick(field, Qt::Key_Return);
+        told = session.lastStatus();
+        ranAgain = session.commands().run(L"pickingsheet", &reason);
+        EXPECT_TRUE(isPrompting()) << "the first one still asks";
+        click(50, 50);
+    });
+    EXPECT_TRUE(session.commands().run(L"pickingsheet"));
+    EXPECT_EQ(PickingCommand::s_opened, 1);
+    EXPECT_FALSE(ranAgain);
+    EXPECT_THAT(told, HasSubstr(L"pickingsheet is open already"));
+    EXPECT_EQ(reason, told);
+    EXPECT_EQ(status, RTNORM);
+    EXPECT_NEAR(point[0], 50.0, 1.0);
+    session.commands().removeCmd(L"TEST", L"pickingsheet");
+}
+
 // --- The screen ---------------------------------------------------------------------------------------------------
 
 TEST_F(WindowContract, TheScreenShowsTheNewHatchRightAfterTheHandler)

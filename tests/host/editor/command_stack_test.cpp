@@ -93,6 +93,17 @@ TEST_F(CommandStackTest, ASecondCommandIsRefusedWhileOneRunsUnlessItIsTransparen
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(CommandStackTest, AModulesCommandIsRefusedInsideOfItselfThoughItIsTransparent)
+{
+    add(L"count", runTransparentInside, CommandEntry::kTransparent);
+    innerAnswer = true;
+    EXPECT_TRUE(stack.run(L"count"));
+    EXPECT_FALSE(innerAnswer);
+    EXPECT_THAT(session.lastStatus(), testing::HasSubstr(L"count is open already"));
+    EXPECT_FALSE(stack.isRunning());
+    EXPECT_TRUE(stack.run(L"count")) << "it may start again when it has ended";
+}
+
 TEST_F(CommandStackTest, ALockedDocumentRefusesAPersonsCommandButNotTheHoldersOwn)
 {
     rectangle(0, 0, 10, 10);
