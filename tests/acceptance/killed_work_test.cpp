@@ -3,13 +3,15 @@
 #include "host/drawing/ChangeLog.h"
 #include "host/drawing/StepJournal.h"
 #include "host/editor/CommandStack.h"
-#include "host/editor/QuestionCommand.h"
 #include "host/editor/Recovery.h"
 #include "host/editor/Session.h"
+#include "host/services/Services.h"
 #include "tests/app/ProgramRun.h"
-#include "tests/host/drawing/RandomChanges.h"
+#include "tests/host/editor/CommandLot.h"
 
+#include <algorithm>
 #include <csignal>
+#include <map>
 #include <set>
 
 #include <fcntl.h>
@@ -27,53 +29,51 @@ constexpr unsigned kSeed = 20261121;
 /// Runs the same row of commands every time.
 class Work {
 public:
-    explicit Work(const std::filesystem::path &file) : m_random(kSeed)
+    explicit Work(const std::filesystem::path &file) : lot(session, kSeed, file.parent_path()), m_random(kSeed)
     {
+        lot.regionsOneIn = 1 << 20; // the town is heaps of lines
+        lot.undoneAtOnce = 1;       // of several, some may be undone at the kill
         session.setMessageSink({});
-        session.commands().addHostCommand(L"WORK", 0, [this] {
-            return std::make_unique<QuestionCommand>(
-                std::vector<Question>{}, [this](Session &at, const QuestionCommand::Answers &) {
-                    test::RandomChanges changes(*at.drawing(), static_cast<unsigned>(m_random()));
-                    for (std::size_t count = 1 + m_random() % 4; count > 0; --count)
-                        changes.make();
-                    return Command::Next::Commit;
-                });
-        });
         session.setDrawing(Drawing::load(file).drawing, file);
         session.drawing()->write(); // numbers what the file left without
     }
     void command()
     {
-        const auto start = [this](const wchar_t *name, std::vector<Answer> answers = {}) {
-            session.commands().start(name, answers);
-        };
-        switch (m_random() % 20) {
+        switch (m_random() % 60) {
         case 0:
-            start(L"LAYER", {{L"Layer" + std::to_wstring(m_random() % 50)}});
-            break;
         case 1:
-            start(L"UNDO", {{std::wstring(L"1")}}); // of several, some may be undone at the kill
-            break;
         case 2:
-            start(L"REDO", {{std::wstring(L"1")}});
-            break;
-        case 3:
             Recovery::instance().autosave();
+            name = "autosave";
             break;
-        case 4:
-            if (m_random() % 4 == 0)
-                start(L"SAVE", {{Answer::Enter{}}, {Answer::Enter{}}});
+        case 3: {
+            const std::vector<Answer> answers{{Answer::Enter{}}, {Answer::Enter{}}};
+            session.commands().start(L"SAVE", answers);
+            name = "SAVE";
             break;
+        }
         default:
-            start(L"WORK");
+            name = lot.run();
             break;
         }
     }
     Session session;
+    test::CommandLot lot;
+    std::string name; ///< of the last command
 
 private:
     std::mt19937 m_random;
 };
+
+/// Identities are made anew in each run: digits of a GUID count as zeros.
+std::uint64_t stateOf(std::string text)
+{
+    constexpr std::size_t kLength = 38;
+    for (std::size_t at = text.find('{'); at != std::string::npos; at = text.find('{', at + 1))
+        if (at + kLength <= text.size() && text[at + kLength - 1] == '}' && text[at + 9] == '-' && text[at + 24] == '-')
+            std::fill_n(text.begin() + static_cast<std::ptrdiff_t>(at), kLength, '0');
+    return checksumOf(text);
+}
 
 void makeTown(const std::filesystem::path &file)
 {
@@ -85,16 +85,29 @@ void makeTown(const std::filesystem::path &file)
 }
 
 /// What the drawing's text is behind each command.
-std::vector<std::uint64_t> knownStates(const ScratchFolder &folder)
+struct KnownStates {
+    std::vector<std::uint64_t> behind;                ///< each command; first before all
+    std::vector<std::vector<std::uint64_t>> handlers; ///< behind each handler of a dialog that the command runs
+    std::vector<std::string> names;                   ///< of each command
+    std::map<std::string, int> done;                  ///< commands that changed the drawing
+};
+
+KnownStates knownStates(const ScratchFolder &folder)
 {
     makeTown(folder / "known.dxf");
     Work work(folder / "known.dxf");
-    std::vector<std::uint64_t> states{checksumOf(work.session.drawing()->write())};
+    Drawing &drawing = *work.session.drawing();
+    KnownStates known{{stateOf(drawing.write())}, {{}}, {{}}, {}};
+    work.lot.afterHandler = [&] { known.handlers.back().push_back(stateOf(drawing.write())); };
     for (int i = 0; i < kCommands; ++i) {
+        known.handlers.emplace_back();
         work.command();
-        states.push_back(checksumOf(work.session.drawing()->write()));
+        known.names.push_back(work.name);
+        known.behind.push_back(stateOf(drawing.write()));
+        if (known.behind[known.behind.size() - 2] != known.behind.back())
+            ++known.done[work.name];
     }
-    return states;
+    return known;
 }
 
 /// Told behind each command. So large that a pipe of one page holds eight: the work is never farther ahead of the one
@@ -128,13 +141,20 @@ TEST(KilledWork, LosesAtMostTheCommandAtWorkAndTheFileIsWhole)
     if (access("/dev/shm", W_OK) == 0) {
         ASSERT_EQ(setenv("TMPDIR", "/dev/shm", 1), 0);
     }
+    Services::instance().start({.language = "en"});
     const ScratchFolder folder;
     ASSERT_NO_FATAL_FAILURE(makeTown(folder / "fresh.dxf"));
-    const auto states = knownStates(folder);
+    const KnownStates known = knownStates(folder);
+    const auto &states = known.behind;
+    for (const std::string &name : test::CommandLot::names()) {
+        const bool isLeftOut = name == "BOUNDARY" || name == "HATCH"; // regions of heaps of lines
+        EXPECT_TRUE(isLeftOut || known.done.contains(name)) << name << " changed nothing";
+    }
     const std::set<std::uint64_t> whole(states.begin(), states.end());
     std::mt19937 random(7);
     std::set<std::uint32_t> met;
-    int recoveries = 0, saved = 0, beyond = 0;
+    std::set<std::string> atWork; ///< commands that were met by a kill
+    int recoveries = 0, saved = 0, beyond = 0, amidDialog = 0;
     for (int round = 0; round < kKills; ++round) {
         std::filesystem::copy_file(folder / "fresh.dxf", folder / "town.dxf",
                                    std::filesystem::copy_options::overwrite_existing);
@@ -158,27 +178,32 @@ TEST(KilledWork, LosesAtMostTheCommandAtWorkAndTheFileIsWhole)
             done = told.command;
         close(ends[0]);
         met.insert(done);
+        atWork.insert(known.names[done + 1]);
 
         const LoadResult onDisk = Drawing::load(folder / "town.dxf");
         ASSERT_TRUE(onDisk.drawing) << "round " << round << ": " << onDisk.message;
         ASSERT_FALSE(onDisk.report.damaged()) << "round " << round;
-        ASSERT_TRUE(whole.contains(checksumOf(test::readFile(folder / "town.dxf")))) << "round " << round;
+        ASSERT_TRUE(whole.contains(stateOf(test::readFile(folder / "town.dxf")))) << "round " << round;
 
         Recovery::instance().enable(folder / "state", {});
         const auto left = Recovery::instance().left();
-        std::uint64_t state = checksumOf(test::readFile(folder / "town.dxf"));
+        std::uint64_t state = stateOf(test::readFile(folder / "town.dxf"));
         if (!left.empty()) {
             ASSERT_EQ(left.size(), 1u) << "round " << round;
             const RecoveredDrawing recovered = Recovery::instance().recover(left[0]);
             ASSERT_TRUE(recovered.drawing) << "round " << round << ": " << recovered.message;
             ASSERT_TRUE(recovered.complete) << "round " << round;
             ASSERT_FALSE(recovered.fromAutosave) << "round " << round;
-            state = checksumOf(recovered.drawing->write());
+            state = stateOf(recovered.drawing->write());
             ++recoveries;
         } else {
             ++saved;
         }
-        ASSERT_TRUE(state == states[done] || state == states[done + 1])
+        // Handlers of a dialog that were done stand, whatever becomes of the command that runs it.
+        const auto &handlers = known.handlers[done + 1];
+        const bool isHandler = std::ranges::find(handlers, state) != handlers.end();
+        amidDialog += isHandler && state != states[done + 1] ? 1 : 0;
+        ASSERT_TRUE(state == states[done] || state == states[done + 1] || isHandler)
             << "round " << round << ": killed behind command " << done << ", found the state behind "
             << std::find(states.begin(), states.end(), state) - states.begin() << (left.empty() ? " in the file" : "");
         beyond += state != states[done] ? 1 : 0;
@@ -187,8 +212,10 @@ TEST(KilledWork, LosesAtMostTheCommandAtWorkAndTheFileIsWhole)
     }
     // Slow commands draw the kills to themselves, the more the slower the build.
     EXPECT_GE(met.size(), static_cast<std::size_t>(kKills / 4)) << "the kills met too few places";
+    EXPECT_GE(atWork.size(), 15u) << "the kills met too few kinds of commands";
     EXPECT_GE(recoveries, kKills / 2);
     RecordProperty("recovered", recoveries);
+    RecordProperty("amidDialog", amidDialog);
     RecordProperty("saved", saved);
     RecordProperty("beyondTheLastReport", beyond);
 }

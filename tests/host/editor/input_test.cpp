@@ -5,6 +5,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cwchar>
+#include <limits>
+
 namespace velmor {
 namespace {
 
@@ -140,6 +143,52 @@ TEST_F(InputTest, AnUnknownVariableAWrongKindAndAReadOnlyOneAreRefused)
     value.resval.rstring = name;
     EXPECT_EQ(acedSetVar(L"DWGNAME", &value), RTERROR);
     EXPECT_EQ(acedSetVar(L"CLAYER", &value), RTERROR); // no such layer
+}
+
+TEST_F(InputTest, EachVariableTakesItsLimitsAndNothingBeyond)
+{
+    const auto give = [](const wchar_t *name, double number, bool whole) {
+        resbuf value;
+        value.restype = whole ? RTSHORT : RTREAL;
+        if (whole)
+            value.resval.rint = static_cast<short>(number);
+        else
+            value.resval.rreal = number;
+        return acedSetVar(name, &value);
+    };
+    const auto read = [](const wchar_t *name) {
+        resbuf value;
+        EXPECT_EQ(acedGetVar(name, &value), RTNORM);
+        return value.restype == RTSHORT ? value.resval.rint : value.resval.rreal;
+    };
+    const double inf = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
+    const struct {
+        const wchar_t *name;
+        bool whole;
+        std::vector<double> taken, refused;
+    } rows[] = {
+        {L"APERTURE", true, {1, 50}, {0, 51, -1}},
+        {L"PICKBOX", true, {1, 50}, {0, 51, -1}},
+        {L"AUTOSNAP", true, {0, 63}, {-1, 64}},
+        {L"ORTHOMODE", true, {0, 1}, {-1, 2}},
+        {L"OSMODE", true, {0, 32767}, {-1}},
+        {L"HPGAPTOL", false, {0, 0.25}, {-1e-9, inf, nan}},
+        {L"PICKRADIUS", false, {0, 12.5}, {-1e-9, inf, nan}},
+        {L"POLARANG", false, {0.5, 180}, {0, -45, 180.1, inf, nan}},
+    };
+    for (const auto &row : rows) {
+        const std::string name(row.name, row.name + std::wcslen(row.name));
+        for (const double number : row.taken) {
+            EXPECT_EQ(give(row.name, number, row.whole), RTNORM) << name << " " << number;
+            EXPECT_EQ(read(row.name), number) << name;
+        }
+        for (const double number : row.refused) {
+            EXPECT_EQ(give(row.name, number, row.whole), RTERROR) << name << " " << number;
+            EXPECT_EQ(read(row.name), row.taken.back()) << name << ": what was refused changes nothing";
+        }
+        // A number that is whole may stand for a length or an angle; nothing but a whole one for a whole one.
+        EXPECT_EQ(give(row.name, 1.0, !row.whole), row.whole ? RTERROR : RTNORM) << name;
+    }
 }
 
 TEST_F(InputTest, AlertsAreKeptAndGoToTheSink)
