@@ -198,6 +198,47 @@ TEST_F(PatternContract, ScaleSpacesAndAngleTurnsTheLines)
         EXPECT_NEAR(l.x1, l.x2, 1e-9);
 }
 
+TEST_F(PatternContract, ColourScaleAndAngleAreSeen)
+{
+    const Extents shown{0, 0, 100, 100};
+    const AcDbObjectId ring = box(0, 0, 100, 100);
+    const QRect inside = pixelsOf({5, 5, 95, 95}, shown);
+    const auto pictureOf = [&](int color, double scale, double angle) {
+        AcDbHatch &one = hatch(L"ANSI31", angle, scale, {ring});
+        drawing().setColorOf(one, color);
+        const QImage image = picture(shown);
+        drawing().erase(one);
+        return image;
+    };
+    const auto pixelsLike = [&](const QImage &image, auto isLike) {
+        int found = 0;
+        for (int y = inside.top(); y <= inside.bottom(); ++y)
+            for (int x = inside.left(); x <= inside.right(); ++x)
+                found += isLike(image.pixelColor(x, y));
+        return found;
+    };
+    constexpr int kClearly = 60;
+    const auto isRed = [](const QColor &c) { return c.red() > std::max(c.green(), c.blue()) + kClearly; };
+    const auto isBlue = [](const QColor &c) { return c.blue() > std::max(c.red(), c.green()) + kClearly; };
+    const QImage red = pictureOf(1, 2.5, 0.0), blue = pictureOf(5, 2.5, 0.0);
+    EXPECT_GT(pixelsLike(red, isRed), 1000);
+    EXPECT_EQ(pixelsLike(red, isBlue), 0);
+    EXPECT_GT(pixelsLike(blue, isBlue), 1000);
+    EXPECT_EQ(pixelsLike(blue, isRed), 0);
+    // Lines 2.5 times as far apart leave 2.5 times as little ink.
+    const QImage narrow = pictureOf(1, 2.0, 0.0), wide = pictureOf(1, 5.0, 0.0);
+    EXPECT_NEAR(static_cast<double>(inkIn(narrow, inside)) / inkIn(wide, inside), 2.5, 0.35);
+    // Of a pattern at 45 degrees, turned by as much, each line stands in one column of pixels.
+    const auto emptyColumns = [&](const QImage &image) {
+        int empty = 0;
+        for (int x = inside.left(); x <= inside.right(); ++x)
+            empty += inkIn(image, QRect(x, inside.top(), 1, inside.height())) == 0;
+        return empty;
+    };
+    EXPECT_EQ(emptyColumns(wide), 0);
+    EXPECT_GT(emptyColumns(pictureOf(1, 5.0, 45.0)), inside.width() / 2);
+}
+
 TEST_F(PatternContract, AHatchWithTwoIslandsShowsTwoHolesLiveAndAfterReopening)
 {
     const std::vector<AcDbObjectId> loops{box(0, 0, 100, 100), box(20, 20, 45, 45), box(60, 55, 80, 90)};
