@@ -7,6 +7,8 @@
 
 namespace MessageId {
 enum : unsigned {
+    kNextCorner = 125,
+    kFirstCorner = 215,
     kIdle = 658,
     kSectionTitle = 1221,
     kNameTaken = 1620,
@@ -18,9 +20,12 @@ enum : unsigned {
     kTypeHouse = 1995,
     kTypeIndustrial = 1996,
     kMethodFirst = 1997, ///< the four methods follow one another
+    kPointPrompt = 2001,
+    kNoBoundary = 2002,
     kMainRow = 2003,
     kIslandRow = 2004,
     kCentreTaken = 2005,
+    kEntityPrompt = 2006,
     kAutoCount = 2007,
     kParameterEmpty = 2155,
     kInfoWord = 2666,

@@ -3,8 +3,8 @@
 //
 // The dialog keeps no area of its own. Its state is the set-up of one run plus what the boundary being defined needs;
 // areas live with the catchment store, settings in the drawing's dictionaries. One class, its source files by topic:
-// start-up and closing, settings, navigation with the enabling of controls, automatic definition, saving, naming and
-// coefficients, preview.
+// start-up and closing, settings, navigation with the enabling of controls, manual definition, automatic definition,
+// saving, naming and coefficients, preview.
 #pragma once
 
 #include "contracts/CatchmentArea.h"
@@ -21,6 +21,7 @@
 #include <string>
 #include <vector>
 
+class QItemSelection;
 class QLabel;
 class QLineEdit;
 namespace Ui {
@@ -51,6 +52,9 @@ protected:
     void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
+    /// Of the last definition; null and empty before.
+    AcDbObjectId LastBoundary() const { return m_lastBoundary; }
+    const AcDbObjectIdArray &LastIslands() const { return m_lastIslands; }
     /// Appends a row to the list of boundaries. text names the row, areaSquareMetres is shown in hectares.
     void AddBoundaryRow(boost::shared_ptr<CCatchItemData> item, const std::wstring &text, double areaSquareMetres);
 
@@ -103,6 +107,7 @@ private:
     void HighlightCurrentSection();
     void HighlightAllSections();
     void ShowSectionAreas();
+    void ShowDefinedAreas();
     void MarkSectionAreas(const SectionPtr &section);
     void OnBtnPrevious();
     void OnBtnNext();
@@ -125,16 +130,41 @@ private:
     std::wstring MakeAreaName(const std::wstring &base) const;
     bool IsNameUsed(const std::wstring &name) const;
 
+    // Manual definition
+    void OnBtnPickPoint();
+    void OnBtnPickEntity();
+    void OnBtnDrawArea();
+    /// Both are false when the new boundary's centre is a known one, which the user was told.
+    bool DefineAroundPoint(const AcGePoint3d &point);
+    bool DefineByEntity(const ads_name picked);
+    /// Square drawing units of the polyline; -1e6 when they can't be had.
+    double DefineByPolyline(AcDbObjectId polyline);
+    /// What stood defined and was not saved goes.
+    void ForgetDefinition();
+    /// One row for the boundary and one for each island, in the order of areas (square drawing units), which begins
+    /// with the boundary's; then the first row is chosen.
+    void AddDefinitionRows(AcDbObjectId boundary, const AcDbObjectIdArray &islands, const std::vector<double> &areas);
+
     // Boundaries of the definition and their preview
+    /// A row's notice: the bits of its state before and after.
+    struct CListNotification {
+        int m_nRow = 0;
+        unsigned m_nOldState = 0;
+        unsigned m_nNewState = 0;
+        bool m_bMoreFollow = false; ///< of the same choice, so what this one draws would not be seen
+    };
     std::vector<CCatchItemData *> SelectedRows() const;
-    void OnListChanged(bool newlySelected);
+    /// Takes a change of the chosen rows apart into a notice for each row.
+    void OnSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);
+    std::intptr_t OnListChanged(const CListNotification &notification);
+    static void ClearMarkedText(QLineEdit *edit);
     void CreatePreviewHatch(AcDbObjectId &outId, AcDbObjectId boundaryId, const AcDbObjectIdArray &islandIds,
                             int colour, double angleDegrees);
     bool IsDuplicateCentre(AcDbObjectId boundaryId, bool showAlert) const;
     void DeleteRows();
     void EraseTempBoundaries();
     void EraseTempHatches();
-    static void EraseEntities(AcDbObjectIdArray &ids);
+    void EraseEntities(AcDbObjectIdArray &ids);
 
     // Automatic definition
     struct AutoSearch; ///< what one search found
@@ -183,9 +213,13 @@ private:
     std::vector<SectionPtr> m_sections; ///< of the last selection
     std::vector<boost::shared_ptr<ZEMGis::Topology::CEntity>> m_selectionExtra;
     int m_nCurrentSection = 0;
+    std::set<int> m_selectedRows; ///< as far as the list has told
+    AcDbObjectId m_lastBoundary;
+    AcDbObjectIdArray m_lastIslands;
     AcDbObjectIdArray m_noIslandHatches;
     AcDbObjectIdArray m_tempBoundaries; ///< polylines to erase
     AcDbObjectIdArray m_tempHatches;    ///< preview hatches to erase
+    AcDbObjectIdArray m_erased;         ///< both, once they were
     ads_name m_layerSelection = {0, 0}; ///< entities on the boundary layers
     CStringArray m_boundaryLayers;
     std::vector<AreaPtr> m_allAreas;

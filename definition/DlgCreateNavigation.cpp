@@ -143,6 +143,24 @@ void CDlgCreateCatchmentArea::ShowSectionAreas()
     RefreshDrawingDisplay();
 }
 
+void CDlgCreateCatchmentArea::ShowDefinedAreas()
+{
+    CCatchmentAreaManager *manager = CCatchmentAreaManager::Instance();
+    std::set<AreaPtr> defined; // an area of two sections counts once
+    for (const SectionPtr &section : m_sections) {
+        if (!section)
+            continue;
+        CatchmentAreas areas;
+        manager->GetCABySection(section, areas, ZEMGis::Sewage::kTypeAll);
+        defined.insert(areas.begin(), areas.end());
+    }
+    const int mask = GetTypeMask();
+    for (const AreaPtr &area : defined) {
+        if (area && area->GetType() == mask && area->IsHidden() == 0)
+            area->Mark(m_colorDefined, m_hatchScale, 0.0, kPattern, 0);
+    }
+}
+
 void CDlgCreateCatchmentArea::MarkSectionAreas(const SectionPtr &section)
 {
     CCatchmentAreaManager *manager = CCatchmentAreaManager::Instance();

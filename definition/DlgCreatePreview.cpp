@@ -7,6 +7,8 @@
 #include "geometry/ZEMCBoundary.h"
 #include "ui_definition.h"
 
+#include <QItemSelection>
+
 #include <cmath>
 
 using ZEMGis::Sewage::CCatchmentAreaManager;
@@ -19,6 +21,7 @@ constexpr double kRadiansPerDegree = 0.017453292519943295;
 constexpr double kCentreTolerance = 0.001;
 constexpr int kAreaPlaces = 4;
 constexpr double kHatchAngleStep = 45.0;
+constexpr unsigned kRowSelected = 2; ///< bit of a row's state
 
 /// Half away from zero at the given place, by way of one more place.
 double rounded(double value, int places)
@@ -48,29 +51,51 @@ void CDlgCreateCatchmentArea::AddBoundaryRow(boost::shared_ptr<CCatchItemData> i
 std::vector<CCatchItemData *> CDlgCreateCatchmentArea::SelectedRows() const
 {
     std::vector<CCatchItemData *> payloads;
-    for (int i = 0; i < m_ui->listAreas->topLevelItemCount(); ++i) {
-        const QTreeWidgetItem *row = m_ui->listAreas->topLevelItem(i);
-        if (CCatchItemData *payload = row->isSelected() ? payloadOf(row) : nullptr)
+    for (const int row : m_selectedRows) {
+        if (CCatchItemData *payload = payloadOf(m_ui->listAreas->topLevelItem(row)))
             payloads.push_back(payload);
     }
     return payloads;
 }
 
-void CDlgCreateCatchmentArea::OnListChanged(bool newlySelected)
+void CDlgCreateCatchmentArea::OnSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    const auto rowsOf = [](const QItemSelection &selection) {
+        std::set<int> rows;
+        for (const QModelIndex &index : selection.indexes())
+            rows.insert(index.row());
+        return rows;
+    };
+    // Rows that are let go of come first, as when a row is clicked.
+    for (const int row : rowsOf(deselected)) {
+        m_selectedRows.erase(row);
+        OnListChanged({.m_nRow = row, .m_nOldState = kRowSelected, .m_nNewState = 0});
+    }
+    const std::set<int> chosen = rowsOf(selected);
+    for (const int row : chosen) {
+        m_selectedRows.insert(row);
+        OnListChanged(
+            {.m_nRow = row, .m_nOldState = 0, .m_nNewState = kRowSelected, .m_bMoreFollow = row != *chosen.rbegin()});
+    }
+}
+
+std::intptr_t CDlgCreateCatchmentArea::OnListChanged(const CListNotification &notification)
 {
     const std::vector<CCatchItemData *> selected = SelectedRows();
-    if (selected.size() > 1 && m_ui->editArea->hasSelectedText())
-        m_ui->editArea->del();
-    if (!newlySelected)
-        return;
+    if (m_selectedRows.size() > 1)
+        ClearMarkedText(m_ui->editArea);
+    if ((notification.m_nOldState & kRowSelected) != 0 || (notification.m_nNewState & kRowSelected) == 0)
+        return 0;
     EraseTempHatches();
     CCatchmentAreaManager::Instance()->UnMarkAllCatchments(ZEMGis::Sewage::kTypeAll);
     double angle = 0.0;
     for (const CCatchItemData *item : selected) {
-        AcDbObjectId hatch;
-        CreatePreviewHatch(hatch, item->m_id, item->m_islands, m_colorTemp, angle);
-        angle += kHatchAngleStep;
-        if (selected.size() != 1)
+        if (!notification.m_bMoreFollow) {
+            AcDbObjectId hatch;
+            CreatePreviewHatch(hatch, item->m_id, item->m_islands, m_colorTemp, angle);
+            angle += kHatchAngleStep;
+        }
+        if (m_selectedRows.size() != 1)
             continue;
         if (item->m_area != kUnknownValue)
             SetNumber(m_ui->editArea, rounded(item->m_area, kAreaPlaces));
@@ -80,6 +105,13 @@ void CDlgCreateCatchmentArea::OnListChanged(bool newlySelected)
             SetNumber(m_ui->editSlope, item->m_slope);
     }
     RefreshDrawingDisplay();
+    return 0;
+}
+
+void CDlgCreateCatchmentArea::ClearMarkedText(QLineEdit *edit)
+{
+    if (edit->hasSelectedText())
+        edit->del();
 }
 
 void CDlgCreateCatchmentArea::CreatePreviewHatch(AcDbObjectId &outId, AcDbObjectId boundaryId,
@@ -123,6 +155,7 @@ bool CDlgCreateCatchmentArea::IsDuplicateCentre(AcDbObjectId boundaryId, bool sh
 void CDlgCreateCatchmentArea::DeleteRows()
 {
     m_ui->listAreas->clear();
+    m_selectedRows.clear();
 }
 
 void CDlgCreateCatchmentArea::EraseTempBoundaries()
@@ -138,8 +171,8 @@ void CDlgCreateCatchmentArea::EraseTempHatches()
 void CDlgCreateCatchmentArea::EraseEntities(AcDbObjectIdArray &ids)
 {
     for (const AcDbObjectId &id : ids) {
-        if (const CZEMCEntityPtr entity(id, AcDb::kForWrite); entity.isOpen())
-            entity->erase(true);
+        if (const CZEMCEntityPtr entity(id, AcDb::kForWrite); entity.isOpen() && entity->erase(true) == Acad::eOk)
+            m_erased.push_back(id);
     }
     ids.clear();
 }

@@ -79,9 +79,10 @@ constexpr auto kAccessibleNames = std::to_array<MessageRow>({
 
 /// Who gets a keyboard letter, in the order in which they choose: what is used most comes first.
 constexpr auto kMnemonicOrder = std::to_array<int>({
-    kBtnSave,          kBtnAuto,      kBtnSelect,      kGroupMethod,     kCheckIslands,    kLabelName, kLabelArea,
-    kLabelCoefficient, kLabelDensity, kCheckCatchment, kCheckHouse,      kCheckIndustrial, kCheckZoom, kCheckLabel,
-    kGroupDefinition,  kBtnClose,     kBtnHide,        kBtnInfoSections, kBtnInfoAreas,
+    kBtnSave,        kBtnAuto,      kBtnPoint,        kBtnEntity,    kBtnCorners,       kBtnSelect,
+    kGroupMethod,    kCheckIslands, kLabelName,       kLabelArea,    kLabelCoefficient, kLabelDensity,
+    kCheckCatchment, kCheckHouse,   kCheckIndustrial, kCheckZoom,    kCheckLabel,       kGroupDefinition,
+    kBtnClose,       kBtnHide,      kBtnInfoSections, kBtnInfoAreas,
 });
 
 constexpr int kButtonImage = 18;
@@ -161,6 +162,9 @@ void CDlgCreateCatchmentArea::ConnectControls()
     click(m_ui->checkHouse, &Dialog::OnCheckHouse);
     click(m_ui->checkIndustrial, &Dialog::OnCheckIndustrial);
     click(m_ui->checkLabel, &Dialog::RefreshMembers);
+    click(m_ui->btnPoint, &Dialog::OnBtnPickPoint);
+    click(m_ui->btnEntity, &Dialog::OnBtnPickEntity);
+    click(m_ui->btnCorners, &Dialog::OnBtnDrawArea);
     click(m_ui->btnAuto, &Dialog::OnBtnAuto);
     click(m_ui->btnSave, &Dialog::OnBtnSaveMain);
     click(m_ui->btnHide, &Dialog::OnBtnHide);
@@ -169,8 +173,8 @@ void CDlgCreateCatchmentArea::ConnectControls()
     handle(m_ui->comboMethod, &QComboBox::activated, &Dialog::OnMethodChanged);
     handle(m_ui->comboType, &QComboBox::activated, &Dialog::OnTypeChanged);
     connect(m_ui->listAreas->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            [this](const QItemSelection &selected) {
-                RunHandler([this, &selected] { OnListChanged(!selected.isEmpty()); });
+            [this](const QItemSelection &selected, const QItemSelection &deselected) {
+                RunHandler([&] { OnSelectionChanged(selected, deselected); });
             });
 }
 
@@ -366,6 +370,12 @@ void CDlgCreateCatchmentArea::OnHandlerFailed()
     m_usedNames.clear();
     m_usedNumbers.clear();
     LoadExistingAreas();
+    // What the handler had erased of the dialog's own came back.
+    for (const AcDbObjectId &id : m_erased) {
+        if (!id.isErased())
+            m_tempBoundaries.push_back(id);
+    }
+    std::erase_if(m_erased, [](const AcDbObjectId &id) { return !id.isErased(); });
 }
 
 void CDlgCreateCatchmentArea::showEvent(QShowEvent *event)

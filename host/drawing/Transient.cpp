@@ -26,6 +26,13 @@ void TransientGraphics::clearTemporary()
     ++m_revision;
 }
 
+void TransientGraphics::clearUntilNextPick()
+{
+    if (std::erase_if(m_temporary,
+                      [](const TransientPath &path) { return path.life == TransientPath::Life::UntilNextPick; }) > 0)
+        ++m_revision;
+}
+
 void TransientGraphics::setMark(const std::wstring &key, TransientMark mark)
 {
     m_marks.insert_or_assign(key, std::move(mark));

@@ -16,9 +16,11 @@ namespace velmor {
 using TransientRing = std::vector<AcDbPolyline::Vertex>; ///< closed; first vertex not repeated
 
 struct TransientPath {
+    enum class Life { UntilWiped, UntilNextPick };
     std::vector<AcDbPolyline::Vertex> vertices;
     bool closed = false;
     int color = 7; ///< colour index
+    Life life = Life::UntilWiped;
 };
 
 /// A hatched mark; angle in radians, scale in drawing units of the pattern.
@@ -37,6 +39,8 @@ public:
     void drawTemporary(const AcDbEntity &entity, int color);
     void drawTemporary(TransientPath path);
     void clearTemporary();
+    /// Of the temporary drawing only what was meant to last until the next pick.
+    void clearUntilNextPick();
     const std::vector<TransientPath> &temporary() const { return m_temporary; }
 
     /// A mark under a key (an area's GUID); a second one replaces the first.

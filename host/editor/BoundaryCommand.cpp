@@ -3,6 +3,7 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/HostCommands.h"
+#include "host/editor/LeakMarks.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
@@ -187,10 +188,12 @@ Command::Next BoundaryCommand::search(Session &session, const AcGePoint3d &point
 {
     if (!std::isfinite(point.x) || !std::isfinite(point.y))
         return Next::Refused;
+    clearLeakMarks(session);
     Region region =
         linework(session).regionAt({point.x, point.y}, {.islands = m_islands, .gapTolerance = gapTolerance(session)});
     if (!region) {
         session.status(describe(region));
+        markLeaks(session, region, {point.x, point.y});
     } else if (std::ranges::none_of(m_found, [&](const Region &known) { return known.outer == region.outer; })) {
         m_found.push_back(std::move(region));
     }

@@ -5,6 +5,7 @@
 #include "host/editor/Asker.h"
 #include "host/editor/CommandTable.h"
 #include "host/editor/Guarded.h"
+#include "host/editor/LeakMarks.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/Words.h"
@@ -183,6 +184,8 @@ RunStatus CommandStack::start(std::wstring_view name, std::span<const Answer> an
         m_session.status(isRunning() ? uiMessage("ui.run.running", {m_running.back()}) : uiText("ui.run.locked"));
         return RunStatus::Busy;
     }
+    if (!entry->isTransparent())
+        clearLeakMarks(m_session);
     const RunStatus status = runEntry(*entry, answers, true);
     return status == RunStatus::Done && !answers.empty() ? RunStatus::InputRefused : status;
 }

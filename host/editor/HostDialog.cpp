@@ -1,6 +1,7 @@
 #include "contracts/HostDialog.h"
 
 #include "host/drawing/Journal.h"
+#include "host/editor/EditorHold.h"
 #include "host/editor/Guarded.h"
 #include "host/editor/Session.h"
 #include "host/services/Services.h"
@@ -26,12 +27,18 @@ std::vector<CAdUiBaseDialog *> &openDialogs()
 
 } // namespace
 
+bool velmor::isEditorHandedOver()
+{
+    return std::ranges::any_of(openDialogs(), [](const auto *dialog) { return dialog->IsEditorCommandRunning(); });
+}
+
 struct CAdUiBaseDialog::Private {
     QEventLoop *loop = nullptr;
     bool open = false;
     bool wired = false;
     int result = kCancel;
     int editorCommands = 0;
+    int handlers = 0; ///< that run now, one inside the other
     /// A dialog that was put away, and where it stood.
     struct Hidden {
         QPointer<QWidget> dialog;
@@ -188,12 +195,17 @@ bool CAdUiBaseDialog::RunHandler(const std::function<void()> &handler)
         return true;
     }
     const int editorCommands = d->editorCommands;
-    if (velmor::runGuarded(*session, windowTitle().toStdWString(), handler, velmor::Kept::ForGood))
+    // A handler that another one sets off, say by choosing a row, belongs to that one's step.
+    const velmor::Kept kept = d->handlers > 0 ? velmor::Kept::WithOuterWork : velmor::Kept::ForGood;
+    ++d->handlers;
+    const bool done = velmor::runGuarded(*session, windowTitle().toStdWString(), handler, kept);
+    --d->handlers;
+    if (done)
         return true;
     while (d->editorCommands > editorCommands)
         CompleteEditorCommand(1);
     velmor::runGuarded(
-        *session, windowTitle().toStdWString(), [this] { OnHandlerFailed(); }, velmor::Kept::ForGood);
+        *session, windowTitle().toStdWString(), [this] { OnHandlerFailed(); }, kept);
     return false;
 }
 

@@ -31,6 +31,8 @@
 class CDialogUnderTest : public CDlgCreateCatchmentArea {
 public:
     using CDlgCreateCatchmentArea::AddBoundaryRow;
+    using CDlgCreateCatchmentArea::LastBoundary;
+    using CDlgCreateCatchmentArea::LastIslands;
 
     /// A row over a boundary polyline with islands; the area counts in square metres.
     void addMainRow(AcDbObjectId boundary, double area, AcDbObjectIdArray islands = {})

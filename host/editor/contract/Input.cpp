@@ -4,6 +4,7 @@
 #include "host/drawing/Journal.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/FilePreview.h"
+#include "host/editor/LeakMarks.h"
 #include "host/editor/Session.h"
 #include "host/editor/dialogs/HostDialogs.h"
 #include "host/services/Messages.h"
@@ -89,6 +90,7 @@ int acedGetPoint(const ads_point base, const wchar_t *prompt, ads_point result)
         if (answer.isEnter())
             return RTNONE_INPUT;
         if (const auto point = answer.point(asked.base)) {
+            velmor::clearLeakMarks(*session);
             fromPoint(*point, result);
             return RTNORM;
         }
@@ -108,6 +110,7 @@ int acedEntSel(const wchar_t *prompt, ads_name entity, ads_point pickPoint)
     const auto pick = velmor::pickedEntity(*session, answer);
     if (!pick || acdbGetAdsName(*reinterpret_cast<ads_name *>(entity), pick->id) != Acad::eOk)
         return RTERROR;
+    velmor::clearLeakMarks(*session);
     fromPoint(pick->point, pickPoint);
     return RTNORM;
 }
