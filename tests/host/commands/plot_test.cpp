@@ -8,6 +8,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <numbers>
 #include <sstream>
 
 namespace velmor {
@@ -150,6 +151,38 @@ TEST_F(Plot, TheUnitOfTheDrawingCounts)
     ASSERT_TRUE(run(L"UNITS MIllimetres")); // 100 mm to the east
     ASSERT_TRUE(run(L"EXPORTPDF " + file("a.pdf") + L" Extents A4 Landscape 1:1"));
     EXPECT_EQ(ofLength(readPdf(folder / "a.pdf"), 100.0).size(), 1u);
+}
+
+TEST_F(Plot, WhatLiesOnALayerThatIsOffOrFrozenIsNotOnThePaper)
+{
+    ASSERT_TRUE(run(L"LAYER MAke Hidden"));
+    line(5600010, 5071010, 5600040, 5071010);
+    ASSERT_TRUE(run(L"LAYER SEt 0"));
+    const auto strokes = [&](const wchar_t *command) {
+        EXPECT_TRUE(run(command));
+        EXPECT_TRUE(run(L"EXPORTPDF " + file("a.pdf") + L" Extents A4 Landscape 1:500"));
+        return ofLength(readPdf(folder / "a.pdf"), 60.0).size();
+    };
+    EXPECT_EQ(strokes(L"LAYER ON Hidden"), 1u);
+    EXPECT_EQ(strokes(L"LAYER OFF Hidden"), 0u);
+    EXPECT_EQ(strokes(L"LAYER ON Hidden"), 1u);
+    EXPECT_EQ(strokes(L"LAYER FReeze Hidden"), 0u);
+}
+
+TEST_F(Plot, TheLinesOfAHatchStandAsFarApartOnPaperAsItsPatternSaysOverTheScale)
+{
+    rectangle(5600010, 5071010, 5600090, 5071060);
+    ASSERT_TRUE(run(L"HATCH _Pattern ANSI31 _Scale 2 5600050,5071030 \"\"")) << std::string(why.begin(), why.end());
+    ASSERT_TRUE(run(L"EXPORTPDF " + file("a.pdf") + L" Extents A4 Landscape 1:500"));
+    std::vector<double> across; // where the slanted lines stand, across their direction
+    for (const QLineF &stroke : readPdf(folder / "a.pdf").strokes)
+        if (std::abs(stroke.dx()) > 1.0 && std::abs(stroke.dx() - stroke.dy()) < 0.01)
+            across.push_back((stroke.x1() - stroke.y1()) / std::numbers::sqrt2);
+    std::ranges::sort(across);
+    ASSERT_GE(across.size(), 10u);
+    constexpr double kSpacing = 3.175 * 2.0 * 1000.0 / 500.0; // millimetres
+    for (std::size_t i = 1; i < across.size(); ++i)
+        EXPECT_NEAR(across[i] - across[i - 1], kSpacing, 0.01);
 }
 
 TEST_F(Plot, FitTakesTheLargestUsualScale)
