@@ -1,6 +1,8 @@
 #include "host/drawing/dxf/CarriedTags.h"
 
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/dxf/DataTags.h"
+#include "host/drawing/dxf/KeptTags.h"
 #include "host/drawing/dxf/TagWriter.h"
 #include "host/drawing/dxf/Tags.h"
 
@@ -88,16 +90,19 @@ bool isOwnOrPointer(int code)
 
 } // namespace
 
-TagCarrier::TagCarrier(const Drawing &source, const Drawing &target)
-    : m_source(source), m_target(target), m_styles(namesIn(fileOf(target), "STYLE")),
-      m_lineTypes(namesIn(fileOf(target), "LTYPE"))
+TagCarrier::TagCarrier(const Drawing &source, const Drawing &target) : m_source(source), m_target(target)
 {
+    if (isWithin())
+        return; // all names of the source are there
+    m_styles = namesIn(fileOf(target), "STYLE");
+    m_lineTypes = namesIn(fileOf(target), "LTYPE");
 }
 
 std::optional<std::string> TagCarrier::carry(const AcDbEntity &entity) const
 {
     const FileText &from = fileOf(m_source), &to = fileOf(m_target);
-    if (ObjectAccess::host(entity).sourceLength == 0 || !standsAlone(entity) || m_source.isR12() != m_target.isR12())
+    const bool isCarried = standsAlone(entity) || (isWithin() && hasParts(kindOf(entity)));
+    if (ObjectAccess::host(entity).sourceLength == 0 || !isCarried || m_source.isR12() != m_target.isR12())
         return std::nullopt;
     if (m_target.version() < m_source.version() && m_target.version() < settledIn(entity))
         return std::nullopt;
@@ -105,11 +110,18 @@ std::optional<std::string> TagCarrier::carry(const AcDbEntity &entity) const
     const bool isHatch = kindOf(entity) == EntityKind::Hatch;
     std::string body;
     TagWriter writer(body, to);
-    bool inGroup = false;
+    bool inGroup = false, inEmbedded = false, isForeign = false;
     for (std::size_t i = 1; i < tags.size(); ++i) {
         const Tag &tag = tags[i];
-        if (tag.code >= 1000 || tag.code == 101)
-            break; // extended data and embedded objects come last
+        // Extended data and embedded objects come last. Those data are the drawing's in which they stand; ours are
+        // copied by whoever copies.
+        inEmbedded = inEmbedded || tag.code == 101;
+        if (tag.code == 1001)
+            isForeign = isWithin() && tag.name() != kApplication;
+        if (tag.code >= 1000 && isForeign)
+            writer.tag(tag.code, tag.text());
+        if (tag.code >= 1000 || inEmbedded)
+            continue;
         if (tag.code == 102) {
             inGroup = tag.name().starts_with("{");
             continue;
@@ -117,8 +129,8 @@ std::optional<std::string> TagCarrier::carry(const AcDbEntity &entity) const
         const bool tooNew = m_target.version() < "AC1018" && tag.code >= 420 && tag.code < 460;
         if (inGroup || tooNew || isOwnOrPointer(tag.code) || (tag.code == 100 && tag.name() == "AcDbEntity"))
             continue;
-        if ((tag.code == 7 && !m_styles.contains(foldedName(from.codec.decode(tag.name())))) ||
-            (tag.code == 6 && !m_lineTypes.contains(foldedName(from.codec.decode(tag.name())))))
+        if (!isWithin() && ((tag.code == 7 && !m_styles.contains(foldedName(from.codec.decode(tag.name())))) ||
+                            (tag.code == 6 && !m_lineTypes.contains(foldedName(from.codec.decode(tag.name()))))))
             continue;
         // A hatch no longer follows the curves that it was made from.
         const bool countsCurves = tag.code == 97 && i + 1 < tags.size() && tags[i + 1].code == 330;

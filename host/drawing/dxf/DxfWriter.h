@@ -48,7 +48,6 @@ private:
     void renameLayersOf(const AcDbEntity &entity);
     void renameLayersAt(std::size_t offset, std::size_t end, bool says8);
     void renameLayer(const PlacedTag &tag);
-    void appendExtended(std::string &text, const PlacedTag &tag) const;
     std::unordered_map<std::string_view, std::optional<std::string>> m_newNames; ///< by the text that the file has
     void writeBlocks();
     void removeBlock(const BlockSource &source);

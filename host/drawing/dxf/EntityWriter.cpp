@@ -2,6 +2,7 @@
 
 #include "host/drawing/HatchPattern.h"
 #include "host/drawing/dxf/DataTags.h"
+#include "host/drawing/dxf/KeptTags.h"
 #include "host/drawing/dxf/MovedTags.h"
 #include "host/drawing/dxf/TextFormat.h"
 
@@ -52,42 +53,55 @@ void EntityWriter::begin(TagWriter &w, const char *type, AcDbEntity &entity, boo
         w.integer(60, 1);
 }
 
-/// What the carried tags are for the entity as it is now; nothing when it has changed in another way than by a move.
-std::optional<std::string> EntityWriter::carriedTags(const AcDbEntity &entity, const std::string &carried) const
+/// The carried tags for the entity as it is now; nothing when it has changed in another way than by a move.
+std::optional<std::string> EntityWriter::carriedTags(const AcDbEntity &entity, std::span<const Tag> tags) const
 {
-    if (!ObjectAccess::has(entity, kPatchGeometry))
-        return carried;
-    std::vector<Tag> tags;
-    TagCursor cursor(carried.data(), carried.data() + carried.size());
-    Tag tag;
-    const char *start = nullptr;
-    while (cursor.next(tag, start))
-        tags.push_back(tag);
-    const auto values = movedTags(entity, tags, f.codec);
-    if (!values)
+    std::optional<NewValues> values = NewValues();
+    if (ObjectAccess::has(entity, kPatchGeometry) && !(values = movedTags(entity, tags, f.codec)))
         return std::nullopt;
     std::string text;
-    const char *copied = carried.data();
-    for (const auto &[index, value] : *values) {
-        text.append(copied, tags[index].value);
-        text += value;
-        copied = tags[index].value + tags[index].length;
+    TagWriter w(text, f);
+    auto value = values->begin();
+    for (std::size_t i = 0; i < tags.size(); ++i) {
+        const Tag &tag = tags[i];
+        const bool isTrueColor = tag.code == 420 || tag.code == 430;
+        const auto renamed = tag.code == 1003 ? m_layersOfFile.newNameOf(tag.text()) : std::optional<std::string>();
+        if (value != values->end() && value->first == i)
+            w.tag(tag.code, (value++)->second);
+        else if (renamed)
+            w.tag(tag.code, *renamed);
+        else if (!isTrueColor || !ObjectAccess::has(entity, kPatchColor)) // it would win over the index
+            w.tag(tag.code, tag.text());
     }
-    text.append(copied, carried.data() + carried.size());
     return text;
 }
 
 void EntityWriter::write(std::string &out, AcDbEntity &entity, std::string &blocks)
 {
-    TagWriter w(out, f);
-    if (const auto carried = d.carried.find(&entity); carried != d.carried.end()) {
-        if (const auto tags = carriedTags(entity, carried->second)) {
-            begin(w, typeNameOf(entity).c_str(), entity);
-            out += *tags;
-            finish(w, entity);
-            return;
-        }
+    const auto carried = d.carried.find(&entity);
+    if (carried == d.carried.end())
+        return writeFromShape(out, entity, blocks);
+    std::vector<Tag> tags;
+    TagCursor cursor(carried->second.data(), carried->second.data() + carried->second.size());
+    Tag tag;
+    const char *start = nullptr;
+    while (cursor.next(tag, start))
+        tags.push_back(tag);
+    if (const auto text = hasParts(kindOf(entity)) ? std::nullopt : carriedTags(entity, tags)) {
+        TagWriter w(out, f);
+        begin(w, typeNameOf(entity).c_str(), entity);
+        out += *text;
+        finish(w, entity);
+        return;
     }
+    std::string text;
+    writeFromShape(text, entity, blocks);
+    out += withKeptTags(entity, text, tags, f, m_layersOfFile);
+}
+
+void EntityWriter::writeFromShape(std::string &out, AcDbEntity &entity, std::string &blocks)
+{
+    TagWriter w(out, f);
     switch (kindOf(entity)) {
     case EntityKind::Line: {
         const auto &line = static_cast<AcDbLine &>(entity);

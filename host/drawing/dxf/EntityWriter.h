@@ -4,8 +4,11 @@
 // of text, and a reference to an anonymous block with the pattern's lines.
 #pragma once
 
-#include "host/drawing/DrawingData.h"
+#include "host/drawing/dxf/LayersOfFile.h"
 #include "host/drawing/dxf/TagWriter.h"
+#include "host/drawing/dxf/Tags.h"
+
+#include <span>
 
 namespace velmor::dxf {
 
@@ -14,7 +17,8 @@ public:
     /// Handles of parts that are nobody's objects (vertices, ends of sequences) are taken from nextHandle on; they may
     /// be others at the next save.
     EntityWriter(Drawing::Private &drawing, std::uint64_t &nextHandle)
-        : d(drawing), f(drawing.file), m_isR12(drawing.version <= "AC1009"), m_nextHandle(nextHandle)
+        : d(drawing), f(drawing.file), m_layersOfFile(drawing), m_isR12(drawing.version <= "AC1009"),
+          m_nextHandle(nextHandle)
     {
     }
 
@@ -30,7 +34,8 @@ public:
     std::function<std::string(const AcDbObject &)> extendedData;
 
 private:
-    std::optional<std::string> carriedTags(const AcDbEntity &entity, const std::string &carried) const;
+    std::optional<std::string> carriedTags(const AcDbEntity &entity, std::span<const Tag> tags) const;
+    void writeFromShape(std::string &out, AcDbEntity &entity, std::string &blocks);
     void begin(TagWriter &w, const char *type, AcDbEntity &entity, bool isMain = true);
     void subclass(TagWriter &w, const char *name)
     {
@@ -57,6 +62,7 @@ private:
 
     Drawing::Private &d;
     const FileText &f;
+    LayersOfFile m_layersOfFile;
     bool m_isR12;
     std::uint64_t &m_nextHandle;
     std::size_t m_anonymous = 0;

@@ -98,18 +98,4 @@ void DxfWriter::renameLayer(const PlacedTag &tag)
         replaceValue(tag, *known->second);
 }
 
-/// A tag of extended data as it stands in the file, under the names that layers have now.
-void DxfWriter::appendExtended(std::string &text, const PlacedTag &tag) const
-{
-    const auto name = tag.tag.code == kLayerInDataCode ? m_layersOfFile.newNameOf(tag.tag.text()) : std::nullopt;
-    if (!name) {
-        text += f.at(tag.start, tag.end - tag.start);
-        return;
-    }
-    const std::size_t value = tag.valueStart(f);
-    text += f.at(tag.start, value - tag.start);
-    text += *name;
-    text += f.at(value + tag.tag.length, tag.end - value - tag.tag.length);
-}
-
 } // namespace velmor::dxf

@@ -1,6 +1,7 @@
 // Objects of the file that changed: their tags are edited where they no longer hold, and all others stay.
 #include "host/drawing/dxf/DataTags.h"
 #include "host/drawing/dxf/DxfWriter.h"
+#include "host/drawing/dxf/KeptTags.h"
 #include "host/drawing/dxf/MovedTags.h"
 #include "host/drawing/dxf/TextFormat.h"
 
@@ -32,6 +33,18 @@ std::size_t findTag(const Tags &tags, int code)
             return i;
     }
     return tags.size();
+}
+
+/// Length of the first object of a text.
+std::size_t firstObjectOf(const std::string &text)
+{
+    TagCursor cursor(text.data(), text.data() + text.size());
+    Tag tag;
+    const char *start = nullptr;
+    for (bool isFirst = true; cursor.next(tag, start); isFirst = false)
+        if (tag.code == 0 && !isFirst)
+            return static_cast<std::size_t>(start - text.data());
+    return text.size();
 }
 
 } // namespace
@@ -176,11 +189,11 @@ void DxfWriter::patchGeometry(AcDbEntity &entity, const PlacedTags &head)
         return;
     }
     const EntityKind kind = kindOf(entity);
-    const bool hasParts = kind == EntityKind::Polyline2d || kind == EntityKind::Polyline3d;
+    const bool isSequence = kind == EntityKind::Polyline2d || kind == EntityKind::Polyline3d;
     const auto &place = ObjectAccess::host(entity);
     const PlacedTags whole =
-        hasParts ? placedTags(place.sourceOffset, place.sourceOffset + place.sourceLength) : PlacedTags();
-    const PlacedTags &all = hasParts ? whole : head;
+        isSequence ? placedTags(place.sourceOffset, place.sourceOffset + place.sourceLength) : PlacedTags();
+    const PlacedTags &all = isSequence ? whole : head;
     std::vector<Tag> tags;
     for (std::size_t i = 1; i < all.size(); ++i)
         tags.push_back(all[i].tag);
@@ -189,20 +202,22 @@ void DxfWriter::patchGeometry(AcDbEntity &entity, const PlacedTags &head)
             replaceValue(all[index + 1], value);
         return;
     }
-    if (kind == EntityKind::Attribute) {
-        std::string text;
-        m_entities.writeAttribute(text, static_cast<AttributeEntity &>(entity));
-        m_edits.push_back({place.sourceOffset, place.sourceLength, std::move(text)});
-        return;
-    }
-    // What changed in another way is written anew, with what others attached to it.
+    // What changed in another way is written anew, with what its tags say beside the shape.
     std::string text;
-    m_entities.write(text, entity, m_anonymousBlocks);
-    for (const PlacedTag &tag : head)
-        if (tag.tag.code >= 1000 && !hasParts && kind != EntityKind::BlockReference)
-            appendExtended(text, tag);
-    const auto &host = ObjectAccess::host(entity);
-    m_edits.push_back({host.sourceOffset, host.sourceLength, std::move(text)});
+    if (kind == EntityKind::Attribute)
+        m_entities.writeAttribute(text, static_cast<AttributeEntity &>(entity));
+    else
+        m_entities.write(text, entity, m_anonymousBlocks);
+    if (isSequence)
+        tags.resize(head.size() - 1);
+    text = withKeptTags(entity, text, tags, f, m_layersOfFile);
+    std::size_t length = place.sourceLength;
+    if (kind == EntityKind::BlockReference) {
+        // Its attributes are objects with tags of their own, which stay where they are.
+        text.resize(firstObjectOf(text));
+        length = head.back().end - place.sourceOffset;
+    }
+    m_edits.push_back({place.sourceOffset, length, std::move(text)});
 }
 
 void DxfWriter::patchAttributes(AcDbBlockReference &reference, const PlacedTags &head)
