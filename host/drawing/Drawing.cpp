@@ -1,6 +1,7 @@
 // The database side of a drawing: layers, blocks, entities, handles, observers.
 #include "host/drawing/ChangeLog.h"
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/Texts.h"
 
 #include <algorithm>
 #include <cwctype>
@@ -29,7 +30,7 @@ DrawingPlace::DrawingPlace()
     while (place < kDrawingPlaces && openDrawings[place].load(std::memory_order_relaxed) != 0)
         ++place;
     if (place == kDrawingPlaces)
-        throw std::length_error("too many drawings are open");
+        throw std::length_error(drawingText("dxf.tooManyOpen"));
     m_number = kNumberMark + ++s_opened * kDrawingPlaces + place;
     openDrawings[place].store(m_number, std::memory_order_relaxed);
 }

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <numbers>
+#include <stdexcept>
 
 using namespace velmor;
 using testing::ElementsAre;
@@ -374,4 +375,26 @@ TEST(Components, GoBeforeTheObjectsAndInReverseOrder)
         EXPECT_EQ(&drawing->component<First>(), &drawing->component<First>());
     }
     EXPECT_THAT(log, ElementsAre("first 1", "second"));
+}
+
+TEST(OpenDrawings, TakeAPlaceEachGiveItBackAndNoTwoShareIds)
+{
+    std::vector<std::unique_ptr<Drawing>> open;
+    try {
+        for (;;)
+            open.push_back(Drawing::createNew());
+    } catch (const std::length_error &) {
+    }
+    EXPECT_GE(open.size(), 4000u);
+    const AcDbObjectId first = addLine(*open.front(), 0, 0, 1, 1).objectId(),
+                       last = addLine(*open.back(), 0, 0, 1, 1).objectId();
+    EXPECT_NE(first, last);
+    open.erase(open.begin());
+    EXPECT_FALSE(first.isValid());
+    EXPECT_TRUE(last.isValid());
+    open.push_back(Drawing::createNew());
+    const AcDbObjectId again = addLine(*open.back(), 0, 0, 1, 1).objectId();
+    EXPECT_TRUE(again.isValid());
+    EXPECT_NE(again, first) << "the place is the former one, the drawing is not";
+    EXPECT_FALSE(first.isValid());
 }
