@@ -130,6 +130,7 @@ void MainWindow::fillRecentMenu()
         QString text = name;
         text.replace(QLatin1Char('&'), QStringLiteral("&&"));
         QAction *action = m_recent->addAction(i < 9 ? QStringLiteral("&%1  %2").arg(i + 1).arg(text) : text);
+        action->setProperty("content", true);
         connect(action, &QAction::triggered, this, [this, file = files[i]] {
             whenIdle([this, file] {
                 if (maySetAside())

@@ -9,6 +9,8 @@
 #include "definition/DlgCreateCatchmentArea.h"
 #include "host/editor/Captions.h"
 #include "host/editor/CommandLine.h"
+#include "host/editor/CommandStack.h"
+#include "host/editor/Loading.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/RecoveryQuestion.h"
 #include "host/editor/Theme.h"
@@ -24,13 +26,18 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <thread>
 
 namespace velmor {
 namespace {
@@ -70,7 +77,7 @@ protected:
     {
         s_findings = std::make_unique<Findings>();
         s_texts.clear();
-        const fs::path user = fs::temp_directory_path() / ("velmor_walk_" + std::to_string(getpid()));
+        const fs::path user = s_folder = fs::temp_directory_path() / ("velmor_walk_" + std::to_string(getpid()));
         fs::create_directories(user);
         const char *source = std::getenv("VELMOR_SOURCE_DIR");
         for (const Look &look : kLooks) {
@@ -82,6 +89,7 @@ protected:
         }
         std::error_code ignored;
         fs::remove_all(user, ignored);
+        compareSwitchedWithFresh();
         for (auto at = s_texts.cbegin(); at != s_texts.cend(); ++at)
             s_findings->add(
                 at.key(), "untranslated",
@@ -111,6 +119,7 @@ protected:
         session.setMessageSink([](MessageKind, const std::wstring &) {});
         session.setDrawing(drawingWithEverything());
         walkDefinition(session, as);
+        session.setDrawing(drawingWithEverything()); // a step keeps the name it was done under, whatever comes
         MainWindow window(session);
         window.resize(1500, 950);
         window.show();
@@ -121,30 +130,71 @@ protected:
             QApplication::processEvents();
             look(QStringLiteral("main window with ") + dock->objectName(), window, as);
         }
-        switchLanguage(window, as);
+        switchWhileOpen(window, session, as);
         walkActions(window, session, as);
         walkContracts(window, as);
     }
 
-    /// The open window speaks the other language after a switch, and the former one after the way back.
-    static void switchLanguage(MainWindow &window, const Look &as)
+    /// The window where the whole transcript stands.
+    static QWidget *transcriptOf(MainWindow &window)
     {
+        for (QDialog *dialog : window.findChildren<QDialog *>())
+            if (dialog->isVisible() && dialog->findChild<QPlainTextEdit *>())
+                return dialog;
+        return nullptr;
+    }
+
+    /// What stands open speaks the other language and has the other colours after a switch by command, and is as before
+    /// after the way back.
+    static void switchWhileOpen(MainWindow &window, Session &session, const Look &as)
+    {
+        look(QStringLiteral("fresh window"), window, as);
+        window.commandLine().toggleTranscript();
+        QWidget *transcript = transcriptOf(window);
+        ASSERT_NE(transcript, nullptr);
+        look(QStringLiteral("transcript"), *transcript, as);
+
         const bool isEnglish = std::string_view(as.language) == "en";
-        const TextsByPlace before = test::textsOf(window);
-        Services::instance().setLanguage(isEnglish ? "hr" : "en");
-        QApplication::processEvents();
-        const TextsByPlace other = test::textsOf(window);
-        s_findings->add(QStringLiteral("open window"), "switched",
-                        isEnglish ? test::untranslated(before, other) : test::untranslated(other, before));
-        Services::instance().setLanguage(as.language);
-        QApplication::processEvents();
-        const TextsByPlace back = test::textsOf(window);
+        const Look other{isEnglish ? "hr" : "en", as.theme == Theme::Light ? Theme::Dark : Theme::Light};
+        const auto change = [&](const Look &to) {
+            const std::string language = to.language;
+            EXPECT_TRUE(session.commands().run(L"LANGUAGE " + std::wstring(language.begin(), language.end())));
+            EXPECT_TRUE(session.commands().run(std::wstring(L"THEME _") + nameOf(to.theme)));
+            QApplication::processEvents();
+        };
+        const TextsByPlace before[] = {test::textsOf(window), test::textsOf(*transcript)};
+        change(other);
+        look(QStringLiteral("open window after a switch"), window, other);
+        look(QStringLiteral("open transcript after a switch"), *transcript, other);
+        const TextsByPlace after[] = {test::textsOf(window), test::textsOf(*transcript)};
+        for (int i = 0; i < 2; ++i)
+            s_findings->add(QStringLiteral("open window"), "switched",
+                            isEnglish ? test::untranslated(before[i], after[i])
+                                      : test::untranslated(after[i], before[i]));
+        change(as);
+        const TextsByPlace back[] = {test::textsOf(window), test::textsOf(*transcript)};
+        for (int i = 0; i < 2; ++i)
+            tellDifferences(before[i], back[i], QStringLiteral("came back as"));
+        window.commandLine().toggleTranscript();
+    }
+
+    static void tellDifferences(const TextsByPlace &wanted, const TextsByPlace &found, const QString &how)
+    {
         QStringList strange;
-        for (auto at = before.cbegin(); at != before.cend(); ++at)
-            if (back.value(at.key()) != at.value())
-                strange.append(at.key() + QStringLiteral(": \"") + at.value() + QStringLiteral("\" came back as \"") +
-                               back.value(at.key()) + QLatin1Char('"'));
+        for (auto at = wanted.cbegin(); at != wanted.cend(); ++at)
+            if (const auto other = found.constFind(at.key()); other != found.cend() && other.value() != at.value())
+                strange.append(QStringLiteral("%1: \"%2\" %3 \"%4\"").arg(at.key(), at.value(), how, other.value()));
         s_findings->add(QStringLiteral("open window"), "switched", strange);
+    }
+
+    /// A window that was switched to a language reads like one that was made in it.
+    static void compareSwitchedWithFresh()
+    {
+        const auto fresh = s_texts.value(QStringLiteral("fresh window"));
+        const auto switched = s_texts.value(QStringLiteral("open window after a switch"));
+        for (const char *language : {"en", "hr"})
+            tellDifferences(fresh.value(QString::fromLatin1(language)), switched.value(QString::fromLatin1(language)),
+                            QStringLiteral("reads after a switch"));
     }
 
     /// Every dialog that an action of the menus opens; what asks for points is ended.
@@ -193,10 +243,39 @@ protected:
             RecoveryQuestion question(left, &window);
             question.exec();
         });
+        // A load that goes on till it is cancelled.
+        whileOpen(QStringLiteral("loading"), window, as, [&] {
+            loadBeside(window, "town.dxf", [](const LoadOptions &options) {
+                while (options.progress(0.5))
+                    std::this_thread::yield();
+                return LoadResult();
+            });
+        });
+        walkDamaged(window, as);
         // With unsaved changes; to cancel lets the window stay.
         window.session().drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 1)));
         whileOpen(QStringLiteral("closing"), window, as, [&] { window.close(); });
         whileOpen(QStringLiteral("alert"), window, as, [] { acedAlert(L"An alert"); });
+    }
+
+    /// A file that is cut off: opening tells it, saving over it asks first.
+    static void walkDamaged(MainWindow &window, const Look &as)
+    {
+        const fs::path file = s_folder / "cut.dxf";
+        const std::string whole = window.session().drawing()->write();
+        std::ofstream(file, std::ios::binary) << whole.substr(0, whole.find("LINE", whole.find("ENTITIES")) + 60);
+        window.session().drawing()->save(s_folder / "whole.dxf"); // nothing to ask about
+        whileOpen(QStringLiteral("damaged open"), window, as, [&] { window.openFile(file); });
+        window.session().drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 1)));
+        whileOpen(QStringLiteral("damaged save"), window, as, [&] { actionOf(window, QKeySequence::Save)->trigger(); });
+        window.session().setDrawing(drawingWithEverything());
+    }
+    static QAction *actionOf(MainWindow &window, QKeySequence::StandardKey key)
+    {
+        for (QAction *action : window.findChildren<QAction *>())
+            if (action->shortcut() == QKeySequence(key))
+                return action;
+        return nullptr;
     }
 
     /// Runs what may open dialogs; each is looked at once and then cancelled, a waiting prompt gets Escape.
@@ -216,11 +295,16 @@ protected:
                 }
                 popup->close();
             } else if (QWidget *modal = QApplication::activeModalWidget()) {
-                if (!seen.contains(modal)) {
+                const bool isNew = !seen.contains(modal);
+                if (isNew) {
                     seen.append(modal);
                     look(name + QStringLiteral(" dialog %1").arg(++number), *modal, as);
                 }
-                if (auto *dialog = qobject_cast<QDialog *>(modal))
+                if (qobject_cast<QProgressDialog *>(modal)) {
+                    if (isNew)
+                        modal->findChild<QPushButton *>()->click();
+                    --rounds; // it stays till the work has noticed
+                } else if (auto *dialog = qobject_cast<QDialog *>(modal))
                     dialog->reject();
                 else
                     modal->close();
@@ -263,6 +347,7 @@ protected:
     static inline std::unique_ptr<Findings> s_findings;
     static inline QMap<QString, QMap<QString, TextsByPlace>> s_texts; ///< by window, by language
     static inline std::set<QString> s_seen;
+    static inline fs::path s_folder;
 };
 
 TEST_F(Walk, EveryFocusableWidgetHasAName)
@@ -275,7 +360,7 @@ TEST_F(Walk, EveryTextDiffersBetweenTheLanguagesOrIsAWordThatBothShare)
     EXPECT_EQ(s_findings->of("untranslated"), "");
 }
 
-TEST_F(Walk, AnOpenWindowFollowsTheLanguageThereAndBack)
+TEST_F(Walk, OpenWindowsFollowTheLanguageThereAndBackAndReadLikeFreshOnes)
 {
     EXPECT_EQ(s_findings->of("switched"), "");
 }
@@ -306,7 +391,9 @@ TEST_F(Walk, TheWindowsThatMustBeThereWereMet)
         EXPECT_TRUE(s_seen.contains(QStringLiteral("main window with dock.") + QLatin1String(panel.name)));
     for (const char *name :
          {"definition dialog", "settings TCE1 dialog 1", "settings TCE2 dialog 1", "hatch patterns dialog 1",
-          "colours dialog 1", "selection tool menu 1", "recovery dialog 1", "closing dialog 1", "alert dialog 1"})
+          "colours dialog 1", "selection tool menu 1", "recovery dialog 1", "closing dialog 1", "alert dialog 1",
+          "loading dialog 1", "damaged open dialog 1", "damaged save dialog 1", "transcript",
+          "open window after a switch", "open transcript after a switch"})
         EXPECT_TRUE(s_seen.contains(QString::fromLatin1(name))) << name;
 }
 

@@ -170,6 +170,7 @@ PanelTable::PanelTable(PanelModel &model, const char *caption, QWidget *parent)
     keepCaptioned(this, [this, &model, caption] {
         setAccessibleName(uiString(caption));
         model.languageChanged();
+        fitHeads();
     });
     connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
         if (!(index.flags() & Qt::ItemIsUserCheckable)) // there the clicks changed the box
@@ -223,8 +224,18 @@ void PanelTable::keyPressEvent(QKeyEvent *event)
 void PanelTable::changeEvent(QEvent *event)
 {
     QTableView::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         fitRows();
+        fitHeads();
+    }
+}
+
+void PanelTable::fitHeads()
+{
+    QHeaderView &head = *horizontalHeader();
+    for (int column = 0; column < head.count(); ++column)
+        if (!head.isSectionHidden(column))
+            head.resizeSection(column, std::max(head.sectionSize(column), head.sectionSizeHint(column)));
 }
 
 void PanelTable::fitRows()

@@ -135,6 +135,8 @@ protected:
 
 private:
     void fitRows();
+    /// Widens columns whose head has become longer; what a person made wide stays so.
+    void fitHeads();
     PanelOrder *m_order;
 };
 
