@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numbers>
 
 namespace velmor {
@@ -18,6 +19,7 @@ namespace velmor {
 namespace {
 
 using Next = Command::Next;
+constexpr std::size_t kMostListed = 200; ///< objects that are told one by one
 constexpr double kDegrees = 180.0 / std::numbers::pi;
 constexpr double kChordTolerance = 1e-6; ///< of a curve's size, for lengths of ellipses and splines
 
@@ -179,9 +181,23 @@ private:
 
 Next listObjects(Asker &asker)
 {
+    std::vector<const AcDbEntity *> entities;
     for (const AcDbObjectId &id : asker.objects())
         if (const AcDbEntity *entity = entityOf(id))
-            Listing(asker.session(), *entity).tell();
+            entities.push_back(entity);
+    const std::size_t told = std::min(entities.size(), kMostListed);
+    for (std::size_t i = 0; i < told; ++i)
+        Listing(asker.session(), *entities[i]).tell();
+    if (told == entities.size())
+        return Next::Commit;
+    // Nobody reads on for ever: of the others how many there are of each kind.
+    std::map<std::string, std::size_t> others;
+    for (std::size_t i = told; i < entities.size(); ++i)
+        ++others[typeNameOf(*entities[i])];
+    std::wstring kinds;
+    for (const auto &[name, count] : others)
+        kinds += (kinds.empty() ? L"" : L", ") + std::to_wstring(count) + L" " + wide(name);
+    asker.session().status(uiMessage("ui.list.others", {std::to_wstring(entities.size() - told), kinds}));
     return Next::Commit;
 }
 

@@ -120,7 +120,6 @@ void Viewport::setDrawing(Drawing *drawing)
     m_gathered.clear();
     m_lastPick.reset();
     m_snap.reset();
-    m_waitsForZoomWindow = false;
     m_showEverythingNext = true;
     if (m_drawing != nullptr)
         m_selectionWatch = m_drawing->component<Selection>().onChange([this] {
@@ -266,12 +265,6 @@ void Viewport::movePixels(const QPointF &pixels)
     viewMoved();
 }
 
-void Viewport::startZoomWindow()
-{
-    dropBox();
-    m_waitsForZoomWindow = true;
-}
-
 void Viewport::resizeEvent(QResizeEvent *event)
 {
     m_view.size = event->size();
@@ -345,9 +338,9 @@ void Viewport::paintBox(QPainter &painter)
 {
     if (!m_box)
         return;
-    QColor color = m_style.color(m_box->isZoom ? 7 : m_box->isCrossing() ? 3 : 5);
-    painter.setPen(QPen(color, 1.0, m_box->isCrossing() && !m_box->isZoom ? Qt::DashLine : Qt::SolidLine));
-    color.setAlpha(m_box->isZoom ? 20 : 45);
+    QColor color = m_style.color(m_box->isCrossing() ? 3 : 5);
+    painter.setPen(QPen(color, 1.0, m_box->isCrossing() ? Qt::DashLine : Qt::SolidLine));
+    color.setAlpha(45);
     painter.setBrush(color);
     painter.drawRect(QRectF(m_box->from, m_box->to).normalized());
     painter.setBrush(Qt::NoBrush);

@@ -57,8 +57,6 @@ public:
     /// The view before the last change; a row of turns of the wheel, or of moves, is one change. False when there is
     /// none.
     bool zoomPrevious();
-    /// The next two clicks, or the next dragging, are corners of what is shown then. Escape ends it.
-    void startZoomWindow();
     /// By pixels of the view, as the content goes; what is less than a pixel of the screen is kept for the next time.
     void panBy(const QPointF &pixels);
 
@@ -119,8 +117,7 @@ private:
     struct Box {                             ///< a window that is being drawn
         AcGePoint3d corner;                  ///< the first one, where it stays when the view moves
         QPointF from, to;                    ///< in pixels of the view
-        bool isZoom = false;
-        bool isDragged = false; ///< the button is down since its first corner
+        bool isDragged = false;              ///< the button is down since its first corner
         bool removes = false;
         bool isCrossing() const { return to.x() < from.x(); }
     };
@@ -172,7 +169,6 @@ private:
     Gesture m_gesture = Gesture::None;
     QPointF m_panRest;                 ///< of moves, less than a pixel of the screen
     bool m_showEverythingNext = false; ///< at the next paint that has something to show
-    bool m_waitsForZoomWindow = false;
 
     Drafting m_ownDrafting;
     std::function<Drafting()> m_readDrafting;
@@ -182,7 +178,7 @@ private:
 
     Asked m_asked = Asked::Nothing;
     bool m_isCorner = false; ///< the point that is asked for is one of a window
-    bool m_isFree = false; ///< what lies under the pointer is asked for: no snap may draw it elsewhere
+    bool m_isFree = false;   ///< what lies under the pointer is asked for: no snap may draw it elsewhere
     std::optional<AcGePoint3d> m_base;
     QPointF m_pointer;
     bool m_pointerInside = false;

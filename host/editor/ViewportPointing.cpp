@@ -228,7 +228,7 @@ void Viewport::updatePreview()
     m_preview = {};
     m_previewImage = {};
     m_previewCount.clear();
-    m_isPreviewStale = m_box && !m_box->isZoom && m_drawing != nullptr;
+    m_isPreviewStale = m_box && m_drawing != nullptr;
     update();
 }
 
@@ -264,10 +264,9 @@ void Viewport::makePreview()
 
 void Viewport::dropBox()
 {
-    if (!m_box && !m_waitsForZoomWindow)
+    if (!m_box)
         return;
     m_box.reset();
-    m_waitsForZoomWindow = false;
     updatePreview();
 }
 
@@ -276,18 +275,10 @@ void Viewport::finishBox()
     const Box box = *m_box;
     const Extents extents = extentsOfBox();
     const AcDbObjectIdArray ids =
-        box.isZoom || m_drawing == nullptr
+        m_drawing == nullptr
             ? AcDbObjectIdArray()
             : entitiesIn(*m_drawing, extents, box.isCrossing() ? SelectBy::Crossing : SelectBy::Window);
     dropBox();
-    if (box.isZoom) {
-        if (box.from.x() != box.to.x() || box.from.y() != box.to.y()) {
-            remember();
-            m_view.show(extents, 0.0);
-            viewMoved();
-        }
-        return;
-    }
     if (!ids.empty())
         take(ids, box.removes);
 }
@@ -324,7 +315,7 @@ void Viewport::gather(const AcDbObjectIdArray &ids, bool removing)
 bool Viewport::escape()
 {
     m_lastPick.reset();
-    if (m_box || m_waitsForZoomWindow) {
+    if (m_box) {
         dropBox();
         return true;
     }
@@ -362,10 +353,6 @@ void Viewport::pressLeft(const QPointF &position, bool shift)
         m_box->to = position;
         return finishBox();
     }
-    if (m_waitsForZoomWindow) {
-        m_box = Box{m_view.toWorld(position), position, position, true, true, false};
-        return;
-    }
     m_showEverythingNext = false; // what is drawn by clicks must not move under the pointer
     if (m_asked == Asked::Point) {
         const AcGePoint3d p = pointFor(position);
@@ -382,7 +369,7 @@ void Viewport::pressLeft(const QPointF &position, bool shift)
     } else if (hovered() != nullptr) {
         pickCandidate(position, shift);
     } else {
-        m_box = Box{m_view.toWorld(position), position, position, false, true, shift};
+        m_box = Box{m_view.toWorld(position), position, position, true, shift};
     }
 }
 

@@ -29,5 +29,7 @@ struct NetworkFinding {
 
 /// All findings of a drawing's network: sections in their order (the start before the end), then nodes in theirs.
 std::vector<NetworkFinding> checkNetwork(Drawing &drawing);
+/// Those of one section or node, in the same order.
+std::vector<NetworkFinding> checkEntity(Drawing &drawing, const AcDbEntity &entity);
 
 } // namespace velmor

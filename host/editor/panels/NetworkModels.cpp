@@ -3,7 +3,10 @@
 #include "host/editor/Captions.h"
 #include "host/network/NetworkEntities.h"
 
+#include <algorithm>
+#include <tuple>
 #include <unordered_map>
+#include <utility>
 
 namespace velmor {
 
@@ -32,19 +35,64 @@ void NetworkWatch::setDrawing(Drawing *drawing)
     m_drawing = drawing;
     if (m_drawing)
         m_drawing->addObserver(*this);
-    ++m_revision;
+    noteMore();
 }
 
-void NetworkWatch::look(const AcDbEntity &entity)
+void NetworkWatch::noteMore()
 {
-    if (m_drawing->data(entity, kSectionKey) || m_drawing->data(entity, kNodeKey))
-        ++m_revision;
+    m_lastWhole = ++m_revision;
+    m_single.clear();
+    m_shapeBefore = nullptr;
+    m_dataBefore.reset();
 }
 
-void NetworkWatch::dataChanging(AcDbObject &, const std::string &key)
+bool NetworkWatch::carriesNetwork(const AcDbEntity &entity) const
+{
+    return m_drawing->data(entity, kSectionKey) || m_drawing->data(entity, kNodeKey);
+}
+
+void NetworkWatch::entityAppended(AcDbEntity &entity)
+{
+    if (carriesNetwork(entity))
+        noteMore();
+}
+
+void NetworkWatch::dataChanging(AcDbObject &object, const std::string &key)
 {
     if (key == kSectionKey || key == kNodeKey)
-        ++m_revision;
+        m_dataBefore = DataBefore{&object, m_drawing->data(object, kSectionKey), m_drawing->data(object, kNodeKey)};
+}
+
+void NetworkWatch::entityModified(AcDbEntity &entity)
+{
+    const auto before = std::exchange(m_dataBefore, std::nullopt);
+    const bool wasShape = std::exchange(m_shapeBefore, nullptr) == &entity;
+    if (before) {
+        const auto links = [](const std::optional<DataItems> &items) {
+            auto data = items ? sectionDataOf(*items) : std::nullopt;
+            return data ? std::optional(std::tuple(data->guid, data->startNode, data->endNode)) : std::nullopt;
+        };
+        const auto now = links(m_drawing->data(entity, kSectionKey));
+        if (before->object != &entity || before->node || !now || now != links(before->section))
+            return noteMore();
+    } else if (!carriesNetwork(entity)) {
+        return;
+    } else if (!wasShape) {
+        return noteMore(); // whatever it was
+    }
+    constexpr std::size_t kMostSingle = 200;
+    if (m_single.size() == kMostSingle)
+        return noteMore();
+    ++m_revision;
+    m_single.push_back(&entity);
+}
+
+std::optional<std::vector<AcDbEntity *>> NetworkWatch::changedSince(std::uint64_t revision) const
+{
+    if (revision < m_lastWhole)
+        return std::nullopt;
+    const auto known = static_cast<std::ptrdiff_t>(revision - m_lastWhole);
+    return std::vector(m_single.begin() + known, m_single.end());
 }
 
 NetworkModel::NetworkModel(const NetworkWatch &watch, QObject *parent) : PanelModel(parent), m_watch(watch) {}
@@ -61,8 +109,11 @@ void NetworkModel::bringUpToDate()
 {
     if (m_taken == m_watch.revision() || !m_watch.drawing())
         return;
+    const auto single = m_watch.changedSince(m_taken);
     m_taken = m_watch.revision();
-    take(*m_watch.drawing());
+    Drawing &drawing = *m_watch.drawing();
+    if (!single || !std::ranges::all_of(*single, [&](AcDbEntity *entity) { return takeOne(drawing, *entity); }))
+        take(drawing);
 }
 
 Extents NetworkModel::extentsOf(const QList<int> &rows) const
@@ -95,6 +146,20 @@ void SectionsModel::take(Drawing &drawing)
                        section->GetLength2D()});
     }
     takeRows(m_rows, std::move(now), [](const Row &a, const Row &b) { return a.entity == b.entity; });
+}
+
+bool SectionsModel::takeOne(Drawing &drawing, AcDbEntity &entity)
+{
+    const auto section = drawing.component<Network>().GetSectionById(idOf(entity));
+    if (!section)
+        return true; // a node: sections show its name alone
+    const auto row = std::ranges::find(m_rows, idOf(entity), &Row::entity);
+    if (row == m_rows.end())
+        return false;
+    row->name = textOf(section->GetName());
+    row->length = section->GetLength2D();
+    rowChanged(static_cast<int>(row - m_rows.begin()));
+    return true;
 }
 
 bool SectionsModel::isLess(int column, int a, int b) const
@@ -158,6 +223,18 @@ void NodesModel::take(Drawing &drawing)
         now.push_back({node->GetObjectId(), textOf(entity.data().name), in, out, place.x, place.y});
     }
     takeRows(m_rows, std::move(now), [](const Row &a, const Row &b) { return a.entity == b.entity; });
+}
+
+bool NodesModel::takeOne(Drawing &, AcDbEntity &entity)
+{
+    const auto row = std::ranges::find(m_rows, idOf(entity), &Row::entity);
+    if (row == m_rows.end())
+        return true; // a section that begins and ends where it did
+    const AcGePoint3d place = positionOf(entity).value_or(AcGePoint3d());
+    row->x = place.x;
+    row->y = place.y;
+    rowChanged(static_cast<int>(row - m_rows.begin()));
+    return true;
 }
 
 bool NodesModel::isLess(int column, int a, int b) const
@@ -226,6 +303,23 @@ void ChecksModel::take(Drawing &drawing)
     takeRows(m_rows, std::move(now), [](const NetworkFinding &a, const NetworkFinding &b) {
         return a.entity == b.entity && a.trouble == b.trouble;
     });
+}
+
+bool ChecksModel::takeOne(Drawing &drawing, AcDbEntity &entity)
+{
+    const std::vector<NetworkFinding> now = checkEntity(drawing, entity);
+    const auto first = std::ranges::find(m_rows, idOf(entity), &NetworkFinding::entity);
+    std::size_t known = 0;
+    for (auto row = first; row != m_rows.end() && row->entity == idOf(entity); ++row, ++known)
+        if (known >= now.size() || row->trouble != now[known].trouble)
+            return false;
+    if (known != now.size())
+        return false;
+    for (std::size_t i = 0; i < known; ++i) {
+        first[static_cast<std::ptrdiff_t>(i)] = now[i];
+        rowChanged(static_cast<int>(first - m_rows.begin()) + static_cast<int>(i));
+    }
+    return true;
 }
 
 Extents ChecksModel::extentsOf(const QList<int> &rows) const

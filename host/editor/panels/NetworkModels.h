@@ -9,8 +9,8 @@
 
 namespace velmor {
 
-/// Notes that the network of a drawing may have changed: when an entity that carries its data is added, changed or
-/// erased, or gets or loses such data. What else changes in the drawing costs next to nothing.
+/// Notes what changed in the network of a drawing: an entity that carries its data is added, changed or erased, or gets
+/// or loses such data. What else changes in the drawing costs next to nothing.
 class NetworkWatch final : private DrawingObserver {
 public:
     NetworkWatch() = default;
@@ -22,16 +22,30 @@ public:
     Drawing *drawing() const { return m_drawing; }
     /// Grows with every change.
     std::uint64_t revision() const { return m_revision; }
+    /// The sections and nodes that changed since a revision, each of them in itself alone: its place, its shape, a
+    /// section's name. Nothing when more than that changed (what comes or goes, how things hang together, the name of a
+    /// node, that sections show), or too much to tell one by one.
+    std::optional<std::vector<AcDbEntity *>> changedSince(std::uint64_t revision) const;
 
 private:
-    void entityAppended(AcDbEntity &entity) override { look(entity); }
-    void entityModified(AcDbEntity &entity) override { look(entity); }
-    void entityErased(AcDbEntity &entity, bool) override { look(entity); }
+    void entityAppended(AcDbEntity &entity) override;
+    void entityModified(AcDbEntity &entity) override;
+    void entityErased(AcDbEntity &entity, bool) override { entityAppended(entity); }
     void dataChanging(AcDbObject &object, const std::string &key) override;
-    void look(const AcDbEntity &entity);
+    void shapeChanging(AcDbEntity &entity) override { m_shapeBefore = &entity; }
+    bool carriesNetwork(const AcDbEntity &entity) const;
+    void noteMore();
 
+    struct DataBefore {
+        const AcDbObject *object;
+        std::optional<DataItems> section, node;
+    };
     Drawing *m_drawing = nullptr;
     std::uint64_t m_revision = 1;
+    std::uint64_t m_lastWhole = 1;             ///< the last revision in which more changed than single ones
+    std::vector<AcDbEntity *> m_single;        ///< those of the revisions behind it
+    const AcDbEntity *m_shapeBefore = nullptr; ///< whose change of shape was told beforehand
+    std::optional<DataBefore> m_dataBefore;    ///< of the object whose data are about to change
 };
 
 /// A table over the network. Each row stands for an entity.
@@ -50,6 +64,10 @@ public:
 protected:
     virtual void clear() = 0;
     virtual void take(Drawing &drawing) = 0;
+    /// Takes up a section or a node that changed in itself alone; false when that is not enough.
+    virtual bool takeOne(Drawing &drawing, AcDbEntity &entity) = 0;
+    /// Tells that a row is another now.
+    void rowChanged(int row) { Q_EMIT dataChanged(index(row, 0), index(row, columns() - 1)); }
 
 private:
     const NetworkWatch &m_watch;
@@ -74,6 +92,7 @@ protected:
     QString text(int row, int column) const override;
     void clear() override { m_rows.clear(); }
     void take(Drawing &drawing) override;
+    bool takeOne(Drawing &drawing, AcDbEntity &entity) override;
 
 private:
     struct Row {
@@ -105,6 +124,7 @@ protected:
     QString text(int row, int column) const override;
     void clear() override { m_rows.clear(); }
     void take(Drawing &drawing) override;
+    bool takeOne(Drawing &drawing, AcDbEntity &entity) override;
 
 private:
     struct Row {
@@ -146,6 +166,7 @@ protected:
     QString text(int row, int column) const override;
     void clear() override;
     void take(Drawing &drawing) override;
+    bool takeOne(Drawing &drawing, AcDbEntity &entity) override;
 
 private:
     const NetworkFinding &at(int row) const { return m_rows[static_cast<std::size_t>(row)]; }

@@ -114,6 +114,16 @@ TEST_F(OtherCommands, ListTellsKindLayerPointsLengthAndArea)
     EXPECT_TRUE(wasTold(L"Vertex: 4, 3"));
 }
 
+TEST_F(OtherCommands, OfManyObjectsListTellsTheFirstAndTheKindsOfTheOthers)
+{
+    for (int i = 0; i < 203; ++i)
+        line(i, 0, i, 1);
+    ASSERT_TRUE(run(L"CIRCLE 50,50 1"));
+    ASSERT_TRUE(run(L"LIST ALL \"\""));
+    EXPECT_TRUE(wasTold(L"and 4 more: 1 CIRCLE, 3 LINE"));
+    EXPECT_FALSE(wasTold(L"CIRCLE on layer"));
+}
+
 TEST_F(OtherCommands, DistTellsDistanceAndAngle)
 {
     ASSERT_TRUE(run(L"DIST 0,0 3,-4"));

@@ -92,36 +92,6 @@ protected:
 
 // --- Zoom and pan
 
-TEST_F(View, AWindowIsZoomedTo)
-{
-    line(0, 0, 80, 60);
-    show();
-    viewport.startZoomWindow();
-    drag(10, 10, 30, 25);
-    const Extents visible = viewport.view().visible();
-    EXPECT_NEAR(visible.minX, 10, 0.11);
-    EXPECT_NEAR(visible.maxX, 30, 0.11);
-    EXPECT_NEAR(visible.minY, 10, 0.11);
-    EXPECT_NEAR(visible.maxY, 25, 0.11);
-    EXPECT_THAT(selection(), IsEmpty());
-}
-
-TEST_F(View, AZoomWindowIsGivenByTwoClicksTooAndEndedByEscape)
-{
-    show();
-    viewport.startZoomWindow();
-    click(10, 10);
-    click(30, 25);
-    EXPECT_NEAR(viewport.view().centerX, 20, 0.06);
-    const double scale = viewport.view().pixelsPerUnit;
-    viewport.startZoomWindow();
-    QTest::keyClick(&viewport, Qt::Key_Escape);
-    line(15, 20, 16, 21);
-    click(18, 18); // begins a selection, not a zoom
-    click(14.1, 14.1);
-    EXPECT_EQ(viewport.view().pixelsPerUnit, scale);
-}
-
 TEST_F(View, EverythingIsShownByHomeAndByADoubleClickOfTheMiddleButton)
 {
     line(100, 200, 300, 260);

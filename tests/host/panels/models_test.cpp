@@ -1,5 +1,6 @@
 // The panels' models: rows follow the drawing with few notices, and changes are steps that can be undone. No widgets.
 #include "host/drawing/ChangeLog.h"
+#include "host/drawing/Moving.h"
 #include "host/editor/UndoHistory.h"
 #include "host/editor/panels/LayersModel.h"
 #include "host/editor/panels/NetworkModels.h"
@@ -15,11 +16,15 @@
 
 #include <gmock/gmock.h>
 
+#include <random>
+
 namespace velmor {
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Optional;
 
 QCoreApplication &application()
 {
@@ -330,6 +335,98 @@ TEST_F(NetworkModelsTest, OneChangedNameIsOneChangedRow)
     EXPECT_EQ(removes.count(), 1);
     EXPECT_THAT(column(sections, SectionsModel::Name), ElementsAre("S2"));
     EXPECT_EQ(resets.count() + inserts.count(), 0);
+}
+
+TEST_F(NetworkModelsTest, ASectionOrNodeThatChangesInItselfIsToldAlone)
+{
+    AcDbEntity &first = node(L"A", 0, 0);
+    AcDbEntity &pipe = section(L"S1", L"A", L"A", 10.0);
+    const auto since = [&](const std::function<void()> &change) {
+        const std::uint64_t before = watch.revision();
+        change();
+        return watch.changedSince(before);
+    };
+    const auto rename = [&](const std::wstring &name, const std::wstring &to) {
+        return [&, name, to] {
+            drawing().setData(pipe, kSectionKey, itemsOf(SectionData{L"section S1", name, 10.0, L"node A", to}));
+        };
+    };
+    const auto move = [&](AcDbEntity &entity) {
+        return [&] { ASSERT_TRUE(moveEntity(drawing(), entity, {1.0, 0.0, 0.0})); };
+    };
+    EXPECT_THAT(since(rename(L"X", L"node A")), Optional(ElementsAre(&pipe)));
+    EXPECT_THAT(since(move(pipe)), Optional(Each(&pipe)));
+    EXPECT_THAT(since(move(first)), Optional(Each(&first)));
+    EXPECT_THAT(since([&] { line(0, 0, 1, 1); }), Optional(IsEmpty()));
+    EXPECT_EQ(since(rename(L"X", L"node none")), std::nullopt) << "it hangs elsewhere";
+    EXPECT_EQ(since([&] {
+                  drawing().setData(first, kNodeKey, itemsOf(NodeData{L"node A", L"B"}));
+              }),
+              std::nullopt)
+        << "sections show the name";
+    EXPECT_EQ(since([&] { drawing().erase(pipe); }), std::nullopt);
+    EXPECT_EQ(since([&] { node(L"C", 1, 1); }), std::nullopt);
+    EXPECT_EQ(since([&] {
+                  for (int i = 0; i < 1000; ++i)
+                      move(first)();
+              }),
+              std::nullopt)
+        << "too many to tell one by one";
+}
+
+TEST_F(NetworkModelsTest, TablesThatTookUpChangesOneByOneAreThoseOfAFreshPanel)
+{
+    std::vector<AcDbEntity *> pipes, places;
+    for (const wchar_t *name : {L"A", L"B", L" ", L"C"})
+        places.push_back(&node(name, 1.0, 2.0));
+    for (const wchar_t *name : {L"S1", L"S2", L"S3"})
+        pipes.push_back(&section(name, L"A", name[1] == L'2' ? L"none" : L"B", 5.0));
+    bringUpToDate();
+    std::mt19937 random(11);
+    for (int i = 0; i < 300; ++i) {
+        AcDbEntity &pipe = *pipes[random() % pipes.size()], &place = *places[random() % places.size()];
+        const std::wstring name = std::to_wstring(random() % 5);
+        auto data = *sectionDataOf(*drawing().data(pipe, kSectionKey));
+        switch (random() % 6) {
+        case 0:
+            moveEntity(drawing(), pipe, {1.0, 2.0, 0.0});
+            break;
+        case 1:
+            moveEntity(drawing(), place, {2.0, 1.0, 0.0});
+            break;
+        case 2:
+            data.name = name;
+            break;
+        case 3:
+            data.length = random() % 2 == 0 ? ZEMGis::Topology::kUnknownValue : 7.0;
+            break;
+        case 4:
+            data.endNode = random() % 2 == 0 ? L"node B" : L"node none";
+            break;
+        default:
+            drawing().component<UndoHistory>().undo();
+            break;
+        }
+        drawing().setData(pipe, kSectionKey, itemsOf(data));
+        bringUpToDate();
+        NetworkWatch freshWatch;
+        freshWatch.setDrawing(&drawing());
+        SectionsModel freshSections{freshWatch};
+        NodesModel freshNodes{freshWatch};
+        ChecksModel freshChecks{freshWatch};
+        const auto same = [&](NetworkModel &mine, NetworkModel &fresh) {
+            fresh.bringUpToDate();
+            QList<int> all;
+            for (int row = 0; row < std::max(mine.rowCount(), fresh.rowCount()); ++row)
+                all.append(row);
+            ASSERT_EQ(mine.rowCount(), fresh.rowCount());
+            EXPECT_EQ(asText(mine, all), asText(fresh, all)) << i;
+        };
+        same(sections, freshSections);
+        same(nodes, freshNodes);
+        same(checks, freshChecks);
+        freshWatch.setDrawing(nullptr);
+    }
 }
 
 TEST_F(NetworkModelsTest, LineworkThatIsNoSectionIsNoNewsForTheTables)
