@@ -1,5 +1,6 @@
 // The road that the example town shows to a newcomer, with the script that is shipped: a plan and its network come in,
 // catchment areas with islands and labels go out, and the table, the picture and the list are made of them.
+#include "tests/acceptance/AreaRows.h"
 #include "tests/app/ProgramRun.h"
 
 #include "host/drawing/Drawing.h"
@@ -11,7 +12,6 @@
 #include <QImage>
 
 #include <algorithm>
-#include <charconv>
 #include <map>
 #include <set>
 
@@ -20,27 +20,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using test::number;
+using test::split;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::SizeIs;
 using testing::StartsWith;
-
-std::vector<std::string> split(const std::string &text, char separator)
-{
-    std::vector<std::string> parts;
-    std::istringstream stream(text);
-    for (std::string part; std::getline(stream, part, separator);)
-        parts.push_back(part);
-    return parts;
-}
-
-double number(const std::string &text)
-{
-    double value = -1.0;
-    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    EXPECT_TRUE(error == std::errc() && rest == text.data() + text.size()) << text;
-    return value;
-}
 
 /// Pixels that are more green than anything else, as a hatch's thin lines are over the white ground.
 int countGreen(const QImage &image)
@@ -77,24 +62,11 @@ protected:
         EXPECT_EQ(outcome.err, "");
         return outcome.out;
     }
-    /// Rows of the list of areas, each by the names of its columns.
-    std::vector<std::map<std::string, std::string>> listAreas()
+    std::vector<test::AreaRow> listAreas()
     {
         const test::Outcome outcome = run({"areas", "out/town.dxf", "--csv"});
         EXPECT_EQ(outcome.code, 0) << outcome.err;
-        const std::vector<std::string> lines = split(outcome.out, '\n');
-        const std::vector<std::string> head = split(lines.at(0), ',');
-        std::vector<std::map<std::string, std::string>> rows;
-        for (std::size_t i = 1; i < lines.size(); ++i) {
-            const std::vector<std::string> fields = split(lines[i], ',');
-            EXPECT_EQ(fields.size(), head.size()) << lines[i];
-            for (std::size_t column = 0; column < std::min(fields.size(), head.size()); ++column) {
-                if (column == 0)
-                    rows.emplace_back();
-                rows.back()[head[column]] = fields[column];
-            }
-        }
-        return rows;
+        return test::areaRows(outcome.out);
     }
     test::ScratchFolder folder;
 };
