@@ -39,6 +39,7 @@ struct CAdUiBaseDialog::Private {
     int result = kCancel;
     int editorCommands = 0;
     int handlers = 0; ///< that run now, one inside the other
+    bool cancelling = false;
     /// A dialog that was put away, and where it stood.
     struct Hidden {
         QPointer<QWidget> dialog;
@@ -195,8 +196,9 @@ bool CAdUiBaseDialog::RunHandler(const std::function<void()> &handler)
         return true;
     }
     const int editorCommands = d->editorCommands;
-    // A handler that another one sets off, say by choosing a row, belongs to that one's step.
-    const velmor::Kept kept = d->handlers > 0 ? velmor::Kept::WithOuterWork : velmor::Kept::ForGood;
+    // A handler that another one sets off, say by choosing a row, belongs to that one's step; and what a dialog clears
+    // away at its end to the same step as what is left to its destructor, that of the command that opened it.
+    const velmor::Kept kept = d->handlers > 0 || d->cancelling ? velmor::Kept::WithOuterWork : velmor::Kept::ForGood;
     ++d->handlers;
     const bool done = velmor::runGuarded(*session, windowTitle().toStdWString(), handler, kept);
     --d->handlers;
@@ -214,8 +216,10 @@ void CAdUiBaseDialog::OnHandlerFailed() {}
 /// A dialog whose cancel path fails ends all the same: nobody could close it any more.
 void CAdUiBaseDialog::RunCancel()
 {
+    const bool outer = std::exchange(d->cancelling, true);
     if (!RunHandler([this] { OnCancel(); }))
         EndDialog(kCancel);
+    d->cancelling = outer;
 }
 
 std::intptr_t CAdUiBaseDialog::OnWindowMessage(unsigned, std::uintptr_t, std::intptr_t)

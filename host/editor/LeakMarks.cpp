@@ -18,7 +18,7 @@ using boundary::Point;
 
 /// A mark is at least that part of its distance from the point wide, so that a gap of a finger's breadth is seen at a
 /// zoom that shows the whole region.
-constexpr double kLeastRadius = 1.0 / 30.0;
+constexpr double kLeastRadius = 1.0 / 12.0;
 /// What a circle is wider than its gap.
 constexpr double kRoom = 0.75;
 

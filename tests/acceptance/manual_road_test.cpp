@@ -152,6 +152,16 @@ TEST_F(ManualRoad, ATakenNameAndATakenCentreAreRefused)
     expectNothingElse("areas.dxf", 1 + 1, 0);
 }
 
+TEST_F(ManualRoad, EverythingIsTakenBackAndDoneAgain)
+{
+    EXPECT_EQ(runScript("undone"), "");
+    EXPECT_EQ(test::readFile(folder / "cancelled.dxf"), test::readFile(folder / "parcels.dxf"));
+    const auto rows = areasOf("areas.dxf");
+    ASSERT_THAT(rows, SizeIs(3));
+    EXPECT_EQ(rows[2].at("main_area"), rows[0].at("guid"));
+    expectNothingElse("areas.dxf", 3, 3);
+}
+
 TEST_F(ManualRoad, AParcelThatDoesNotCloseIsTold)
 {
     EXPECT_THAT(test::split(runScript("leaks"), '\n'), SizeIs(1));

@@ -1,4 +1,5 @@
 #include "contracts/HostDialog.h"
+#include "host/drawing/ChangeLog.h"
 #include "host/drawing/Journal.h"
 #include "tests/host/editor/EditorFixture.h"
 #include "tests/host/editor/QtFixture.h"
@@ -336,6 +337,61 @@ TEST_F(HostDialogTest, ACancelPathThatThrowsEndsTheDialogAllTheSame)
                     }),
               CAdUiBaseDialog::kCancel);
     EXPECT_EQ(session.alerts().size(), 1u);
+}
+
+TEST_F(HostDialogTest, AHandlerThatAnotherOneSetsOffBelongsToItsUndoStep)
+{
+    auto &log = drawing().component<ChangeLog>();
+    TestDialog dialog;
+    dialog.setWindowTitle(QStringLiteral("Areas"));
+    drive(dialog, [&](CAdUiBaseDialog &shown) {
+        shown.RunHandler([&] {
+            line(0, 0, 1, 0);
+            shown.RunHandler([&] { line(1, 0, 2, 0); });
+            line(2, 0, 3, 0);
+        });
+        EXPECT_EQ(log.undoCount(), 1u);
+        EXPECT_EQ(log.undoName(), L"Areas");
+        shown.RunHandler([&] { line(3, 0, 4, 0); });
+        EXPECT_EQ(log.undoCount(), 2u);
+    });
+    // One that fails is taken back alone.
+    drive(dialog, [&](CAdUiBaseDialog &shown) {
+        shown.RunHandler([&] {
+            shown.RunHandler([&] {
+                line(4, 0, 5, 0);
+                throw std::runtime_error("inner");
+            });
+            line(5, 0, 6, 0);
+        });
+    });
+    EXPECT_EQ(log.undoCount(), 3u);
+    EXPECT_EQ(session.alerts().size(), 1u);
+    EXPECT_TRUE(drawing().modelSpace().entities().at(4)->isErased());
+    EXPECT_FALSE(drawing().modelSpace().entities().at(5)->isErased());
+}
+
+TEST_F(HostDialogTest, TheEndOfADialogIsOneStepWithWhatItsCommandDoesBehindIt)
+{
+    struct Closing final : TestDialog {
+        std::function<void()> close;
+        void OnCancel() override
+        {
+            close();
+            CAdUiBaseDialog::OnCancel();
+        }
+    };
+    auto &log = drawing().component<ChangeLog>();
+    session.commands().addWork(L"AREAS", 0, [&](Asker &) {
+        Closing dialog;
+        dialog.close = [&] { line(1, 0, 2, 0); };
+        drive(dialog, [&](CAdUiBaseDialog &shown) { shown.RunHandler([&] { line(0, 0, 1, 0); }); });
+        line(2, 0, 3, 0);
+        return Command::Next::Commit;
+    });
+    EXPECT_EQ(session.commands().start(L"AREAS"), RunStatus::Done);
+    EXPECT_EQ(log.undoCount(), 2u);
+    EXPECT_EQ(log.undoName(), L"AREAS");
 }
 
 TEST_F(HostDialogTest, ADriverThatThrowsLeavesNoDialogOpen)
