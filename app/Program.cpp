@@ -5,6 +5,8 @@
 #include "app/Script.h"
 #include "host/drawing/Drawing.h"
 #include "host/drawing/Findings.h"
+#include "host/editor/Application.h"
+#include "host/editor/Captions.h"
 #include "host/editor/LineworkCache.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/ModuleLoader.h"
@@ -19,6 +21,7 @@
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
+#include <QMessageBox>
 #include <fmt/format.h>
 
 #include <chrono>
@@ -281,13 +284,21 @@ int openWindow(Request &request)
         qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         return complain(kFailed, uiLine("ui.cli.display"));
     OpenedFile opened;
-    if (!request.file.empty()) {
+    if (!request.file.empty())
         opened = readForWindow(request.file);
-        if (!opened.drawing)
-            return complain(kBadInput, opened.message);
-    }
-    QApplication application(request.argc, request.argv);
+    const bool isRefused = !request.file.empty() && !opened.drawing;
+    if (isRefused)
+        complain(kBadInput, opened.message);
+    Application application(request.argc, request.argv);
     std::setlocale(LC_NUMERIC, "C");
+    if (isRefused) {
+        // Who started the program by a click on a file sees no terminal.
+        if (QGuiApplication::platformName() != QStringLiteral("offscreen")) {
+            followLanguage();
+            QMessageBox::critical(nullptr, QStringLiteral("Velmor"), QString::fromStdString(opened.message));
+        }
+        return kBadInput;
+    }
     Session session;
     loadModule();
     return runWindow(session, std::move(opened));

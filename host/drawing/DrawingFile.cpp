@@ -1,6 +1,7 @@
 // Drawings from files and into files.
 #include "host/drawing/ChangeLog.h"
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/FileMark.h"
 #include "host/drawing/Texts.h"
 #include "host/drawing/dxf/AtomicFile.h"
 #include "host/drawing/dxf/BinaryDxf.h"
@@ -32,16 +33,6 @@ std::string reasonOf(std::string_view bytes)
     return drawingText("file.noSection");
 }
 
-bool isSameFile(const std::filesystem::path &a, const std::filesystem::path &b)
-{
-    std::error_code error;
-    if (std::filesystem::equivalent(a, b, error) && !error)
-        return true;
-    const auto absoluteA = std::filesystem::weakly_canonical(a, error),
-               absoluteB = std::filesystem::weakly_canonical(b, error);
-    return !error && absoluteA == absoluteB;
-}
-
 } // namespace
 
 std::unique_ptr<Drawing> Drawing::createNew()
@@ -62,13 +53,15 @@ LoadResult Drawing::load(const std::filesystem::path &path, const LoadOptions &o
         return options.progress ? [&options, from, share](double done) { return options.progress(from + share * done); }
                                 : std::function<bool(double)>();
     };
+    std::string mark = markOf(path); // before it is read: who writes it meanwhile changes it
     ReadFileResult file = readWholeFile(path, partly(0.0, kReadingShare));
     if (!file)
         return refused(file.status, std::move(file.message));
     LoadResult result = read(std::move(file.bytes), {partly(kReadingShare, 1.0 - kReadingShare)});
-    if (result.drawing)
+    if (result.drawing) {
         result.drawing->d->file.path = std::filesystem::absolute(path);
-    else
+        result.drawing->component<FileMark>().set(path, std::move(mark));
+    } else
         result.message = path.string() + ": " + result.message;
     return result;
 }
@@ -140,6 +133,7 @@ SaveResult Drawing::save(const std::filesystem::path &path, const SaveOptions &o
     SaveResult result = writeFileAtomically(path, pieces, options.backup);
     if (result && !options.isCopy) {
         d->modified = false;
+        component<FileMark>().set(path, markOf(path));
         if (d->log)
             d->log->saved();
         // From now on the whole drawing stands there, so saving again destroys nothing.

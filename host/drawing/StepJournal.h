@@ -23,6 +23,22 @@ struct JournalRecordInFile {
     std::string bytes;
 };
 
+/// Types of the records of a drawing's journal.
+namespace journal_record {
+inline constexpr char kBase = 'B'; ///< which text the steps stand on
+inline constexpr char kStep = 'D'; ///< done
+inline constexpr char kUndone = 'U';
+inline constexpr char kRedone = 'R';
+inline constexpr char kHandle = 'H';  ///< given for good
+inline constexpr char kNumbers = 'N'; ///< taken for good, below one
+inline constexpr char kSaved = 'S';   ///< with the path
+} // namespace journal_record
+/// The bytes of a kNumbers record.
+inline std::string bytesOfNumber(std::uint64_t number)
+{
+    return {reinterpret_cast<const char *>(&number), sizeof number};
+}
+
 class StepJournal {
 public:
     StepJournal() = default;

@@ -1,14 +1,18 @@
 #include "host/editor/DrawingKeeper.h"
 
+#include "host/drawing/FileMark.h"
+#include "host/drawing/StepRecorder.h"
 #include "host/drawing/dxf/DxfWriter.h"
 #include "host/services/Messages.h"
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <sys/file.h>
-#include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace velmor {
@@ -19,24 +23,40 @@ namespace {
 
 /// A longer text is written beside the work.
 constexpr std::size_t kWrittenAtOnce = std::size_t{4} << 20;
-constexpr std::chrono::seconds kBetweenSyncs{2};
 
-/// What tells a file from what it was: another program that writes it changes its time. Empty for a file that is not
-/// there: nothing of anybody's can be written over.
-std::string markOf(const fs::path &file)
-{
-    struct stat state = {};
-    if (file.empty() || ::stat(file.c_str(), &state) != 0)
-        return {};
-    return std::to_string(state.st_size) + ' ' + std::to_string(state.st_mtim.tv_sec) + ' ' +
-           std::to_string(state.st_mtim.tv_nsec);
-}
+/// Keeps other programs from making folders in the state folder and from listing them, between which a folder is there
+/// that nobody holds yet. Whoever doesn't get it in a second goes on without: its holder hangs, or the file system
+/// has no locks.
+class StateLock {
+public:
+    explicit StateLock(const fs::path &stateFolder)
+        : m_folder(::open(stateFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        constexpr int kTries = 1000;
+        constexpr std::chrono::milliseconds kBetween{1};
+        for (int i = 0; m_folder >= 0 && i < kTries && ::flock(m_folder, LOCK_EX | LOCK_NB) != 0; ++i) {
+            if (errno != EWOULDBLOCK && errno != EINTR)
+                return;
+            std::this_thread::sleep_for(kBetween);
+        }
+    }
+    ~StateLock()
+    {
+        if (m_folder >= 0)
+            ::close(m_folder);
+    }
+    StateLock(const StateLock &) = delete;
+    StateLock &operator=(const StateLock &) = delete;
+
+private:
+    int m_folder;
+};
 
 } // namespace
 
 // --- The folder -----------------------------------------------------------------------------------------------------
 
-bool HeldFolder::make(const fs::path &stateFolder, std::string &reason)
+bool HeldFolder::make(const fs::path &stateFolder, const fs::path &drawing, std::string &reason)
 {
     release();
     const auto fails = [&](const fs::path &what, int error) {
@@ -47,12 +67,15 @@ bool HeldFolder::make(const fs::path &stateFolder, std::string &reason)
     fs::create_directories(stateFolder, error);
     if (error)
         return fails(stateFolder, error.value());
+    const StateLock lock(stateFolder);
     for (int number = 1;; ++number) {
         const fs::path folder = stateFolder / ("open-" + std::to_string(::getpid()) + "-" + std::to_string(number));
         if (fs::create_directory(folder, error)) {
             fs::permissions(folder, fs::perms::owner_all, error);
-            if (take(folder))
+            if (take(folder)) {
+                nameDrawing(drawing);
                 return true;
+            }
             const int why = errno;
             fs::remove_all(folder, error);
             return fails(folder, why);
@@ -60,6 +83,18 @@ bool HeldFolder::make(const fs::path &stateFolder, std::string &reason)
         if (error && error.value() != EEXIST)
             return fails(folder, error.value());
     }
+}
+
+std::vector<fs::path> HeldFolder::allIn(const fs::path &stateFolder)
+{
+    std::vector<fs::path> found;
+    const StateLock lock(stateFolder);
+    std::error_code error;
+    for (fs::directory_iterator entry(stateFolder, error), end; !error && entry != end; entry.increment(error))
+        if (entry->path().filename().string().starts_with("open-"))
+            found.push_back(entry->path());
+    std::ranges::sort(found);
+    return found;
 }
 
 bool HeldFolder::take(const fs::path &folder)
@@ -154,14 +189,45 @@ std::optional<JournalBase> journalBaseOf(std::string_view bytes)
 // --- The keeper -----------------------------------------------------------------------------------------------------
 
 DrawingKeeper::DrawingKeeper(Drawing &drawing, std::unique_ptr<HeldFolder> folder, fs::path path,
-                             FileOperations &operations, Tell tell)
+                             FileOperations &operations, Calls calls)
     : m_drawing(drawing), m_log(drawing.component<ChangeLog>()), m_folder(std::move(folder)), m_path(std::move(path)),
-      m_operations(operations), m_tell(std::move(tell)), m_autosaved(drawing.isModified() ? 0 : drawing.revision())
+      m_operations(operations), m_calls(std::move(calls)), m_autosaved(drawing.isModified() ? 0 : drawing.revision())
 {
+}
+
+DrawingKeeper::DrawingKeeper(Drawing &drawing, std::unique_ptr<HeldFolder> folder, fs::path path,
+                             FileOperations &operations, Calls calls, std::unique_ptr<StepCodec> codec)
+    : m_drawing(drawing), m_log(drawing.component<ChangeLog>()), m_folder(std::move(folder)), m_path(std::move(path)),
+      m_operations(operations), m_calls(std::move(calls)), m_codec(std::move(codec)), m_isAdopted(true), m_begun(true),
+      m_broken(!m_codec), m_autosaved(0)
+{
+}
+
+void DrawingKeeper::start()
+{
+    if (m_isAdopted) {
+        m_log.addFollower(*this);
+        if (m_codec)
+            check(m_journal.resume(m_folder->path() / "steps", m_operations));
+        return;
+    }
     m_folder->nameDrawing(m_path);
+    catchUp();
+    stepEnded();
+}
+
+void DrawingKeeper::catchUp()
+{
     if (!m_log.knowsEverything()) {
         m_log.addFollower(*this);
         m_broken = true;
+        return;
+    }
+    if (auto recorded = m_drawing.component<StepRecorder>().take()) {
+        m_codec = std::move(recorded->codec);
+        m_log.addFollower(*this);
+        for (const JournalRecordInFile &record : recorded->records)
+            put(record.type, record.bytes);
         return;
     }
     // The codec starts from the text as it was read; what was done since is then done again for the journal.
@@ -176,24 +242,10 @@ DrawingKeeper::DrawingKeeper(Drawing &drawing, std::unique_ptr<HeldFolder> folde
     m_catchingUp = false;
 }
 
-DrawingKeeper::DrawingKeeper(Drawing &drawing, std::unique_ptr<HeldFolder> folder, fs::path path,
-                             FileOperations &operations, Tell tell, std::unique_ptr<StepCodec> codec)
-    : m_drawing(drawing), m_log(drawing.component<ChangeLog>()), m_folder(std::move(folder)), m_path(std::move(path)),
-      m_operations(operations), m_tell(std::move(tell)), m_codec(std::move(codec)), m_autosaved(0)
-{
-    m_log.addFollower(*this);
-    m_begun = true;
-    m_broken = !m_codec;
-    if (m_codec)
-        check(m_journal.resume(m_folder->path() / "steps", m_operations));
-}
-
 DrawingKeeper::~DrawingKeeper()
 {
     m_log.removeFollower(*this);
     finishAutosave();
-    if (m_base.valid())
-        m_base.wait();
     m_journal.close();
     if (m_givenUp)
         m_folder->remove();
@@ -207,10 +259,10 @@ void DrawingKeeper::setPath(fs::path path)
         put(journal_record::kSaved, m_path.string());
 }
 
-void DrawingKeeper::tellOnce(const std::string &reason)
+void DrawingKeeper::tell(const std::string &reason)
 {
-    if (!std::exchange(m_told, true) && m_tell)
-        m_tell(reason);
+    if (m_told.insert(reason).second && m_calls.tell)
+        m_calls.tell(reason);
 }
 
 void DrawingKeeper::check(const SaveResult &result)
@@ -218,7 +270,7 @@ void DrawingKeeper::check(const SaveResult &result)
     if (result)
         return;
     m_broken = true;
-    tellOnce(result.message);
+    tell(result.message);
 }
 
 /// The first change: the journal is made, and the text it stands on kept.
@@ -249,37 +301,58 @@ void DrawingKeeper::writeBase()
         m_base = std::async(std::launch::async, write);
 }
 
+/// The base that is written beside the work; without it the steps stand on nothing.
+void DrawingKeeper::checkBase(bool waiting)
+{
+    if (m_base.valid() && (waiting || m_base.wait_for(std::chrono::seconds(0)) == std::future_status::ready))
+        check(m_base.get());
+}
+
 void DrawingKeeper::put(char type, const std::optional<std::string> &bytes)
 {
+    checkBase(false);
     if (m_broken || !begin())
         return;
     if (!bytes) {
         m_broken = true;
-        tellOnce(uiLine("ui.recovery.coarse"));
+        tell(uiLine("ui.recovery.coarse"));
         return;
     }
     check(m_journal.append(type, *bytes));
-    if (!m_broken && std::chrono::steady_clock::now() - m_synced >= kBetweenSyncs)
+    if (m_broken)
+        return;
+    if (std::chrono::steady_clock::now() - m_synced >= kBetweenSyncs)
         sync();
+    else if (m_calls.syncSoon)
+        m_calls.syncSoon();
+}
+
+/// What the journal did not take is kept as a whole, once at its end and from then on by the autosaves.
+void DrawingKeeper::stepEnded()
+{
+    if (m_broken && !m_catchingUp && !m_isWhole)
+        m_isWhole = autosave();
 }
 
 void DrawingKeeper::stepDone(const ChangeStep &step)
 {
     if (!m_broken && m_codec)
         put(journal_record::kStep, m_codec->encode(step));
+    stepEnded();
 }
 
 void DrawingKeeper::stepUndone(const ChangeStep &)
 {
     put(journal_record::kUndone, "");
+    stepEnded();
 }
 
 void DrawingKeeper::stepRedone(const ChangeStep &step)
 {
     if (m_catchingUp)
-        stepDone(step);
-    else
-        put(journal_record::kRedone, "");
+        return stepDone(step);
+    put(journal_record::kRedone, "");
+    stepEnded();
 }
 
 void DrawingKeeper::handleGiven(const AcDbObject &object)
@@ -290,13 +363,14 @@ void DrawingKeeper::handleGiven(const AcDbObject &object)
 
 void DrawingKeeper::numbersKept(std::uint64_t next)
 {
-    put(journal_record::kNumbers, std::string(reinterpret_cast<const char *>(&next), sizeof next));
+    put(journal_record::kNumbers, bytesOfNumber(next));
 }
 
 void DrawingKeeper::drawingSaved()
 {
     m_autosaved = m_drawing.revision();
     m_folder->nameDrawing(m_path); // its file is another one now
+    checkBase(true);               // which serves as the base no longer
     if (m_begun)
         put(journal_record::kSaved, m_path.string());
     // A journal that can't take the save would be taken for newer than the file.
@@ -311,6 +385,7 @@ void DrawingKeeper::dropOlder()
     finishAutosave(); // else it would come after this
     m_autosaved = saved;
     m_journal.close();
+    m_isWhole = false;
     std::error_code error;
     for (const char *name : {"newest.dxf", "steps", "autosave.dxf"})
         fs::remove(m_folder->path() / name, error);
@@ -323,16 +398,24 @@ void DrawingKeeper::sync()
         check(m_journal.sync());
 }
 
-void DrawingKeeper::autosave()
+void DrawingKeeper::atRisk()
+{
+    checkBase(true);
+    if (m_broken)
+        autosave();
+    else
+        sync();
+}
+
+bool DrawingKeeper::autosave()
 {
     sync();
     if (m_saving.valid() && m_saving.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
-        return; // the last one is still being written
-    finishAutosave();
-    if (m_base.valid() && m_base.wait_for(std::chrono::seconds(0)) == std::future_status::ready)
-        check(m_base.get());
+        return false; // the last one is still being written
+    checkAutosave();
+    checkBase(false);
     if (m_drawing.revision() == m_autosaved)
-        return;
+        return false;
     m_autosaved = m_drawing.revision();
     // Its pieces lie in the writer and in the text that was read, none in what the user goes on changing.
     auto writer = std::make_shared<dxf::DxfWriter>(m_drawing.priv());
@@ -342,15 +425,22 @@ void DrawingKeeper::autosave()
     m_saving = std::async(std::launch::async, [writer, pieces = std::move(pieces), file, &operations = m_operations] {
         return writeFileAtomically(file, pieces, false, operations);
     });
+    return true;
 }
 
 void DrawingKeeper::finishAutosave()
+{
+    checkBase(true);
+    checkAutosave();
+}
+
+void DrawingKeeper::checkAutosave()
 {
     if (!m_saving.valid())
         return;
     if (const SaveResult saved = m_saving.get(); !saved) {
         m_autosaved = 0; // tried again at the next time
-        tellOnce(saved.message);
+        tell(saved.message);
     }
 }
 

@@ -10,6 +10,9 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <set>
+#include <string>
+#include <vector>
 
 namespace velmor {
 
@@ -21,8 +24,10 @@ public:
     HeldFolder(const HeldFolder &) = delete;
     HeldFolder &operator=(const HeldFolder &) = delete;
 
-    /// Makes a new folder with its owner file. False when that can't be, with the reason.
-    bool make(const std::filesystem::path &stateFolder, std::string &reason);
+    /// Makes a new folder whose owner file names the drawing. False when that can't be, with the reason.
+    bool make(const std::filesystem::path &stateFolder, const std::filesystem::path &drawing, std::string &reason);
+    /// All folders of drawings. None of them is one that is just being made and not held yet.
+    static std::vector<std::filesystem::path> allIn(const std::filesystem::path &stateFolder);
     /// Takes hold of a folder that nobody holds. False while its owner lives.
     bool take(const std::filesystem::path &folder);
     const std::filesystem::path &path() const { return m_path; }
@@ -56,34 +61,39 @@ struct JournalBase {
 std::string bytesOf(const JournalBase &base);
 std::optional<JournalBase> journalBaseOf(std::string_view bytes);
 
-/// Types of the journal's records.
-namespace journal_record {
-inline constexpr char kBase = 'B'; ///< a JournalBase
-inline constexpr char kStep = 'D'; ///< done
-inline constexpr char kUndone = 'U';
-inline constexpr char kRedone = 'R';
-inline constexpr char kHandle = 'H';  ///< given for good
-inline constexpr char kNumbers = 'N'; ///< taken for good, below one
-inline constexpr char kSaved = 'S';   ///< with the path
-} // namespace journal_record
-
 class DrawingKeeper final : private StepFollower {
 public:
-    using Tell = std::function<void(const std::string &reason)>;
-    /// Follows a drawing from now on. Steps that were done to it already go into the journal too.
+    struct Calls {
+        /// Gets each reason why the work can't be kept, the same one once.
+        std::function<void(const std::string &reason)> tell;
+        /// The journal has something that the disk has not: sync is to be called in kBetweenSyncs, if it was not yet.
+        std::function<void()> syncSoon;
+    };
+    static constexpr std::chrono::seconds kBetweenSyncs{2};
+    /// For a drawing that was opened, made or imported.
     DrawingKeeper(Drawing &drawing, std::unique_ptr<HeldFolder> folder, std::filesystem::path path,
-                  FileOperations &operations, Tell tell);
-    /// Goes on with the folder that the drawing was recovered from; codec has taken part in that.
+                  FileOperations &operations, Calls calls);
+    /// To go on with the folder that the drawing was recovered from; codec has taken part in that, and is null when it
+    /// was recovered in part.
     DrawingKeeper(Drawing &drawing, std::unique_ptr<HeldFolder> folder, std::filesystem::path path,
-                  FileOperations &operations, Tell tell, std::unique_ptr<StepCodec> codec);
+                  FileOperations &operations, Calls calls, std::unique_ptr<StepCodec> codec);
     ~DrawingKeeper() override;
 
+    /// Follows the drawing from now on. Steps that were done to it already go into the journal too.
+    void start();
     void setPath(std::filesystem::path path);
-    void autosave();
+    /// False when there is nothing to write, or the last one is still being written.
+    bool autosave();
+    /// Waits for what is written beside the work.
     void finishAutosave();
     void sync();
+    /// Something went wrong, and worse may follow: all that was done comes to the disk.
+    void atRisk();
+    /// The journal can't take the steps: only an autosave keeps them.
+    bool isBroken() const { return m_broken; }
     /// The user gave the drawing up or it is saved: the folder goes with this object.
     void giveUp() { m_givenUp = true; }
+    bool isAdopted() const { return m_isAdopted; }
     const HeldFolder &folder() const { return *m_folder; }
 
 private:
@@ -94,11 +104,15 @@ private:
     void numbersKept(std::uint64_t next) override;
     void drawingSaved() override;
 
+    void catchUp();
     bool begin();
     void writeBase();
     void put(char type, const std::optional<std::string> &bytes);
+    void stepEnded();
     void check(const SaveResult &result);
-    void tellOnce(const std::string &reason);
+    void checkBase(bool waiting);
+    void checkAutosave();
+    void tell(const std::string &reason);
     void dropOlder();
 
     Drawing &m_drawing;
@@ -106,10 +120,12 @@ private:
     std::unique_ptr<HeldFolder> m_folder;
     std::filesystem::path m_path;
     FileOperations &m_operations;
-    Tell m_tell;
+    Calls m_calls;
+    std::set<std::string> m_told;
     std::unique_ptr<StepCodec> m_codec; ///< null: its steps can't be told, the autosave has to do
     StepJournal m_journal;
-    bool m_begun = false, m_broken = false, m_told = false, m_givenUp = false, m_catchingUp = false;
+    bool m_isAdopted = false, m_begun = false, m_broken = false, m_givenUp = false, m_catchingUp = false;
+    bool m_isWhole = false;    ///< since the journal broke, or the last save, the whole drawing was written once
     std::uint64_t m_autosaved; ///< revision of the drawing when it was written last
     std::chrono::steady_clock::time_point m_synced;
     std::future<SaveResult> m_base, m_saving;

@@ -1,7 +1,10 @@
+#include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/Loading.h"
+#include "host/editor/Person.h"
 #include "host/editor/QuestionCommand.h"
+#include "host/editor/Saving.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/UndoHistory.h"
@@ -15,39 +18,47 @@ namespace velmor {
 
 namespace {
 
+constexpr const wchar_t *kOverDamaged = L"OVERWRITE-DAMAGED";
+constexpr const wchar_t *kOverChanged = L"OVERWRITE-CHANGED";
+
 std::filesystem::path pathFromText(const std::wstring &text)
 {
     return {utf8(text)};
 }
 
-/// Puts the question about unsaved changes behind the command's own ones.
-CommandFactory replacingDrawing(std::vector<Question> questions, QuestionCommand::Work work)
+/// Asks about changes that were not saved. A person gets the question that closing the window asks too; where answers
+/// are prepared, Yes drops the changes. Leaves the command when the person wants to stay.
+bool mayReplaceDrawing(Asker &asker)
 {
-    return [questions = std::move(questions), work = std::move(work)]() -> std::unique_ptr<Command> {
-        const Drawing *drawing = Session::current().drawing();
-        if (!drawing || !drawing->isModified())
-            return std::make_unique<QuestionCommand>(questions, work);
-        auto asked = questions;
-        asked.push_back({.message = "ui.prompt.unsaved", .keywords = {L"Yes", L"No"}});
-        return std::make_unique<QuestionCommand>(asked, [work](Session &session, QuestionCommand::Answers answers) {
-            if (answers.back() != L"Yes") {
-                session.alert(uiText("ui.drawing.kept"));
-                return Command::Next::BadInput;
-            }
-            answers.pop_back();
-            return work(session, answers);
-        });
-    };
+    Session &session = asker.session();
+    if (!session.drawing() || !session.drawing()->isModified())
+        return true;
+    Person *person = asker.hasAnswers() ? nullptr : Person::of(session);
+    if (person && !person->givesUpDrawing())
+        throw Cancelled();
+    if (person)
+        return true;
+    const Reply reply =
+        asker.word({.message = "ui.prompt.unsaved", .words = {L"Yes", L"No"}, .standard = uiText("ui.word.No")});
+    if (!reply.is(L"Yes"))
+        session.alert(uiText("ui.drawing.kept"));
+    return reply.is(L"Yes");
 }
 
-Command::Next newDrawing(Session &session)
+Command::Next newDrawing(Asker &asker)
 {
-    session.setDrawing(Drawing::createNew());
+    if (!mayReplaceDrawing(asker))
+        return Command::Next::BadInput;
+    asker.session().setDrawing(Drawing::createNew());
     return Command::Next::Commit;
 }
 
-Command::Next openDrawing(Session &session, const std::wstring &file)
+Command::Next openDrawing(Asker &asker)
 {
+    Session &session = asker.session();
+    const std::wstring file = asker.text({.message = "ui.prompt.open", .completion = Completion::Drawings}).text;
+    if (!mayReplaceDrawing(asker))
+        return Command::Next::BadInput;
     const auto path = pathFromText(file);
     LoadResult loaded = loadShown(session, path);
     if (loaded.status == FileStatus::Cancelled) {
@@ -70,21 +81,23 @@ Command::Next openDrawing(Session &session, const std::wstring &file)
     return Command::Next::Commit;
 }
 
-Command::Next saveDrawing(Session &session, const std::wstring &file, bool overwriteDamaged)
+/// Words: the file (empty: the drawing's own one) and what may be written over.
+Command::Next saveDrawing(Session &session, const QuestionCommand::Answers &words)
 {
     if (const auto next = askWithDrawing(session); next != Command::Next::Ask)
         return next;
-    const auto path = file.empty() ? session.path() : pathFromText(file);
+    const auto path = words[0].empty() ? session.path() : pathFromText(words[0]);
     if (path.empty()) {
         session.alert(uiText("ui.drawing.nofile"));
         return Command::Next::BadInput;
     }
-    const SaveResult saved = session.drawing()->save(path, {.overwriteDamaged = overwriteDamaged});
-    if (!saved) {
-        session.alert(wide(saved.message));
+    const auto says = [&](const wchar_t *word) { return std::ranges::find(words, word) != words.end(); };
+    const SaveOutcome saved =
+        saveDrawingAs(session, path, {.overDamaged = says(kOverDamaged), .overOthers = says(kOverChanged)});
+    if (!saved.isSaved) {
+        saved.isUnwanted ? session.status(saved.message) : session.alert(saved.message);
         return Command::Next::Revert;
     }
-    session.setPath(path);
     session.status(uiMessage("ui.save.done", {wide(path.string())}));
     return Command::Next::Commit;
 }
@@ -93,25 +106,16 @@ Command::Next saveDrawing(Session &session, const std::wstring &file, bool overw
 
 void addFileCommands(CommandStack &stack)
 {
-    using Answers = QuestionCommand::Answers;
-    const auto add = [&stack](const wchar_t *name, std::vector<Question> questions, QuestionCommand::Work work) {
-        stack.addHostCommand(name, 0, [questions = std::move(questions), work = std::move(work)] {
-            return std::make_unique<QuestionCommand>(questions, work);
+    const auto addSave = [&stack](const wchar_t *name, const Question &file) {
+        const Question over{.keywords = {kOverDamaged, kOverChanged}, .optional = true};
+        stack.addHostCommand(name, 0, [questions = std::vector<Question>{file, over, over}] {
+            return std::make_unique<QuestionCommand>(questions, saveDrawing);
         });
     };
-    stack.addHostCommand(L"NEW", 0,
-                         replacingDrawing({}, [](Session &session, const Answers &) { return newDrawing(session); }));
-    stack.addHostCommand(
-        L"OPEN", 0,
-        replacingDrawing({{.message = "ui.prompt.open", .completion = Completion::Drawings}},
-                         [](Session &session, const Answers &answers) { return openDrawing(session, answers[0]); }));
-    add(L"SAVE",
-        {{.message = "ui.prompt.save", .optional = true, .completion = Completion::Drawings},
-         optionalWord(L"OVERWRITE-DAMAGED")},
-        [](Session &session, const Answers &answers) { return saveDrawing(session, answers[0], !answers[1].empty()); });
-    add(L"SAVEAS",
-        {{.message = "ui.prompt.saveas", .completion = Completion::Drawings}, optionalWord(L"OVERWRITE-DAMAGED")},
-        [](Session &session, const Answers &answers) { return saveDrawing(session, answers[0], !answers[1].empty()); });
+    stack.addWork(L"NEW", 0, newDrawing, false);
+    stack.addWork(L"OPEN", 0, openDrawing, false);
+    addSave(L"SAVE", {.message = "ui.prompt.save", .optional = true, .completion = Completion::Drawings});
+    addSave(L"SAVEAS", {.message = "ui.prompt.saveas", .completion = Completion::Drawings});
 }
 
 void addHostCommands(CommandStack &stack)

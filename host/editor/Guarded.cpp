@@ -56,7 +56,8 @@ private:
     Kept m_kept;
 };
 
-/// Of the exception that is being handled.
+} // namespace
+
 std::wstring reasonOfException()
 {
     try {
@@ -69,9 +70,6 @@ std::wstring reasonOfException()
         return uiText("ui.work.unknown");
     }
 }
-
-} // namespace
-
 bool runGuarded(Session &session, const std::wstring &name, const std::function<void()> &work, Kept kept)
 {
     Run run(session, name, kept);

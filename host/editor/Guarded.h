@@ -20,4 +20,7 @@ enum class Kept {
 bool runGuarded(Session &session, const std::wstring &name, const std::function<void()> &work,
                 Kept kept = Kept::WithOuterWork);
 
+/// One line about the exception that is being handled, for the user.
+std::wstring reasonOfException();
+
 } // namespace velmor

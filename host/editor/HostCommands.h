@@ -2,8 +2,11 @@
 //
 //   NEW                              an empty drawing
 //   OPEN FILE                        reads a drawing
-//   SAVE [FILE [OVERWRITE-DAMAGED]]  writes the drawing, to its own file when none is named
-//   SAVEAS FILE                      the same to a file that is named
+//   SAVE [FILE [OVERWRITE-DAMAGED] [OVERWRITE-CHANGED]]
+//                                    writes the drawing, to its own file when none is named; the words allow what is
+//                                    asked or refused else: to write over a file that was damaged when it was read,
+//                                    one that another program has changed since then, or one it has open
+//   SAVEAS FILE ...                  the same to a file that is named
 //   IMPORT FILE [WITH-POLYGONS]      reads a network file into the drawing
 //   SECTIONS LAYER[,LAYER...] [NAMES LAYER[,LAYER...]]
 //                                    makes sections of the lines, arcs and open polylines of layers, and nodes at
@@ -19,7 +22,8 @@
 //   LANGUAGE EN|HR                   language of all texts, at once and from then on
 //   THEME SYSTEM|LIGHT|DARK          colours of all windows
 //
-// NEW and OPEN ask first when the drawing has changes that were not saved (answer Yes to drop them).
+// NEW and OPEN ask first when the drawing has changes that were not saved (answer Yes to drop them; a window asks
+// whether to save them).
 #pragma once
 
 namespace velmor {

@@ -1,16 +1,12 @@
 #include "host/editor/MainWindow.h"
 
-#include "host/drawing/ChangeLog.h"
-#include "host/drawing/Findings.h"
 #include "host/editor/Asker.h"
 #include "host/editor/Captions.h"
 #include "host/editor/CommandLine.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/Completions.h"
-#include "host/editor/Loading.h"
 #include "host/editor/PlotDialog.h"
 #include "host/editor/PointerTip.h"
-#include "host/editor/RecoveryQuestion.h"
 #include "host/editor/SwitchButton.h"
 #include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
@@ -18,20 +14,17 @@
 #include "host/editor/Viewport.h"
 #include "host/editor/Words.h"
 #include "host/editor/panels/Docks.h"
-#include "host/network/Network.h"
 #include "host/services/Messages.h"
 #include "host/services/Services.h"
 #include "host/services/Text.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QEventLoop>
-#include <QFileDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
-#include <QMimeData>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <fmt/xchar.h>
@@ -47,16 +40,6 @@ QString ui(std::string_view name)
     return QString::fromStdWString(uiText(name));
 }
 
-std::filesystem::path toPath(const QString &text)
-{
-    return std::filesystem::path(text.toStdString());
-}
-
-QString drawingFilter()
-{
-    return ui("ui.filter.drawing");
-}
-
 /// A file in the user's folder; empty when there is no such folder.
 std::filesystem::path userFile(const char *name)
 {
@@ -64,23 +47,12 @@ std::filesystem::path userFile(const char *name)
     return folder.empty() ? folder : folder / name;
 }
 
-/// The drawing or network that is dragged, when it is one file of a kind that can be opened.
-std::optional<std::filesystem::path> droppedFile(const QMimeData &data)
-{
-    const QList<QUrl> urls = data.urls();
-    if (urls.size() != 1 || !urls.front().isLocalFile())
-        return std::nullopt;
-    const QString file = urls.front().toLocalFile();
-    const bool isOurs = file.endsWith(QStringLiteral(".dxf"), Qt::CaseInsensitive) ||
-                        file.endsWith(QStringLiteral(".inp"), Qt::CaseInsensitive);
-    return isOurs ? std::optional(toPath(file)) : std::nullopt;
-}
-
 } // namespace
 
 MainWindow::MainWindow(Session &session)
     : m_session(session), m_viewport(new Viewport(this)), m_commandLine(new CommandLine(this, userFile("history.txt"))),
-      m_coordinates(new QLabel(this)), m_scale(new QLabel(this)), m_layer(new QLabel(this))
+      m_coordinates(new QLabel(this)), m_scale(new QLabel(this)), m_layer(new QLabel(this)),
+      m_nextLook(new QTimer(this))
 {
     auto *middle = new QWidget(this);
     auto *column = new QVBoxLayout(middle);
@@ -104,6 +76,8 @@ MainWindow::MainWindow(Session &session)
     setAcceptDrops(true);
     buildMenus();
     keepCaptioned(this, [this] { retranslate(); });
+    m_nextLook->setSingleShot(true);
+    connect(m_nextLook, &QTimer::timeout, this, &MainWindow::runWaiting);
 
     connect(m_commandLine, &CommandLine::entered, this, &MainWindow::takeText);
     connect(m_commandLine, &CommandLine::cancelled, this, [this] {
@@ -149,70 +123,6 @@ MainWindow::~MainWindow()
 {
     m_session.setView(nullptr);
     m_session.setPromptSource(nullptr);
-}
-
-OpenedFile readForWindow(const std::filesystem::path &file,
-                         const std::function<LoadResult(const std::filesystem::path &)> &load)
-{
-    OpenedFile opened;
-    const auto note = [&](const std::vector<std::string> &lines) {
-        for (const std::string &line : lines)
-            opened.notes.push_back(wide(line));
-    };
-    const std::string name = file.filename().string();
-    if (file.extension() == ".inp" || file.extension() == ".INP") {
-        auto drawing = Drawing::createNew();
-        // The import is a step, so that it can be undone, and repeated after a crash.
-        auto &log = drawing->component<ChangeLog>();
-        log.begin(uiText("ui.import.step"));
-        const NetworkImportResult imported = importInp(*drawing, file, {.withPolygons = true});
-        log.keep();
-        if (!imported) {
-            opened.message = imported.message;
-            return opened;
-        }
-        note(findingLines(name, imported.findings));
-        opened.notes.push_back(
-            uiMessage("ui.import.done", {std::to_wstring(imported.sections), std::to_wstring(imported.nodes),
-                                         std::to_wstring(imported.polygons)}));
-        if (imported.convertedFromFeet)
-            opened.notes.push_back(uiText("ui.import.feet"));
-        opened.drawing = std::move(drawing);
-        return opened;
-    }
-    LoadResult loaded = load ? load(file) : Drawing::load(file);
-    opened.cancelled = loaded.status == FileStatus::Cancelled;
-    opened.message = loaded.message;
-    opened.path = file;
-    opened.damaged = loaded.report.damaged();
-    std::erase_if(loaded.report.findings, [](const Finding &f) { return f.severity != Severity::Damage; });
-    note(findingLines(name, loaded.report.findings));
-    opened.drawing = std::move(loaded.drawing);
-    return opened;
-}
-
-bool MainWindow::openFile(const std::filesystem::path &file)
-{
-    return showFile(
-        readForWindow(file, [this](const std::filesystem::path &path) { return loadShown(m_session, path); }));
-}
-
-bool MainWindow::showFile(OpenedFile opened)
-{
-    if (opened.cancelled) {
-        showStatus(wide(opened.message));
-        return false;
-    }
-    if (!opened.drawing) {
-        showFailure(opened.message);
-        return false;
-    }
-    for (const std::wstring &note : opened.notes)
-        m_commandLine->say(QString::fromStdWString(note));
-    m_session.setDrawing(std::move(opened.drawing), opened.path);
-    if (opened.damaged)
-        showAlert(uiText("ui.open.damaged"));
-    return true;
 }
 
 void MainWindow::showDrawing(Drawing *drawing)
@@ -420,24 +330,25 @@ void MainWindow::runCommand(const QString &line)
     runWaiting();
 }
 
+/// Whoever started the commands that run (the command line, a panel, a menu, a module): they are ended one prompt after
+/// another, and what waits comes when the last one has ended.
 void MainWindow::runWaiting()
 {
     if (!m_waiting)
         return;
-    if (m_promptLoop != nullptr)
-        giveAnswer({Answer::Escape{}}); // a command around the one that ended asks still
-    else if (!m_session.commands().isRunning())
-        std::exchange(m_waiting, nullptr)();
+    if (m_promptLoop == nullptr && !m_session.commands().isRunning())
+        return std::exchange(m_waiting, nullptr)();
+    giveAnswer({Answer::Escape{}}); // nothing when none of them asks at the moment
+    constexpr std::chrono::milliseconds kUntilNextLook{10};
+    m_nextLook->start(kUntilNextLook);
 }
 
 void MainWindow::whenIdle(std::function<void()> work)
 {
     if (m_session.documentLocks() > 0)
         return showStatus(uiText("ui.run.locked"));
-    if (m_promptLoop == nullptr && !m_session.commands().isRunning())
-        return work();
     m_waiting = std::move(work);
-    giveAnswer({Answer::Escape{}});
+    runWaiting();
 }
 
 void MainWindow::startCommand(const QString &line)
@@ -451,116 +362,6 @@ void MainWindow::startCommand(const QString &line)
         m_commandLine->say(ui("ui.command.idle") + QLatin1Char(' ') + line);
         runCommand(line);
     });
-}
-
-void MainWindow::chooseAndOpen()
-{
-    if (!maySetAside())
-        return;
-    const QString file = QFileDialog::getOpenFileName(this, ui("ui.file.open.title"), {}, drawingFilter());
-    if (!file.isEmpty())
-        openFile(toPath(file));
-}
-
-void MainWindow::chooseAndImport()
-{
-    const QString file = QFileDialog::getOpenFileName(this, ui("ui.file.import.title"), {}, ui("ui.filter.network"));
-    if (!file.isEmpty())
-        startCommand(QStringLiteral("_IMPORT \"%1\" WITH-POLYGONS").arg(file));
-}
-
-void MainWindow::chooseAndExport()
-{
-    QString file = QFileDialog::getSaveFileName(this, ui("ui.plot.save.title"), {}, ui("ui.filter.pdf"));
-    if (file.isEmpty())
-        return;
-    if (!file.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
-        file += QStringLiteral(".pdf");
-    startCommand(QStringLiteral("_EXPORTPDF \"%1\"").arg(file));
-}
-
-bool MainWindow::save()
-{
-    return m_session.path().empty() ? chooseAndSave() : saveTo(m_session.path());
-}
-
-bool MainWindow::chooseAndSave()
-{
-    QString file = QFileDialog::getSaveFileName(this, ui("ui.file.saveas.title"), {}, drawingFilter());
-    if (file.isEmpty())
-        return false;
-    if (!file.endsWith(QStringLiteral(".dxf"), Qt::CaseInsensitive))
-        file += QStringLiteral(".dxf");
-    return saveTo(toPath(file));
-}
-
-bool MainWindow::saveTo(const std::filesystem::path &file)
-{
-    Drawing *drawing = m_session.drawing();
-    if (drawing == nullptr)
-        return false;
-    SaveResult saved = drawing->save(file);
-    if (saved.status == FileStatus::Refused) {
-        const auto answer = QMessageBox::question(this, QStringLiteral("Velmor"), ui("ui.save.damaged"));
-        if (answer != QMessageBox::Yes)
-            return false;
-        saved = drawing->save(file, {.overwriteDamaged = true});
-    }
-    if (!saved) {
-        showFailure(saved.message);
-        return false;
-    }
-    m_session.setPath(file);
-    noteRecent(file);
-    statusBar()->showMessage(ui("ui.save.done").arg(QString::fromStdString(file.string())));
-    refreshTitle();
-    return true;
-}
-
-bool MainWindow::maySetAside()
-{
-    if (m_promptLoop != nullptr || m_session.commands().isRunning())
-        return false;
-    if (m_session.drawing() == nullptr || !m_session.drawing()->isModified())
-        return true;
-    const auto answer = QMessageBox::question(this, QStringLiteral("Velmor"), ui("ui.close.unsaved"),
-                                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-    if (answer == QMessageBox::Save)
-        return save();
-    return answer == QMessageBox::Discard;
-}
-
-void MainWindow::closeEvent(QCloseEvent *event)
-{
-    if (m_promptLoop != nullptr || m_session.commands().isRunning()) {
-        event->ignore(); // what runs is ended first
-        return whenIdle([this] { close(); });
-    }
-    event->setAccepted(maySetAside());
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent *event)
-{
-    if (droppedFile(*event->mimeData()))
-        event->acceptProposedAction();
-}
-
-void MainWindow::dropEvent(QDropEvent *event)
-{
-    const auto file = droppedFile(*event->mimeData());
-    if (!file)
-        return;
-    event->acceptProposedAction();
-    // The program that the file comes from waits until this returns, so questions come later.
-    QMetaObject::invokeMethod(
-        this,
-        [this, file = *file] {
-            whenIdle([this, file] {
-                if (maySetAside())
-                    openFile(file);
-            });
-        },
-        Qt::QueuedConnection);
 }
 
 void MainWindow::keyPressEvent(QKeyEvent *event)
@@ -582,31 +383,6 @@ void MainWindow::refreshTitle()
                                                   : QString::fromStdString(m_session.path().filename().string());
     setWindowTitle(name + QStringLiteral("[*] - Velmor"));
     setWindowModified(drawing != nullptr && drawing->isModified());
-}
-
-void MainWindow::showFailure(const std::string &message)
-{
-    const QString text = QString::fromStdString(message);
-    m_commandLine->say(text);
-    QMessageBox::critical(this, QStringLiteral("Velmor"), text);
-}
-
-int runWindow(Session &session, OpenedFile opened)
-{
-    enableRecoveryFor(session);
-    if (session.drawing() == nullptr)
-        session.setDrawing(Drawing::createNew());
-    applyTheme(themeOfSettings());
-    MainWindow window(session);
-    window.docks().restoreLayout();
-    window.show();
-    if (opened.drawing)
-        window.showFile(std::move(opened));
-    startAutosaving(&window);
-    askForLeftDrawings(session, &window, [&](const std::filesystem::path &file) { return window.openFile(file); });
-    const int code = QApplication::exec();
-    window.docks().keepLayout();
-    return code;
 }
 
 } // namespace velmor

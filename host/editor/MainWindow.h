@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/editor/CommandTable.h"
+#include "host/editor/Person.h"
 #include "host/editor/Prompts.h"
 #include "host/editor/Session.h"
 #include "host/editor/ViewControl.h"
@@ -17,6 +18,7 @@ class QAction;
 class QEventLoop;
 class QLabel;
 class QMenu;
+class QTimer;
 class QToolBar;
 
 namespace velmor {
@@ -40,7 +42,11 @@ OpenedFile readForWindow(const std::filesystem::path &file,
                          const std::function<LoadResult(const std::filesystem::path &)> &load = {});
 
 /// One session's window. It answers the session's prompts by clicks in the drawing and by typed text.
-class MainWindow final : public QMainWindow, public SessionView, public ViewControl, public PromptSource {
+class MainWindow final : public QMainWindow,
+                         public SessionView,
+                         public ViewControl,
+                         public PromptSource,
+                         public Person {
     Q_OBJECT
 public:
     explicit MainWindow(Session &session);
@@ -77,6 +83,9 @@ public:
     void openPlotDialog() override;
     // PromptSource
     std::optional<Answer> ask(const Prompt &prompt) override;
+    // Person
+    bool agreesTo(const std::wstring &question, const std::wstring &action) override;
+    bool givesUpDrawing() override;
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -106,7 +115,7 @@ private:
     bool save();
     bool chooseAndSave();
     bool saveTo(const std::filesystem::path &file);
-    /// Asks what to do with unsaved changes; false to stay.
+    /// Nothing runs, and unsaved changes were asked about; false to stay.
     bool maySetAside();
     void say(const std::wstring &text);
     void runCommand(const QString &line);
@@ -121,6 +130,7 @@ private:
     Viewport *m_viewport;
     CommandLine *m_commandLine;
     QLabel *m_coordinates, *m_scale, *m_layer;
+    QTimer *m_nextLook; ///< whether the commands that run have ended
     QToolBar *m_toolBar = nullptr;
     QMenu *m_recent = nullptr;
     std::shared_ptr<void> m_undoWatch; ///< of the shown drawing's history

@@ -80,7 +80,7 @@ Next quit(Asker &asker)
     Session &session = asker.session();
     if (!session.view() && session.drawing() && session.drawing()->isModified()) {
         const Reply reply =
-            asker.word({.message = "ui.prompt.quit", .words = {L"Yes", L"No"}, .standard = uiText("ui.word.No")});
+            asker.word({.message = "ui.prompt.unsaved", .words = {L"Yes", L"No"}, .standard = uiText("ui.word.No")});
         if (!reply.is(L"Yes")) {
             session.alert(uiText("ui.drawing.kept"));
             return Next::BadInput;

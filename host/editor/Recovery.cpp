@@ -1,7 +1,9 @@
 #include "host/editor/Recovery.h"
 
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/FileMark.h"
 #include "host/editor/DrawingKeeper.h"
+#include "host/editor/Guarded.h"
 #include "host/editor/UiMessage.h"
 #include "host/services/Messages.h"
 #include "host/services/Text.h"
@@ -9,6 +11,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <set>
 
 namespace velmor {
 
@@ -20,7 +23,8 @@ struct Recovery::Private {
     FileOperations ownOperations;
     FileOperations *operations = &ownOperations;
     std::unique_ptr<DrawingKeeper> keeper;
-    bool toldFolder = false;
+    std::function<void()> unsynced;
+    std::set<std::pair<fs::path, std::string>> toldFolders; ///< drawing and reason
 
     /// What is needed to go on with a recovered drawing once the session takes it.
     struct Adopted {
@@ -30,15 +34,21 @@ struct Recovery::Private {
     };
     std::vector<Adopted> adopted;
 
-    DrawingKeeper::Tell teller()
+    void tellNotKept(const std::string &reason) const
     {
-        return [this](const std::string &reason) {
-            if (tell)
-                tell(uiMessage("ui.recovery.notKept", {wide(reason)}));
-        };
+        if (tell)
+            tell(uiMessage("ui.recovery.notKept", {wide(reason)}));
     }
-    std::vector<fs::path> folders() const;
-    void tellOfOthers(const fs::path &path, const fs::path &own) const;
+    DrawingKeeper::Calls calls()
+    {
+        return {[this](const std::string &reason) { tellNotKept(reason); },
+                [this] {
+                    if (unsynced)
+                        unsynced();
+                }};
+    }
+    bool isHeldByOthers(const fs::path &path) const;
+    void keep(Drawing &drawing, const fs::path &file);
     bool repeat(RecoveredDrawing &result, const fs::path &folder, Adopted &adoption) const;
     static bool loadBase(RecoveredDrawing &result, const fs::path &folder, const JournalBase &base);
 };
@@ -96,7 +106,7 @@ void Recovery::enable(fs::path stateFolder, std::function<void(const std::wstrin
     d->stateFolder = std::move(stateFolder);
     d->tell = std::move(tell);
     d->operations = operations ? operations : &d->ownOperations;
-    d->toldFolder = false;
+    d->toldFolders.clear();
 }
 
 void Recovery::disable()
@@ -105,11 +115,17 @@ void Recovery::disable()
     d->adopted.clear();
     d->stateFolder.clear();
     d->tell = {};
+    d->unsynced = {};
 }
 
 bool Recovery::isEnabled() const
 {
     return !d->stateFolder.empty();
+}
+
+void Recovery::onUnsynced(std::function<void()> call)
+{
+    d->unsynced = std::move(call);
 }
 
 void Recovery::follow(Drawing *drawing, const fs::path &path)
@@ -119,24 +135,37 @@ void Recovery::follow(Drawing *drawing, const fs::path &path)
     d->keeper.reset();
     if (!isEnabled() || !drawing)
         return;
-    const fs::path file = path.empty() ? path : wholePath(path);
-    const auto adoption = std::ranges::find(d->adopted, drawing, &Private::Adopted::drawing);
-    d->tellOfOthers(file, adoption != d->adopted.end() ? adoption->folder->path() : fs::path());
-    if (adoption != d->adopted.end()) {
-        Private::Adopted taken = std::move(*adoption);
-        d->adopted.erase(adoption);
-        d->keeper = std::make_unique<DrawingKeeper>(*drawing, std::move(taken.folder), file, *d->operations,
-                                                    d->teller(), std::move(taken.codec));
-        return;
+    try {
+        d->keep(*drawing, path.empty() ? path : wholePath(path));
+    } catch (...) {
+        // An adopted folder holds what was recovered; one of our own holds nothing of use.
+        if (const auto failed = std::move(d->keeper); failed && !failed->isAdopted())
+            failed->giveUp();
+        d->tellNotKept(utf8(reasonOfException()));
     }
-    auto folder = std::make_unique<HeldFolder>();
-    std::string reason;
-    if (!folder->make(d->stateFolder, reason)) {
-        if (!std::exchange(d->toldFolder, true))
-            d->teller()(reason);
-        return;
+}
+
+void Recovery::Private::keep(Drawing &drawing, const fs::path &file)
+{
+    const auto adoption = std::ranges::find(adopted, &drawing, &Adopted::drawing);
+    if (adoption != adopted.end()) {
+        Adopted taken = std::move(*adoption);
+        adopted.erase(adoption);
+        keeper = std::make_unique<DrawingKeeper>(drawing, std::move(taken.folder), file, *operations, calls(),
+                                                 std::move(taken.codec));
+        keeper->start();
+    } else {
+        auto folder = std::make_unique<HeldFolder>();
+        std::string reason;
+        if (folder->make(stateFolder, file, reason)) {
+            keeper = std::make_unique<DrawingKeeper>(drawing, std::move(folder), file, *operations, calls());
+            keeper->start();
+        } else if (toldFolders.emplace(file, reason).second)
+            tellNotKept(reason);
     }
-    d->keeper = std::make_unique<DrawingKeeper>(*drawing, std::move(folder), file, *d->operations, d->teller());
+    // Behind its own folder, which names the file by now: of two programs that open it at a time one sees the other.
+    if (tell && isHeldByOthers(file))
+        tell(uiMessage("ui.recovery.openElsewhere", {wide(file.string())}));
 }
 
 void Recovery::pathChanged(const fs::path &path)
@@ -163,35 +192,37 @@ void Recovery::sync()
         d->keeper->sync();
 }
 
-// --- What others left -----------------------------------------------------------------------------------------------
-
-std::vector<fs::path> Recovery::Private::folders() const
+void Recovery::atRisk()
 {
-    std::vector<fs::path> found;
-    std::error_code error;
-    for (fs::directory_iterator entry(stateFolder, error), end; !error && entry != end; entry.increment(error))
-        if (entry->path().filename().string().starts_with("open-"))
-            found.push_back(entry->path());
-    std::ranges::sort(found);
-    return found;
+    if (d->keeper)
+        d->keeper->atRisk();
 }
 
-/// Own: the folder that this program holds for that drawing already; its lock would count as another program's.
-void Recovery::Private::tellOfOthers(const fs::path &path, const fs::path &own) const
+bool Recovery::needsAutosave() const
 {
-    if (path.empty() || !tell)
-        return;
-    for (const fs::path &folder : folders())
-        if (folder != own && HeldFolder::drawingOf(folder) == path && HeldFolder::isOwned(folder)) {
-            tell(uiMessage("ui.recovery.openElsewhere", {wide(path.string())}));
-            return;
-        }
+    return d->keeper && d->keeper->isBroken();
+}
+
+// --- What others left -----------------------------------------------------------------------------------------------
+
+/// The folder that this program holds for its drawing is left out: its lock would count as another program's.
+bool Recovery::Private::isHeldByOthers(const fs::path &path) const
+{
+    return !path.empty() && std::ranges::any_of(HeldFolder::allIn(stateFolder), [&](const fs::path &folder) {
+        return !(keeper && folder == keeper->folder().path()) && HeldFolder::drawingOf(folder) == path &&
+               HeldFolder::isOwned(folder);
+    });
+}
+
+bool Recovery::isOpenElsewhere(const fs::path &file) const
+{
+    return isEnabled() && !file.empty() && d->isHeldByOthers(wholePath(file));
 }
 
 std::vector<LeftDrawing> Recovery::left()
 {
     std::vector<LeftDrawing> drawings;
-    for (const fs::path &folder : d->folders()) {
+    for (const fs::path &folder : HeldFolder::allIn(d->stateFolder)) {
         if (HeldFolder::isOwned(folder))
             continue;
         const HeldFolder::Owner owner = HeldFolder::ownerOf(folder);
@@ -337,6 +368,8 @@ RecoveredDrawing Recovery::recover(const LeftDrawing &left)
         result.path = owner.isChanged ? fs::path() : owner.drawing;
     else if (fs::exists(result.path, noFile) || noFile)
         result.path.clear();
+    // A file of somebody else's stays one that nobody writes over unasked, also when it is named to save to.
+    result.drawing->component<FileMark>().set(owner.drawing, owner.isChanged ? std::string() : markOf(owner.drawing));
     result.drawing->component<ChangeLog>().markUnsaved();
     adoption.drawing = result.drawing.get();
     d->adopted.push_back(std::move(adoption));

@@ -11,9 +11,12 @@
 // The user's own file is never touched. A folder whose lock is free belonged to a program that died: its drawing is
 // recovered by repeating the steps on the base; what can't be repeated any more is taken from the autosave. A program
 // that is killed so loses the step at work and no other. The journal is brought to the disk itself every two seconds
-// at most, and with each autosave, so a machine that fails costs the steps of that time.
+// at most (once the event loop gets its turn, see onUnsynced), and with each autosave, so a machine that fails costs
+// the steps of that time.
 //
-// A folder that can't be written, or a full disk, is told once; work goes on without it.
+// Where the journal can't take a step (a full disk, a step that can't be told as bytes), the whole drawing is written
+// at once and with the autosaves from then on. A folder that can't be written is told, once for each drawing and
+// reason; work goes on without it.
 #pragma once
 
 #include "host/drawing/Drawing.h"
@@ -61,7 +64,12 @@ public:
     /// VELMOR_STATE_DIR, else velmor in XDG_STATE_HOME or in ~/.local/state; empty when the environment names none.
     static std::filesystem::path standardFolder();
 
+    /// Called when the journal has something that the disk has not yet, and no later step may bring it there: sync is
+    /// to be called in about two seconds. A program without an event loop does without.
+    void onUnsynced(std::function<void()> call);
+
     /// The session's drawing from now on; null for none. The former one was given up by the user, and so is its folder.
+    /// Whatever fails here is told and leaves the drawing without a keeper; nothing is thrown.
     void follow(Drawing *drawing, const std::filesystem::path &path);
     /// The drawing got a file of its own.
     void pathChanged(const std::filesystem::path &path);
@@ -73,6 +81,12 @@ public:
     void finishAutosave();
     /// Brings the journal to the disk.
     void sync();
+    /// The same for all that was done, when something went wrong and worse may follow.
+    void atRisk();
+    /// The steps can't be kept one by one: only autosaves keep the drawing.
+    bool needsAutosave() const;
+    /// Whether another program has that file open.
+    bool isOpenElsewhere(const std::filesystem::path &file) const;
 
     // What programs left behind
     /// The latest first. Folders in which nothing is lost are taken away.

@@ -1,6 +1,8 @@
 #include "host/editor/RecoveryQuestion.h"
 
 #include "host/editor/Captions.h"
+#include "host/editor/DrawingKeeper.h"
+#include "host/editor/Person.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
 #include "host/services/Services.h"
@@ -9,6 +11,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QLocale>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 
@@ -81,12 +84,17 @@ void askForLeftDrawings(Session &session, QWidget *window,
         question.exec();
         if (question.choice() == LeftChoice::KeepForLater)
             continue;
+        const bool drops = question.choice() == LeftChoice::OpenSaved && left.path.empty();
+        // What the person rather keeps open, say a network that was just imported, is not replaced; the other one
+        // stays to be recovered.
+        if (Person *person = Person::of(session); person && !drops && !person->givesUpDrawing())
+            return;
         if (question.choice() == LeftChoice::OpenSaved) {
             const auto sure = QMessageBox::question(window, QStringLiteral("Velmor"), uiString("ui.recovery.sure"),
                                                     QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
             if (sure != QMessageBox::Yes)
                 continue;
-            if (left.path.empty()) {
+            if (drops) {
                 recovery.drop(left);
                 continue;
             }
@@ -109,17 +117,33 @@ void askForLeftDrawings(Session &session, QWidget *window,
     }
 }
 
+int autosaveMinutes(int setting, bool isNeeded)
+{
+    constexpr int kWhereNeeded = 5;
+    return setting == 0 && isNeeded ? kWhereNeeded : setting;
+}
+
 void startAutosaving(QObject *owner)
 {
     auto *minute = new QTimer(owner);
     QObject::connect(minute, &QTimer::timeout, owner, [passed = 0]() mutable {
-        const int wanted = std::get<int>(Services::instance().settings().valueOrStandard("AUTOSAVE_MINUTES"));
+        const int setting = std::get<int>(Services::instance().settings().valueOrStandard("AUTOSAVE_MINUTES"));
+        const int wanted = autosaveMinutes(setting, Recovery::instance().needsAutosave());
         if (wanted == 0 || ++passed < wanted)
             return;
         passed = 0;
         Recovery::instance().autosave();
     });
     minute->start(std::chrono::minutes(1));
+    auto *pause = new QTimer(owner);
+    pause->setObjectName(QStringLiteral("journalSync"));
+    pause->setSingleShot(true);
+    pause->setInterval(DrawingKeeper::kBetweenSyncs);
+    QObject::connect(pause, &QTimer::timeout, owner, [] { Recovery::instance().sync(); });
+    Recovery::instance().onUnsynced([timer = QPointer<QTimer>(pause)] {
+        if (timer && !timer->isActive())
+            timer->start();
+    });
 }
 
 } // namespace velmor

@@ -29,10 +29,14 @@ private:
 /// Enables the recovery for a window's session; troubles are told once the window runs.
 void enableRecoveryFor(Session &session);
 /// Asks for what other runs left, the latest first, until one is opened; those that are not stay for the next start.
+/// Unsaved changes of the drawing that is open are asked about before it is replaced.
 /// open opens a drawing's own file.
 void askForLeftDrawings(Session &session, QWidget *window,
                         const std::function<bool(const std::filesystem::path &)> &open);
-/// Autosaves every AUTOSAVE_MINUTES (a setting; 0: never), as long as the owner lives.
+/// Minutes between autosaves by the setting AUTOSAVE_MINUTES (0: never). Where nothing else keeps the drawing, it is
+/// autosaved all the same.
+int autosaveMinutes(int setting, bool isNeeded);
+/// Autosaves as often, and brings the last steps before a pause to the disk, as long as the owner lives.
 void startAutosaving(QObject *owner);
 
 } // namespace velmor

@@ -33,6 +33,7 @@ struct Session::Private {
     explicit Private(Session &session) : commands(session), modules(session) {}
 
     std::unique_ptr<Drawing> drawing;
+    std::vector<std::unique_ptr<Drawing>> former; ///< which the view may still show
     std::filesystem::path path;
     CommandStack commands;
     SelectionSets selectionSets;
@@ -109,18 +110,21 @@ void Session::setPath(std::filesystem::path path)
 
 void Session::setDrawing(std::unique_ptr<Drawing> drawing, std::filesystem::path path)
 {
+    auto &former = d->former.emplace_back(); // nothing may fail once it is taken from its place
     ++d->drawingNumber;
     d->selectionSets.clear();
     d->nextSelection.reset();
     if (drawing)
         drawing->component<ChangeLog>(); // told of changes before anybody who may fail over them
     setWorkingDrawing(drawing.get());
-    // The view may paint at any time, so the former drawing lives until the view has let go of it.
-    const std::unique_ptr<Drawing> former = std::exchange(d->drawing, std::move(drawing));
+    // The view may paint at any time, so the former drawing lives until the view has let go of it; when that fails,
+    // until it does so for the next one.
+    former = std::exchange(d->drawing, std::move(drawing));
     d->path = std::move(path);
     Recovery::instance().follow(d->drawing.get(), d->path);
     if (d->view)
         d->view->showDrawing(d->drawing.get());
+    d->former.clear();
 }
 
 std::size_t Session::drawingNumber() const
@@ -211,7 +215,7 @@ void Session::alert(const std::wstring &text)
 void Session::alertFailure(const std::wstring &text)
 {
     ++d->failures;
-    Recovery::instance().sync(); // whatever comes next
+    Recovery::instance().atRisk(); // whatever comes next
     alert(text);
 }
 

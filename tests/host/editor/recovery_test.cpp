@@ -2,14 +2,18 @@
 #include "host/editor/Recovery.h"
 
 #include "host/drawing/ChangeLog.h"
+#include "host/drawing/DrawingData.h"
+#include "host/drawing/StepRecorder.h"
 #include "host/editor/DrawingKeeper.h"
 #include "host/editor/Session.h"
 #include "tests/host/drawing/RandomChanges.h"
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <cerrno>
 #include <fstream>
+#include <thread>
 #include <unistd.h>
 
 namespace velmor {
@@ -30,10 +34,28 @@ std::string bytesOfFile(const fs::path &file)
 
 /// A disk that can be filled up.
 struct Disk final : FileOperations {
-    bool full = false;
+    std::atomic<bool> full = false;
+    std::atomic<int> failures = 0;    ///< so many writes find no room
+    std::atomic<bool> breaks = false; ///< in a way that nobody expects
+    std::atomic<int> syncs = 0;
+    std::atomic<bool> refusesBase = false;
+    int openNew(const char *path, mode_t mode) override
+    {
+        if (!refusesBase || std::string_view(path).find("base.dxf") == std::string_view::npos)
+            return FileOperations::openNew(path, mode);
+        errno = EACCES;
+        return -1;
+    }
+    int sync(int file) override
+    {
+        ++syncs;
+        return FileOperations::sync(file);
+    }
     ssize_t write(int file, const char *bytes, std::size_t count) override
     {
-        if (!full)
+        if (breaks)
+            throw std::runtime_error("the disk is gone");
+        if (!full && (failures == 0 || failures-- == 0))
             return FileOperations::write(file, bytes, count);
         errno = ENOSPC;
         return -1;
@@ -427,7 +449,7 @@ TEST_F(RecoveryTest, AFileThatSomebodyHasWrittenSinceIsToldAndNotWrittenOver)
     EXPECT_EQ(test::differenceOf(again.drawing->write(), text), "");
 }
 
-TEST_F(RecoveryTest, AFullDiskIsToldOnceWorkGoesOnAndTheNextAutosaveServes)
+TEST_F(RecoveryTest, AFullDiskIsToldOnceForEachReasonWorkGoesOnAndTheNextAutosaveServes)
 {
     open();
     step();
@@ -436,14 +458,18 @@ TEST_F(RecoveryTest, AFullDiskIsToldOnceWorkGoesOnAndTheNextAutosaveServes)
     step();
     recovery().autosave();
     recovery().finishAutosave();
-    ASSERT_THAT(m_told, SizeIs(1));
+    recovery().autosave();
+    recovery().finishAutosave();
+    // That the steps can't be kept is one thing, that the whole drawing can't be another.
+    ASSERT_THAT(m_told, SizeIs(2));
     EXPECT_THAT(m_told[0], HasSubstr(L"steps"));
+    EXPECT_THAT(m_told[1], HasSubstr(L"newest.dxf"));
     m_disk.full = false;
     step();
     recovery().autosave();
     recovery().finishAutosave();
     const std::string autosaved = drawing().write();
-    EXPECT_THAT(m_told, SizeIs(1));
+    EXPECT_THAT(m_told, SizeIs(2));
     crash();
     RecoveredDrawing recovered = recoverOnly();
     ASSERT_TRUE(recovered.drawing);
@@ -502,14 +528,16 @@ TEST_F(RecoveryTest, AStateFolderThatCantBeMadeIsToldOnce)
     step();
     EXPECT_EQ(log().undoCount(), 1u);
     EXPECT_THAT(m_told, ElementsAre(HasSubstr(L"file")));
+    // Another drawing is not kept either, which is told for it too.
+    m_session->setDrawing(Drawing::createNew());
+    EXPECT_THAT(m_told, SizeIs(2));
 }
 
 TEST_F(RecoveryTest, TheSecondProgramOnAFileIsTold)
 {
     HeldFolder others;
     std::string reason;
-    ASSERT_TRUE(others.make(m_state, reason));
-    others.nameDrawing(m_file);
+    ASSERT_TRUE(others.make(m_state, m_file, reason));
     open();
     ASSERT_THAT(m_told, SizeIs(1));
     EXPECT_THAT(m_told[0], HasSubstr(m_file.wstring()));
@@ -517,6 +545,261 @@ TEST_F(RecoveryTest, TheSecondProgramOnAFileIsTold)
     others.release();
     open();
     EXPECT_THAT(m_told, IsEmpty()) << "its owner is gone";
+}
+
+TEST_F(RecoveryTest, WhatTheJournalCantTakeIsWrittenAsAWholeAtOnce)
+{
+    open();
+    step();
+    EXPECT_FALSE(recovery().needsAutosave());
+    m_disk.failures = 1;
+    step();
+    EXPECT_TRUE(recovery().needsAutosave());
+    recovery().finishAutosave();
+    std::string text = drawing().write();
+    {
+        crash();
+        RecoveredDrawing recovered = recoverOnly();
+        ASSERT_TRUE(recovered.drawing);
+        EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+        m_session->setDrawing(std::move(recovered.drawing), recovered.path);
+    }
+    // What is recovered from the whole has no journal either.
+    step();
+    recovery().finishAutosave();
+    text = drawing().write();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
+TEST_F(RecoveryTest, WhatBreaksBetweenStepsIsWrittenAtTheEndOfTheNext)
+{
+    // An old file, whose entities get their handles when somebody asks for them.
+    std::ofstream(m_file, std::ios::trunc)
+        << "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n0\n20\n0\n11\n9\n21\n9\n0\nENDSEC\n0\nEOF\n";
+    open();
+    const fs::path newest = fs::directory_iterator(m_state)->path() / "newest.dxf";
+    m_disk.failures = 1;
+    drawing().priv().giveHandle(*drawing().modelSpace().entities().front());
+    ASSERT_TRUE(recovery().needsAutosave());
+    recovery().finishAutosave();
+    EXPECT_FALSE(fs::exists(newest)) << "it may be in the middle of something";
+    step();
+    recovery().finishAutosave();
+    EXPECT_TRUE(fs::exists(newest));
+    // The next ones come with the autosaves, or when something goes wrong.
+    step();
+    recovery().finishAutosave();
+    const std::string text = drawing().write();
+    m_session->alertFailure(L"a command failed");
+    recovery().finishAutosave();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
+TEST_F(RecoveryTest, WhatWasRecoveredInPartIsWrittenAsAWholeWithItsFirstStep)
+{
+    open();
+    step();
+    const fs::path steps = fs::directory_iterator(m_state)->path() / "steps";
+    crash();
+    {
+        StepJournal journal;
+        FileOperations operations;
+        ASSERT_TRUE(journal.resume(steps, operations));
+        ASSERT_TRUE(journal.append(journal_record::kStep, "no step of this drawing"));
+    }
+    RecoveredDrawing part = recoverOnly();
+    ASSERT_TRUE(part.drawing);
+    ASSERT_FALSE(part.complete);
+    m_session->setDrawing(std::move(part.drawing), part.path);
+    step();
+    recovery().finishAutosave();
+    const std::string text = drawing().write();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
+/// A file whose text is written beside the work, since it is long.
+void makeLong(const fs::path &file, const std::string &bytes)
+{
+    std::ofstream stream(file, std::ios::binary);
+    for (int i = 0; i < 60000; ++i)
+        stream << "999\n" << std::string(90, 'x') << '\n';
+    stream << bytes;
+}
+
+TEST_F(RecoveryTest, ATextThatCouldNotBeKeptBesideTheWorkIsKnownAtTheSave)
+{
+    makeLong(m_file, m_bytes);
+    m_disk.refusesBase = true;
+    open();
+    step();
+    ASSERT_TRUE(drawing().save(m_file)); // and the file is no longer what the steps stand on
+    ASSERT_THAT(m_told, SizeIs(1));
+    EXPECT_THAT(m_told[0], HasSubstr(L"base.dxf"));
+    step();
+    recovery().finishAutosave();
+    const std::string text = drawing().write();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
+TEST_F(RecoveryTest, ATextThatCouldNotBeKeptBesideTheWorkIsKnownAtOneOfTheNextSteps)
+{
+    makeLong(m_file, m_bytes);
+    m_disk.refusesBase = true;
+    open();
+    step();
+    for (int i = 0; i < 5000 && m_told.empty(); ++i) {
+        std::this_thread::yield();
+        step();
+    }
+    ASSERT_THAT(m_told, SizeIs(1));
+    EXPECT_THAT(m_told[0], HasSubstr(L"base.dxf"));
+}
+
+TEST_F(RecoveryTest, TheLastStepBeforeAPauseIsBroughtToTheDisk)
+{
+    int asked = 0;
+    recovery().onUnsynced([&] { ++asked; });
+    open();
+    for (int i = 0; i < 20 && asked == 0; ++i)
+        step();
+    EXPECT_GE(asked, 1) << "else nobody syncs before the next step comes";
+    const int before = m_disk.syncs;
+    recovery().sync();
+    EXPECT_GT(m_disk.syncs, before);
+}
+
+TEST_F(RecoveryTest, AnImportIsNotDoneOnceMoreForTheJournal)
+{
+    auto imported = Drawing::createNew();
+    imported->component<StepRecorder>();
+    auto &steps = imported->component<ChangeLog>();
+    steps.begin(L"import");
+    test::RandomChanges changes(*imported, 7);
+    for (int i = 0; i < 100; ++i)
+        changes.make();
+    steps.keep();
+    steps.undo();
+    steps.redo();
+    struct Watch final : DrawingObserver {
+        int events = 0;
+        void entityModified(AcDbEntity &) override { ++events; }
+        void entityErased(AcDbEntity &, bool) override { ++events; }
+    } watch;
+    imported->addObserver(watch);
+    Drawing &taken = *imported;
+    m_session->setDrawing(std::move(imported));
+    taken.removeObserver(watch);
+    EXPECT_EQ(watch.events, 0);
+    step();
+    log().undo();
+    const std::string text = drawing().write();
+    crash();
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+}
+
+TEST_F(RecoveryTest, WhateverFailsWhileADrawingIsTakenItIsTakenAndTheFailureTold)
+{
+    auto imported = Drawing::createNew();
+    imported->component<StepRecorder>();
+    auto &steps = imported->component<ChangeLog>();
+    steps.begin(L"import");
+    imported->append(std::make_unique<AcDbLine>(AcGePoint3d(1, 2), AcGePoint3d(3, 4)));
+    steps.keep();
+    Drawing *taken = imported.get();
+    m_disk.breaks = true;
+    EXPECT_NO_THROW(m_session->setDrawing(std::move(imported)));
+    EXPECT_EQ(m_session->drawing(), taken);
+    ASSERT_THAT(m_told, SizeIs(1));
+    EXPECT_THAT(m_told[0], HasSubstr(L"the disk is gone"));
+    m_disk.breaks = false;
+    step(); // nobody follows any more
+    EXPECT_TRUE(fs::is_empty(m_state));
+    open();
+    step();
+    EXPECT_THAT(m_told, SizeIs(1));
+}
+
+TEST_F(RecoveryTest, TheFormerDrawingLivesWhileTheViewMayShowIt)
+{
+    struct View final : SessionView {
+        bool fails = false;
+        Drawing *shown = nullptr;
+        void showDrawing(Drawing *drawing) override
+        {
+            if (fails)
+                throw std::bad_alloc();
+            shown = drawing;
+        }
+        void redraw() override {}
+        void zoomTo(const Extents &) override {}
+        void showAlert(const std::wstring &) override {}
+        void showStatus(const std::wstring &) override {}
+    } view;
+    struct Life {
+        explicit Life(Drawing &) {}
+        ~Life() { *ended = true; }
+        bool *ended = nullptr;
+    };
+    m_session->setView(&view);
+    open();
+    bool ended = false;
+    drawing().component<Life>().ended = &ended;
+    view.fails = true;
+    EXPECT_THROW(m_session->setDrawing(Drawing::createNew()), std::bad_alloc);
+    EXPECT_FALSE(ended) << "the view shows it still";
+    EXPECT_NE(m_session->drawing(), view.shown);
+    step(); // and the new one is kept
+    view.fails = false;
+    m_session->setDrawing(Drawing::createNew());
+    EXPECT_TRUE(ended);
+    m_session->setView(nullptr);
+}
+
+TEST_F(RecoveryTest, AFolderThatIsJustBeingMadeIsNoOneElsesToTakeAway)
+{
+    std::atomic<bool> isDone = false;
+    std::thread other([&] {
+        while (!isDone)
+            recovery().left();
+    });
+    int lost = 0;
+    for (int i = 0; i < 400; ++i) {
+        HeldFolder held;
+        std::string reason;
+        if (!held.make(m_state, m_file, reason) || !fs::exists(held.path() / "owner"))
+            ++lost;
+        held.remove();
+    }
+    isDone = true;
+    other.join();
+    EXPECT_EQ(lost, 0);
+}
+
+TEST_F(RecoveryTest, AFileThatAnotherProgramHasOpenIsKnown)
+{
+    open();
+    EXPECT_FALSE(recovery().isOpenElsewhere(m_file)) << "it is open here";
+    HeldFolder others;
+    std::string reason;
+    ASSERT_TRUE(others.make(m_state, m_folder / "other.dxf", reason));
+    EXPECT_TRUE(recovery().isOpenElsewhere(m_folder / "." / "other.dxf"));
+    EXPECT_FALSE(recovery().isOpenElsewhere(m_file));
+    others.release();
+    EXPECT_FALSE(recovery().isOpenElsewhere(m_folder / "other.dxf"));
 }
 
 TEST_F(RecoveryTest, ADamagedFileIsNotWrittenOverAfterRecoveryEither)
