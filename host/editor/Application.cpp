@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QTimer>
 
+#include <cerrno>
 #include <cstdio>
 
 namespace velmor {
@@ -46,7 +47,8 @@ bool Application::notify(QObject *receiver, QEvent *event)
         try {
             failed(*event, reasonOfException());
         } catch (...) { // not even the words for it could be made
-            std::fputs("velmor: out of memory\n", stderr);
+            errno = ENOMEM;
+            std::perror("velmor");
         }
     }
     return false;
