@@ -287,16 +287,18 @@ int openWindow(Request &request)
     if (!request.file.empty())
         opened = readForWindow(request.file);
     const bool isRefused = !request.file.empty() && !opened.drawing;
-    if (isRefused)
+    const bool isSeen = qgetenv("QT_QPA_PLATFORM") != "offscreen";
+    if (isRefused) {
         complain(kBadInput, opened.message);
+        if (!isSeen)
+            return kBadInput;
+    }
     Application application(request.argc, request.argv);
     std::setlocale(LC_NUMERIC, "C");
     if (isRefused) {
         // Who started the program by a click on a file sees no terminal.
-        if (QGuiApplication::platformName() != QStringLiteral("offscreen")) {
-            followLanguage();
-            QMessageBox::critical(nullptr, QStringLiteral("Velmor"), QString::fromStdString(opened.message));
-        }
+        followLanguage();
+        QMessageBox::critical(nullptr, QStringLiteral("Velmor"), QString::fromStdString(opened.message));
         return kBadInput;
     }
     Session session;
