@@ -4,6 +4,8 @@
 #include "host/editor/MainWindow.h"
 #include "host/editor/Viewport.h"
 
+#include <QMessageBox>
+#include <QStatusBar>
 #include <QTest>
 #include <QTimer>
 
@@ -154,6 +156,57 @@ TEST_F(ManualWindow, APolylineIsPickedByAClickOnItAndEscapeLeavesEachPrompt)
     });
     EXPECT_THAT(loosePolylines(), IsEmpty());
     EXPECT_THAT(lines(), IsEmpty());
+}
+
+TEST_F(ManualWindow, AFailedPickShowsWhereItLeakedWhileItIsToldAndTellsTheGap)
+{
+    // The fourth parcel: its left side stops 3 short of its first corner.
+    addLine(400, 0, 500, 0);
+    addLine(500, 0, 500, 100);
+    addLine(500, 100, 400, 100);
+    addLine(400, 100, 400, 3);
+    m_session.view()->zoomTo({350, -50, 550, 150});
+    const auto red = [&] {
+        const QImage picture = m_viewport->grab().toImage();
+        const QPoint gap = pixelOf(400, 1.5);
+        int found = 0;
+        for (int dx = -40; dx <= 40; ++dx) {
+            for (int dy = -40; dy <= 40; ++dy) {
+                const QColor pixel = picture.pixelColor(gap + QPoint(dx, dy));
+                found += pixel.red() > 200 && pixel.green() < 80 && pixel.blue() < 80;
+            }
+        }
+        return found;
+    };
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        EXPECT_EQ(red(), 0);
+        int whileTold = 0;
+        QString told;
+        std::function<void()> closeAlert = [&] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (!box) {
+                QTimer::singleShot(0, m_viewport, closeAlert);
+                return;
+            }
+            whileTold = red();
+            told = m_window->statusBar()->currentMessage();
+            box->accept();
+        };
+        meanwhile({[&] {
+            QTimer::singleShot(0, m_viewport, closeAlert);
+            clickAt(pixelOf(450, 50));
+        }});
+        dialog.click(208);
+        EXPECT_THAT(alerts(), ElementsAre(message(2002)));
+        EXPECT_GT(whileTold, 20);
+        EXPECT_TRUE(told.contains("400,3")) << told.toStdString();
+        EXPECT_GT(red(), 20) << "until the next pick";
+        meanwhile({[&] { clickAt(pixelOf(450, 120)); }});
+        QTimer::singleShot(0, m_viewport, closeAlert); // nothing goes round that point
+        dialog.click(208);
+        EXPECT_EQ(red(), 0);
+    });
 }
 
 } // namespace
