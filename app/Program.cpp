@@ -8,6 +8,7 @@
 #include "host/editor/Application.h"
 #include "host/editor/Captions.h"
 #include "host/editor/LineworkCache.h"
+#include "host/editor/Loading.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/ModuleLoader.h"
 #include "host/editor/Picture.h"
@@ -283,23 +284,26 @@ int openWindow(Request &request)
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
         qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         return complain(kFailed, uiLine("ui.cli.display"));
-    OpenedFile opened;
-    if (!request.file.empty())
-        opened = readForWindow(request.file);
-    const bool isRefused = !request.file.empty() && !opened.drawing;
     const bool isSeen = qgetenv("QT_QPA_PLATFORM") != "offscreen";
-    if (isRefused) {
-        complain(kBadInput, opened.message);
-        if (!isSeen)
-            return kBadInput;
-    }
+    if (!isSeen)
+        useOffscreenPlatform();
     Application application(request.argc, request.argv);
     std::setlocale(LC_NUMERIC, "C");
-    if (isRefused) {
-        // Who started the program by a click on a file sees no terminal.
-        followLanguage();
-        QMessageBox::critical(nullptr, QStringLiteral("Velmor"), QString::fromStdString(opened.message));
-        return kBadInput;
+    followLanguage();
+    OpenedFile opened;
+    if (!request.file.empty()) {
+        QWidget screen; // the window comes with what it shows
+        opened = readForWindow(request.file, [&screen](const std::filesystem::path &file) {
+            return loadBeside(screen, file,
+                              [&file](const LoadOptions &options) { return Drawing::load(file, options); });
+        });
+        if (!opened.drawing && !opened.cancelled) {
+            complain(kBadInput, opened.message);
+            // Who started the program by a click on a file sees no terminal.
+            if (isSeen)
+                QMessageBox::critical(nullptr, QStringLiteral("Velmor"), QString::fromStdString(opened.message));
+            return kBadInput;
+        }
     }
     Session session;
     loadModule();

@@ -139,12 +139,18 @@ void ChangeLog::closeStep(std::size_t end, std::wstring name, std::uint64_t befo
     const bool onlyHandles =
         std::all_of(m_changes.begin(), last, [](const Change &change) { return change.kind == ChangeKind::Handle; });
     m_handles = after;
+    // The runs that go on count from what is left.
+    const auto moveRuns = [&] {
+        for (Run &run : m_runs)
+            run.first -= std::min(run.first, end);
+    };
     if (onlyHandles) {
         // To name an object is no step of the user's.
         m_keptNumbers = std::max(m_keptNumbers, end != 0 ? after : 0);
         for (auto change = m_changes.begin(); change != last; ++change)
             tell([&](StepFollower &follower) { follower.handleGiven(*change->object); });
         m_changes.erase(m_changes.begin(), last);
+        moveRuns();
         return;
     }
     ChangeStep step;
@@ -154,6 +160,7 @@ void ChangeLog::closeStep(std::size_t end, std::wstring name, std::uint64_t befo
     step.handlesAfter = after;
     step.changes.assign(std::make_move_iterator(m_changes.begin()), std::make_move_iterator(last));
     m_changes.erase(m_changes.begin(), last);
+    moveRuns();
     for (const Change &change : step.changes)
         step.bytes += bytesOf(change);
     if (m_savedInStep) {

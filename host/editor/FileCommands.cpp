@@ -92,8 +92,8 @@ Command::Next saveDrawing(Session &session, const QuestionCommand::Answers &word
         return Command::Next::BadInput;
     }
     const auto says = [&](const wchar_t *word) { return std::ranges::find(words, word) != words.end(); };
-    const SaveOutcome saved =
-        saveDrawingAs(session, path, {.overDamaged = says(kOverDamaged), .overOthers = says(kOverChanged)});
+    const SaveOutcome saved = saveDrawingAs(
+        session, path, {.overDamaged = says(kOverDamaged), .overOthers = says(kOverChanged), .overAny = false});
     if (!saved.isSaved) {
         saved.isUnwanted ? session.status(saved.message) : session.alert(saved.message);
         return Command::Next::Revert;

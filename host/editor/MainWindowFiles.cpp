@@ -8,6 +8,7 @@
 #include "host/editor/Loading.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/RecoveryQuestion.h"
+#include "host/editor/SaveFileDialog.h"
 #include "host/editor/Saving.h"
 #include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
@@ -140,11 +141,9 @@ void MainWindow::chooseAndImport()
 
 void MainWindow::chooseAndExport()
 {
-    QString file = QFileDialog::getSaveFileName(this, ui("ui.plot.save.title"), {}, ui("ui.filter.pdf"));
+    const QString file = askForSaveFile(this, ui("ui.plot.save.title"), ui("ui.filter.pdf"), QStringLiteral("pdf"));
     if (file.isEmpty())
         return;
-    if (!file.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
-        file += QStringLiteral(".pdf");
     startCommand(QStringLiteral("_EXPORTPDF \"%1\"").arg(file));
 }
 
@@ -155,12 +154,8 @@ bool MainWindow::save()
 
 bool MainWindow::chooseAndSave()
 {
-    QString file = QFileDialog::getSaveFileName(this, ui("ui.file.saveas.title"), {}, drawingFilter());
-    if (file.isEmpty())
-        return false;
-    if (!file.endsWith(QStringLiteral(".dxf"), Qt::CaseInsensitive))
-        file += QStringLiteral(".dxf");
-    return saveTo(toPath(file));
+    const QString file = askForSaveFile(this, ui("ui.file.saveas.title"), drawingFilter(), QStringLiteral("dxf"));
+    return !file.isEmpty() && saveTo(toPath(file));
 }
 
 bool MainWindow::saveTo(const std::filesystem::path &file)

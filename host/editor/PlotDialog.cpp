@@ -2,6 +2,7 @@
 
 #include "host/editor/Asker.h"
 #include "host/editor/Captions.h"
+#include "host/editor/SaveFileDialog.h"
 #include "host/editor/UiMessage.h"
 #include "host/services/Messages.h"
 #include "host/services/Text.h"
@@ -10,7 +11,6 @@
 #include <QComboBox>
 #include <QDate>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -170,11 +170,10 @@ void PlotDialog::refresh()
 
 void PlotDialog::savePdfFile()
 {
-    QString file = QFileDialog::getSaveFileName(this, uiString("ui.plot.save.title"), {}, uiString("ui.filter.pdf"));
+    const QString file =
+        askForSaveFile(this, uiString("ui.plot.save.title"), uiString("ui.filter.pdf"), QStringLiteral("pdf"));
     if (file.isEmpty())
         return;
-    if (!file.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
-        file += QStringLiteral(".pdf");
     const PlotSettings chosen = settings();
     if (const auto plan = planPlot(*m_session.drawing(), chosen)) {
         const SaveResult saved = savePdf(*m_session.drawing(), file.toStdString(), chosen, *plan);

@@ -38,6 +38,11 @@ SaveOutcome saveDrawingAs(Session &session, const std::filesystem::path &file, c
             if (!agrees(others + L' ' + uiText("ui.save.sure")))
                 return {.isUnwanted = true, .message = uiText("ui.save.kept")};
         }
+    std::error_code error;
+    const bool isOwn = !session.path().empty() && isSameFile(file, session.path());
+    if (person && !words.overAny && !words.overOthers && !isOwn && std::filesystem::exists(file, error) &&
+        !agrees(uiMessage("ui.save.exists", {wide(file.string())})))
+        return {.isUnwanted = true, .message = uiText("ui.save.kept")};
     Drawing &drawing = *session.drawing();
     SaveResult saved = drawing.save(file, {.overwriteDamaged = words.overDamaged});
     if (saved.status == FileStatus::Refused && person && drawing.loadReport().damaged() && !words.overDamaged) {

@@ -12,6 +12,7 @@ class Session;
 struct SaveWords {
     bool overDamaged = false; ///< write over the file although it was damaged when it was read
     bool overOthers = false;  ///< and although another program has changed it since, or has it open
+    bool overAny = true;      ///< another file than the drawing's own may be replaced; else a person is asked about it
 };
 
 struct SaveOutcome {

@@ -1,5 +1,6 @@
 // What was done to a drawing can be taken back, undone and redone, to the last byte of its text.
 #include "host/drawing/ChangeLog.h"
+#include "host/drawing/DrawingData.h"
 #include "host/drawing/Findings.h"
 
 #include "tests/host/drawing/RandomChanges.h"
@@ -328,3 +329,29 @@ TEST_P(EveryVersion, RandomStepsUndoneAndRedoneGiveTheSameText)
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, EveryVersion, testing::Values("AC1027", "AC1009"));
+
+TEST(ChangeLogRuns, AnUndoInsideOfNestedRunsMovesTheirBeginnings)
+{
+    // An old file, whose entities get their handles when somebody asks for them.
+    const auto drawing = Drawing::read("0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n0\n20\n0\n11\n9\n21\n9\n"
+                                       "0\nENDSEC\n0\nEOF\n")
+                             .drawing;
+    AcDbEntity *first = drawing->modelSpace().entities().front();
+    auto &log = drawing->component<ChangeLog>();
+    log.begin(L"before");
+    drawing->setColorOf(addLine(*drawing, 1), 3);
+    log.keep();
+    log.begin(L"outer");
+    drawing->priv().giveHandle(*first);
+    log.begin(L"inner");
+    EXPECT_TRUE(log.undo()); // which closes the handle that was given so far
+    log.takeBack();
+    log.begin(L"inner");
+    addLine(*drawing, 2);
+    log.takeBack();
+    log.keep();
+    EXPECT_FALSE(log.isRunning());
+    EXPECT_EQ(log.undoCount(), 0u);
+    EXPECT_EQ(log.redoCount(), 1u);
+    EXPECT_TRUE(log.redo());
+}

@@ -169,6 +169,23 @@ TEST_F(Saving, AFileThatAnotherProgramHasOpenIsAskedAboutToo)
     EXPECT_TRUE(run(L"SAVEAS \"" + m_other.wstring() + L"\" OVERWRITE-CHANGED"));
 }
 
+TEST_F(Saving, APersonIsAskedBeforeAnotherFileIsReplacedAScriptIsNot)
+{
+    EXPECT_TRUE(Drawing::createNew()->save(m_other));
+    const std::string theirs = bytesOf(m_other);
+    const std::wstring line = L"SAVEAS \"" + m_other.wstring() + L"\"";
+    Sitting person;
+    m_session.setView(&person);
+    EXPECT_FALSE(run(line));
+    ASSERT_THAT(person.asked, SizeIs(1));
+    EXPECT_THAT(person.asked[0], HasSubstr(m_other.wstring()));
+    EXPECT_EQ(bytesOf(m_other), theirs);
+    EXPECT_EQ(m_session.path(), m_file);
+    m_session.setView(nullptr);
+    EXPECT_TRUE(run(line));
+    EXPECT_NE(bytesOf(m_other), theirs);
+}
+
 TEST_F(Saving, APersonIsAskedAboutUnsavedChangesAndPreparedAnswersAreTaken)
 {
     Sitting person;

@@ -5,14 +5,18 @@
 #include "host/editor/DrawingKeeper.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/RecoveryQuestion.h"
+#include "host/editor/SaveFileDialog.h"
 #include "host/editor/Viewport.h"
 #include "host/services/Services.h"
 
 #include <QAbstractButton>
+#include <QDialogButtonBox>
 #include <QDropEvent>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
@@ -246,6 +250,29 @@ TEST_F(Closing, QuitClosesAndAsksAboutChanges)
     m_roles = {QMessageBox::DestructiveRole};
     typeLine(QStringLiteral("_quit"));
     EXPECT_TRUE(waitFor([this] { return !m_window->isVisible(); }));
+}
+
+TEST_F(Closing, TheEndingComesBeforeTheQuestionWhetherToReplace)
+{
+    EXPECT_TRUE(Drawing::createNew()->save(m_folder / "plan.dxf"));
+    const auto look = [] { return qobject_cast<QFileDialog *>(QApplication::activeModalWidget()); };
+    QTimer choose;
+    QObject::connect(&choose, &QTimer::timeout, &choose, [&] {
+        QFileDialog *dialog = look();
+        if (dialog == nullptr)
+            return;
+        if (!m_boxes.empty()) // the question was answered with No
+            return dialog->reject();
+        dialog->setDirectory(QString::fromStdString(m_folder.string()));
+        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(QStringLiteral("plan"));
+        static_cast<QDialog *>(dialog)->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
+    });
+    choose.start(5);
+    EXPECT_EQ(askForSaveFile(m_window.get(), QStringLiteral("title"), QStringLiteral("Drawings (*.dxf)"),
+                             QStringLiteral("dxf")),
+              QString());
+    ASSERT_THAT(m_boxes, SizeIs(1));
+    EXPECT_THAT(m_boxes[0].toStdString(), HasSubstr("plan.dxf"));
 }
 
 // --- Dropped files
