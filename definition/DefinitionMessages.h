@@ -33,6 +33,9 @@ enum : unsigned {
     kLayerStatus = 3996,
     kAreasTitle = 5795,
     kWaitForKey = 50200,
+    kAutoStopped = 60040,
+    kAutoSearching = 60041,
+    kAutoSaving = 60042,
     // The module's own texts
     kSelectSections = 60001,
     kZoomToSection = 60002,

@@ -1,6 +1,7 @@
 // Automatic definition: the closed region around each section's middle becomes a catchment area at once.
 #include "definition/DlgCreateCatchmentArea.h"
 
+#include "contracts/EditorAids.h"
 #include "controls/WideText.h"
 #include "definition/DefinitionMessages.h"
 #include "definition/ReadableColour.h"
@@ -42,6 +43,24 @@ void append(AcDbObjectIdArray &list, const AcDbObjectIdArray &more)
     list.insert(list.end(), more.begin(), more.end());
 }
 
+/// The host's progress meter for as long as it lives.
+class CProgress {
+public:
+    CProgress(unsigned label, std::size_t count)
+    {
+        acedSetStatusBarProgressMeter(Msg(label).c_str(), 0, static_cast<int>(count));
+    }
+    ~CProgress() { acedRestoreStatusBar(); }
+    CProgress(const CProgress &) = delete;
+    CProgress &operator=(const CProgress &) = delete;
+    /// So many are done. False when the person wants no more.
+    static bool GoOn(std::size_t done)
+    {
+        acedSetStatusBarProgressMeterPos(static_cast<int>(done));
+        return acedUsrBrk() == 0;
+    }
+};
+
 AcGePoint3d polar(const AcGePoint3d &from, double angle, double distance)
 {
     const ads_point start = {from.x, from.y, from.z};
@@ -66,15 +85,24 @@ void CDlgCreateCatchmentArea::OnBtnAuto()
     if (!m_sections.empty()) {
         AutoSearch search;
         search.m_knownCentres = m_centers;
-        SearchBoundaries(search);
-        SetStatus(FormatCount(Msg(MessageId::kAutoCount), WriteFoundBoundaries(search)), kColourResult);
+        int count = 0;
+        // A run that is stopped while it searches saves nothing: what it would save hangs on all that it finds.
+        const bool finished = SearchBoundaries(search) && WriteFoundBoundaries(search, count);
+        std::wstring status = FormatCount(Msg(MessageId::kAutoCount), count);
+        if (!finished)
+            status += L" - " + Msg(MessageId::kAutoStopped);
+        SetStatus(status, kColourResult);
     }
     RefreshDrawingDisplay();
 }
 
-void CDlgCreateCatchmentArea::SearchBoundaries(AutoSearch &search)
+bool CDlgCreateCatchmentArea::SearchBoundaries(AutoSearch &search)
 {
+    const CProgress progress(MessageId::kAutoSearching, m_sections.size());
+    std::size_t done = 0;
     for (const SectionPtr &section : m_sections) {
+        if (!CProgress::GoOn(done++))
+            return false;
         if (!section)
             continue;
         AcGePoint3d point;
@@ -84,6 +112,7 @@ void CDlgCreateCatchmentArea::SearchBoundaries(AutoSearch &search)
         else
             SearchWithoutIslands(point, search);
     }
+    return true;
 }
 
 // The two searches are required to test for doubles differently: with islands a region is one if its centre equals that
@@ -128,9 +157,9 @@ void CDlgCreateCatchmentArea::SearchWithoutIslands(const AcGePoint3d &point, Aut
     search.m_boundaries.push_back(boundary);
 }
 
-int CDlgCreateCatchmentArea::WriteFoundBoundaries(const AutoSearch &search)
+bool CDlgCreateCatchmentArea::WriteFoundBoundaries(const AutoSearch &search, int &count)
 {
-    int count = 0;
+    const CProgress progress(MessageId::kAutoSaving, search.m_boundaries.size());
     CStringArray handles;
     std::vector<std::pair<SectionPtr, CSectionPoint>> places; // the same for each boundary
     for (const SectionPtr &section : m_sections) {
@@ -138,6 +167,8 @@ int CDlgCreateCatchmentArea::WriteFoundBoundaries(const AutoSearch &search)
             places.emplace_back(section, CSectionPoint(section->GetObjectId()));
     }
     for (std::size_t i = 0; i < search.m_boundaries.size(); ++i) {
+        if (!CProgress::GoOn(i))
+            return false;
         handles.clear();
         const CBoundaryRing ring(search.m_boundaries[i]);
         for (const auto &[section, place] : places) {
@@ -147,7 +178,7 @@ int CDlgCreateCatchmentArea::WriteFoundBoundaries(const AutoSearch &search)
         if (WriteAutoSliv(search.m_boundaries[i], search.m_islands[i], handles))
             count += 1 + static_cast<int>(search.m_islands[i].size());
     }
-    return count;
+    return true;
 }
 
 void CDlgCreateCatchmentArea::SectionMiddle(AcGePoint3d &outPoint, const SectionPtr &section, double angle,

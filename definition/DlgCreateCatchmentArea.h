@@ -169,10 +169,11 @@ private:
     // Automatic definition
     struct AutoSearch; ///< what one search found
     void OnBtnAuto();
-    void SearchBoundaries(AutoSearch &search);
+    /// Both answer false when the person stopped them.
+    bool SearchBoundaries(AutoSearch &search);
     void SearchWithIslands(const AcGePoint3d &point, AutoSearch &search);
     void SearchWithoutIslands(const AcGePoint3d &point, AutoSearch &search);
-    int WriteFoundBoundaries(const AutoSearch &search);
+    bool WriteFoundBoundaries(const AutoSearch &search, int &count);
     static void SectionMiddle(AcGePoint3d &outPoint, const SectionPtr &section, double angle, double distance);
     bool WriteAutoSliv(AcDbObjectId boundaryId, const AcDbObjectIdArray &islandIds, const CStringArray &sectionHandles);
 

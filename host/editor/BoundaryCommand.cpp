@@ -4,6 +4,7 @@
 #include "host/editor/EntityPick.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/LeakMarks.h"
+#include "host/editor/RegionMisses.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
@@ -35,14 +36,14 @@ std::unique_ptr<AcDbEntity> polylineOf(const boundary::Ring &ring)
     return std::make_unique<AcDbPolyline>(std::move(vertices), true);
 }
 
+} // namespace
+
 double gapTolerance(const Session &session)
 {
     const auto value = session.variable(L"HPGAPTOL");
     const auto *number = value ? std::get_if<double>(&*value) : nullptr;
     return number ? *number : 0.0;
 }
-
-} // namespace
 
 std::wstring describe(const Region &region)
 {
@@ -188,9 +189,12 @@ Command::Next BoundaryCommand::search(Session &session, const AcGePoint3d &point
 {
     if (!std::isfinite(point.x) || !std::isfinite(point.y))
         return Next::Refused;
-    clearLeakMarks(session);
+    auto &misses = session.drawing()->component<RegionMisses>();
+    if (misses.isFirst()) // those of one work stay together
+        clearLeakMarks(session);
     Region region =
         linework(session).regionAt({point.x, point.y}, {.islands = m_islands, .gapTolerance = gapTolerance(session)});
+    misses.note({point.x, point.y}, region);
     if (!region) {
         session.status(describe(region));
         markLeaks(session, region, {point.x, point.y});

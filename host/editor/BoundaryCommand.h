@@ -54,4 +54,7 @@ private:
 /// One line that says why a search found nothing.
 std::wstring describe(const boundary::Region &region);
 
+/// Loose ends nearer than this are joined in searches: the host variable HPGAPTOL, drawing units.
+double gapTolerance(const Session &session);
+
 } // namespace velmor

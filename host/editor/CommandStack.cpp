@@ -6,6 +6,7 @@
 #include "host/editor/CommandTable.h"
 #include "host/editor/Guarded.h"
 #include "host/editor/LeakMarks.h"
+#include "host/editor/ProgressMeter.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/Words.h"
@@ -179,8 +180,10 @@ RunStatus CommandStack::start(std::wstring_view name, std::span<const Answer> an
         return RunStatus::Busy;
     }
     const bool isLocked = m_session.documentLocks() > 0;
-    const bool mayRun = entry->isTransparent() || (!isLocked && entry->mayStartInside() && name.starts_with(L'\''));
-    if (!mayRun && (isRunning() || isLocked)) {
+    const bool isAtWork = isLookingForBreak(&m_session);
+    const bool mayRun =
+        !isAtWork && (entry->isTransparent() || (!isLocked && entry->mayStartInside() && name.starts_with(L'\'')));
+    if (!mayRun && (isAtWork || isRunning() || isLocked)) {
         m_session.status(isRunning() ? uiMessage("ui.run.running", {m_running.back()}) : uiText("ui.run.locked"));
         return RunStatus::Busy;
     }

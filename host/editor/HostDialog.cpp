@@ -3,6 +3,7 @@
 #include "host/drawing/Journal.h"
 #include "host/editor/EditorHold.h"
 #include "host/editor/Guarded.h"
+#include "host/editor/ProgressMeter.h"
 #include "host/editor/Session.h"
 #include "host/services/Services.h"
 
@@ -195,6 +196,8 @@ bool CAdUiBaseDialog::RunHandler(const std::function<void()> &handler)
         handler();
         return true;
     }
+    if (velmor::isLookingForBreak(session)) // a handler is at work
+        return false;
     const int editorCommands = d->editorCommands;
     // A handler that another one sets off, say by choosing a row, belongs to that one's step; and what a dialog clears
     // away at its end to the same step as what is left to its destructor, that of the command that opened it.
@@ -216,6 +219,8 @@ void CAdUiBaseDialog::OnHandlerFailed() {}
 /// A dialog whose cancel path fails ends all the same: nobody could close it any more.
 void CAdUiBaseDialog::RunCancel()
 {
+    if (velmor::isLookingForBreak(velmor::Session::currentOrNull()))
+        return;
     const bool outer = std::exchange(d->cancelling, true);
     if (!RunHandler([this] { OnCancel(); }))
         EndDialog(kCancel);

@@ -7,6 +7,7 @@
 #include "host/editor/Completions.h"
 #include "host/editor/PlotDialog.h"
 #include "host/editor/PointerTip.h"
+#include "host/editor/RestingPointer.h"
 #include "host/editor/SwitchButton.h"
 #include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
@@ -52,7 +53,7 @@ std::filesystem::path userFile(const char *name)
 MainWindow::MainWindow(Session &session)
     : m_session(session), m_viewport(new Viewport(this)), m_commandLine(new CommandLine(this, userFile("history.txt"))),
       m_coordinates(new QLabel(this)), m_scale(new QLabel(this)), m_layer(new QLabel(this)),
-      m_nextLook(new QTimer(this))
+      m_nextLook(new QTimer(this)), m_progress(new ProgressMeter(this))
 {
     auto *middle = new QWidget(this);
     auto *column = new QVBoxLayout(middle);
@@ -63,6 +64,8 @@ MainWindow::MainWindow(Session &session)
     setCentralWidget(middle);
     followLanguage();
     m_coordinates->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000.0000, 0000000.0000")));
+    statusBar()->addPermanentWidget(m_progress);
+    new RestingPointer(m_session, *m_viewport); // belongs to the view
     for (QAction *action : m_viewport->draftActions()) {
         if (!action->isCheckable())
             continue;

@@ -3,6 +3,7 @@
 
 #include "host/editor/CommandTable.h"
 #include "host/editor/Person.h"
+#include "host/editor/ProgressMeter.h"
 #include "host/editor/Prompts.h"
 #include "host/editor/Session.h"
 #include "host/editor/ViewControl.h"
@@ -46,7 +47,8 @@ class MainWindow final : public QMainWindow,
                          public SessionView,
                          public ViewControl,
                          public PromptSource,
-                         public Person {
+                         public Person,
+                         public ProgressOwner {
     Q_OBJECT
 public:
     explicit MainWindow(Session &session);
@@ -81,6 +83,8 @@ public:
     bool showPrevious() override;
     double scaleDenominator() const override;
     void openPlotDialog() override;
+    // ProgressOwner
+    ProgressMeter &progressMeter() override { return *m_progress; }
     // PromptSource
     std::optional<Answer> ask(const Prompt &prompt) override;
     // Person
@@ -131,6 +135,7 @@ private:
     CommandLine *m_commandLine;
     QLabel *m_coordinates, *m_scale, *m_layer;
     QTimer *m_nextLook; ///< whether the commands that run have ended
+    ProgressMeter *m_progress;
     QToolBar *m_toolBar = nullptr;
     QMenu *m_recent = nullptr;
     std::shared_ptr<void> m_undoWatch; ///< of the shown drawing's history

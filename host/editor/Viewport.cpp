@@ -4,6 +4,7 @@
 #include "host/editor/DisplayIndex.h"
 #include "host/editor/DrawingUnits.h"
 #include "host/editor/FramePainter.h"
+#include "host/editor/RestingPointer.h"
 
 #include <QPainter>
 
@@ -308,6 +309,7 @@ void Viewport::paintEvent(QPaintEvent *)
     if (!m_previewImage.isNull())
         painter.drawImage(0, 0, m_previewImage);
     painter.setRenderHint(QPainter::Antialiasing);
+    paintRestingOutline(painter, *m_drawing, m_view, m_style);
     paintNorth(painter);
     paintPointer(painter);
     paintBox(painter);

@@ -63,6 +63,8 @@ public:
     /// What is asked for; null: nothing. Only a prompt's kind and base, and whether it has a tip, are looked at, and
     /// nothing of it is kept. With a tip, points are taken as they are, without snaps, ortho and polar.
     void setPrompt(const Prompt *prompt);
+    /// A prompt for a point is open.
+    bool asksForPoint() const { return m_asked == Asked::Point; }
     /// The topmost entity within the pick box around the point; null when there is none.
     AcDbEntity *entityAt(const AcGePoint3d &point) const;
     /// The entity that a click would take now; null when there is none.

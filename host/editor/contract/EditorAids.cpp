@@ -1,0 +1,106 @@
+// Progress of long work, Escape, regions without drawing, outlines under the resting pointer.
+#include "contracts/EditorAids.h"
+
+#include "host/drawing/Journal.h"
+#include "host/editor/BoundaryCommand.h"
+#include "host/editor/PointMonitors.h"
+#include "host/editor/ProgressMeter.h"
+#include "host/editor/RegionMisses.h"
+#include "host/editor/Session.h"
+
+#include <cmath>
+
+using velmor::journal;
+using velmor::PointMonitors;
+using velmor::RegionMisses;
+using velmor::Session;
+
+int acedSetStatusBarProgressMeter(const wchar_t *label, int from, int to)
+{
+    journal("acedSetStatusBarProgressMeter", label, from, to);
+    Session *session = Session::currentOrNull();
+    if (!session || !label || !*label || from >= to)
+        return RTERROR;
+    if (session->drawing())
+        session->drawing()->component<RegionMisses>().begin();
+    if (velmor::ProgressMeter *meter = velmor::progressMeterOf(session))
+        meter->begin(label, from, to);
+    return RTNORM;
+}
+
+int acedSetStatusBarProgressMeterPos(int position)
+{
+    if (velmor::ProgressMeter *meter = velmor::progressMeterOf(Session::currentOrNull()))
+        meter->setPosition(position);
+    return RTNORM;
+}
+
+void acedRestoreStatusBar()
+{
+    journal("acedRestoreStatusBar");
+    Session *session = Session::currentOrNull();
+    if (!session)
+        return;
+    if (velmor::ProgressMeter *meter = velmor::progressMeterOf(session))
+        meter->end();
+    if (!session->drawing())
+        return;
+    auto &misses = session->drawing()->component<RegionMisses>();
+    if (const std::wstring summary = misses.summary(); !summary.empty())
+        session->status(summary);
+    misses.end();
+}
+
+int acedUsrBrk()
+{
+    velmor::ProgressMeter *meter = velmor::progressMeterOf(Session::currentOrNull());
+    return meter && meter->isBreakAsked() ? 1 : 0;
+}
+
+bool acedTraceBoundary(const AcGePoint3d &seed, bool detectIslands, const ads_name selection,
+                       std::vector<ZEMCRing> &rings)
+{
+    rings.clear();
+    journal("acedTraceBoundary", seed, detectIslands ? 1 : 0);
+    Session *session = Session::currentOrNull();
+    if (!session || !session->drawing() || !std::isfinite(seed.x) || !std::isfinite(seed.y))
+        return false;
+    auto &cache = session->drawing()->component<velmor::LineworkCache>();
+    const velmor::SelectionSet *set = selection ? session->selectionSets().find(selection) : nullptr;
+    const bool isBounded = set && !set->members().empty();
+    const velmor::boundary::Region region =
+        (isBounded ? cache.ofSet(*set) : cache.visible())
+            .regionAt({seed.x, seed.y}, {.islands = detectIslands, .gapTolerance = velmor::gapTolerance(*session)});
+    if (!region)
+        return false;
+    const auto add = [&rings](const velmor::boundary::Ring &ring) {
+        rings.emplace_back();
+        for (const velmor::boundary::RingVertex &vertex : ring)
+            rings.back().push_back({vertex.x, vertex.y, vertex.bulge});
+    };
+    add(region.outer);
+    for (const velmor::boundary::Ring &island : region.islands)
+        add(island);
+    return true;
+}
+
+struct CZEMCPointMonitor::Private {
+    std::size_t drawing = 0; ///< the session's number of it
+    int number = 0;
+};
+
+CZEMCPointMonitor::CZEMCPointMonitor(Outline outline) : d(std::make_unique<Private>())
+{
+    const Session *session = Session::currentOrNull();
+    if (!session || !session->drawing())
+        return;
+    d->drawing = session->drawingNumber();
+    d->number = session->drawing()->component<PointMonitors>().add(std::move(outline));
+}
+
+CZEMCPointMonitor::~CZEMCPointMonitor()
+{
+    const Session *session = Session::currentOrNull();
+    if (d->number != 0 && session && session->drawing() && session->drawingNumber() == d->drawing)
+        session->drawing()->component<PointMonitors>().remove(d->number);
+}
