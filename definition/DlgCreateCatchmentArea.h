@@ -58,6 +58,8 @@ protected:
     /// Appends a row to the list of boundaries. text names the row, areaSquareMetres is shown in hectares.
     void AddBoundaryRow(boost::shared_ptr<CCatchItemData> item, const std::wstring &text, double areaSquareMetres);
 
+    AcDbObjectIdArray m_tempBoundaries; ///< polylines of definitions, to erase at the next pick or at the end
+
 private:
     // Start-up and closing
     void ConnectControls();
@@ -218,7 +220,6 @@ private:
     AcDbObjectId m_lastBoundary;
     AcDbObjectIdArray m_lastIslands;
     AcDbObjectIdArray m_noIslandHatches;
-    AcDbObjectIdArray m_tempBoundaries; ///< polylines to erase
     AcDbObjectIdArray m_tempHatches;    ///< preview hatches to erase
     AcDbObjectIdArray m_erased;         ///< both, once they were
     ads_name m_layerSelection = {0, 0}; ///< entities on the boundary layers

@@ -33,6 +33,7 @@ public:
     using CDlgCreateCatchmentArea::AddBoundaryRow;
     using CDlgCreateCatchmentArea::LastBoundary;
     using CDlgCreateCatchmentArea::LastIslands;
+    const AcDbObjectIdArray &tempBoundaries() const { return m_tempBoundaries; }
 
     /// A row over a boundary polyline with islands; the area counts in square metres.
     void addMainRow(AcDbObjectId boundary, double area, AcDbObjectIdArray islands = {})
@@ -123,10 +124,8 @@ protected:
     static std::vector<std::string> calls(std::initializer_list<const char *> operations);
     static std::vector<velmor::JournalEntry> entriesOf(const char *operation);
 
-private:
     AcDbObjectId addSectionEntity(const std::wstring &name, std::unique_ptr<AcDbEntity> entity);
 
-protected:
     std::filesystem::path m_userFolder;
     velmor::Session m_session;
 };
