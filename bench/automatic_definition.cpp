@@ -10,6 +10,8 @@
 #include "bench/MadeTown.h"
 #include "contracts/CatchmentArea.h"
 #include "definition/DlgCreateCatchmentArea.h"
+#include "geometry/ZEMCBoundary.h"
+#include "host/editor/LineworkCache.h"
 #include "host/editor/Recovery.h"
 #include "host/editor/Session.h"
 #include "host/network/Network.h"
@@ -57,6 +59,7 @@ double usedMegabytes()
 
 struct Leg {
     double open = 0.0, select = 0.0, run = 0.0, close = 0.0; ///< seconds
+    double walks = 0.0, traces = 0.0;                        ///< parts of the run, measured once more by themselves
     double megabytes = 0.0;
     std::size_t areas = 0;
     double total() const { return open + select + run + close; }
@@ -189,7 +192,9 @@ private:
 void road(Leg &leg, std::size_t sections, std::size_t segments, bool islands, bool recovery)
 {
     Host host(recovery);
-    host.session().setDrawing(drawingOf(bench::makeTown(segments, kSeed), sections));
+    const bench::MadeTown town = bench::makeTown(segments, kSeed);
+    const std::vector<boundary::Point> middles = middlesOf(town, sections);
+    host.session().setDrawing(drawingOf(town, sections));
     const std::vector<AcDbObjectId> ids = host.sectionIds();
     double last = now();
     const auto lap = [&last] {
@@ -215,6 +220,20 @@ void road(Leg &leg, std::size_t sections, std::size_t segments, bool islands, bo
     }
     leg.close = lap();
     leg.areas = Host::countAreas();
+
+    // What of the run went into the two walks of each trace, and into the traces themselves.
+    constexpr int kWalks = 20;
+    AcDbObjectIdArray found;
+    lap();
+    for (int i = 0; i < kWalks; ++i) {
+        CZEMCBoundary::RememberPolylines();
+        CZEMCBoundary::FindNewPoly(found);
+    }
+    leg.walks = lap() / kWalks * static_cast<double>(sections);
+    boundary::Linework &linework = host.session().drawing()->component<LineworkCache>().ofLayers({L"PARCELS"});
+    for (const boundary::Point &middle : middles)
+        linework.regionAt(middle, {.islands = islands});
+    leg.traces = lap();
     if (!host.session().alerts().empty())
         std::fprintf(stderr, "%zu alerts, the first: %ls\n", host.session().alerts().size(),
                      host.session().alerts().front().c_str());
@@ -276,9 +295,10 @@ void openWith(Leg &leg, int areas)
 void printRoad(const char *name, std::size_t sections, std::size_t segments, const Leg &leg)
 {
     std::printf("%-8s %5zu sections %8zu segments: open %6.1f ms, select %6.1f ms, run %8.1f ms, close %6.1f ms, "
-                "together %8.1f ms, %5zu areas, %.3f ms a section\n",
+                "together %8.1f ms, %5zu areas, %.3f ms a section (walks %.0f %%, traces %.0f %% of the run)\n",
                 name, sections, segments, leg.open * 1e3, leg.select * 1e3, leg.run * 1e3, leg.close * 1e3,
-                leg.total() * 1e3, leg.areas, leg.total() * 1e3 / static_cast<double>(sections));
+                leg.total() * 1e3, leg.areas, leg.total() * 1e3 / static_cast<double>(sections),
+                leg.walks / leg.run * 100.0, leg.traces / leg.run * 100.0);
     std::fflush(stdout);
 }
 

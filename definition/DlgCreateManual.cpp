@@ -4,6 +4,7 @@
 // from. The ways differ in what they clear before, test and refresh, and are required to.
 #include "definition/DlgCreateCatchmentArea.h"
 
+#include "contracts/EditorAids.h"
 #include "controls/WideText.h"
 #include "definition/DefinitionMessages.h"
 #include "geometry/ZEMCBoundary.h"
@@ -96,7 +97,14 @@ void CDlgCreateCatchmentArea::OnBtnPickPoint()
     CSnapsOff snaps;
     ShowDefinedAreas();
     AcGePoint3d point;
-    if (getPoint(nullptr, MessageId::kPointPrompt, point) && !DefineAroundPoint(point)) {
+    const auto askForPoint = [&] {
+        // What a click would take is shown while the pointer rests.
+        const CZEMCPointMonitor preview([this](const AcGePoint3d &at, std::vector<ZEMCRing> &rings) {
+            return acedTraceBoundary(at, m_bSearchSubCatchments != 0, m_layerSelection, rings);
+        });
+        return getPoint(nullptr, MessageId::kPointPrompt, point);
+    };
+    if (askForPoint() && !DefineAroundPoint(point)) {
         snaps.Leave(); // this way out is required to leave them off, and the display as it is
         CompleteEditorCommand(1);
         return;

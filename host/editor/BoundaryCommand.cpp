@@ -189,12 +189,10 @@ Command::Next BoundaryCommand::search(Session &session, const AcGePoint3d &point
 {
     if (!std::isfinite(point.x) || !std::isfinite(point.y))
         return Next::Refused;
-    auto &misses = session.drawing()->component<RegionMisses>();
-    if (misses.isFirst()) // those of one work stay together
-        clearLeakMarks(session);
+    clearLeakMarks(session);
     Region region =
         linework(session).regionAt({point.x, point.y}, {.islands = m_islands, .gapTolerance = gapTolerance(session)});
-    misses.note({point.x, point.y}, region);
+    session.drawing()->component<RegionMisses>().note({point.x, point.y}, region);
     if (!region) {
         session.status(describe(region));
         markLeaks(session, region, {point.x, point.y});

@@ -28,8 +28,6 @@ public:
     void note(boundary::Point point, const boundary::Region &region);
     const std::vector<Miss> &misses() const { return m_misses; }
     std::size_t searches() const { return m_searches; }
-    /// The next search does not belong together with one before it.
-    bool isFirst() const { return !m_isNoting || m_searches == 0; }
     /// "No closed region around 3 of 70 places: 1 lies on the linework (D4); ..."; empty when nothing was missed. A
     /// place that is the middle of a section is named by it.
     std::wstring summary();
