@@ -389,8 +389,17 @@ TEST(OpenDrawings, TakeAPlaceEachGiveItBackAndNoTwoShareIds)
     const AcDbObjectId first = addLine(*open.front(), 0, 0, 1, 1).objectId(),
                        last = addLine(*open.back(), 0, 0, 1, 1).objectId();
     EXPECT_NE(first, last);
+    ads_name name;
+    EXPECT_EQ(acdbGetAdsName(name, first), Acad::eOk);
     open.erase(open.begin());
     EXPECT_FALSE(first.isValid());
+    EXPECT_TRUE(first.isErased());
+    EXPECT_TRUE(first.handle().isNull());
+    AcDbEntity *entity = nullptr;
+    EXPECT_EQ(acdbOpenAcDbEntity(entity, first, AcDb::kForWrite), Acad::eWasErased);
+    EXPECT_EQ(entity, nullptr);
+    AcDbObjectId found;
+    EXPECT_NE(acdbGetObjectId(found, name), Acad::eOk);
     EXPECT_TRUE(last.isValid());
     open.push_back(Drawing::createNew());
     const AcDbObjectId again = addLine(*open.back(), 0, 0, 1, 1).objectId();
