@@ -12,7 +12,10 @@
 
 #include <atomic>
 #include <cerrno>
+#include <fcntl.h>
 #include <fstream>
+#include <future>
+#include <sys/file.h>
 #include <thread>
 #include <unistd.h>
 
@@ -771,22 +774,29 @@ TEST_F(RecoveryTest, TheFormerDrawingLivesWhileTheViewMayShowIt)
 
 TEST_F(RecoveryTest, AFolderThatIsJustBeingMadeIsNoOneElsesToTakeAway)
 {
-    std::atomic<bool> isDone = false;
-    std::thread other([&] {
-        while (!isDone)
-            recovery().left();
-    });
-    int lost = 0;
-    for (int i = 0; i < 400; ++i) {
-        HeldFolder held;
-        std::string reason;
-        if (!held.make(m_state, m_file, reason) || !fs::exists(held.path() / "owner"))
-            ++lost;
-        held.remove();
-    }
-    isDone = true;
-    other.join();
-    EXPECT_EQ(lost, 0);
+    // Another program has made its folder and does not hold it yet.
+    fs::create_directories(m_state / "open-1-1");
+    const int lock = ::open(m_state.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+    auto looking = std::async(std::launch::async, [] { return recovery().left(); });
+    HeldFolder ours;
+    std::string reason;
+    auto making = std::async(std::launch::async, [&] { return ours.make(m_state, m_file, reason); });
+    // Both wait for it, whatever time it takes within a second.
+    constexpr std::chrono::milliseconds kMoment{200};
+    EXPECT_EQ(looking.wait_for(kMoment), std::future_status::timeout);
+    EXPECT_TRUE(fs::exists(m_state / "open-1-1"));
+    EXPECT_EQ(making.wait_for(kMoment), std::future_status::timeout);
+    EXPECT_EQ(std::distance(fs::directory_iterator(m_state), fs::directory_iterator()), 1);
+    HeldFolder others;
+    EXPECT_TRUE(others.take(m_state / "open-1-1"));
+    ::close(lock);
+    EXPECT_THAT(looking.get(), IsEmpty());
+    EXPECT_TRUE(making.get());
+    EXPECT_TRUE(fs::exists(others.path() / "owner"));
+    EXPECT_TRUE(fs::exists(ours.path() / "owner"));
+    others.remove();
+    ours.remove();
 }
 
 TEST_F(RecoveryTest, AFileThatAnotherProgramHasOpenIsKnown)
