@@ -110,8 +110,8 @@ KnownStates knownStates(const ScratchFolder &folder)
     return known;
 }
 
-/// Told behind each command. So large that a pipe of one page holds eight: the work is never farther ahead of the one
-/// who kills it, however slow or busy the machine is.
+/// Told behind each command. So large that a pipe holds 128: the work is never farther ahead of the one who kills it,
+/// however slow or busy the machine is, and yet it is still at work, not waiting for a reader, when the kill comes.
 struct Report {
     std::uint32_t command = 0;
     char padding[508] = {};
@@ -165,7 +165,7 @@ TEST(KilledWork, LosesAtMostTheCommandAtWorkAndTheFileIsWhole)
                                    std::filesystem::copy_options::overwrite_existing);
         int ends[2];
         ASSERT_EQ(pipe(ends), 0);
-        ASSERT_GT(fcntl(ends[1], F_SETPIPE_SZ, 4096), 0);
+        ASSERT_GT(fcntl(ends[1], F_SETPIPE_SZ, 65536), 0);
         const pid_t child = startWork(folder, ends[1]);
         close(ends[1]);
         // Somewhere behind a command drawn by lot, also before the first.
