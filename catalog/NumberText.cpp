@@ -101,10 +101,15 @@ double ParseNumber(std::wstring text)
     return number.length == text.size() && std::isfinite(number.value) ? number.value : kMissingNumber;
 }
 
-std::wstring FourDecimals(double value)
+std::wstring FixedDecimals(double value, int decimals)
 {
     std::array<char, std::numeric_limits<double>::max_exponent10 + 16> digits;
     const auto end =
-        std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, 4).ptr;
+        std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, decimals).ptr;
     return {digits.data(), end};
+}
+
+std::wstring FourDecimals(double value)
+{
+    return FixedDecimals(value, 4);
 }

@@ -24,5 +24,6 @@ int ReadInt(std::wstring_view text);
 /// anything is left over, and beyond the range of a double.
 double ParseNumber(std::wstring text);
 
-/// "0.3500"
+/// That many digits behind the ".": "0.3500" for 4.
+std::wstring FixedDecimals(double value, int decimals);
 std::wstring FourDecimals(double value);

@@ -28,6 +28,9 @@ public:
 
     void SetTextColor(ColorRef colour, bool redraw = true);
     void SetBackgroundColor(ColorRef colour, bool redraw = true);
+    /// As they were set; none while they are the desktop's.
+    std::optional<ColorRef> GetTextColor() const { return m_crText; }
+    std::optional<ColorRef> GetBackgroundColor() const { return m_crBackground; }
     /// Weight 700 or 400; face and size stay, and follow the desktop where they are its own.
     void SetBold(bool bold, bool redraw = true);
     /// Face, size and slant of the font, with the weight of SetBold. Null changes nothing.

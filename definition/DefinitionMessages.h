@@ -1,9 +1,7 @@
 // Numbers of the texts that the definition dialog takes from the message file.
 #pragma once
 
-#include "contracts/CoreServices.h"
-
-#include <string>
+#include "dialogs/DialogTexts.h"
 
 namespace MessageId {
 enum : unsigned {
@@ -40,13 +38,7 @@ enum : unsigned {
     kSelectSections = 60001,
     kZoomToSection = 60002,
     kSettings = 60003,
-    kNotOffered = 60004,
     kZoomFactor = 60005,
     kExampleTable = 60006,
 };
 } // namespace MessageId
-
-inline std::wstring Msg(unsigned number)
-{
-    return ZEMGis::CModuleConfiguration::Instance()->GetMsg(number);
-}

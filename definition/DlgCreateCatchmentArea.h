@@ -7,8 +7,11 @@
 // saving, naming and coefficients, preview.
 #pragma once
 
+#include "catalog/ATV118FlowTable.h"
+#include "catalog/ZEMTerrainTypeCatalog.h"
 #include "contracts/CatchmentArea.h"
 #include "contracts/HostDialog.h"
+#include "controls/MyToolTipCtrl.h"
 #include "definition/AreaNaming.h"
 #include "definition/CatchItemData.h"
 #include "definition/EnablingTable.h"
@@ -22,8 +25,11 @@
 #include <vector>
 
 class QItemSelection;
-class QLabel;
+class CXColorStatic;
 class QLineEdit;
+namespace AMSEdit {
+class CAMSNumericEdit;
+}
 namespace Ui {
 class DefinitionForm;
 }
@@ -49,7 +55,6 @@ protected:
     bool OnInitDialog() override;
     void OnCancel() override;
     void OnHandlerFailed() override;
-    void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
     /// Of the last definition; null and empty before.
@@ -65,11 +70,11 @@ private:
     void ConnectControls();
     void SetTexts();
     void SetToolTips();
-    void SetAccessibleNames();
     void SetUpNumericEdits();
     void FillCombos();
     void LoadImages();
     void SetUpSelectionButton();
+    void LoadTerrainTypes();
     void LoadExistingAreas();
     void SetUpList();
     void FillLabelCatalog();
@@ -95,11 +100,10 @@ private:
     enmDefinitionMethod Method() const;
     void EnableControls(const CControlSet &controls, bool enabled);
     void SetStatus(const std::wstring &text, std::uint32_t colour);
-    void SetColouredText(QLabel *label, const std::wstring &text, std::uint32_t colour);
-    void ApplyColour(QLabel *label);
-    void SetSwatch(QLabel *label, int colourIndex);
-    double GetNumber(const QLineEdit *edit) const;
-    void SetNumber(QLineEdit *edit, double value);
+    static void SetColouredText(CXColorStatic *label, const std::wstring &text, std::uint32_t colour);
+    static double GetNumber(const AMSEdit::CAMSNumericEdit *edit);
+    /// Trailing zeros are trimmed; what the edit does not take is cut.
+    static void SetNumber(AMSEdit::CAMSNumericEdit *edit, double value);
 
     // Selection, navigation, methods and types
     std::intptr_t OnSelectionDone();
@@ -129,6 +133,9 @@ private:
     // Coefficients and naming
     void OnCoeffSourceChanged();
     void OnTerrainChanged();
+    double ComputeAtvCoefficient();
+    void AddTerrainTypes(CZEMTerrainTypeCatalog &catalog);
+    void SelectFirstTerrain();
     std::wstring MakeAreaName(const std::wstring &base) const;
     bool IsNameUsed(const std::wstring &name) const;
 
@@ -194,6 +201,9 @@ private:
     static void GetBoundaryVertices(AcDbObjectId id, AcGePoint3dArray &points);
 
     // Small handlers
+    void OnBtnLayers();
+    void OnBtnTerrain();
+    void OnBtnSettings();
     void OnBtnHide();
     void OnBtnInfoSections();
     void OnBtnInfoAreas();
@@ -211,8 +221,11 @@ private:
     int m_nRunoffIndex = 0;
     int m_nSlopeClass = 0;
 
-    bool m_bInitializing = false;
+    bool m_bInitializing = false; ///< suppresses ComputeAtvCoefficient
     bool m_bShownBefore = false;
+    CZEMTerrainTypeCatalog m_terrainCatalog;
+    CATV118FlowTable m_flowTable;
+    CMyToolTipCtrl m_toolTip;           ///< tips of the controls
     std::vector<SectionPtr> m_sections; ///< of the last selection
     std::vector<boost::shared_ptr<ZEMGis::Topology::CEntity>> m_selectionExtra;
     int m_nCurrentSection = 0;
@@ -237,8 +250,8 @@ private:
     double m_hatchScale = 2.0;
     int m_colorDefined = 3;
     int m_colorTemp = 4;
-    CAreaNameParts m_nameParts; ///< prefix, suffix and counter delimiter of the settings
-    std::vector<boost::shared_ptr<CItemData>> m_terrainItems;
+    CAreaNameParts m_nameParts;                               ///< prefix, suffix and counter delimiter of the settings
+    std::vector<boost::shared_ptr<CItemData>> m_terrainItems; ///< own the payloads of the terrain combo
     std::vector<boost::shared_ptr<CCatchItemData>> m_listItems;
     ZEMGis::Utility::CDocLock m_docLock;
 };

@@ -2,17 +2,9 @@
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "controls/WideText.h"
-#include "definition/NumericFields.h"
-#include "definition/ReadableColour.h"
 #include "ui_definition.h"
 
 using namespace ControlId;
-
-namespace {
-
-constexpr char kTextColour[] = "textColour"; ///< property: the required colour, in blue, green, red byte order
-
-} // namespace
 
 void CDlgCreateCatchmentArea::RefreshMembers()
 {
@@ -56,7 +48,7 @@ enmDefinitionMethod CDlgCreateCatchmentArea::Method() const
 void CDlgCreateCatchmentArea::EnableControls(const CControlSet &controls, bool enabled)
 {
     for (const int control : controls)
-        EnableControl(control, enabled && !EnablingTable::kNotOffered.Contains(control));
+        EnableControl(control, enabled);
 }
 
 void CDlgCreateCatchmentArea::SetStatus(const std::wstring &text, std::uint32_t colour)
@@ -64,40 +56,19 @@ void CDlgCreateCatchmentArea::SetStatus(const std::wstring &text, std::uint32_t 
     SetColouredText(m_ui->textStatus, text, colour);
 }
 
-void CDlgCreateCatchmentArea::SetColouredText(QLabel *label, const std::wstring &text, std::uint32_t colour)
+void CDlgCreateCatchmentArea::SetColouredText(CXColorStatic *label, const std::wstring &text, std::uint32_t colour)
 {
     label->setText(ToQString(text));
-    QFont font = label->font();
-    font.setBold(true);
-    label->setFont(font);
-    label->setProperty(kTextColour, colour);
-    ApplyColour(label);
+    label->SetTextColor(colour, false);
+    label->SetBold(true, false);
 }
 
-void CDlgCreateCatchmentArea::ApplyColour(QLabel *label)
+double CDlgCreateCatchmentArea::GetNumber(const AMSEdit::CAMSNumericEdit *edit)
 {
-    const QVariant required = label->property(kTextColour);
-    if (!required.isValid())
-        return;
-    QPalette colours = label->palette();
-    colours.setColor(QPalette::WindowText,
-                     ReadableColour(ColourOf(required.toUInt()), palette().color(QPalette::Window)));
-    label->setPalette(colours);
+    return edit->GetDouble();
 }
 
-void CDlgCreateCatchmentArea::SetSwatch(QLabel *label, int colourIndex)
+void CDlgCreateCatchmentArea::SetNumber(AMSEdit::CAMSNumericEdit *edit, double value)
 {
-    QPalette colours = label->palette();
-    colours.setColor(QPalette::Window, ColourOf(acedGetRGB(colourIndex)));
-    label->setPalette(colours);
-}
-
-double CDlgCreateCatchmentArea::GetNumber(const QLineEdit *edit) const
-{
-    return NumberValue(ToWide(edit->text()));
-}
-
-void CDlgCreateCatchmentArea::SetNumber(QLineEdit *edit, double value)
-{
-    edit->setText(ToQString(NumberText(value, NumericField(edit->property(kControlIdProperty).toInt()))));
+    edit->SetDouble(value, true);
 }

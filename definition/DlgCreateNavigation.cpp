@@ -88,6 +88,7 @@ void CDlgCreateCatchmentArea::ShowCurrentSection()
     if (const SectionPtr section = CurrentSection()) {
         const std::wstring name = section->GetName();
         SetColouredText(m_ui->textSection, name, kColourPlain);
+        m_toolTip.AddWindowTool(m_ui->textSection, name); // a long name does not fit in
         m_ui->editName->setText(ToQString(MakeAreaName(name)));
     }
     HighlightCurrentSection();

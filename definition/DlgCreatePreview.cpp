@@ -3,7 +3,6 @@
 
 #include "controls/WideText.h"
 #include "definition/DefinitionMessages.h"
-#include "definition/NumericFields.h"
 #include "geometry/ZEMCBoundary.h"
 #include "ui_definition.h"
 

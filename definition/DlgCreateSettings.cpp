@@ -2,6 +2,7 @@
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "definition/DefinitionMessages.h"
+#include "dialogs/EntityWalk.h"
 #include "ui_definition.h"
 
 using ZEMGis::CModuleConfiguration;
@@ -49,41 +50,6 @@ resbuf *chainOf(const CStringArray &texts)
     return first;
 }
 
-/// Calls visit with every entity of the drawing that isn't erased: model space, paper spaces, block definitions. An
-/// iterator that can't be had ends the walk.
-template <class Visit>
-void walkEntities(Visit visit)
-{
-    AcDbDatabase *database = acdbHostApplicationServices()->workingDatabase();
-    AcDbBlockTable *table = nullptr;
-    if (!database || database->getBlockTable(table, AcDb::kForRead) != Acad::eOk)
-        return;
-    AcDbBlockTableIterator *blocksRaw = nullptr;
-    const Acad::ErrorStatus status = table->newIterator(blocksRaw);
-    table->close();
-    if (status != Acad::eOk)
-        return;
-    const std::unique_ptr<AcDbBlockTableIterator> blocks(blocksRaw);
-    for (; !blocks->done(); blocks->step()) {
-        AcDbBlockTableRecord *record = nullptr;
-        if (blocks->getRecord(record, AcDb::kForRead) != Acad::eOk)
-            continue;
-        AcDbBlockTableRecordIterator *entitiesRaw = nullptr;
-        const Acad::ErrorStatus entitiesStatus = record->newIterator(entitiesRaw);
-        record->close();
-        if (entitiesStatus != Acad::eOk)
-            return;
-        const std::unique_ptr<AcDbBlockTableRecordIterator> entities(entitiesRaw);
-        for (; !entities->done(); entities->step()) {
-            AcDbEntity *entity = nullptr;
-            if (entities->getEntity(entity, AcDb::kForRead) != Acad::eOk)
-                continue;
-            visit(*entity);
-            entity->close();
-        }
-    }
-}
-
 } // namespace
 
 void CDlgCreateCatchmentArea::ReadConfiguration()
@@ -91,9 +57,9 @@ void CDlgCreateCatchmentArea::ReadConfiguration()
     const CModuleConfiguration &configuration = *CModuleConfiguration::Instance();
     configuration.GetGSValueDouble(L"CATCH_HATCH_SCALE", m_hatchScale);
     configuration.GetGSValueInt(L"CATCH_HATCH_COLOR_DEFINED", m_colorDefined);
-    SetSwatch(m_ui->swatchDefined, m_colorDefined);
+    m_ui->swatchDefined->SetBackgroundColor(acedGetRGB(m_colorDefined), false);
     configuration.GetGSValueInt(L"CATCH_HATCH_COLOR_TEMP", m_colorTemp);
-    SetSwatch(m_ui->swatchCurrent, m_colorTemp);
+    m_ui->swatchCurrent->SetBackgroundColor(acedGetRGB(m_colorTemp), false);
     configuration.GetGSValueString(L"CATCH_NAME_PREFIX", m_nameParts.m_strPrefix);
     configuration.GetGSValueString(L"CATCH_NAME_SUFIX", m_nameParts.m_strSuffix);
     configuration.GetGSValueString(L"CATCH_COUNTER_DELIMITER", m_nameParts.m_strDelimiter);
@@ -205,7 +171,7 @@ void CDlgCreateCatchmentArea::BuildLayerSelection()
     if (m_boundaryLayers.empty())
         return;
     const std::set<std::wstring> layers(m_boundaryLayers.begin(), m_boundaryLayers.end());
-    walkEntities([&](const AcDbEntity &entity) {
+    WalkEntities([&](const AcDbEntity &entity) {
         if (!layers.contains(entity.layer()))
             return;
         ads_name name = {0, 0};

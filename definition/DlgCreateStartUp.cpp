@@ -1,15 +1,13 @@
 // Start-up and closing of the definition dialog.
 #include "definition/DlgCreateCatchmentArea.h"
 
+#include "controls/Mnemonics.h"
 #include "controls/WideText.h"
 #include "definition/DefinitionMessages.h"
-#include "definition/Mnemonics.h"
-#include "definition/NumericFields.h"
 #include "definition/ReadableColour.h"
 #include "ui_definition.h"
 
 #include <QHeaderView>
-#include <QRegularExpressionValidator>
 #include <QScreen>
 
 using namespace ControlId;
@@ -19,13 +17,8 @@ using ZEMGis::Utility::CZEMBitmapButton;
 
 namespace {
 
-struct MessageRow {
-    int m_nControl;
-    unsigned m_nMessage;
-};
-
 /// Captions that a message replaces at the start.
-constexpr auto kTexts = std::to_array<MessageRow>({
+constexpr auto kTexts = std::to_array<CMessageRow>({
     {kGroupType, 1980},        {kCheckCatchment, 1936}, {kCheckHouse, 11254},
     {kCheckIndustrial, 11255}, {kGroupMethod, 1979},    {kCheckIslands, 1981},
     {kLabelSection, 2226},     {kBtnLayers, 1983},      {kGroupDefinition, 1985},
@@ -38,7 +31,7 @@ constexpr auto kTexts = std::to_array<MessageRow>({
     {kBtnClose, 235},          {kBtnHelp, 50156},       {kBtnSelect, MessageId::kSelectSections},
 });
 
-constexpr auto kTips = std::to_array<MessageRow>({
+constexpr auto kTips = std::to_array<CMessageRow>({
     {kCheckIslands, 2028},
     {kBtnPrevious, 1081},
     {kBtnNext, 1082},
@@ -53,16 +46,19 @@ constexpr auto kTips = std::to_array<MessageRow>({
     {kBtnSave, 2037},
     {kBtnZoom, MessageId::kZoomToSection},
     {kBtnSettings, MessageId::kSettings},
+    {kRadioAtv, MessageId::kExampleTable},
+    {kComboSlopeClass, MessageId::kExampleTable},
+    {kEditIntensity, MessageId::kExampleTable},
+    {kComboRunoff, MessageId::kExampleTable},
 });
 
 /// Names for those who hear the dialog, where no caption stands beside a control.
-constexpr auto kAccessibleNames = std::to_array<MessageRow>({
+constexpr auto kAccessibleNames = std::to_array<CMessageRow>({
     {kBtnPrevious, 1081},
     {kBtnNext, 1082},
     {kBtnZoom, MessageId::kZoomToSection},
     {kEditZoom, MessageId::kZoomFactor},
     {kBtnSettings, MessageId::kSettings},
-    {kTextSection, 2226},
     {kEditLayers, 1983},
     {kListAreas, 1994},
     {kComboLabel, 1982},
@@ -79,10 +75,11 @@ constexpr auto kAccessibleNames = std::to_array<MessageRow>({
 
 /// Who gets a keyboard letter, in the order in which they choose: what is used most comes first.
 constexpr auto kMnemonicOrder = std::to_array<int>({
-    kBtnSave,        kBtnAuto,      kBtnPoint,        kBtnEntity,    kBtnCorners,       kBtnSelect,
-    kGroupMethod,    kCheckIslands, kLabelName,       kLabelArea,    kLabelCoefficient, kLabelDensity,
-    kCheckCatchment, kCheckHouse,   kCheckIndustrial, kCheckZoom,    kCheckLabel,       kGroupDefinition,
-    kBtnClose,       kBtnHide,      kBtnInfoSections, kBtnInfoAreas,
+    kBtnSave,         kBtnAuto,          kBtnSelect,       kBtnPoint,       kBtnEntity,       kBtnCorners,
+    kGroupMethod,     kBtnLayers,        kCheckIslands,    kLabelName,      kLabelArea,       kRadioTerrain,
+    kRadioAtv,        kLabelCoefficient, kLabelDensity,    kCheckCatchment, kCheckHouse,      kCheckIndustrial,
+    kCheckLabel,      kBtnHide,          kBtnClose,        kCheckZoom,      kGroupDefinition, kLabelIntensity,
+    kLabelSlopeClass, kLabelRunoff,      kBtnInfoSections, kBtnInfoAreas,
 });
 
 constexpr int kButtonImage = 18;
@@ -111,21 +108,23 @@ constexpr auto kImages = std::to_array<ImageRow>({
     {kBtnInfoAreas, L"INFO_AREAS", kInfoImage},
 });
 
-QString captionOf(const QWidget *widget)
-{
-    if (const auto *label = qobject_cast<const QLabel *>(widget))
-        return label->text();
-    const auto *button = qobject_cast<const QAbstractButton *>(widget);
-    return button ? button->text() : QString();
-}
+/// A numeric edit: how many digits it takes before and behind the point, and whether a sign.
+struct NumericField {
+    int m_nControl;
+    int m_nWholeDigits;
+    int m_nDecimals;
+    bool m_bNegative;
+};
 
-void setCaption(QWidget *widget, const QString &text)
-{
-    if (auto *label = qobject_cast<QLabel *>(widget))
-        label->setText(text);
-    else if (auto *button = qobject_cast<QAbstractButton *>(widget))
-        button->setText(text);
-}
+constexpr auto kNumericFields = std::to_array<NumericField>({
+    {kEditZoom, 4, 4, false},
+    {kEditCoefficient, 4, 4, true},
+    {kEditArea, 8, 4, true},
+    {kEditDensity, 8, 4, true},
+    {kEditSlope, 8, 4, true},
+    {kEditIntensity, 4, 4, false},
+    {kEditNumber, 8, 0, false},
+});
 
 } // namespace
 
@@ -165,6 +164,11 @@ void CDlgCreateCatchmentArea::ConnectControls()
     click(m_ui->btnPoint, &Dialog::OnBtnPickPoint);
     click(m_ui->btnEntity, &Dialog::OnBtnPickEntity);
     click(m_ui->btnCorners, &Dialog::OnBtnDrawArea);
+    click(m_ui->btnLayers, &Dialog::OnBtnLayers);
+    click(m_ui->btnTerrain, &Dialog::OnBtnTerrain);
+    click(m_ui->btnSettings, &Dialog::OnBtnSettings);
+    click(m_ui->radioTerrain, &Dialog::OnCoeffSourceChanged);
+    click(m_ui->radioAtv, &Dialog::OnCoeffSourceChanged);
     click(m_ui->btnAuto, &Dialog::OnBtnAuto);
     click(m_ui->btnSave, &Dialog::OnBtnSaveMain);
     click(m_ui->btnHide, &Dialog::OnBtnHide);
@@ -172,6 +176,10 @@ void CDlgCreateCatchmentArea::ConnectControls()
     click(m_ui->btnInfoAreas, &Dialog::OnBtnInfoAreas);
     handle(m_ui->comboMethod, &QComboBox::activated, &Dialog::OnMethodChanged);
     handle(m_ui->comboType, &QComboBox::activated, &Dialog::OnTypeChanged);
+    handle(m_ui->comboTerrain, &QComboBox::activated, &Dialog::OnTerrainChanged);
+    handle(m_ui->comboSlopeClass, &QComboBox::activated, &Dialog::ComputeAtvCoefficient);
+    handle(m_ui->comboRunoff, &QComboBox::activated, &Dialog::ComputeAtvCoefficient);
+    handle(m_ui->editIntensity, &QLineEdit::textChanged, &Dialog::ComputeAtvCoefficient);
     connect(m_ui->listAreas->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this](const QItemSelection &selected, const QItemSelection &deselected) {
                 RunHandler([&] { OnSelectionChanged(selected, deselected); });
@@ -181,14 +189,15 @@ void CDlgCreateCatchmentArea::ConnectControls()
 bool CDlgCreateCatchmentArea::OnInitDialog()
 {
     CAdUiBaseDialog::OnInitDialog();
+    ShowMembers(); // the start values, which the next handler would read back otherwise
     m_bInitializing = true;
     SetTexts();
     SetToolTips();
-    SetAccessibleNames();
     SetUpNumericEdits();
     FillCombos();
     LoadImages();
     SetUpSelectionButton();
+    LoadTerrainTypes();
     CZEMCDictionaryPtr(AcDb::kForRead).dctRead(L"ZEMX_SEWAGE_CATCHMENT", L"LABEL_BLOCK", m_strBlockPath, false);
     ReadConfiguration();
     LoadExistingAreas();
@@ -200,6 +209,7 @@ bool CDlgCreateCatchmentArea::OnInitDialog()
     FillLabelCatalog();
     RestoreSettings();
     m_bInitializing = false;
+    ComputeAtvCoefficient(); // whatever the source is: the table's coefficient stands at the start
     ShowLayerSummary();
     return true;
 }
@@ -207,53 +217,31 @@ bool CDlgCreateCatchmentArea::OnInitDialog()
 void CDlgCreateCatchmentArea::SetTexts()
 {
     setWindowTitle(ToQString(Msg(MessageId::kDialogTitle)));
-    for (const MessageRow &row : kTexts)
-        setCaption(GetDlgItem(row.m_nControl), ToQString(Msg(row.m_nMessage)));
+    SetCaptions(*this, kTexts, {});
     const std::wstring info = Msg(MessageId::kInfoWord) + L" - ";
-    setCaption(m_ui->btnInfoSections, ToQString(info + Msg(MessageId::kSectionTitle)));
-    setCaption(m_ui->btnInfoAreas, ToQString(info + Msg(MessageId::kAreasTitle)));
-
-    std::vector<std::wstring> captions;
-    for (const int control : kMnemonicOrder)
-        captions.push_back(ToWide(captionOf(GetDlgItem(control))));
-    captions = WithMnemonics(captions);
-    for (std::size_t i = 0; i < captions.size(); ++i)
-        setCaption(GetDlgItem(kMnemonicOrder[i]), ToQString(captions[i]));
+    SetCaption(m_ui->btnInfoSections, info + Msg(MessageId::kSectionTitle));
+    SetCaption(m_ui->btnInfoAreas, info + Msg(MessageId::kAreasTitle));
+    MarkCaptions(*this, kMnemonicOrder);
+    SetAccessibleNames(*this, kAccessibleNames);
 }
 
 void CDlgCreateCatchmentArea::SetToolTips()
 {
-    const QString notOffered = ToQString(Msg(MessageId::kNotOffered));
-    for (const int control : EnablingTable::kNotOffered)
-        GetDlgItem(control)->setToolTip(notOffered);
-    const QString example = ToQString(Msg(MessageId::kExampleTable)) + QStringLiteral("\n") + notOffered;
-    for (const int control : {kRadioAtv, kComboSlopeClass, kEditIntensity, kComboRunoff})
-        GetDlgItem(control)->setToolTip(example);
-    for (const MessageRow &row : kTips) {
-        QString tip = ToQString(Msg(row.m_nMessage));
-        if (EnablingTable::kNotOffered.Contains(row.m_nControl))
-            tip += QStringLiteral("\n") + notOffered;
-        QWidget *control = GetDlgItem(row.m_nControl);
-        if (auto *button = qobject_cast<CZEMBitmapButton *>(control))
-            button->SetToolTip(ToWide(tip).c_str());
-        else
-            control->setToolTip(tip);
-    }
-    for (CZEMBitmapButton *button : {m_ui->btnInfoSections, m_ui->btnInfoAreas})
-        button->SetToolTip(WithoutMnemonic(ToWide(button->text())).c_str());
-}
-
-void CDlgCreateCatchmentArea::SetAccessibleNames()
-{
-    for (const MessageRow &row : kAccessibleNames)
-        GetDlgItem(row.m_nControl)->setAccessibleName(ToQString(WithoutMnemonic(Msg(row.m_nMessage))));
+    for (const CMessageRow &row : kTips)
+        m_toolTip.AddWindowTool(GetDlgItem(row.m_nControl), Msg(row.m_nMessage));
+    for (const QPushButton *button : {m_ui->btnInfoSections, m_ui->btnInfoAreas})
+        m_toolTip.AddWindowTool(GetDlgItem(button->property(kControlIdProperty).toInt()),
+                                WithoutMnemonic(ToWide(button->text())));
 }
 
 void CDlgCreateCatchmentArea::SetUpNumericEdits()
 {
-    for (const CNumericField &field : DefinitionNumericFields()) {
-        auto *edit = Control<QLineEdit>(field.m_nControl);
-        edit->setValidator(new QRegularExpressionValidator(QRegularExpression(ToQString(TypingPattern(field))), edit));
+    for (const NumericField &field : kNumericFields) {
+        auto *edit = Control<AMSEdit::CAMSNumericEdit>(field.m_nControl);
+        edit->SetMaxWholeDigits(field.m_nWholeDigits);
+        edit->SetMaxDecimalPlaces(field.m_nDecimals);
+        edit->SetSeparators(L'.', L',');
+        edit->AllowNegative(field.m_bNegative);
     }
     constexpr double kDefaultZoom = 1.5, kDefaultDensity = 1000.0, kDefaultSlope = 1.0, kDefaultIntensity = 100.0;
     double zoom = kDefaultZoom;
@@ -344,17 +332,16 @@ void CDlgCreateCatchmentArea::FillLabelCatalog()
 
 void CDlgCreateCatchmentArea::ShowLayerSummary()
 {
-    QString summary, tip;
-    if (m_boundaryLayers.empty()) {
-        summary = tip = ToQString(Msg(MessageId::kLayerStatus));
-    } else {
+    std::wstring summary = Msg(MessageId::kLayerStatus), tip = summary;
+    if (!m_boundaryLayers.empty()) {
+        tip.clear();
         for (const std::wstring &layer : m_boundaryLayers)
-            tip += (tip.isEmpty() ? QString() : QStringLiteral("\n")) + ToQString(layer);
-        summary = m_boundaryLayers.size() == 1 ? tip : QStringLiteral("***");
+            tip += (tip.empty() ? L"" : L"\n") + layer;
+        summary = m_boundaryLayers.size() == 1 ? tip : L"***";
     }
-    m_ui->editLayers->setText(summary);
+    m_ui->editLayers->setText(ToQString(summary));
     m_ui->editLayers->setCursorPosition(0);
-    m_ui->editLayers->setToolTip(tip);
+    m_toolTip.AddWindowTool(m_ui->editLayers, tip);
 }
 
 void CDlgCreateCatchmentArea::OnCancel()
@@ -395,13 +382,4 @@ void CDlgCreateCatchmentArea::FitToScreen()
     const QSize around = sizeHint() - m_ui->scrollArea->sizeHint();
     const QSize available = screen()->availableSize() * 0.95;
     resize((content + around).expandedTo(sizeHint()).boundedTo(available));
-}
-
-void CDlgCreateCatchmentArea::changeEvent(QEvent *event)
-{
-    CAdUiBaseDialog::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && m_ui) {
-        ApplyColour(m_ui->textStatus);
-        ApplyColour(m_ui->textSection);
-    }
 }

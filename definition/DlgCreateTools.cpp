@@ -1,11 +1,51 @@
-// Small handlers of the definition dialog: hiding it, and the information tools.
+// Small handlers of the definition dialog: the small dialogs that it opens, hiding it, and the information tools.
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "definition/DefinitionMessages.h"
+#include "dialogs/CatchLayerDlg.h"
+#include "dialogs/TerrainTypeSimpleDlg.h"
+#include "ui_definition.h"
 
 using ZEMGis::Notification::CNotificationFramework;
 using ZEMGis::Notification::SetActiveCommand;
 using namespace ZEMGis::Sewage;
+
+void CDlgCreateCatchmentArea::OnBtnLayers()
+{
+    if (CNotificationFramework::Instance()->IsCommandActive() != 0)
+        return;
+    const SetActiveCommand command(L"CA_LAYER");
+    CCatchLayerDlg dialog(this);
+    dialog.m_chosenLayers = m_boundaryLayers;
+    if (dialog.DoModal() != kOk)
+        return;
+    m_boundaryLayers = dialog.m_chosenLayers;
+    FreeLayerSelection();
+    std::copy_n(dialog.m_selectionSet, 2, m_layerSelection);
+    ShowLayerSummary();
+}
+
+void CDlgCreateCatchmentArea::OnBtnTerrain()
+{
+    if (CNotificationFramework::Instance()->IsCommandActive() != 0)
+        return;
+    const SetActiveCommand command(L"CA_CATALOG");
+    CTerrainTypeSimpleDlg dialog(this);
+    if (dialog.DoModal() == kOk) {
+        m_ui->comboTerrain->clear();
+        AddTerrainTypes(dialog.m_catalog);
+    }
+    SelectFirstTerrain();
+}
+
+void CDlgCreateCatchmentArea::OnBtnSettings()
+{
+    if (CNotificationFramework::Instance()->IsCommandActive() != 0)
+        return;
+    const SetActiveCommand command(L"CA_PARAMS");
+    ZEMGis::CModuleConfiguration::Instance()->ShowGSDialog(L"TCE1");
+    ReadConfiguration();
+}
 
 void CDlgCreateCatchmentArea::OnBtnHide()
 {

@@ -30,12 +30,6 @@ namespace EnablingTable {
 
 using namespace ControlId;
 
-/// Controls of work that this release does not offer. They stay disabled, whatever the tables say, and a tool tip
-/// tells so.
-inline constexpr CControlSet kNotOffered{
-    kBtnLayers,       kBtnTerrain,      kBtnSettings,    kBtnLabelBlock, kComboTerrain, kRadioTerrain, kRadioAtv,
-    kLabelSlopeClass, kComboSlopeClass, kLabelIntensity, kEditIntensity, kLabelRunoff,  kComboRunoff};
-
 /// Enabled when a selection ends, before the method narrows it down.
 inline constexpr CControlSet kAfterSelection{
     kGroupMethod,  kComboMethod,     kCheckIslands, kBtnLayers,  kEditLayers,       kGroupDefinition, kCheckLabel,

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Makes the pictures of docs/pictures from the example town: every window in English and Croatian, light and dark.
+# Makes the pictures of docs/pictures from the example town: every window in English and Croatian, light and
+# dark, and the ways of defining areas.
 # Needs a build with the tests (./check makes one).
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
@@ -10,6 +11,8 @@ export VELMOR_CONFIG_DIR
 VELMOR_CONFIG_DIR="$(mktemp -d)"
 trap 'rm -rf "$VELMOR_CONFIG_DIR"' EXIT
 mkdir -p out docs/pictures
+"$bin/velmor" run examples/import_town.velmor
+mv out/town.dxf out/town_network.dxf
 "$bin/velmor" run examples/town.velmor
-"$bin/velmor-pictures" out/town.dxf docs/pictures
+"$bin/velmor-pictures" out/town.dxf out/town_network.dxf docs/pictures
 ls docs/pictures

@@ -1,5 +1,6 @@
 // The panel of catchment areas, and what the panel of properties tells about an area.
 #include "host/editor/Captions.h"
+#include "host/editor/Selection.h"
 #include "host/editor/Session.h"
 #include "host/editor/panels/Panel.h"
 #include "host/editor/panels/PropertiesModel.h"
@@ -16,6 +17,7 @@ namespace velmor {
 
 namespace {
 
+constexpr double kMargin = 0.25, kLeastMargin = 10.0;
 constexpr int kHectareDecimals = 4;
 
 class AreasPanel final : public Panel {
@@ -108,7 +110,12 @@ private:
                 ids.push_back(area->GetObjectId());
                 extents.add(extentsOf(*area->entity()));
             }
-        selectAndShow(m_session, ids, extents);
+        drawing->component<Selection>().set(ids);
+        if (extents.isEmpty() || !m_session.view())
+            return;
+        extents.grow(
+            std::max(kLeastMargin, kMargin * std::max(extents.maxX - extents.minX, extents.maxY - extents.minY)));
+        m_session.view()->zoomTo(extents);
     }
 
     Session &m_session;

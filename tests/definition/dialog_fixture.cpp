@@ -1,7 +1,7 @@
 #include "tests/definition/dialog_fixture.h"
 
+#include "controls/Mnemonics.h"
 #include "controls/WideText.h"
-#include "definition/Mnemonics.h"
 #include "host/network/NetworkData.h"
 
 #include <cmath>
@@ -82,7 +82,12 @@ DefinitionDialogTest::~DefinitionDialogTest()
 
 void DefinitionDialogTest::run(const Drive &drive)
 {
-    m_session.setDialogDriver([&](CAdUiBaseDialog &dialog) { drive(static_cast<CDialogUnderTest &>(dialog)); });
+    m_session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
+        if (auto *underTest = dynamic_cast<CDialogUnderTest *>(&dialog))
+            drive(*underTest);
+        else if (m_nested)
+            m_nested(dialog);
+    });
     CDialogUnderTest dialog;
     EXPECT_EQ(dialog.DoModal(), CAdUiBaseDialog::kCancel);
     m_session.setDialogDriver(nullptr);

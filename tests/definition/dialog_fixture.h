@@ -4,6 +4,7 @@
 
 #include "contracts/CatchmentArea.h"
 #include "contracts/HostDialog.h"
+#include "controls/XColorStatic.h"
 #include "definition/DlgCreateCatchmentArea.h"
 #include "host/drawing/Drawing.h"
 #include "host/drawing/Journal.h"
@@ -78,7 +79,9 @@ public:
     bool isEnabled(int control) const { return GetDlgItem(control)->isEnabled(); }
     /// What the control shows, without keyboard marks.
     QString text(int control) const;
-    unsigned colour(int control) const { return GetDlgItem(control)->property("textColour").toUInt(); }
+    /// Text colour of a coloured static, and what a swatch shows.
+    unsigned colour(int control) const { return Control<CXColorStatic>(control)->GetTextColor().value_or(0); }
+    unsigned swatch(int control) const { return Control<CXColorStatic>(control)->GetBackgroundColor().value_or(0); }
     QTreeWidget *list() const { return Control<QTreeWidget>(210); }
     void selectRows(std::initializer_list<int> rows)
     {
@@ -94,8 +97,11 @@ protected:
     ~DefinitionDialogTest() override;
 
     using Drive = std::function<void(CDialogUnderTest &)>;
+    using DriveNested = std::function<void(CAdUiBaseDialog &)>;
     /// Runs the dialog once and closes it; drive works it while it is shown.
     void run(const Drive &drive);
+    /// What works the dialogs that the dialog opens; without it they are cancelled.
+    void onNested(DriveNested drive) { m_nested = std::move(drive); }
     /// Selects sections by name in the open dialog.
     void select(CDialogUnderTest &dialog, std::initializer_list<const wchar_t *> names);
 
@@ -125,6 +131,7 @@ protected:
     static std::vector<velmor::JournalEntry> entriesOf(const char *operation);
 
     AcDbObjectId addSectionEntity(const std::wstring &name, std::unique_ptr<AcDbEntity> entity);
+    DriveNested m_nested;
 
     std::filesystem::path m_userFolder;
     velmor::Session m_session;

@@ -13,9 +13,6 @@ namespace {
 using Enabling = DefinitionDialogTest;
 using States = std::map<int, bool>;
 
-/// Controls whose work is not offered yet: never enabled.
-const std::set<int> kNotOffered{207, 246, 219, 286, 322, 343, 344, 325, 345, 349, 222, 348, 347};
-
 /// "controls | method 0 | 1 | 2 | 3": + on, - off, = as it is, ? off while the list is empty.
 constexpr const char *kMethods = R"(221 | ? | ? | - | +
 290 | - | - | + | -
@@ -38,7 +35,7 @@ const std::set<int> kSelectionSweep{289, 257, 268, 207, 363, 259, 274, 135, 286,
 void put(States &states, std::initializer_list<int> controls, bool on)
 {
     for (const int control : controls)
-        states[control] = on && !kNotOffered.contains(control);
+        states[control] = on;
 }
 
 void applyMethod(States &states, int method, bool listIsEmpty)
@@ -106,10 +103,8 @@ States statesOf(const CDialogUnderTest &dialog)
 
 void setAll(CDialogUnderTest &dialog, bool on)
 {
-    for (const auto &[control, state] : statesOf(dialog)) {
-        if (!kNotOffered.contains(control))
-            dialog.GetDlgItem(control)->setEnabled(on);
-    }
+    for (const auto &[control, state] : statesOf(dialog))
+        dialog.GetDlgItem(control)->setEnabled(on);
 }
 
 /// Sets the three checks without their handlers.

@@ -43,6 +43,9 @@ TEST_F(Guards, EachGuardedHandlerStandsUnderItsKeyFromItsFirstCallToItsLast)
         expectKey(dialog, 3, "CA_HIDE");
         expectKey(dialog, 100, "CA_INFO");
         expectKey(dialog, 101, "CA_INFO");
+        expectKey(dialog, 207, "CA_LAYER");
+        expectKey(dialog, 246, "CA_CATALOG");
+        expectKey(dialog, 219, "CA_PARAMS");
         dialog.type(215, "0.35");
         dialog.GetDlgItem(221)->setEnabled(true);
         expectKey(dialog, 221, "CA_SAVE");

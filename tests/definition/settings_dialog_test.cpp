@@ -58,7 +58,7 @@ protected:
         const auto before = hatches().size();
         const AcDbObjectId box = addBox(0, 0, 10, 10, L"0");
         run([&](CDialogUnderTest &dialog) {
-            EXPECT_EQ(dialog.GetDlgItem(333)->palette().color(QPalette::Window), ColourOf(acedGetRGB(colour)));
+            EXPECT_EQ(dialog.swatch(333), acedGetRGB(colour));
             select(dialog, {L"D1"});
             EXPECT_THAT(dialog.text(329).toStdString(), StartsWith(prefix));
             dialog.addMainRow(box, 100);

@@ -237,7 +237,7 @@ TEST_F(Settings, ScaleAndColourOfTheHatchComeFromTheSettings)
     setSetting("CATCH_HATCH_COLOR_TEMP", 6);
     const AcDbObjectId box = addBox(0, 0, 10, 10, L"0");
     run([&](CDialogUnderTest &dialog) {
-        EXPECT_EQ(dialog.GetDlgItem(333)->palette().color(QPalette::Window), ColourOf(acedGetRGB(6)));
+        EXPECT_EQ(dialog.swatch(333), acedGetRGB(6));
         select(dialog, {L"D1"});
         dialog.addMainRow(box, 100);
         dialog.selectRows({0});

@@ -1,4 +1,5 @@
-// velmor-pictures DRAWING FOLDER: pictures of the windows for the documents, in both languages, light and dark.
+// velmor-pictures DRAWING NETWORK FOLDER: pictures for the documents: the windows over a drawing with areas, in both
+// languages, light and dark, and the ways of defining areas over one that has a network only.
 #include "contracts/HostDialog.h"
 #include "definition/DlgCreateCatchmentArea.h"
 #include "host/editor/Captions.h"
@@ -8,41 +9,19 @@
 #include "host/editor/Viewport.h"
 #include "host/network/Network.h"
 #include "host/services/Services.h"
+#include "tests/pictures/MethodPictures.h"
+#include "tests/pictures/Pictures.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QDockWidget>
 #include <QTableView>
 
-#include <algorithm>
 #include <clocale>
 #include <cstdio>
 
 namespace velmor {
 namespace {
-
-/// The 256 colours that most pixels have: few colours make small files, and these pictures have few.
-QList<QRgb> commonColors(const QImage &picture)
-{
-    QHash<QRgb, int> counts;
-    for (int y = 0; y < picture.height(); ++y)
-        for (int x = 0; x < picture.width(); ++x)
-            ++counts[picture.pixel(x, y)];
-    QList<QRgb> colors = counts.keys();
-    std::ranges::sort(colors,
-                      [&](QRgb a, QRgb b) { return counts[a] > counts[b] || (counts[a] == counts[b] && a < b); });
-    return colors.mid(0, 256);
-}
-
-bool save(QWidget &window, const QString &file)
-{
-    QApplication::processEvents();
-    const QImage picture = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
-    if (picture.convertToFormat(QImage::Format_Indexed8, commonColors(picture)).save(file))
-        return true;
-    std::fprintf(stderr, "%s: the picture can't be written\n", qPrintable(file));
-    return false;
-}
 
 void showDock(const MainWindow &window, const char *name)
 {
@@ -50,6 +29,11 @@ void showDock(const MainWindow &window, const char *name)
     dock->show();
     dock->raise();
     QApplication::processEvents();
+}
+
+bool save(QWidget &window, const QString &file)
+{
+    return savePicture(pictureOf(window), file);
 }
 
 bool picturesOf(const std::filesystem::path &drawing, const QDir &folder, const char *language, Theme theme)
@@ -96,14 +80,15 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
-    if (argc != 3) {
-        std::fputs("usage: velmor-pictures DRAWING FOLDER\n", stderr);
+    if (argc != 4) {
+        std::fputs("usage: velmor-pictures DRAWING NETWORK FOLDER\n", stderr);
         return 1;
     }
-    const QDir folder(QString::fromLocal8Bit(argv[2]));
+    const QDir folder(QString::fromLocal8Bit(argv[3]));
     bool done = true;
     for (const char *language : {"en", "hr"})
         for (const velmor::Theme theme : {velmor::Theme::Light, velmor::Theme::Dark})
             done = velmor::picturesOf(argv[1], folder, language, theme) && done;
+    done = velmor::methodPictures(argv[2], folder) && done;
     return done ? 0 : 1;
 }

@@ -1,5 +1,6 @@
 // The panel of the network: import, tables of sections and nodes with search and zoom, checks.
 #include "host/editor/Captions.h"
+#include "host/editor/Selection.h"
 #include "host/editor/Session.h"
 #include "host/editor/panels/NetworkModels.h"
 #include "host/editor/panels/Panel.h"
@@ -15,6 +16,9 @@
 namespace velmor {
 
 namespace {
+
+/// Around what is zoomed to, as a part of its size; a place without a size is shown with this many units around it.
+constexpr double kMargin = 0.25, kLeastMargin = 10.0;
 
 class NetworkPanel final : public Panel {
 public:
@@ -141,13 +145,20 @@ private:
 
     void zoomTo(const PanelTable &table, const QList<int> &rows)
     {
-        if (rows.isEmpty())
+        Drawing *drawing = m_session.drawing();
+        if (!drawing || rows.isEmpty())
             return;
         const auto &model = static_cast<const NetworkModel &>(table.order().model());
         AcDbObjectIdArray ids;
         for (const int row : rows)
             ids.push_back(model.entityOf(row));
-        selectAndShow(m_session, ids, model.extentsOf(rows));
+        drawing->component<Selection>().set(ids);
+        Extents extents = model.extentsOf(rows);
+        if (extents.isEmpty() || !m_session.view())
+            return;
+        extents.grow(
+            std::max(kLeastMargin, kMargin * std::max(extents.maxX - extents.minX, extents.maxY - extents.minY)));
+        m_session.view()->zoomTo(extents);
     }
 
     Session &m_session;

@@ -1,4 +1,4 @@
-#include "definition/Mnemonics.h"
+#include "controls/Mnemonics.h"
 
 #include <cwctype>
 #include <map>

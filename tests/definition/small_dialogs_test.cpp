@@ -1,0 +1,299 @@
+// The dialogs that the definition dialog opens, and what it takes from them.
+#include "tests/definition/dialog_fixture.h"
+
+#include "controls/WideText.h"
+#include "dialogs/CatchLayerDlg.h"
+#include "dialogs/TerrainTypeSimpleDlg.h"
+#include "host/editor/SelectionSets.h"
+#include "host/editor/dialogs/HostDialogs.h"
+
+#include <QDoubleSpinBox>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QSpinBox>
+
+#include <fstream>
+
+using namespace ZEMGis;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using velmor::Journal;
+
+namespace {
+
+class SmallDialogs : public DefinitionDialogTest {
+protected:
+    static void press(CAdUiBaseDialog &dialog, int control) { dialog.Control<QAbstractButton>(control)->click(); }
+    static QStringList terrains(const CDialogUnderTest &dialog)
+    {
+        const auto *combo = dialog.Control<QComboBox>(322);
+        QStringList names;
+        for (int i = 0; i < combo->count(); ++i)
+            names << combo->itemText(i);
+        return names;
+    }
+    static void chooseLayers(CAdUiBaseDialog &dialog, const QStringList &names)
+    {
+        auto *list = dialog.Control<QListWidget>(210);
+        for (int row = 0; row < list->count(); ++row)
+            list->item(row)->setSelected(names.contains(list->item(row)->text()));
+    }
+    void writeTerrains()
+    {
+        std::filesystem::create_directories(m_userFolder / "support");
+        std::ofstream(m_userFolder / "support" / "ZEMXTerrainType.cfg")
+            << "<Terrains><Terrain name=\"Lawn\" flow=\"0.1000\"/><Terrain name=\"Roof\" flow=\"0.9000\"/></Terrains>";
+    }
+    static int settingControl(const char *key)
+    {
+        int row = 0;
+        for (const velmor::SettingSpec &spec : velmor::settingTable()) {
+            if (spec.key == std::string_view(key))
+                return velmor::kControlSettings + row;
+            ++row;
+        }
+        return -1;
+    }
+    /// Members of the one selection set that stands.
+    AcDbObjectIdArray selected()
+    {
+        EXPECT_EQ(m_session.selectionSets().size(), 1u);
+        constexpr std::int64_t kSearched = 100;
+        for (std::int64_t id = 0; id < kSearched; ++id)
+            if (const velmor::SelectionSet *set = m_session.selectionSets().find(id))
+                return set->members();
+        return {};
+    }
+};
+
+TEST_F(SmallDialogs, TheLayerDialogStartsWithTheDialogsLayersAndGivesItsChoiceBackWithTheEntities)
+{
+    const AcDbObjectId only = addLine(500, -10, 520, -10, L"ONLY");
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        onNested([&](CAdUiBaseDialog &nested) {
+            auto *layers = dynamic_cast<CCatchLayerDlg *>(&nested);
+            ASSERT_NE(layers, nullptr);
+            EXPECT_THAT(layers->m_chosenLayers, ElementsAre(L"PARCELS"));
+            chooseLayers(nested, {"ONLY"});
+            press(nested, 1);
+        });
+        dialog.click(207);
+        EXPECT_EQ(dialog.text(363), "ONLY");
+        EXPECT_EQ(dialog.GetDlgItem(363)->toolTip(), "ONLY");
+        EXPECT_THAT(selected(), ElementsAre(only)); // the former set is freed
+    });
+    EXPECT_EQ(m_session.selectionSets().size(), 0u);
+    run([](CDialogUnderTest &dialog) { EXPECT_EQ(dialog.text(363), "ONLY"); }); // kept in the drawing
+}
+
+TEST_F(SmallDialogs, BoundariesAreTracedOnTheLayersThatWereChosen)
+{
+    setLayers({L"0"}); // nothing lies on it
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        dialog.choose(257, 2);
+        dialog.click(290);
+        EXPECT_THAT(areas(), IsEmpty());
+        onNested([&](CAdUiBaseDialog &nested) {
+            chooseLayers(nested, {"PARCELS"});
+            press(nested, 1);
+        });
+        dialog.click(207);
+        dialog.click(290);
+        EXPECT_THAT(areas(), SizeIs(1));
+    });
+}
+
+TEST_F(SmallDialogs, SeveralLayersShowAsStarsAndStandInTheTip)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        drawing().ensureLayer(L"MORE");
+        onNested([&](CAdUiBaseDialog &nested) {
+            chooseLayers(nested, {"PARCELS", "MORE"});
+            press(nested, 1);
+        });
+        dialog.click(207);
+        EXPECT_EQ(dialog.text(363), "***");
+        EXPECT_EQ(dialog.GetDlgItem(363)->toolTip(), "PARCELS\nMORE");
+        onNested([&](CAdUiBaseDialog &nested) {
+            chooseLayers(nested, {});
+            press(nested, 1);
+        });
+        dialog.click(207);
+        EXPECT_EQ(dialog.text(363), ToQString(message(3996)));
+        EXPECT_EQ(dialog.GetDlgItem(363)->toolTip(), ToQString(message(3996)));
+    });
+    // An empty list is not written: the one kept before stays.
+    run([](CDialogUnderTest &dialog) { EXPECT_EQ(dialog.text(363), "PARCELS"); });
+}
+
+TEST_F(SmallDialogs, CancelOfTheLayerDialogLeavesLayersAndEntities)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        const AcDbObjectIdArray before = selected();
+        onNested([&](CAdUiBaseDialog &nested) {
+            chooseLayers(nested, {});
+            press(nested, 2);
+        });
+        dialog.click(207);
+        EXPECT_EQ(dialog.text(363), "PARCELS");
+        EXPECT_EQ(selected(), before);
+    });
+}
+
+TEST_F(SmallDialogs, OkOfTheTerrainDialogFillsTheComboAnewFromItsList)
+{
+    writeTerrains();
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        EXPECT_EQ(terrains(dialog), QStringList({"Roof", "Lawn"}));
+        dialog.type(215, "0.5");
+        onNested([&](CAdUiBaseDialog &nested) {
+            ASSERT_NE(dynamic_cast<CTerrainTypeSimpleDlg *>(&nested), nullptr);
+            nested.Control<QTreeWidget>(210)->topLevelItem(0)->setSelected(true);
+            press(nested, 250); // Roof goes
+            nested.Control<QLineEdit>(255)->setText("Gravel");
+            nested.Control<QLineEdit>(215)->setText("0.3");
+            press(nested, 253);
+            press(nested, 1);
+        });
+        dialog.click(246);
+        EXPECT_EQ(terrains(dialog), QStringList({"Lawn", "Gravel"}));
+        EXPECT_EQ(dialog.Control<QComboBox>(322)->currentIndex(), 0);
+        EXPECT_EQ(dialog.text(215), "0.1");
+        auto *combo = dialog.Control<QComboBox>(322);
+        combo->setCurrentIndex(1);
+        Q_EMIT combo->activated(1);
+        EXPECT_EQ(dialog.text(215), "0.3");
+    });
+}
+
+TEST_F(SmallDialogs, CancelOfTheTerrainDialogStillSelectsTheFirstEntryAndItsCoefficient)
+{
+    writeTerrains();
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        auto *combo = dialog.Control<QComboBox>(322);
+        combo->setCurrentIndex(1);
+        dialog.type(215, "0.5");
+        onNested([&](CAdUiBaseDialog &nested) {
+            nested.Control<QLineEdit>(255)->setText("Gravel");
+            press(nested, 253);
+            press(nested, 2);
+        });
+        dialog.click(246);
+        EXPECT_EQ(terrains(dialog), QStringList({"Roof", "Lawn"}));
+        EXPECT_EQ(combo->currentIndex(), 0);
+        EXPECT_EQ(dialog.text(215), "0.9");
+    });
+}
+
+TEST_F(SmallDialogs, AnEmptiedTerrainListLeavesTheCoefficient)
+{
+    writeTerrains();
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        dialog.type(215, "0.5");
+        onNested([&](CAdUiBaseDialog &nested) {
+            auto *list = nested.Control<QTreeWidget>(210);
+            while (list->topLevelItemCount() > 0) {
+                list->topLevelItem(0)->setSelected(true);
+                press(nested, 250);
+            }
+            press(nested, 1);
+        });
+        dialog.click(246);
+        EXPECT_EQ(terrains(dialog), QStringList());
+        EXPECT_EQ(dialog.text(215), "0.5");
+    });
+}
+
+TEST_F(SmallDialogs, AfterTheSettingsTheirKeysAreReadAgainAndNoOthers)
+{
+    run([&](CDialogUnderTest &dialog) {
+        dialog.choose(257, 0);
+        select(dialog, {L"D1", L"D2"});
+        onNested([&](CAdUiBaseDialog &nested) {
+            nested.Control<QSpinBox>(settingControl("CATCH_HATCH_COLOR_TEMP"))->setValue(6);
+            nested.Control<QSpinBox>(settingControl("CATCH_HATCH_COLOR_DEFINED"))->setValue(2);
+            auto *prefix = nested.Control<QLineEdit>(settingControl("CATCH_NAME_PREFIX"));
+            prefix->clear();
+            for (const QChar letter : QStringLiteral("P-")) {
+                QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
+                QApplication::sendEvent(prefix, &key);
+            }
+            nested.Control<QDoubleSpinBox>(settingControl("DEFAULT_ZOOM"))->setValue(7.5);
+            press(nested, velmor::kControlOk);
+        });
+        Journal::instance().setRecording(true);
+        dialog.click(219);
+        Journal::instance().setRecording(false);
+        const auto shown = entriesOf("CModuleConfiguration::ShowGSDialog");
+        ASSERT_THAT(shown, SizeIs(1));
+        EXPECT_THAT(shown.front().arguments, ElementsAre("TCE1"));
+        EXPECT_EQ(dialog.swatch(333), acedGetRGB(6));
+        EXPECT_EQ(dialog.swatch(332), acedGetRGB(2));
+        EXPECT_EQ(dialog.text(218), "1.5"); // read at the start only
+        dialog.click(205);
+        EXPECT_EQ(dialog.text(329), "P-D2_1");
+    });
+}
+
+TEST_F(SmallDialogs, NoneOpensWhileACommandIsActive)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        int opened = 0;
+        onNested([&](CAdUiBaseDialog &) { ++opened; });
+        {
+            const Notification::SetActiveCommand other(L"OTHER");
+            for (const int control : {207, 246, 219}) {
+                ASSERT_TRUE(dialog.isEnabled(control)) << control;
+                dialog.click(control);
+            }
+            EXPECT_EQ(opened, 0);
+        }
+        for (const int control : {207, 246, 219})
+            dialog.click(control);
+        EXPECT_EQ(opened, 3);
+    });
+}
+
+TEST_F(SmallDialogs, TheHiddenButtonsOpenNothing)
+{
+    run([&](CDialogUnderTest &dialog) {
+        int opened = 0;
+        onNested([&](CAdUiBaseDialog &) { ++opened; });
+        for (const int control : {286, 9}) {
+            EXPECT_FALSE(dialog.GetDlgItem(control)->isVisible()) << control;
+            dialog.GetDlgItem(control)->setEnabled(true);
+            dialog.click(control);
+        }
+        EXPECT_EQ(opened, 0);
+        EXPECT_TRUE(dialog.isVisible());
+    });
+}
+
+TEST_F(SmallDialogs, APickInTheLayerDialogPutsBothDialogsAwayAndBringsThemBack)
+{
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        const AcDbObjectId line = addLine(500, -10, 520, -10, L"ONLY");
+        onNested([&](CAdUiBaseDialog &nested) {
+            m_session.answers().push({AcDbObjectIdArray{line}});
+            m_session.answers().push({velmor::Answer::Enter{}});
+            press(nested, 209);
+            EXPECT_TRUE(nested.isVisible());
+            EXPECT_TRUE(dialog.isVisible());
+            press(nested, 1);
+        });
+        dialog.click(207);
+        EXPECT_EQ(dialog.text(363), "ONLY");
+    });
+}
+
+} // namespace

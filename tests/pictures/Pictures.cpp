@@ -1,0 +1,43 @@
+#include "tests/pictures/Pictures.h"
+
+#include <QApplication>
+#include <QHash>
+#include <QWidget>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace velmor {
+
+namespace {
+
+/// The 256 colours that most pixels have.
+QList<QRgb> commonColors(const QImage &picture)
+{
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            ++counts[picture.pixel(x, y)];
+    QList<QRgb> colors = counts.keys();
+    std::ranges::sort(colors,
+                      [&](QRgb a, QRgb b) { return counts[a] > counts[b] || (counts[a] == counts[b] && a < b); });
+    return colors.mid(0, 256);
+}
+
+} // namespace
+
+bool savePicture(const QImage &picture, const QString &file)
+{
+    if (picture.convertToFormat(QImage::Format_Indexed8, commonColors(picture)).save(file))
+        return true;
+    std::fprintf(stderr, "%s: the picture can't be written\n", qPrintable(file));
+    return false;
+}
+
+QImage pictureOf(QWidget &widget)
+{
+    QApplication::processEvents();
+    return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+} // namespace velmor
