@@ -33,6 +33,14 @@ std::string reasonOf(std::string_view bytes)
     return drawingText("file.noSection");
 }
 
+/// Progress of a part of the work, told as that of all of it.
+std::function<bool(double)> partOf(const LoadOptions &options, double from, double share)
+{
+    if (!options.progress)
+        return {};
+    return [&options, from, share](double done) { return options.progress(from + share * done); };
+}
+
 } // namespace
 
 std::unique_ptr<Drawing> Drawing::createNew()
@@ -49,15 +57,11 @@ LoadResult Drawing::load(const std::filesystem::path &path, const LoadOptions &o
 {
     // Getting the bytes is the shorter part of the work.
     constexpr double kReadingShare = 0.1;
-    const auto partly = [&options](double from, double share) {
-        return options.progress ? [&options, from, share](double done) { return options.progress(from + share * done); }
-                                : std::function<bool(double)>();
-    };
     std::string mark = markOf(path); // before it is read: who writes it meanwhile changes it
-    ReadFileResult file = readWholeFile(path, partly(0.0, kReadingShare));
+    ReadFileResult file = readWholeFile(path, partOf(options, 0.0, kReadingShare));
     if (!file)
         return refused(file.status, std::move(file.message));
-    LoadResult result = read(std::move(file.bytes), {partly(kReadingShare, 1.0 - kReadingShare)});
+    LoadResult result = read(std::move(file.bytes), {partOf(options, kReadingShare, 1.0 - kReadingShare)});
     if (result.drawing) {
         result.drawing->d->file.path = std::filesystem::absolute(path);
         result.drawing->component<FileMark>().set(path, std::move(mark));
@@ -70,11 +74,15 @@ LoadResult Drawing::read(std::string bytes, const LoadOptions &options)
 try {
     if (bytes.empty())
         return refused(FileStatus::Empty, drawingText("file.empty"));
+    constexpr double kUnpackingShare = 0.4; // of a binary file
     std::optional<BinaryDxfText> binary;
     if (isBinaryDxf(bytes)) {
-        binary = binaryToText(bytes);
+        binary = binaryToText(bytes, partOf(options, 0.0, kUnpackingShare));
+        if (binary->cancelled)
+            throw dxf::ReadingCancelled();
         bytes = std::move(binary->text);
     }
+    const double readFrom = binary ? kUnpackingShare : 0.0;
     if (bytes.find('\n') == std::string::npos)
         std::replace(bytes.begin(), bytes.end(), '\r', '\n'); // lines of an old Macintosh
 
@@ -84,7 +92,7 @@ try {
         std::unique_ptr<Drawing> drawing(new Drawing);
         Private &p = *drawing->d;
         p.file.text = std::move(bytes);
-        dxf::DxfReader reader(p, options.progress);
+        dxf::DxfReader reader(p, partOf(options, readFrom, 1.0 - readFrom));
         const bool isDrawing = reader.run();
         const dxf::DxfReader::Cut &cut = reader.cut();
         const bool isCut = isDrawing && cut.offset != dxf::kNowhere;

@@ -135,6 +135,43 @@ struct Setter {
 
 } // namespace
 
+std::unique_ptr<AcDbEntity> blankEntity(EntityKind kind)
+{
+    switch (kind) {
+    case EntityKind::Line:
+        return std::make_unique<AcDbLine>();
+    case EntityKind::Arc:
+        return std::make_unique<AcDbArc>();
+    case EntityKind::Circle:
+        return std::make_unique<CircleEntity>(AcGePoint3d(), 1.0);
+    case EntityKind::Ellipse:
+        return std::make_unique<EllipseEntity>(EllipseEntity::Shape());
+    case EntityKind::Spline:
+        return std::make_unique<SplineEntity>(SplineEntity::Shape());
+    case EntityKind::Point:
+        return std::make_unique<PointEntity>(AcGePoint3d());
+    case EntityKind::LwPolyline:
+        return std::make_unique<AcDbPolyline>();
+    case EntityKind::Polyline2d:
+        return std::make_unique<AcDb2dPolyline>();
+    case EntityKind::Polyline3d:
+        return std::make_unique<AcDb3dPolyline>();
+    case EntityKind::Text:
+        return std::make_unique<TextEntity>(TextShape());
+    case EntityKind::MText:
+        return std::make_unique<MTextEntity>(TextShape());
+    case EntityKind::BlockReference:
+        return std::make_unique<AcDbBlockReference>();
+    case EntityKind::Hatch:
+        return std::make_unique<AcDbHatch>();
+    case EntityKind::Attribute:
+    case EntityKind::AttributeDefinition:
+    case EntityKind::Unknown:
+        break;
+    }
+    return nullptr;
+}
+
 EntityShape shapeOf(const AcDbEntity &entity)
 {
     switch (kindOf(entity)) {

@@ -50,6 +50,10 @@ struct EntityShape {
         value;
 };
 
+/// A new entity of a kind, without a shape yet; null for kinds that say more than a shape: attributes, their
+/// definitions, and what is kept as it was read.
+std::unique_ptr<AcDbEntity> blankEntity(EntityKind kind);
+
 EntityShape shapeOf(const AcDbEntity &entity);
 /// Gives the entity another shape. Its kind stays: false, and nothing happens, for the shape of another kind. An entity
 /// in the drawing has to be written anew from then on; followers of the drawing are told before and after.

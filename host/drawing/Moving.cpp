@@ -17,46 +17,14 @@ EntityShape moved(EntityShape shape, const AcGeVector3d &by)
     return shape;
 }
 
-/// An entity of the kind without a shape yet.
-std::unique_ptr<AcDbEntity> blank(const AcDbEntity &like)
+/// An entity like another, without a shape yet; null when there can be none.
+std::unique_ptr<AcDbEntity> blankLike(const AcDbEntity &like)
 {
-    switch (kindOf(like)) {
-    case EntityKind::Line:
-        return std::make_unique<AcDbLine>();
-    case EntityKind::Arc:
-        return std::make_unique<AcDbArc>();
-    case EntityKind::Circle:
-        return std::make_unique<CircleEntity>(AcGePoint3d(), 1.0);
-    case EntityKind::Ellipse:
-        return std::make_unique<EllipseEntity>(EllipseEntity::Shape());
-    case EntityKind::Spline:
-        return std::make_unique<SplineEntity>(SplineEntity::Shape());
-    case EntityKind::Point:
-        return std::make_unique<PointEntity>(AcGePoint3d());
-    case EntityKind::LwPolyline:
-        return std::make_unique<AcDbPolyline>();
-    case EntityKind::Polyline2d:
-        return std::make_unique<AcDb2dPolyline>();
-    case EntityKind::Polyline3d:
-        return std::make_unique<AcDb3dPolyline>();
-    case EntityKind::Text:
-        return std::make_unique<TextEntity>(TextShape());
-    case EntityKind::MText:
-        return std::make_unique<MTextEntity>(TextShape());
-    case EntityKind::BlockReference:
-        return std::make_unique<AcDbBlockReference>();
-    case EntityKind::AttributeDefinition: {
-        const auto &definition = static_cast<const AttributeDefinitionEntity &>(like);
-        return std::make_unique<AttributeDefinitionEntity>(definition.tag(), definition.prompt(), TextShape(),
-                                                           definition.isInvisible(), definition.isConstant());
-    }
-    case EntityKind::Hatch:
-        return std::make_unique<AcDbHatch>();
-    case EntityKind::Attribute:
-    case EntityKind::Unknown:
-        break;
-    }
-    return nullptr;
+    if (kindOf(like) != EntityKind::AttributeDefinition)
+        return blankEntity(kindOf(like));
+    const auto &definition = static_cast<const AttributeDefinitionEntity &>(like);
+    return std::make_unique<AttributeDefinitionEntity>(definition.tag(), definition.prompt(), TextShape(),
+                                                       definition.isInvisible(), definition.isConstant());
 }
 
 void takeLook(AcDbEntity &made, const AcDbEntity &from)
@@ -85,7 +53,7 @@ bool moveEntity(Drawing &drawing, AcDbEntity &entity, const AcGeVector3d &by)
 
 AcDbEntity *copyEntity(Drawing &drawing, const AcDbEntity &entity, const AcGeVector3d &by)
 {
-    auto made = canMove(entity) ? blank(entity) : nullptr;
+    auto made = canMove(entity) ? blankLike(entity) : nullptr;
     if (!made)
         return nullptr;
     EntityShape shape = moved(shapeOf(entity), by);

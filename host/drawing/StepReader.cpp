@@ -272,30 +272,6 @@ std::unique_ptr<AcDbEntity> StepCodec::Reader::entityOf(EntityKind kind)
     switch (kind) {
     case EntityKind::Unknown:
         return std::make_unique<UnknownEntity>(text());
-    case EntityKind::Line:
-        return std::make_unique<AcDbLine>();
-    case EntityKind::Arc:
-        return std::make_unique<AcDbArc>();
-    case EntityKind::Circle:
-        return std::make_unique<CircleEntity>(AcGePoint3d(), 0.0);
-    case EntityKind::Ellipse:
-        return std::make_unique<EllipseEntity>(EllipseEntity::Shape());
-    case EntityKind::Spline:
-        return std::make_unique<SplineEntity>(SplineEntity::Shape());
-    case EntityKind::Point:
-        return std::make_unique<PointEntity>(AcGePoint3d());
-    case EntityKind::LwPolyline:
-        return std::make_unique<AcDbPolyline>();
-    case EntityKind::Polyline2d:
-        return std::make_unique<AcDb2dPolyline>();
-    case EntityKind::Polyline3d:
-        return std::make_unique<AcDb3dPolyline>();
-    case EntityKind::Text:
-        return std::make_unique<TextEntity>(TextShape());
-    case EntityKind::MText:
-        return std::make_unique<MTextEntity>(TextShape());
-    case EntityKind::BlockReference:
-        return std::make_unique<AcDbBlockReference>();
     case EntityKind::Attribute: {
         std::wstring tag = wide();
         const bool invisible = flag();
@@ -307,10 +283,11 @@ std::unique_ptr<AcDbEntity> StepCodec::Reader::entityOf(EntityKind kind)
         return std::make_unique<AttributeDefinitionEntity>(std::move(tag), std::move(prompt), TextShape(), invisible,
                                                            constant);
     }
-    case EntityKind::Hatch:
-        return std::make_unique<AcDbHatch>();
+    default:
+        if (auto entity = blankEntity(kind))
+            return entity;
+        throw Malformed();
     }
-    throw Malformed();
 }
 
 /// Makes the object in the state of one that was undone.

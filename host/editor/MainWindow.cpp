@@ -24,6 +24,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -36,6 +37,8 @@ namespace velmor {
 
 namespace {
 
+constexpr int kBetweenTexts = 6; ///< pixels beside each text of the status bar
+
 QString ui(std::string_view name)
 {
     return QString::fromStdWString(uiText(name));
@@ -46,6 +49,16 @@ std::filesystem::path userFile(const char *name)
 {
     const auto &folder = Services::instance().paths().userFolder();
     return folder.empty() ? folder : folder / name;
+}
+
+/// A command's line as a person reads it: without the marks of words that hold in every language.
+QString shownLine(const QString &line)
+{
+    QStringList words = line.split(QLatin1Char(' '));
+    for (QString &word : words)
+        if (word.startsWith(QLatin1Char('_')))
+            word.remove(0, 1);
+    return words.join(QLatin1Char(' '));
 }
 
 } // namespace
@@ -71,8 +84,10 @@ MainWindow::MainWindow(Session &session)
             continue;
         statusBar()->addPermanentWidget(new SwitchButton(*action, this));
     }
-    for (QLabel *label : {m_layer, m_scale, m_coordinates})
+    for (QLabel *label : {m_layer, m_scale, m_coordinates}) {
+        label->setContentsMargins(kBetweenTexts, 0, kBetweenTexts, 0);
         statusBar()->addPermanentWidget(label);
+    }
     m_toolBar = addToolBar(QString());
     m_toolBar->setObjectName(QStringLiteral("tools"));
     m_toolBar->setIconSize({24, 24});
@@ -118,7 +133,7 @@ MainWindow::MainWindow(Session &session)
     m_session.setPromptSource(this);
     m_viewport->setStyle(palette().color(QPalette::Base).lightnessF() < 0.5 ? PaintStyle::dark() : PaintStyle::light());
     showDrawing(m_session.drawing());
-    resize(1200, 820);
+    resize(QSize(1200, 820).boundedTo(screen()->availableSize()));
     m_commandLine->focusInput();
 }
 
@@ -362,7 +377,7 @@ void MainWindow::startCommand(const QString &line)
     if (entry && entry->isTransparent())
         return runCommand(line);
     whenIdle([this, line] {
-        m_commandLine->say(ui("ui.command.idle") + QLatin1Char(' ') + line);
+        m_commandLine->say(ui("ui.command.idle") + QLatin1Char(' ') + shownLine(line));
         runCommand(line);
     });
 }

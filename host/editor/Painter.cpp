@@ -19,6 +19,7 @@ namespace {
 constexpr int kMostWaitingLines = 1'000'000; ///< of one colour, before they are drawn
 constexpr int kSolidAlpha = 110;
 constexpr double kBrightestOnPaper = 0.36; ///< luminance; brighter lines are made darker on a light ground
+constexpr double kDarkestOnScreen = 0.15;  ///< luminance; three times as bright as the dark ground
 
 /// Relative luminance, from 0 for black to 1 for white.
 double luminanceOf(const QColor &color)
@@ -144,6 +145,11 @@ QColor PaintStyle::color(int index) const
     // The palette is made for a dark screen: its bright colours drown on paper.
     if (!isDark() && luminanceOf(color) > kBrightestOnPaper)
         color = color.darker(170);
+    // Its dark ones, blue above all, drown on a ground that is not quite black.
+    for (int part = 1; isDark() && luminanceOf(color) < kDarkestOnScreen; ++part) {
+        const auto lighter = [&](int channel) { return channel + (255 - channel) * part / 20; };
+        color = QColor(lighter(color.red()), lighter(color.green()), lighter(color.blue()));
+    }
     return color;
 }
 

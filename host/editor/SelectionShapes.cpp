@@ -1,7 +1,7 @@
 #include "host/editor/SelectionShapes.h"
 
-#include "host/drawing/Visibility.h"
 #include "host/editor/CurvePieces.h"
+#include "host/editor/DisplayIndex.h"
 
 #include <algorithm>
 #include <array>
@@ -48,6 +48,8 @@ public:
         if (how != SelectedBy::Fence && m_points.size() > 1)
             m_points.push_back(m_points.front());
     }
+
+    const Extents &extents() const { return m_extents; }
 
     bool selects(const Extents &extents) const
     {
@@ -127,20 +129,33 @@ void append(Segments &segments, const Extents &box)
         segments.emplace_back(corners[i], corners[(i + 1) % corners.size()]);
 }
 
+/// Numbers of the visible entities of which something stands in a box, in the drawing's order.
+std::vector<std::uint32_t> entitiesNear(DisplayIndex &index, const Extents &box)
+{
+    std::vector<std::uint32_t> numbers;
+    index.visitItems(box, [&](const DisplayIndex::Item &item) {
+        numbers.push_back(item.entity);
+        return true;
+    });
+    std::ranges::sort(numbers);
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end()); // polylines come in runs
+    return numbers;
+}
+
 } // namespace
 
-AcDbObjectIdArray entitiesBy(SelectedBy how, const Drawing &drawing, std::span<const AcGePoint3d> points)
+AcDbObjectIdArray entitiesBy(SelectedBy how, Drawing &drawing, std::span<const AcGePoint3d> points)
 {
     AcDbObjectIdArray found;
     if (points.size() < 2)
         return found;
     const Shape shape(how, points);
+    auto &index = drawing.component<DisplayIndex>();
     PieceMaker pieceMaker(drawing, [&](std::size_t layer) { return drawing.layer(layer).visible(); });
     std::vector<Piece> pieces;
     Segments segments;
-    for (AcDbEntity *entity : drawing.modelSpace().entities()) {
-        if (!isShown(drawing, *entity))
-            continue;
+    for (const std::uint32_t number : entitiesNear(index, shape.extents())) {
+        const AcDbEntity *entity = &index.entity(number);
         const Extents extents = extentsOf(*entity);
         if (!shape.selects(extents))
             continue;
@@ -153,7 +168,7 @@ AcDbObjectIdArray entitiesBy(SelectedBy how, const Drawing &drawing, std::span<c
         if (segments.empty())
             append(segments, extents);
         if (shape.selects(segments))
-            found.push_back(idOf(*entity));
+            found.push_back(idOf(index.entity(number)));
     }
     return found;
 }

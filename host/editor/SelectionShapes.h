@@ -17,6 +17,6 @@ enum class SelectedBy {
 /// The visible entities that a polygon (closed by itself; a fence: an open line) selects, in the drawing's order.
 /// Curves count as they are drawn, texts, points and hatches with the box around them, references with their contents.
 /// Fewer than two points select nothing.
-AcDbObjectIdArray entitiesBy(SelectedBy how, const Drawing &drawing, std::span<const AcGePoint3d> shape);
+AcDbObjectIdArray entitiesBy(SelectedBy how, Drawing &drawing, std::span<const AcGePoint3d> shape);
 
 } // namespace velmor

@@ -1,6 +1,5 @@
 // The panel of catchment areas, and what the panel of properties tells about an area.
 #include "host/editor/Captions.h"
-#include "host/editor/Selection.h"
 #include "host/editor/Session.h"
 #include "host/editor/panels/Panel.h"
 #include "host/editor/panels/PropertiesModel.h"
@@ -17,7 +16,6 @@ namespace velmor {
 
 namespace {
 
-constexpr double kMargin = 0.25, kLeastMargin = 10.0;
 constexpr int kHectareDecimals = 4;
 
 class AreasPanel final : public Panel {
@@ -110,12 +108,7 @@ private:
                 ids.push_back(area->GetObjectId());
                 extents.add(extentsOf(*area->entity()));
             }
-        drawing->component<Selection>().set(ids);
-        if (extents.isEmpty() || !m_session.view())
-            return;
-        extents.grow(
-            std::max(kLeastMargin, kMargin * std::max(extents.maxX - extents.minX, extents.maxY - extents.minY)));
-        m_session.view()->zoomTo(extents);
+        selectAndShow(m_session, ids, extents);
     }
 
     Session &m_session;

@@ -14,6 +14,8 @@ namespace {
 using namespace std::string_view_literals;
 constexpr auto kSentinel = "AutoCAD Binary DXF\r\n\x1a\0"sv;
 
+constexpr std::size_t kBytesBetweenTold = 1 << 18;
+
 enum class ValueKind { Text, Real, Int16, Int32, Int64, Switch, Chunk, Unknown };
 
 struct CodeRange {
@@ -45,7 +47,10 @@ ValueKind kindOfCode(int code)
 
 class Converter {
 public:
-    explicit Converter(std::string_view bytes) : m_bytes(bytes) {}
+    Converter(std::string_view bytes, const std::function<bool(double)> &progress)
+        : m_bytes(bytes), m_progress(progress)
+    {
+    }
     BinaryDxfText run();
 
 private:
@@ -64,6 +69,7 @@ private:
     void writeNumber(Format... value);
 
     std::string_view m_bytes;
+    const std::function<bool(double)> &m_progress;
     std::size_t m_at = kSentinel.size();
     bool m_longCodes = false;
     BinaryDxfText m_result;
@@ -211,7 +217,15 @@ BinaryDxfText Converter::run()
     // Ten bytes a group is near enough to spare most of the growing.
     m_result.text.reserve(m_bytes.size() * 2);
     m_result.offsets.reserve(m_bytes.size() / 10);
+    std::size_t nextTold = 0;
     while (m_at < m_bytes.size()) {
+        if (m_progress && m_at >= nextTold) {
+            nextTold = m_at + kBytesBetweenTold;
+            if (!m_progress(static_cast<double>(m_at) / static_cast<double>(m_bytes.size()))) {
+                m_result.cancelled = true;
+                return std::move(m_result);
+            }
+        }
         const std::size_t groupAt = m_at, textAt = m_result.text.size();
         const auto code = takeCode();
         if (code && kindOfCode(*code) == ValueKind::Unknown) {
@@ -249,9 +263,9 @@ std::size_t BinaryDxfText::offsetOfLine(std::size_t line) const
     return offsets[std::min((line - 1) / 2, offsets.size() - 1)];
 }
 
-BinaryDxfText binaryToText(std::string_view bytes)
+BinaryDxfText binaryToText(std::string_view bytes, const std::function<bool(double)> &progress)
 {
-    return Converter(bytes).run();
+    return Converter(bytes, progress).run();
 }
 
 } // namespace velmor

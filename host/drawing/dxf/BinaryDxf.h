@@ -22,12 +22,14 @@ struct BinaryDxfText {
     std::string text;
     std::vector<std::size_t> offsets; ///< of each group in the bytes, so line n of text comes from offsets[(n - 1) / 2]
     std::vector<Finding> findings;    ///< Finding::line is a byte offset
+    bool cancelled = false;           ///< the caller wants it no more; the rest is missing
     /// Byte offset of a line of text, counted from 1.
     std::size_t offsetOfLine(std::size_t line) const;
 };
 
 /// Takes as many groups as can be read. What follows a group of unknown size or a cut end is left out, with a finding.
+/// progress is told from time to time how much is done, from 0 to 1, and gives false to end it.
 /// REQUIRES: isBinaryDxf(bytes).
-BinaryDxfText binaryToText(std::string_view bytes);
+BinaryDxfText binaryToText(std::string_view bytes, const std::function<bool(double)> &progress = {});
 
 } // namespace velmor

@@ -35,6 +35,8 @@ public:
 private:
     using Counts = std::map<std::string, std::size_t, std::less<>>;
     static void count(Counts &counts, std::string_view kind);
+    /// The beginning of a text of the file, for a message.
+    static std::string printable(std::string_view text);
 
     enum class Section { None, Header, Tables, Blocks, Entities, Objects, Other };
 

@@ -1,6 +1,5 @@
 // The panel of the network: import, tables of sections and nodes with search and zoom, checks.
 #include "host/editor/Captions.h"
-#include "host/editor/Selection.h"
 #include "host/editor/Session.h"
 #include "host/editor/panels/NetworkModels.h"
 #include "host/editor/panels/Panel.h"
@@ -16,9 +15,6 @@
 namespace velmor {
 
 namespace {
-
-/// Around what is zoomed to, as a part of its size; a place without a size is shown with this many units around it.
-constexpr double kMargin = 0.25, kLeastMargin = 10.0;
 
 class NetworkPanel final : public Panel {
 public:
@@ -145,20 +141,13 @@ private:
 
     void zoomTo(const PanelTable &table, const QList<int> &rows)
     {
-        Drawing *drawing = m_session.drawing();
-        if (!drawing || rows.isEmpty())
+        if (rows.isEmpty())
             return;
         const auto &model = static_cast<const NetworkModel &>(table.order().model());
         AcDbObjectIdArray ids;
         for (const int row : rows)
             ids.push_back(model.entityOf(row));
-        drawing->component<Selection>().set(ids);
-        Extents extents = model.extentsOf(rows);
-        if (extents.isEmpty() || !m_session.view())
-            return;
-        extents.grow(
-            std::max(kLeastMargin, kMargin * std::max(extents.maxX - extents.minX, extents.maxY - extents.minY)));
-        m_session.view()->zoomTo(extents);
+        selectAndShow(m_session, ids, model.extentsOf(rows));
     }
 
     Session &m_session;

@@ -2,6 +2,7 @@
 
 #include "host/editor/CommandStack.h"
 #include "host/editor/Guarded.h"
+#include "host/editor/Selection.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
 #include "host/services/Messages.h"
@@ -12,6 +13,9 @@
 namespace velmor {
 
 namespace {
+
+/// Around what is shown, as a part of its size; a place without a size is shown with this many units around it.
+constexpr double kMargin = 0.25, kLeastMargin = 10.0;
 
 std::vector<PanelSpec> &registeredPanels()
 {
@@ -50,6 +54,17 @@ bool changeDrawing(Session &session, const std::wstring &name, const std::functi
     if (session.view())
         session.view()->redraw();
     return done;
+}
+
+void selectAndShow(Session &session, const AcDbObjectIdArray &ids, Extents extents)
+{
+    if (!session.drawing())
+        return;
+    session.drawing()->component<Selection>().set(ids);
+    if (extents.isEmpty() || !session.view())
+        return;
+    extents.grow(std::max(kLeastMargin, kMargin * std::max(extents.maxX - extents.minX, extents.maxY - extents.minY)));
+    session.view()->zoomTo(extents);
 }
 
 void startCommand(Session &session, const std::wstring &line)

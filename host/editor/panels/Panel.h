@@ -4,6 +4,8 @@
 // that a change costs by what changed. A panel's file adds its row to the list with a PanelRegistration.
 #pragma once
 
+#include "host/drawing/Drawing.h"
+
 #include <QWidget>
 
 #include <functional>
@@ -12,7 +14,6 @@
 
 namespace velmor {
 
-class Drawing;
 class Session;
 
 class Panel : public QWidget {
@@ -46,6 +47,9 @@ struct PanelRegistration {
 /// when it could not be done: another command runs or a dialog holds the drawing (the status line says so), or it
 /// failed (an alert says so). The view is shown anew.
 bool changeDrawing(Session &session, const std::wstring &name, const std::function<void(Drawing &)> &work);
+
+/// Selects entities of the session's drawing, nothing else, and takes the view to where they are.
+void selectAndShow(Session &session, const AcDbObjectIdArray &ids, Extents extents);
 
 /// Starts a command as if it were typed; the status line gets the reason when it can't be started. The
 /// view is shown anew when it ends.

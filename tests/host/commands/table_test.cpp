@@ -4,8 +4,13 @@
 #include "host/services/Text.h"
 #include "tests/host/commands/CommandsFixture.h"
 
+#include <cctype>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <set>
+#include <sstream>
+#include <utility>
 
 namespace velmor {
 namespace {
@@ -108,6 +113,36 @@ TEST_P(Table, EveryIconIsShipped)
             EXPECT_TRUE(!item.icon ||
                         !Services::instance().paths().resource(std::string("icons/") + item.icon + ".svg").empty())
                 << item.icon;
+}
+
+TEST(Guide, TellsOfEveryCommandAndOfNoOther)
+{
+    const char *source = std::getenv("VELMOR_SOURCE_DIR");
+    std::ifstream in(std::filesystem::path(source ? source : ".") / "docs/user-guide.md");
+    const std::string guide((std::istreambuf_iterator<char>(in)), {});
+    ASSERT_FALSE(guide.empty());
+    const auto words = [](const std::string &text) {
+        std::set<std::string> found;
+        std::string word;
+        for (const char c : text + ' ')
+            if (std::isalnum(static_cast<unsigned char>(c)) || c == '-' || c == '_')
+                word += c;
+            else if (!word.empty())
+                found.insert(std::exchange(word, {}));
+        return found;
+    };
+    const std::set<std::string> all = words(guide);
+    for (const CommandRow &row : commandTable())
+        EXPECT_TRUE(all.contains(name(row))) << name(row);
+    // The table of commands: what stands in its second column are names.
+    const std::size_t from = guide.find("| to | commands |"), to = guide.find("\n\n", from);
+    ASSERT_NE(from, std::string::npos);
+    std::istringstream rows(guide.substr(from, to - from));
+    std::string line;
+    std::getline(rows, line);
+    for (std::getline(rows, line); std::getline(rows, line);)
+        for (const std::string &word : words(line.substr(line.find('|', 1))))
+            EXPECT_TRUE(commandRow(std::wstring(word.begin(), word.end()))) << word;
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, Table, testing::Values("en", "hr"));

@@ -1,6 +1,7 @@
 #include "host/drawing/Transient.h"
 #include "host/editor/Painter.h"
 #include "host/editor/Picture.h"
+#include "host/editor/Theme.h"
 
 #include <QImage>
 #include <QPainter>
@@ -44,6 +45,15 @@ TEST(Painter, ALineIsDrawnBetweenItsEndsAndNowhereElse)
     EXPECT_TRUE(isPainted(image, 50, 10));
     EXPECT_FALSE(isPainted(image, 50, 50));
     EXPECT_FALSE(isPainted(image, 97, 10));
+}
+
+TEST(Painter, EveryColourStandsOutFromADarkGround)
+{
+    const PaintStyle dark = PaintStyle::dark();
+    for (int index = 1; index <= 255; ++index)
+        EXPECT_GE(contrastOf(dark.color(index), dark.background), 3.0) << index;
+    EXPECT_EQ(dark.color(3), QColor(0, 255, 0)) << "what stands out already stays";
+    EXPECT_GT(dark.color(5).blue(), dark.color(5).red()) << "blue stays blue";
 }
 
 TEST(Painter, HugeAnglesCountsAndNestingEndTheirPictureSoon)
