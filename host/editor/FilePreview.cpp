@@ -135,14 +135,17 @@ QImage filePicture(const fs::path &file, const QSize &size, const QColor &ground
 
 bool showFilePicture(QWidget &widget, const fs::path &file, const QColor &ground)
 {
+    PictureKeeper *keeper = PictureKeeper::of(widget);
     const QImage picture = filePicture(file, widget.size(), ground);
-    if (picture.isNull())
+    if (picture.isNull()) {
+        if (keeper) // what it shows is no longer what was asked for
+            keeper->show({}, ground);
         return false;
+    }
     if (widget.testAttribute(Qt::WA_WState_InPaintEvent)) {
         QPainter(&widget).drawImage(0, 0, picture);
         return true;
     }
-    PictureKeeper *keeper = PictureKeeper::of(widget);
     if (!keeper)
         keeper = new PictureKeeper(widget);
     keeper->show(file, ground);

@@ -4,6 +4,7 @@
 #include "host/editor/Captions.h"
 #include "host/editor/CornerPrompt.h"
 #include "host/editor/EntityPick.h"
+#include "host/editor/PickedIds.h"
 #include "host/editor/Picking.h"
 #include "host/editor/SectionChoice.h"
 #include "host/editor/UiMessage.h"
@@ -62,12 +63,12 @@ public:
     {
         if (mode == SectionMode::All) {
             addAll(m_network.sections());
-            return m_chosen;
+            return m_chosen.list();
         }
         const bool finished = mode == SectionMode::Window ? byWindows()
                               : mode == SectionMode::Path ? byPath()
                                                           : byPicks(mode);
-        return finished ? std::optional(m_chosen) : std::nullopt;
+        return finished ? std::optional(m_chosen.list()) : std::nullopt;
     }
 
 private:
@@ -201,16 +202,14 @@ private:
     void addAll(const std::vector<SectionPtr> &sections)
     {
         for (const SectionPtr &section : sections)
-            if (const AcDbObjectId id = section->GetObjectId(); std::ranges::find(m_chosen, id) == m_chosen.end())
-                m_chosen.push_back(id);
+            m_chosen.add(section->GetObjectId());
     }
 
     void takeOut(const AcDbObjectIdArray &ids)
     {
-        const auto isOut = [&](const AcDbObjectId &id) { return std::ranges::find(ids, id) != ids.end(); };
-        std::erase_if(m_chosen, isOut);
+        m_chosen.remove(ids);
         std::erase_if(m_highlighted, [&](const AcDbEntity *entity) {
-            const bool out = isOut(entity->objectId());
+            const bool out = !m_chosen.contains(entity->objectId());
             if (out)
                 m_graphics.setHighlighted(*entity, false);
             return out;
@@ -231,7 +230,7 @@ private:
         }
         m_session.status(sections.empty() && picked > 0
                              ? uiText("ui.select.noSection")
-                             : uiMessage("ui.select.count", {std::to_wstring(m_chosen.size())}));
+                             : uiMessage("ui.select.count", {std::to_wstring(m_chosen.list().size())}));
         if (m_session.view())
             m_session.view()->redraw();
     }
@@ -240,7 +239,7 @@ private:
     Drawing &m_drawing;
     Network &m_network;
     TransientGraphics &m_graphics;
-    std::vector<AcDbObjectId> m_chosen;
+    PickedIds m_chosen;
     std::vector<const AcDbEntity *> m_highlighted;
     bool m_entered = false;
 };

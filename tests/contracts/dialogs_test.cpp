@@ -412,6 +412,8 @@ TEST_F(DialogContract, APictureAskedForBetweenPaintsShowsAtTheNextOne)
     const QImage before = field.grab().toImage();
     EXPECT_TRUE(acdbDisplayPreviewFromDwg((folder / "box.dxf").wstring().c_str(), &field, 0x00FFFFFF));
     EXPECT_GT(differences(before, field.grab().toImage()), 50);
+    EXPECT_FALSE(acdbDisplayPreviewFromDwg((folder / "missing.dxf").wstring().c_str(), &field, 0x00FFFFFF));
+    EXPECT_EQ(differences(before, field.grab().toImage()), 0) << "no picture of the former file stays";
     EXPECT_FALSE(acdbDisplayPreviewFromDwg(L"", &field, 0));
     EXPECT_FALSE(acdbDisplayPreviewFromDwg((folder / "box.dxf").wstring().c_str(), nullptr, 0));
 }
