@@ -155,7 +155,7 @@ void Script::execute(const Line &line)
 {
     const std::wstring &verb = line.words.front().text;
     const Words words = Words(line.words).subspan(1);
-    if (verb == L"select")
+    if (verb == L"select" && (!m_dialogs.empty() || isSectionForm(words))) // else the command of that name
         select(words);
     else if (verb == L"print")
         print(words);

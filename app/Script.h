@@ -6,6 +6,7 @@
 //   escape                           the same with Escape
 //   select all | name N ... | handle H ... | upstream N
 //                                    the sections that the selection tool gives next
+//                                    (with other words, and no dialog open, it is the command SELECT)
 //   print areas | areas-csv | areas-json | CONTROL
 //   echo TEXT ...                    prints the words
 //   expect-alert TEXT                the last alert so far

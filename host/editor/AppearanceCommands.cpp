@@ -1,11 +1,10 @@
 // LANGUAGE and THEME: how the program's windows read and look.
+#include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
-#include "host/editor/QuestionCommand.h"
 #include "host/editor/Session.h"
 #include "host/editor/Theme.h"
 #include "host/editor/UiMessage.h"
-#include "host/editor/Words.h"
 #include "host/services/Messages.h"
 #include "host/services/Services.h"
 #include "host/services/Text.h"
@@ -24,41 +23,41 @@ Command::Next kept(Session &session, const SaveResult &saved)
     return Command::Next::Commit;
 }
 
-Command::Next takeLanguage(Session &session, const QuestionCommand::Answers &answers)
+Command::Next askLanguage(Asker &asker)
 {
-    if (answers[0].empty()) // Enter: it stays
+    const bool isCroatian = Services::instance().messages().language() == "hr";
+    const Reply reply = asker.word({.message = "ui.prompt.language",
+                                    .words = {L"EN", L"HR"},
+                                    .standard = uiText(isCroatian ? "ui.word.HR" : "ui.word.EN")});
+    if (reply.isEnter()) // it stays
         return Command::Next::Commit;
-    const std::string language = sameText(answers[0], L"hr") ? "hr" : "en";
-    const SaveResult saved = Services::instance().setLanguage(language);
-    session.status(uiText("ui.language.chosen"));
-    return kept(session, saved);
+    const SaveResult saved = Services::instance().setLanguage(reply.is(L"HR") ? "hr" : "en");
+    asker.session().status(uiText("ui.language.chosen"));
+    return kept(asker.session(), saved);
 }
 
-Command::Next takeTheme(Session &session, const QuestionCommand::Answers &answers)
+Command::Next askTheme(Asker &asker)
 {
-    if (answers[0].empty())
+    const std::vector<std::wstring> words{L"System", L"Light", L"Dark"}; // in the order of Theme
+    const std::wstring &now = words[static_cast<std::size_t>(themeOfSettings())];
+    const Reply reply =
+        asker.word({.message = "ui.prompt.theme", .words = words, .standard = uiText("ui.word." + utf8(now))});
+    if (reply.isEnter())
         return Command::Next::Commit;
-    const Theme theme = themeNamed(answers[0]);
+    const Theme theme = themeNamed(reply.word);
     if (qobject_cast<QApplication *>(QCoreApplication::instance()))
         applyTheme(theme);
     const SaveResult saved = Services::instance().set("THEME", std::wstring(nameOf(theme)));
-    session.status(uiText(std::string("ui.theme.chosen.") + utf8(nameOf(theme))));
-    return kept(session, saved);
+    asker.session().status(uiText(std::string("ui.theme.chosen.") + utf8(nameOf(theme))));
+    return kept(asker.session(), saved);
 }
 
 } // namespace
 
 void addAppearanceCommands(CommandStack &stack)
 {
-    stack.addHostCommand(L"LANGUAGE", 0, [] {
-        return std::make_unique<QuestionCommand>(
-            std::vector<Question>{{.message = "ui.prompt.language", .keywords = {L"EN", L"HR"}}}, takeLanguage);
-    });
-    stack.addHostCommand(L"THEME", 0, [] {
-        return std::make_unique<QuestionCommand>(
-            std::vector<Question>{{.message = "ui.prompt.theme", .keywords = {L"System", L"Light", L"Dark"}}},
-            takeTheme);
-    });
+    stack.addWork(L"LANGUAGE", 0, askLanguage, false);
+    stack.addWork(L"THEME", 0, askTheme, false);
 }
 
 } // namespace velmor

@@ -2,10 +2,10 @@
 
 #include "host/drawing/ObjectAccess.h"
 #include "host/editor/CommandStack.h"
-#include "host/editor/CornerPrompt.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/Picking.h"
 #include "host/editor/Selection.h"
+#include "host/editor/SelectionSets.h"
 #include "host/editor/UiMessage.h"
 #include "host/services/Messages.h"
 #include "host/services/Text.h"
@@ -34,22 +34,13 @@ std::optional<double> plainReal(std::string_view text)
     return value;
 }
 
-Prompt promptOf(PromptKind kind, const Ask &ask)
+/// The words that a prompt offers, in the user's language.
+std::wstring offeredWords(const Prompt &prompt, const wchar_t *between)
 {
-    Prompt prompt{.kind = kind, .text = uiText(ask.message), .base = ask.base, .keywords = ask.words};
-    prompt.optional = ask.optional;
-    prompt.completion = ask.completion;
-    std::wstring options;
-    for (const std::wstring &word : ask.words) {
-        prompt.localKeywords.push_back(uiText("ui.word." + utf8(word)));
-        options += (options.empty() ? L"" : L"/") + prompt.localKeywords.back();
-    }
-    if (!options.empty())
-        prompt.text += L" [" + options + L"]";
-    if (!ask.standard.empty())
-        prompt.text += L" <" + ask.standard + L">";
-    prompt.text += L":";
-    return prompt;
+    std::wstring words;
+    for (std::size_t i = 0; i < prompt.localKeywords.size() - prompt.silent; ++i)
+        words += (i == 0 ? L"" : between) + prompt.localKeywords[i];
+    return words;
 }
 
 /// What was selected last in a drawing.
@@ -59,6 +50,26 @@ struct PreviousSelection {
 };
 
 } // namespace
+
+Prompt promptOf(PromptKind kind, const Ask &ask)
+{
+    Prompt prompt{.kind = kind, .text = uiText(ask.message), .base = ask.base, .keywords = ask.words};
+    prompt.keywords.insert(prompt.keywords.end(), ask.silent.begin(), ask.silent.end());
+    prompt.silent = ask.silent.size();
+    prompt.optional = ask.optional;
+    prompt.completion = ask.completion;
+    prompt.corner = ask.corner;
+    prompt.free = ask.free;
+    for (const std::wstring &word : prompt.keywords)
+        prompt.localKeywords.push_back(uiText("ui.word." + utf8(word)));
+    const std::wstring options = offeredWords(prompt, L"/");
+    if (!options.empty())
+        prompt.text += L" [" + options + L"]";
+    if (!ask.standard.empty())
+        prompt.text += L" <" + ask.standard + L">";
+    prompt.text += L":";
+    return prompt;
+}
 
 std::optional<double> parseReal(std::wstring_view text)
 {
@@ -126,7 +137,7 @@ Reply Asker::askFor(PromptKind kind, const Ask &ask, const char *needed, Reader 
                 return {};
             }
         } else if (const std::wstring *text = answer.text()) {
-            if (const std::wstring *word = matchKeyword(ask.words, *text)) {
+            if (const std::wstring *word = matchKeyword(prompt.keywords, *text)) {
                 m_asksAgain = false;
                 return {.kind = Reply::Kind::Word, .word = *word, .text = *text};
             }
@@ -136,9 +147,7 @@ Reply Asker::askFor(PromptKind kind, const Ask &ask, const char *needed, Reader 
                 m_asksAgain = false;
                 return *std::move(reply);
             }
-        std::wstring words;
-        for (const std::wstring &word : prompt.localKeywords)
-            words += (words.empty() ? L"" : L", ") + word;
+        const std::wstring words = offeredWords(prompt, L", ");
         const std::wstring what = uiText(needed);
         refuse(words.empty() ? uiMessage("ui.input.needed", {what}) : uiMessage("ui.input.neededOr", {what, words}));
     }
@@ -151,7 +160,8 @@ Reply Asker::point(const Ask &ask)
         const auto point = answer.point(ask.base ? ask.base : stack.lastPoint());
         if (!point || !std::isfinite(point->x) || !std::isfinite(point->y) || !std::isfinite(point->z))
             return std::nullopt;
-        stack.setLastPoint(*point);
+        if (!ask.corner && !ask.free)
+            stack.setLastPoint(*point);
         return Reply{.kind = Reply::Kind::Point, .point = *point};
     });
 }
@@ -159,6 +169,11 @@ Reply Asker::point(const Ask &ask)
 AcGePoint3d Asker::onlyPoint(const char *message, const std::optional<AcGePoint3d> &base)
 {
     return point({.message = message, .base = base}).point;
+}
+
+AcGePoint3d Asker::corner(const char *message, const std::optional<AcGePoint3d> &base)
+{
+    return point({.message = message, .base = base, .corner = true}).point;
 }
 
 Reply Asker::number(const Ask &ask)
@@ -243,13 +258,29 @@ Reply Asker::attribute(const std::wstring &question, const std::wstring &standar
 
 AcDbObjectIdArray Asker::windowObjects(bool crossing)
 {
-    const CornerPrompt areCorners;
-    const AcGePoint3d first = onlyPoint("ui.prompt.corner.first");
-    const AcGePoint3d second = onlyPoint("ui.prompt.corner", first);
+    const AcGePoint3d first = corner("ui.prompt.corner.first");
+    const AcGePoint3d second = corner("ui.prompt.corner", first);
     Extents window;
     window.add(first.x, first.y);
     window.add(second.x, second.y);
     return entitiesIn(drawing(), window, crossing ? SelectBy::Crossing : SelectBy::Window);
+}
+
+std::optional<Answer> Asker::selection(const char *message)
+{
+    std::optional<Answer> given;
+    const Reply reply = askFor(PromptKind::Selection, {.message = message, .words = {kAllWord}, .enter = true},
+                               "ui.needed.entity", [&](const Answer &answer) -> std::optional<Reply> {
+                                   const auto *set = std::get_if<Answer::Set>(&answer.value);
+                                   const bool means = set ? m_session.selectionSets().find(set->id) != nullptr
+                                                          : std::holds_alternative<Answer::Removed>(answer.value) ||
+                                                                selectedEntities(m_session, answer).has_value();
+                                   if (!means)
+                                       return std::nullopt;
+                                   given = answer;
+                                   return Reply{.kind = Reply::Kind::Point};
+                               });
+    return reply.is(kAllWord) ? Answer{std::wstring(kAllWord)} : given;
 }
 
 AcDbObjectIdArray Asker::objects(const char *message)

@@ -25,6 +25,9 @@ struct Ask {
     Completion completion = Completion::None;
     bool enter = false;    ///< Enter is an answer of its own; with a standard it always is
     bool optional = false; ///< the same, and where no person is, it is not asked when nothing is prepared: Enter
+    std::vector<std::wstring> silent = {}; ///< words that are taken too, but not offered
+    bool corner = false;                   ///< the point is the corner of a window (see Prompt)
+    bool free = false;                     ///< the point is taken as it is pointed at
 };
 
 struct Reply {
@@ -49,9 +52,12 @@ public:
     /// REQUIRES: a drawing is open (see CommandStack::addWork).
     Drawing &drawing() { return *m_session.drawing(); }
 
+    /// "@" in the next question counts from it, unless it is a corner or a free one.
     Reply point(const Ask &ask);
     /// A point that has no other answer than a point.
     AcGePoint3d onlyPoint(const char *message, const std::optional<AcGePoint3d> &base = {});
+    /// The same for the corner of a window; base is the corner before it.
+    AcGePoint3d corner(const char *message, const std::optional<AcGePoint3d> &base = {});
     Reply number(const Ask &ask);
     /// A number above or equal lowest; given also as a point, whose distance from the base it is.
     Reply distance(const Ask &ask, double lowest = 0.0);
@@ -69,6 +75,9 @@ public:
     /// Entities till Enter; without asking those that stand selected, which are selected no longer then. Options: All,
     /// Window, Crossing, Last, Previous, Remove, Add.
     AcDbObjectIdArray objects(const char *message = "ui.prompt.objects");
+    /// One answer of a selection as it was given: entities, a set, a place, ALL, or entities that are taken out again;
+    /// nothing for Enter. One that selectedEntities does not know, and takes nothing out, is refused.
+    std::optional<Answer> selection(const char *message = "ui.prompt.objects");
 
     /// Says one line and counts the answer as of no use.
     void refuse(const std::wstring &why);
@@ -92,6 +101,9 @@ private:
     bool m_asksAgain = false; ///< the last answer was refused, so no standard stands in for the next
 };
 
+/// The prompt of a question as a person reads it: its text, the words that are offered and the standard, in the
+/// language of now.
+Prompt promptOf(PromptKind kind, const Ask &ask);
 /// A number as a person types it: "2.5", "1e3"; also "1:500" and "1/4" as quotients. Nothing for another text.
 std::optional<double> parseReal(std::wstring_view text);
 /// A number as a person reads it, no more digits than it has, at most so many behind the point.

@@ -12,44 +12,10 @@
 #pragma once
 
 #include "host/boundary/Regions.h"
-#include "host/editor/Command.h"
-#include "host/editor/LineworkCache.h"
 
-#include <vector>
+#include <string>
 
 namespace velmor {
-
-class BoundaryCommand final : public Command {
-public:
-    enum class Form {
-        Prompts, ///< all prompts
-        OnePoint ///< one point with its islands, and done
-    };
-    explicit BoundaryCommand(Form form) : m_form(form) {}
-
-    Next start(Session &session) override;
-    Prompt prompt() const override;
-    Next take(Session &session, const Answer &answer) override;
-
-private:
-    enum class State { Point, Advanced, BoundarySet, Selecting, Islands, RayCasting, ObjectType };
-
-    Next takePoint(Session &session, const Answer &answer);
-    Next takeOption(const Answer &answer);
-    Next takeSelection(Session &session, const Answer &answer);
-    Next search(Session &session, const AcGePoint3d &point);
-    Next finish(Session &session);
-    boundary::Linework &linework(Session &session);
-
-    Form m_form;
-    State m_state = State::Point;
-    bool m_islands = true;
-    bool m_regions = false;
-    bool m_everything = true;     ///< no boundary set of its own
-    std::int64_t m_setId = 0;     ///< the set that was picked, when it is a single one
-    AcDbObjectIdArray m_selected; ///< what was picked otherwise
-    std::vector<boundary::Region> m_found;
-};
 
 /// One line that says why a search found nothing.
 std::wstring describe(const boundary::Region &region);

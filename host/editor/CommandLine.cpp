@@ -86,9 +86,11 @@ bool CommandField::event(QEvent *event)
         }
     }
     // Where nothing is typed there is nothing of the field's own to work on: the keys are the window's.
-    if (event->type() == QEvent::ShortcutOverride && text().isEmpty()) {
+    if (event->type() == QEvent::ShortcutOverride) {
         const auto *key = static_cast<QKeyEvent *>(event);
-        if (key->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) {
+        const bool isOther = text().isEmpty() && (key->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+        const bool isShiftSpace = key->key() == Qt::Key_Space && key->modifiers() == Qt::ShiftModifier;
+        if (isOther || (isShiftSpace && !isBlankText())) {
             event->ignore();
             return true;
         }
@@ -96,12 +98,45 @@ bool CommandField::event(QEvent *event)
     return QLineEdit::event(event);
 }
 
+bool CommandField::isForView(const QKeyEvent &event) const
+{
+    if (!text().isEmpty() || (event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier)) != Qt::NoModifier)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Home:
+    case Qt::Key_Backspace:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        return true;
+    case Qt::Key_Space:
+        return !isBlankText();
+    default:
+        return false;
+    }
+}
+
 void CommandField::keyPressEvent(QKeyEvent *event)
 {
+    if (isForView(*event)) {
+        m_spaceIsViews = m_spaceIsViews || event->key() == Qt::Key_Space;
+        // Whoever holds it to clear the field does not mean the view before.
+        if (event->key() != Qt::Key_Backspace || !event->isAutoRepeat())
+            Q_EMIT keyForView(*event);
+        return;
+    }
+    if (m_spaceIsViews && !event->text().isEmpty()) {
+        // Typed on before Space was let go: it was Enter. What it starts may go on for long, so this key comes again.
+        m_spaceIsViews = false;
+        QCoreApplication::postEvent(this, event->clone());
+        Q_EMIT keyForView(QKeyEvent(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier));
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Space:
         if (isBlankText())
             break;
+        if (event->modifiers() != Qt::NoModifier || event->isAutoRepeat())
+            return;
         [[fallthrough]];
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -127,9 +162,19 @@ void CommandField::keyPressEvent(QKeyEvent *event)
         refreshCompletions();
 }
 
+void CommandField::keyReleaseEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Space || !m_spaceIsViews)
+        return QLineEdit::keyReleaseEvent(event);
+    m_spaceIsViews = event->isAutoRepeat();
+    Q_EMIT keyForView(*event);
+}
+
 void CommandField::focusOutEvent(QFocusEvent *event)
 {
     hideCompletions();
+    if (std::exchange(m_spaceIsViews, false))
+        Q_EMIT spaceLost();
     QLineEdit::focusOutEvent(event);
 }
 
@@ -193,6 +238,8 @@ CommandLine::CommandLine(QWidget *parent, std::filesystem::path historyFile)
     connect(m_input, &CommandField::given, this, &CommandLine::give);
     connect(m_input, &CommandField::escaped, this, &CommandLine::cancelled);
     connect(m_input, &CommandField::recalled, this, &CommandLine::recall);
+    connect(m_input, &CommandField::keyForView, this, &CommandLine::keyForView);
+    connect(m_input, &CommandField::spaceLost, this, &CommandLine::spaceLost);
     connect(m_prompt, &QLabel::linkActivated, this, [this](const QString &link) {
         const auto at = static_cast<std::size_t>(link.toInt());
         if (at >= m_options.size())

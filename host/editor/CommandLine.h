@@ -17,6 +17,9 @@ namespace velmor {
 
 /// The field of the command line. A blank ends the answer like Enter, unless the answer is a text; within quotation
 /// marks it is always text. Tab takes what fits, one after another.
+///
+/// While nothing is typed, keys that would do nothing here are the drawing's: Home, Backspace, Left, Right, and Space,
+/// which may be held to move the view. With Shift, Space is no answer but the window's key.
 class CommandField final : public QLineEdit {
     Q_OBJECT
 public:
@@ -31,18 +34,24 @@ Q_SIGNALS:
     void given();
     void escaped();
     void recalled(int step);
+    /// A key was pressed or let go that is the drawing's.
+    void keyForView(const QKeyEvent &event);
+    void spaceLost(); ///< the focus went away while Space was down; whoever has it now hears when it is let go
 
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
     void refreshCompletions();
     void complete(int step);
     bool isBlankText() const;
+    bool isForView(const QKeyEvent &event) const;
 
     bool m_takesBlanks = false;
+    bool m_spaceIsViews = false; ///< Space is down, and the drawing was told
     std::function<QStringList(const QString &)> m_completions;
     QListWidget *m_popup;
     bool m_completing = false; ///< the text is one of the list's; Tab goes on to the next
@@ -79,6 +88,9 @@ public:
 Q_SIGNALS:
     void entered(const QString &text);
     void cancelled();
+    // Of the field
+    void keyForView(const QKeyEvent &event);
+    void spaceLost();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

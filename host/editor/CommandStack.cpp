@@ -34,14 +34,6 @@ const std::wstring *matchKeyword(const std::vector<std::wstring> &keywords, std:
     return nullptr;
 }
 
-Command::Next askWithDrawing(Session &session)
-{
-    if (session.drawing())
-        return Command::Next::Ask;
-    session.alert(uiText("ui.drawing.none"));
-    return Command::Next::BadInput;
-}
-
 Acad::ErrorStatus CommandStack::addCommand(const wchar_t *group, const wchar_t *globalName, const wchar_t *localName,
                                            std::int32_t flags, AcRxFunctionPtr function, void *, int, void *,
                                            void **commandId)
@@ -75,16 +67,6 @@ Acad::ErrorStatus CommandStack::removeCmd(const wchar_t *group, const wchar_t *g
         return entry.function && sameText(entry.group, group) && sameText(entry.globalName, globalName);
     });
     return removed ? Acad::eOk : Acad::eKeyNotFound;
-}
-
-void CommandStack::addHostCommand(const wchar_t *name, std::int32_t flags, CommandFactory factory)
-{
-    CommandEntry entry;
-    entry.group = L"VELMOR";
-    entry.globalName = entry.localName = name;
-    entry.flags = flags;
-    entry.factory = std::move(factory);
-    m_entries.push_back(std::move(entry));
 }
 
 void CommandStack::addWork(const wchar_t *name, std::int32_t flags, CommandWork work, bool needsDrawing)
@@ -230,10 +212,8 @@ RunStatus CommandStack::runEntry(const CommandEntry &entry, std::span<const Answ
         if (running.function) {
             running.function();
             status = RunStatus::Done;
-        } else if (running.work) {
-            status = driveWork(running, answers, askSession);
         } else {
-            status = drive(*running.factory(), answers, askSession);
+            status = driveWork(running, answers, askSession);
         }
         // A command that was left or could not do its work has done nothing.
         const bool left =
@@ -260,8 +240,10 @@ RunStatus statusOf(Command::Next next, bool refused)
 
 RunStatus CommandStack::driveWork(const CommandEntry &entry, std::span<const Answer> &answers, bool askSession)
 {
-    if (entry.needsDrawing && askWithDrawing(m_session) != Command::Next::Ask)
+    if (entry.needsDrawing && !m_session.drawing()) {
+        m_session.alert(uiText("ui.drawing.none"));
         return RunStatus::BadInput;
+    }
     Asker asker(m_session, answers, askSession);
     try {
         const Command::Next next = entry.work(asker);
@@ -269,28 +251,6 @@ RunStatus CommandStack::driveWork(const CommandEntry &entry, std::span<const Ans
     } catch (const Cancelled &) {
         return RunStatus::Cancelled;
     }
-}
-
-RunStatus CommandStack::drive(Command &command, std::span<const Answer> &answers, bool askSession)
-{
-    bool refused = false;
-    Command::Next next = command.start(m_session);
-    while (next == Command::Next::Ask || next == Command::Next::Refused) {
-        Answer answer{Answer::Escape{}};
-        if (!answers.empty()) {
-            answer = answers.front();
-            answers = answers.subspan(1);
-        } else if (const Prompt prompt = command.prompt(); prompt.optional) {
-            answer = {Answer::Enter{}};
-        } else if (askSession) {
-            answer = m_session.ask(prompt);
-        }
-        if (answer.isEscape())
-            return RunStatus::Cancelled;
-        next = command.take(m_session, answer);
-        refused = refused || next == Command::Next::Refused;
-    }
-    return statusOf(next, refused);
 }
 
 } // namespace velmor

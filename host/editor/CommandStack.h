@@ -3,7 +3,9 @@
 
 #include "contracts/DrawingHost.h"
 #include "host/editor/Command.h"
+#include "host/editor/Prompts.h"
 
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -21,7 +23,8 @@ enum class RunStatus {
 };
 
 class Asker;
-/// A command that reads from top to bottom; it gets its answers from the asker.
+class Session;
+/// A host command: it reads from top to bottom and gets its answers from the asker.
 using CommandWork = std::function<Command::Next(Asker &)>;
 
 /// One row of the table.
@@ -32,8 +35,7 @@ struct CommandEntry {
     std::wstring group, globalName, localName;
     std::int32_t flags = 0;
     AcRxFunctionPtr function = nullptr; ///< of a module's command
-    CommandFactory factory;             ///< of a host command
-    CommandWork work;                   ///< the same in the other form
+    CommandWork work;                   ///< of a host command
     bool needsDrawing = false;          ///< its work is only begun when a drawing is open
     const void *owner = nullptr;        ///< the module that was being loaded when it was added
     bool isTransparent() const { return (flags & kTransparent) != 0; }
@@ -55,7 +57,6 @@ public:
                                  void *resourceInstance, void **commandId) override;
     Acad::ErrorStatus removeCmd(const wchar_t *group, const wchar_t *globalName) override;
 
-    void addHostCommand(const wchar_t *name, std::int32_t flags, CommandFactory factory);
     /// A host command whose work needs an open drawing; without one it is refused with an alert.
     void addWork(const wchar_t *name, std::int32_t flags, CommandWork work, bool needsDrawing = true);
     /// Commands that are added from now on belong to this module; null: to the host.
@@ -72,7 +73,8 @@ public:
     std::vector<CommandInfo> list() const;
 
     /// A person (or a script) starts a command: refused as Busy while another one runs or the document is locked,
-    /// unless it is transparent; so is a module's command inside of itself, transparent or not. The answers come first; what it asks beyond them goes to the session's prompts.
+    /// unless it is transparent; so is a module's command inside of itself, transparent or not. The answers come first;
+    /// what it asks beyond them goes to the session's prompts.
     RunStatus start(std::wstring_view name, std::span<const Answer> answers = {});
     /// The same for a typed line: the command's name with optional answers, as splitWords separates them. reason (may
     /// be null) gets one line when it did not succeed.
@@ -96,7 +98,6 @@ public:
 
 private:
     RunStatus runEntry(const CommandEntry &entry, std::span<const Answer> &answers, bool askSession);
-    RunStatus drive(Command &command, std::span<const Answer> &answers, bool askSession);
     RunStatus driveWork(const CommandEntry &entry, std::span<const Answer> &answers, bool askSession);
 
     Session &m_session;

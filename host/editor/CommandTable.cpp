@@ -33,7 +33,7 @@ const std::vector<CommandRow> &table()
         // Edit
         {"UNDO", "UD", {{Edit, "ui.item.undo", "U", "Ctrl+Z", "CMD_UNDO", true}}},
         {"U", "UU"},
-        {"REDO", "RE", {{Edit, "ui.item.redo", nullptr, "Ctrl+Y|Ctrl+Shift+Z", "CMD_REDO", true}}},
+        {"REDO", "RE", {{Edit, "ui.item.redo", "REDO 1", "Ctrl+Y|Ctrl+Shift+Z", "CMD_REDO", true}}},
         {"SELECT", "SE", {{Edit, "ui.item.select", nullptr, "Ctrl+E", nullptr, false, true}}},
         {"PURGE", "PU", {{Edit, "ui.item.purge", nullptr, "Ctrl+Shift+U", nullptr, false, true}}},
         // View
@@ -74,6 +74,10 @@ const std::vector<CommandRow> &table()
         {"LANGUAGE", "LG"},
         {"THEME", "TH"},
         {"SETVAR", "SV SET", {{Tools, "ui.item.setvar", nullptr, "Ctrl+Shift+V"}}},
+        {"SETTINGS",
+         "ST",
+         {{Tools, "ui.item.settings.definition", "SETTINGS _Definition", "Ctrl+G", nullptr, false, true},
+          {Tools, "ui.item.settings.review", "SETTINGS _Review", "Ctrl+Shift+G"}}},
         // The module's
         {"zemsewage_create", "ZC", {{Catchments, "ui.item.define", nullptr, "F5", "CMD_DEFINE", true, true}}, true},
         {"zemsewage_edit", "ZE", {{Catchments, "ui.item.review", nullptr, "F6", "CMD_REVIEW", true}}, true},

@@ -127,9 +127,10 @@ std::vector<std::wstring> completionsOf(Session &session, const Prompt *prompt, 
     if (!prompt || typed.starts_with(L'\'')) {
         addCommands(session, typed, found);
     } else {
-        for (const std::wstring &word : prompt->localKeywords.empty() ? prompt->keywords : prompt->localKeywords)
-            if (begins(word, typed))
-                found.insert(word);
+        const auto &words = prompt->localKeywords.empty() ? prompt->keywords : prompt->localKeywords;
+        for (std::size_t i = 0; i + prompt->silent < words.size(); ++i)
+            if (begins(words[i], typed))
+                found.insert(words[i]);
         addNames(session, prompt->completion, typed, found);
     }
     return {found.begin(), found.end()};

@@ -3,7 +3,6 @@
 #include "host/editor/HostCommands.h"
 #include "host/editor/Loading.h"
 #include "host/editor/Person.h"
-#include "host/editor/QuestionCommand.h"
 #include "host/editor/Saving.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
@@ -81,19 +80,25 @@ Command::Next openDrawing(Asker &asker)
     return Command::Next::Commit;
 }
 
-/// Words: the file (empty: the drawing's own one) and what may be written over.
-Command::Next saveDrawing(Session &session, const QuestionCommand::Answers &words)
+/// The file is asked for. What may be written over is told behind it in scripts; a person is asked when it comes to
+/// that.
+Command::Next saveDrawing(Asker &asker, const Ask &which)
 {
-    if (const auto next = askWithDrawing(session); next != Command::Next::Ask)
-        return next;
-    const auto path = words[0].empty() ? session.path() : pathFromText(words[0]);
+    Session &session = asker.session();
+    const Reply file = asker.text(which);
+    SaveWords words{.overAny = false};
+    for (int i = 0; i < 2 && asker.hasAnswers(); ++i) {
+        const Reply over =
+            asker.word({.message = "ui.prompt.save.over", .words = {kOverDamaged, kOverChanged}, .optional = true});
+        words.overDamaged = words.overDamaged || over.is(kOverDamaged);
+        words.overOthers = words.overOthers || over.is(kOverChanged);
+    }
+    const auto path = file.isEnter() ? session.path() : pathFromText(file.text);
     if (path.empty()) {
         session.alert(uiText("ui.drawing.nofile"));
         return Command::Next::BadInput;
     }
-    const auto says = [&](const wchar_t *word) { return std::ranges::find(words, word) != words.end(); };
-    const SaveOutcome saved = saveDrawingAs(
-        session, path, {.overDamaged = says(kOverDamaged), .overOthers = says(kOverChanged), .overAny = false});
+    const SaveOutcome saved = saveDrawingAs(session, path, words);
     if (!saved.isSaved) {
         saved.isUnwanted ? session.status(saved.message) : session.alert(saved.message);
         return Command::Next::Revert;
@@ -106,16 +111,14 @@ Command::Next saveDrawing(Session &session, const QuestionCommand::Answers &word
 
 void addFileCommands(CommandStack &stack)
 {
-    const auto addSave = [&stack](const wchar_t *name, const Question &file) {
-        const Question over{.keywords = {kOverDamaged, kOverChanged}, .optional = true};
-        stack.addHostCommand(name, 0, [questions = std::vector<Question>{file, over, over}] {
-            return std::make_unique<QuestionCommand>(questions, saveDrawing);
-        });
-    };
     stack.addWork(L"NEW", 0, newDrawing, false);
     stack.addWork(L"OPEN", 0, openDrawing, false);
-    addSave(L"SAVE", {.message = "ui.prompt.save", .optional = true, .completion = Completion::Drawings});
-    addSave(L"SAVEAS", {.message = "ui.prompt.saveas", .completion = Completion::Drawings});
+    stack.addWork(L"SAVE", 0, [](Asker &asker) {
+        return saveDrawing(asker, {.message = "ui.prompt.save", .completion = Completion::Drawings, .optional = true});
+    });
+    stack.addWork(L"SAVEAS", 0, [](Asker &asker) {
+        return saveDrawing(asker, {.message = "ui.prompt.saveas", .completion = Completion::Drawings});
+    });
 }
 
 void addHostCommands(CommandStack &stack)

@@ -21,6 +21,7 @@
 //   -BOUNDARY                        the same prompt by prompt, with all its options
 //   LANGUAGE EN|HR                   language of all texts, at once and from then on
 //   THEME SYSTEM|LIGHT|DARK          colours of all windows
+//   SETTINGS [Definition | Review]   the settings of the catchment dialogs, in a dialog
 //
 // NEW and OPEN ask first when the drawing has changes that were not saved (answer Yes to drop them; a window asks
 // whether to save them).

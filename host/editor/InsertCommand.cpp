@@ -1,5 +1,8 @@
 // INSERT: a block of the drawing, or a drawing file as a block, placed with its attributes.
+#include "host/drawing/BlockFile.h"
+#include "host/drawing/BlockSource.h"
 #include "host/drawing/Blocks.h"
+#include "host/drawing/ObjectAccess.h"
 #include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
@@ -52,10 +55,32 @@ void listBlocks(Session &session)
 
 /// The block to insert: one of the drawing, or that of a file which is read but not yet taken in.
 struct Source {
-    std::wstring name, path;
-    const BlockRecord *block = nullptr;
-    std::unique_ptr<Drawing> file;
+    BlockRecord *block = nullptr;  ///< of the drawing
+    std::wstring path;             ///< of the file, else
+    std::unique_ptr<Drawing> file; ///< what stands in it
 };
+
+/// Reads the block out of a file, unless the drawing has one of its own in its place. False when it can't be read; the
+/// alert says why.
+bool readFile(Asker &asker, const std::wstring &path, Source &source)
+{
+    const std::filesystem::path file(utf8(path));
+    auto found = readBlockFile(file);
+    LoadResult loaded = found ? Drawing::read(std::move(found->bytes)) : Drawing::load(file);
+    if (!loaded.drawing) {
+        const std::wstring where = found ? wide(found->path.string()) + L": " : std::wstring();
+        asker.session().alert(where + wide(loaded.message));
+        return false;
+    }
+    source.block = ownBlockInPlaceOf(asker.drawing(), {}, file);
+    if (source.block) {
+        asker.session().status(uiMessage("ui.insert.own", {source.block->name()}));
+        return true;
+    }
+    source.file = std::move(loaded.drawing);
+    source.path = path;
+    return true;
+}
 
 /// Asks till there is one. False when the file can't be read; the alert says why.
 bool askSource(Asker &asker, Source &source)
@@ -67,24 +92,12 @@ bool askSource(Asker &asker, Source &source)
             continue;
         }
         source.block = asker.drawing().findBlock(reply.text);
-        if (source.block && !source.block->isLayout()) {
-            source.name = source.block->name();
+        if (source.block && !source.block->isLayout())
             return true;
-        }
-        if (!isFileName(reply.text)) {
-            asker.refuse(uiMessage("ui.insert.unknown", {reply.text}));
-            continue;
-        }
-        LoadResult loaded = Drawing::load(utf8(reply.text));
-        if (!loaded.drawing) {
-            asker.session().alert(wide(loaded.message));
-            return false;
-        }
-        source.file = std::move(loaded.drawing);
-        source.block = &source.file->modelSpace();
-        source.path = reply.text;
-        source.name = wide(std::filesystem::path(utf8(reply.text)).stem().string());
-        return true;
+        source.block = nullptr;
+        if (isFileName(reply.text))
+            return readFile(asker, reply.text, source);
+        asker.refuse(uiMessage("ui.insert.unknown", {reply.text}));
     }
 }
 
@@ -113,16 +126,17 @@ Next insertBlock(Asker &asker)
         {.message = "ui.prompt.insert.angle", .standard = L"0", .base = placement.position, .optional = true});
     placement.rotation = angle.isEnter() ? 0.0 : angle.number;
     std::vector<std::pair<std::wstring, std::wstring>> texts;
-    for (const AttributeQuestion &question : questionsOf(*source.block)) {
+    for (const AttributeQuestion &question : questionsOf(source.file ? source.file->modelSpace() : *source.block)) {
         const Reply reply = asker.attribute(question.prompt, question.standard);
         texts.emplace_back(question.tag, reply.isEnter() ? question.standard : reply.text);
     }
     Drawing &drawing = asker.drawing();
-    BlockRecord *definition = drawing.findBlock(source.name);
+    BlockRecord *definition = source.block;
     if (source.file) {
-        if (CZEMCDraw::insertBlockDefinition(source.name.c_str(), source.path.c_str()).isNull())
+        const AcDbObjectId made = CZEMCDraw::insertBlockDefinition(nullptr, source.path.c_str());
+        if (made.isNull())
             return Next::Revert; // the file went away meanwhile; the status line says so
-        definition = drawing.findBlock(source.name);
+        definition = static_cast<BlockRecord *>(ObjectAccess::object(made));
     }
     const AcDbObjectId id =
         appendReference(drawing, *definition, placement, drawing.currentLayer(), drawing.modelSpace());
@@ -130,10 +144,15 @@ Next insertBlock(Asker &asker)
     if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk)
         return Next::Revert;
     entity->close();
-    const auto attributes = attributesOf(static_cast<AcDbBlockReference &>(*entity));
-    for (std::size_t i = 0; i < attributes.size() && i < texts.size(); ++i)
-        drawing.setAttributeText(*attributes[i], texts[i].second);
-    asker.session().status(uiMessage("ui.insert.done", {source.name}));
+    // By tag: between question and answer the file may have become another.
+    for (AttributeEntity *attribute : attributesOf(static_cast<AcDbBlockReference &>(*entity))) {
+        const auto text = std::ranges::find(texts, attribute->tag(), &std::pair<std::wstring, std::wstring>::first);
+        if (text == texts.end())
+            continue;
+        drawing.setAttributeText(*attribute, text->second);
+        texts.erase(text); // of several with one tag each gets its own
+    }
+    asker.session().status(uiMessage("ui.insert.done", {definition->name()}));
     return Next::Commit;
 }
 

@@ -15,39 +15,26 @@ namespace {
 using Next = Command::Next;
 
 /// Takes names till Enter.
-class BoundaryLayersCommand final : public Command {
-public:
-    Next start(Session &session) override { return askWithDrawing(session); }
-
-    Prompt prompt() const override
-    {
-        return {.kind = PromptKind::Text,
-                .text = uiText("ui.prompt.layers"),
-                .optional = !m_layers.empty(),
-                .completion = Completion::Layers};
-    }
-
-    Next take(Session &session, const Answer &answer) override
-    {
-        if (answer.isEnter()) {
-            if (m_layers.empty())
-                return Next::Refused;
-            session.drawing()->setDictionaryEntry(kSettingsDictionary, kLayersKey, m_layers);
-            return Next::Commit;
-        }
-        if (!answer.text())
-            return Next::Refused;
+Next chooseBoundaryLayers(Asker &asker)
+{
+    DataItems layers;
+    for (;;) {
+        const bool any = !layers.empty();
+        const Reply reply = asker.text({.message = any ? "ui.prompt.layers.more" : "ui.prompt.layers",
+                                        .completion = Completion::Layers,
+                                        .enter = any,
+                                        .optional = any});
+        if (reply.isEnter())
+            break;
         std::vector<std::wstring> names;
-        if (!readLayerNames(session, *answer.text(), names))
+        if (!readLayerNames(asker.session(), reply.text, names))
             return Next::BadInput;
         for (const std::wstring &name : names)
-            m_layers.push_back({1, name});
-        return Next::Ask;
+            layers.push_back({1, name});
     }
-
-private:
-    DataItems m_layers;
-};
+    asker.drawing().setDictionaryEntry(kSettingsDictionary, kLayersKey, layers);
+    return Next::Commit;
+}
 
 // --- LAYER
 // -------------------------------------------------------------------------------------------------------------
@@ -211,7 +198,7 @@ Next workLayers(Asker &asker)
 
 void addLayerCommands(CommandStack &stack)
 {
-    stack.addHostCommand(L"BOUNDARY-LAYERS", 0, [] { return std::make_unique<BoundaryLayersCommand>(); });
+    stack.addWork(L"BOUNDARY-LAYERS", 0, chooseBoundaryLayers);
     stack.addWork(L"LAYER", CommandEntry::kTransparentByMark, workLayers);
 }
 

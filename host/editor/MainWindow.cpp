@@ -102,6 +102,11 @@ MainWindow::MainWindow(Session &session)
         if (!m_viewport->escape())
             giveAnswer({Answer::Escape{}});
     });
+    connect(m_commandLine, &CommandLine::keyForView, m_viewport, &Viewport::takeKey);
+    connect(m_commandLine, &CommandLine::spaceLost, this, [this] {
+        if (!m_viewport->hasFocus())
+            m_viewport->dropSpace();
+    });
     connect(m_viewport, &Viewport::cancelled, this, [this] { giveAnswer({Answer::Escape{}}); });
     connect(m_viewport, &Viewport::entered, this, [this] { takeText({}); });
     connect(m_viewport, &Viewport::clicked, this, [this](double x, double y) { giveAnswer({AcGePoint3d(x, y)}); });
@@ -268,7 +273,7 @@ void MainWindow::showPrompt()
     }
     const auto kind = m_prompt->kind;
     std::vector<CommandLine::Option> options;
-    for (std::size_t i = 0; i < m_prompt->keywords.size(); ++i) {
+    for (std::size_t i = 0; i + m_prompt->silent < m_prompt->keywords.size(); ++i) {
         const auto &local = m_prompt->localKeywords;
         options.push_back({QString::fromStdWString(i < local.size() ? local[i] : m_prompt->keywords[i]),
                            QLatin1Char('_') + QString::fromStdWString(m_prompt->keywords[i])});
@@ -286,6 +291,11 @@ void MainWindow::giveAnswer(Answer answer)
 
 void MainWindow::takeText(const QString &text)
 {
+    // The last answer is still on its way to who asked: this one is for the next question.
+    if (m_promptLoop != nullptr && m_answer) {
+        QTimer::singleShot(0, this, [this, text] { takeText(text); });
+        return;
+    }
     if (m_prompt == nullptr) {
         if (!text.isEmpty())
             runCommand(text);
@@ -303,8 +313,10 @@ void MainWindow::takeText(const QString &text)
         if (entry && m_prompt->kind != PromptKind::Text)
             return say(uiMessage("ui.run.notTransparent", {entry->globalName}));
     }
-    if (answer.size() > 1 && answer.starts_with(L'"') && answer.ends_with(L'"'))
-        answer = answer.substr(1, answer.size() - 2);
+    // Quoted as in a script: the marks go, a doubled one is one.
+    std::wstring why;
+    if (const auto words = splitWords(answer, why); words && words->size() == 1 && words->front().quoted)
+        answer = words->front().text;
     giveAnswer({withDirection(globalAnswer(*m_prompt, answer))});
 }
 
@@ -334,9 +346,12 @@ void MainWindow::runCommand(const QString &line)
         if (entry && m_prompt == nullptr)
             m_lastCommand = entry->globalName.starts_with(L'_') ? entry->globalName : L"_" + entry->globalName;
     }
+    const std::filesystem::path before = m_session.path();
     // An alert or a status line may have said it already.
     if (!m_session.commands().run(line.toStdWString(), &reason) && !reason.empty() && reason != m_lastSaid)
         m_commandLine->say(QString::fromStdWString(reason));
+    if (m_session.path() != before) // saved to another file, say
+        noteRecent(m_session.path());
     m_docks->bringUpToDate();
     m_viewport->update(); // the drawing may have changed without a word to the view
     refreshTitle();

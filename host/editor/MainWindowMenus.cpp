@@ -162,7 +162,7 @@ void MainWindow::refreshUndo()
     const auto *history = drawing != nullptr ? &drawing->component<UndoHistory>() : nullptr;
     show("U", "ui.item.undo", history != nullptr && history->canUndo(),
          history != nullptr ? history->undoName() : std::wstring());
-    show("REDO", "ui.item.redo", history != nullptr && history->canRedo(),
+    show("REDO 1", "ui.item.redo", history != nullptr && history->canRedo(),
          history != nullptr ? history->redoName() : std::wstring());
 }
 

@@ -114,7 +114,10 @@ Next copyObjects(Asker &asker)
             view->redraw();
     };
     const auto done = [&] {
-        asker.session().status(uiMessage("ui.copy.done", {std::to_wstring(entities.size() * copies.size())}));
+        std::size_t count = 0; // not everything can be copied
+        for (const auto &made : copies)
+            count += made.size();
+        asker.session().status(uiMessage("ui.copy.done", {std::to_wstring(count)}));
         return Next::Commit;
     };
     try {

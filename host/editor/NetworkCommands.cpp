@@ -1,8 +1,8 @@
 #include "host/drawing/Findings.h"
+#include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/LayerNames.h"
-#include "host/editor/QuestionCommand.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
 #include "host/network/Network.h"
@@ -15,21 +15,31 @@ namespace velmor {
 
 namespace {
 
+using Next = Command::Next;
+constexpr wchar_t kNames[] = L"NAMES";
+
 void tell(Session &session, const std::string &file, const std::vector<Finding> &findings)
 {
     for (const std::string &line : findingLines(file, findings))
         session.status(wide(line));
 }
 
-Command::Next importNetwork(Session &session, const std::wstring &file, bool withPolygons)
+Next importNetwork(Asker &asker)
 {
-    const std::string name = utf8(file);
+    Session &session = asker.session();
+    const std::string name = utf8(asker.text({.message = "ui.prompt.import", .completion = Completion::Networks}).text);
+    const Reply polygons = asker.word({.message = "ui.prompt.import.polygons",
+                                       .words = {L"Yes", L"No"},
+                                       .standard = uiText("ui.word.No"),
+                                       .optional = true,
+                                       .silent = {L"WITH-POLYGONS"}});
+    const bool withPolygons = !polygons.isEnter() && !polygons.is(L"No");
     auto made = session.drawing() ? nullptr : Drawing::createNew();
     Drawing &target = made ? *made : *session.drawing();
     const auto result = importInp(target, name, {.withPolygons = withPolygons});
     if (!result) {
         session.alert(wide(result.message));
-        return Command::Next::BadInput;
+        return Next::BadInput;
     }
     if (made)
         session.setDrawing(std::move(made));
@@ -39,83 +49,44 @@ Command::Next importNetwork(Session &session, const std::wstring &file, bool wit
     if (result.convertedFromFeet)
         note += L" " + uiText("ui.import.feet");
     session.status(note);
-    return Command::Next::Commit;
+    return Next::Commit;
 }
 
-/// Layers of the linework, then, behind a keyword, those of the texts that name nodes.
-class SectionsCommand final : public Command {
-public:
-    Next start(Session &session) override { return askWithDrawing(session); }
-
-    Prompt prompt() const override
-    {
-        switch (m_step) {
-        case Step::Sections:
-            return {.kind = PromptKind::Text, .text = uiText("ui.prompt.sectionLayers")};
-        case Step::Keyword:
-            return {.kind = PromptKind::Keyword, .text = kNames, .keywords = {kNames}, .optional = true};
-        case Step::Names:
-            break;
-        }
-        return {.kind = PromptKind::Text, .text = uiText("ui.prompt.nameLayers")};
+/// Layers of the linework, then those of the texts that name nodes: in a script behind a keyword, while a person may
+/// type them at once.
+Next makeSections(Asker &asker)
+{
+    Session &session = asker.session();
+    LayerImportOptions options;
+    const Reply sections = asker.text({.message = "ui.prompt.sectionLayers", .completion = Completion::Layers});
+    if (!readLayerNames(session, sections.text, options.sectionLayers))
+        return Next::BadInput;
+    Reply names = asker.text(
+        {.message = "ui.prompt.nameLayers.or", .completion = Completion::Layers, .optional = true, .silent = {kNames}});
+    if (names.kind == Reply::Kind::Text && asker.wasPrepared()) {
+        session.alert(uiMessage("ui.keyword.unknown", {names.text, kNames}));
+        return Next::BadInput;
     }
-
-    Next take(Session &session, const Answer &answer) override
-    {
-        if (m_step == Step::Keyword && answer.isEnter())
-            return make(session);
-        if (answer.isEnter() || !answer.text())
-            return Next::Refused;
-        if (m_step == Step::Keyword) {
-            if (!matchKeyword({kNames}, *answer.text())) {
-                session.alert(uiMessage("ui.keyword.unknown", {*answer.text(), kNames}));
-                return Next::BadInput; // asked again it would take the end of the line for a yes
-            }
-            m_step = Step::Names;
-            return Next::Ask;
-        }
-        const bool sections = m_step == Step::Sections;
-        if (!readLayerNames(session, *answer.text(), sections ? m_options.sectionLayers : m_options.nameLayers))
-            return Next::BadInput;
-        if (!sections)
-            return make(session);
-        m_step = Step::Keyword;
-        return Next::Ask;
+    if (names.is(kNames))
+        names = asker.text({.message = "ui.prompt.nameLayers", .completion = Completion::Layers});
+    if (!names.isEnter() && !readLayerNames(session, names.text, options.nameLayers))
+        return Next::BadInput;
+    const auto result = importLayers(asker.drawing(), options);
+    if (!result) {
+        session.alert(wide(result.message));
+        return Next::BadInput;
     }
-
-private:
-    static constexpr wchar_t kNames[] = L"NAMES";
-    enum class Step { Sections, Keyword, Names };
-
-    Next make(Session &session) const
-    {
-        const auto result = importLayers(*session.drawing(), m_options);
-        if (!result) {
-            session.alert(wide(result.message));
-            return Next::BadInput;
-        }
-        tell(session, {}, result.findings);
-        session.status(uiMessage("ui.network.made", {std::to_wstring(result.sections), std::to_wstring(result.nodes)}));
-        return Next::Commit;
-    }
-
-    Step m_step = Step::Sections;
-    LayerImportOptions m_options;
-};
+    tell(session, {}, result.findings);
+    session.status(uiMessage("ui.network.made", {std::to_wstring(result.sections), std::to_wstring(result.nodes)}));
+    return Next::Commit;
+}
 
 } // namespace
 
 void addNetworkCommands(CommandStack &stack)
 {
-    stack.addHostCommand(L"IMPORT", 0, [] {
-        return std::make_unique<QuestionCommand>(
-            std::vector<Question>{{.message = "ui.prompt.import", .completion = Completion::Networks},
-                                  optionalWord(L"WITH-POLYGONS")},
-            [](Session &session, const QuestionCommand::Answers &answers) {
-                return importNetwork(session, answers[0], !answers[1].empty());
-            });
-    });
-    stack.addHostCommand(L"SECTIONS", 0, [] { return std::make_unique<SectionsCommand>(); });
+    stack.addWork(L"IMPORT", 0, importNetwork, false);
+    stack.addWork(L"SECTIONS", 0, makeSections);
 }
 
 } // namespace velmor

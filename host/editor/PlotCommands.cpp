@@ -1,7 +1,6 @@
 // EXPORTPDF and PLOT.
 #include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
-#include "host/editor/CornerPrompt.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/Plot.h"
 #include "host/editor/UiMessage.h"
@@ -42,9 +41,8 @@ void askArea(Asker &asker, PlotSettings &settings)
     if (!area.is(L"Window"))
         return;
     for (;;) {
-        const CornerPrompt areCorners;
-        const AcGePoint3d first = asker.onlyPoint("ui.prompt.corner.first");
-        const AcGePoint3d second = asker.onlyPoint("ui.prompt.corner", first);
+        const AcGePoint3d first = asker.corner("ui.prompt.corner.first");
+        const AcGePoint3d second = asker.corner("ui.prompt.corner", first);
         if (first.x != second.x && first.y != second.y) {
             settings.window.emplace();
             settings.window->add(first.x, first.y);

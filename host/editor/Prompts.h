@@ -39,6 +39,11 @@ struct Prompt {
     /// The keywords in the user's language, beside keywords; empty: as they are.
     std::vector<std::wstring> localKeywords = {};
     Completion completion = Completion::None;
+    std::size_t silent = 0; ///< so many keywords, the last ones, are taken but not offered in the text
+    /// The point is the corner of a window: no object snap, ortho or polar tracking moves it, and from the base a
+    /// rectangle runs to the pointer in place of a line.
+    bool corner = false;
+    bool free = false; ///< the point is taken as it is pointed at, without snaps, ortho and polar
 };
 
 /// An answer: a point, a text (a point may be given as "x,y"), an entity, a selection, Enter or Escape.

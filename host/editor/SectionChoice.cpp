@@ -14,6 +14,8 @@ namespace {
 
 using SectionPtr = Network::SectionPtr;
 
+const std::vector<std::wstring> kForms{L"all", L"name", L"handle", L"upstream", L"downstream", L"path"};
+
 void addOnce(std::vector<AcDbObjectId> &ids, const AcDbObjectId &id)
 {
     if (std::ranges::find(ids, id) == ids.end())
@@ -21,6 +23,12 @@ void addOnce(std::vector<AcDbObjectId> &ids, const AcDbObjectId &id)
 }
 
 } // namespace
+
+bool isSectionForm(std::span<const Word> words)
+{
+    return !words.empty() && std::ranges::find(kForms, words[0].text) != kForms.end() &&
+           (words[0].text != L"all" || words.size() == 1);
+}
 
 std::optional<std::vector<AcDbObjectId>> sectionsByWords(Drawing &drawing, std::span<const Word> words,
                                                          std::wstring &reason)
@@ -79,9 +87,8 @@ std::optional<std::vector<AcDbObjectId>> askForSections(Session &session)
     Drawing *drawing = session.drawing();
     if (!drawing)
         return std::nullopt;
-    const Prompt prompt{.kind = PromptKind::Selection,
-                        .text = uiMessage("ui.prompt.sections", {kSectionForms}),
-                        .keywords = {L"all", L"name", L"handle", L"upstream", L"downstream", L"path"}};
+    const Prompt prompt{
+        .kind = PromptKind::Selection, .text = uiMessage("ui.prompt.sections", {kSectionForms}), .keywords = kForms};
     std::vector<AcDbObjectId> ids;
     for (;;) {
         const Answer answer = session.ask(prompt);
@@ -89,6 +96,11 @@ std::optional<std::vector<AcDbObjectId>> askForSections(Session &session)
             return std::nullopt;
         if (answer.isEnter())
             return ids;
+        if (const auto *removed = std::get_if<Answer::Removed>(&answer.value)) {
+            std::erase_if(
+                ids, [&](const AcDbObjectId &id) { return std::ranges::find(removed->ids, id) != removed->ids.end(); });
+            continue;
+        }
         std::wstring reason = uiText("ui.input.nothing");
         std::vector<AcDbObjectId> chosen;
         if (const auto *list = std::get_if<AcDbObjectIdArray>(&answer.value)) {

@@ -17,6 +17,10 @@ class Session;
 inline constexpr wchar_t kSectionForms[] =
     L"all / name NAME ... / handle HANDLE ... / upstream NAME / downstream NAME / path NODE NODE";
 
+/// Whether these are words of one of the forms, right or wrong, and no answer to a question for objects ("all" may be
+/// either; it is the form when it stands alone).
+bool isSectionForm(std::span<const Word> words);
+
 /// Sections in the order named (for "all" as in the drawing, for "upstream" nearest first), each once. Nothing, with
 /// a reason in one line, for words that mean no section.
 std::optional<std::vector<AcDbObjectId>> sectionsByWords(Drawing &drawing, std::span<const Word> words,

@@ -19,6 +19,22 @@ bool SelectionSet::add(const AcDbObjectId &id)
     return true;
 }
 
+void SelectionSet::remove(const AcDbObjectIdArray &ids)
+{
+    const std::size_t before = m_known.size();
+    ads_name name;
+    for (const AcDbObjectId &id : ids)
+        if (acdbGetAdsName(name, id) == Acad::eOk)
+            m_known.erase(name[0]);
+    if (m_known.size() == before)
+        return;
+    std::erase_if(m_members, [&](const AcDbObjectId &id) {
+        ads_name member;
+        return acdbGetAdsName(member, id) != Acad::eOk || !m_known.contains(member[0]);
+    });
+    ++m_revision;
+}
+
 SelectionSet &SelectionSets::create()
 {
     const std::int64_t id = ++m_lastId;

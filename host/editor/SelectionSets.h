@@ -21,6 +21,8 @@ public:
     const AcDbObjectIdArray &members() const { return m_members; }
     /// False when it is a member already or a null id.
     bool add(const AcDbObjectId &id);
+    /// Takes out those of them that are members; the others keep their order.
+    void remove(const AcDbObjectIdArray &ids);
 
 private:
     std::int64_t m_id;

@@ -2,7 +2,6 @@
 
 #include "host/drawing/Transient.h"
 #include "host/editor/Captions.h"
-#include "host/editor/CornerPrompt.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/PickedIds.h"
 #include "host/editor/Picking.h"
@@ -109,7 +108,6 @@ private:
 
     bool byWindows()
     {
-        const CornerPrompt areCorners;
         for (;;) {
             const auto corner = askPoint(rowOf(SectionMode::Window).prompt, {});
             if (!corner)
@@ -154,11 +152,12 @@ private:
         }
     }
 
-    /// A point; nothing for Enter (then m_entered) and Escape.
+    /// The corner of a window; nothing for Enter (then m_entered) and Escape.
     std::optional<AcGePoint3d> askPoint(const char *prompt, const std::optional<AcGePoint3d> &base)
     {
         for (;;) {
-            const Answer answer = m_session.ask({.kind = PromptKind::Point, .text = uiText(prompt), .base = base});
+            const Answer answer =
+                m_session.ask({.kind = PromptKind::Point, .text = uiText(prompt), .base = base, .corner = true});
             m_entered = answer.isEnter();
             if (m_entered || answer.isEscape())
                 return std::nullopt;

@@ -1,5 +1,6 @@
+#include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
-#include "host/editor/QuestionCommand.h"
+#include "host/editor/HostCommands.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/UndoHistory.h"
@@ -32,63 +33,58 @@ Command::Next tellDone(Session &session, const char *some, const char *none, std
     return Command::Next::Commit;
 }
 
-Command::Next undo(Session &session, const std::wstring &what)
+Command::Next undoSteps(Session &session, std::size_t steps)
 {
-    if (const auto next = askWithDrawing(session); next != Command::Next::Ask)
-        return next;
-    auto &history = session.drawing()->component<UndoHistory>();
-    const auto steps = stepsOf(what);
-    if (steps)
-        return tellDone(session, "ui.undo.done", "ui.undo.none", history.undo(*steps));
-    static const std::vector<std::wstring> words{L"Mark", L"Back", L"All"};
-    const std::wstring *word = matchKeyword(words, what);
-    if (!word) {
-        session.alert(uiMessage("ui.undo.what", {what}));
-        return Command::Next::BadInput;
-    }
-    if (*word == L"All")
-        return tellDone(session, "ui.undo.done", "ui.undo.none", history.undo(kAll));
-    if (*word == L"Mark") {
+    return tellDone(session, "ui.undo.done", "ui.undo.none", session.drawing()->component<UndoHistory>().undo(steps));
+}
+
+Command::Next undo(Asker &asker)
+{
+    Session &session = asker.session();
+    const Reply reply = asker.name(
+        {.message = "ui.prompt.undo", .words = {L"Mark", L"Back", L"All"}, .standard = L"1", .optional = true});
+    auto &history = asker.drawing().component<UndoHistory>();
+    if (reply.is(L"All"))
+        return undoSteps(session, kAll);
+    if (reply.is(L"Mark")) {
         history.setMark();
         session.status(uiText("ui.undo.marked"));
         return Command::Next::Commit;
     }
-    if (!history.hasMark()) {
+    if (reply.is(L"Back") && !history.hasMark()) {
         session.alert(uiText("ui.undo.noMark"));
         return Command::Next::BadInput;
     }
-    return tellDone(session, "ui.undo.done", "ui.undo.none", history.undoToMark());
-}
-
-Command::Next redo(Session &session, const std::wstring &what)
-{
-    if (const auto next = askWithDrawing(session); next != Command::Next::Ask)
-        return next;
-    auto steps = stepsOf(what);
-    if (!steps && matchKeyword({L"All"}, what))
-        steps = kAll;
+    if (reply.is(L"Back"))
+        return tellDone(session, "ui.undo.done", "ui.undo.none", history.undoToMark());
+    const auto steps = stepsOf(reply.text);
     if (!steps) {
-        session.alert(uiMessage("ui.redo.what", {what}));
+        session.alert(uiMessage("ui.undo.what", {reply.text}));
         return Command::Next::BadInput;
     }
-    return tellDone(session, "ui.redo.done", "ui.redo.none", session.drawing()->component<UndoHistory>().redo(*steps));
+    return undoSteps(session, *steps);
+}
+
+Command::Next redo(Asker &asker)
+{
+    Session &session = asker.session();
+    const Reply reply =
+        asker.name({.message = "ui.prompt.redo", .words = {L"All"}, .standard = L"1", .optional = true});
+    const auto steps = reply.is(L"All") ? std::optional(kAll) : stepsOf(reply.text);
+    if (!steps) {
+        session.alert(uiMessage("ui.redo.what", {reply.text}));
+        return Command::Next::BadInput;
+    }
+    return tellDone(session, "ui.redo.done", "ui.redo.none", asker.drawing().component<UndoHistory>().redo(*steps));
 }
 
 } // namespace
 
 void addUndoCommands(CommandStack &stack)
 {
-    using Answers = QuestionCommand::Answers;
-    const auto add = [&stack](const wchar_t *name, std::vector<Question> questions, QuestionCommand::Work work) {
-        stack.addHostCommand(name, 0, [questions = std::move(questions), work = std::move(work)] {
-            return std::make_unique<QuestionCommand>(questions, work);
-        });
-    };
-    add(L"UNDO", {{.message = "ui.prompt.undo", .optional = true}},
-        [](Session &session, const Answers &answers) { return undo(session, answers[0]); });
-    add(L"U", {}, [](Session &session, const Answers &) { return undo(session, {}); });
-    add(L"REDO", {{.message = "ui.prompt.redo", .optional = true}},
-        [](Session &session, const Answers &answers) { return redo(session, answers[0]); });
+    stack.addWork(L"UNDO", 0, undo);
+    stack.addWork(L"U", 0, [](Asker &asker) { return undoSteps(asker.session(), 1); });
+    stack.addWork(L"REDO", 0, redo);
 }
 
 } // namespace velmor

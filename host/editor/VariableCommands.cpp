@@ -1,11 +1,13 @@
-// SETVAR and UNITS.
+// SETVAR, UNITS and SETTINGS.
 #include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/DrawingUnits.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/HostVariables.h"
 #include "host/editor/UiMessage.h"
+#include "host/editor/dialogs/HostDialogs.h"
 #include "host/services/Messages.h"
+#include "host/services/Services.h"
 #include "host/services/Text.h"
 
 #include <fmt/xchar.h>
@@ -57,10 +59,11 @@ Next workVariables(Asker &asker)
         return Next::BadInput;
     }
     Ask ask{.message = "ui.prompt.setvar.value", .standard = shown(*known), .enter = true};
-    const Reply value = std::holds_alternative<std::wstring>(*known) ? asker.text(ask) : asker.name(ask);
+    const bool isText = std::holds_alternative<std::wstring>(*known); // a layer may be called 0
+    const Reply value = isText ? asker.text(ask) : asker.name(ask);
     if (value.isEnter())
         return Next::Commit;
-    if (!session.setVariable(name.text, valueFromText(value.text))) {
+    if (!session.setVariable(name.text, isText ? VariableValue(value.text) : valueFromText(value.text))) {
         session.alert(uiMessage("ui.variable.refused", {name.text, value.text}));
         return Next::BadInput;
     }
@@ -95,12 +98,29 @@ Next workUnits(Asker &asker)
     return Next::Commit;
 }
 
+/// The settings of the catchment dialogs, by the dialog that they are for.
+Next showSettings(Asker &asker)
+{
+    const Reply group = asker.word({.message = "ui.prompt.settings",
+                                    .words = {L"Definition", L"Review"},
+                                    .standard = uiText("ui.word.Definition"),
+                                    .optional = true,
+                                    .silent = {L"TCE1", L"TCE2"}});
+    if (!canShowDialogs())
+        asker.session().status(uiText("ui.settings.noWindow") + L" " +
+                               wide(Services::instance().settings().file().string()));
+    else
+        runSettingsDialog(group.is(L"Review") || group.is(L"TCE2") ? L"TCE2" : L"TCE1");
+    return Next::Commit;
+}
+
 } // namespace
 
 void addVariableCommands(CommandStack &stack)
 {
     stack.addWork(L"SETVAR", CommandEntry::kTransparentByMark, workVariables, false);
     stack.addWork(L"UNITS", CommandEntry::kTransparentByMark, workUnits);
+    stack.addWork(L"SETTINGS", 0, showSettings, false);
 }
 
 } // namespace velmor

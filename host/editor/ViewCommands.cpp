@@ -1,7 +1,6 @@
 // ZOOM and PAN.
 #include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
-#include "host/editor/CornerPrompt.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/Painter.h"
 #include "host/editor/ViewControl.h"
@@ -34,8 +33,7 @@ Next show(Asker &asker, const Extents &extents)
 
 Next zoomWindow(Asker &asker, const AcGePoint3d &corner)
 {
-    const CornerPrompt isCorner;
-    return show(asker, between(corner, asker.onlyPoint("ui.prompt.corner", corner)));
+    return show(asker, between(corner, asker.corner("ui.prompt.corner", corner)));
 }
 
 /// "1:500" is a scale of the screen, "2x" a factor over what is shown.
@@ -60,17 +58,16 @@ Next zoom(Asker &asker)
     ViewControl *view = viewControl(asker.session());
     const Reply reply =
         asker.point({.message = "ui.prompt.zoom",
-                     .words = {L"All", L"Extents", L"Window", L"Previous", L"Scale", L"Object", L"In", L"OUt"}});
+                     .words = {L"All", L"Extents", L"Window", L"Previous", L"Scale", L"Object", L"In", L"OUt"},
+                     .corner = true});
     if (!view) {
         asker.session().status(uiText("ui.zoom.none"));
         return Next::Commit;
     }
     if (reply.kind == Reply::Kind::Point)
         return zoomWindow(asker, reply.point);
-    if (reply.is(L"Window")) {
-        const CornerPrompt isCorner;
-        return zoomWindow(asker, asker.onlyPoint("ui.prompt.corner.first"));
-    }
+    if (reply.is(L"Window"))
+        return zoomWindow(asker, asker.corner("ui.prompt.corner.first"));
     if (reply.is(L"Previous")) {
         if (!view->showPrevious())
             asker.session().status(uiText("ui.zoom.first"));
@@ -99,8 +96,8 @@ Next zoom(Asker &asker)
 
 Next pan(Asker &asker)
 {
-    const AcGePoint3d from = asker.onlyPoint("ui.prompt.pan.from");
-    const AcGePoint3d to = asker.onlyPoint("ui.prompt.pan.to", from);
+    const AcGePoint3d from = asker.point({.message = "ui.prompt.pan.from", .free = true}).point;
+    const AcGePoint3d to = asker.point({.message = "ui.prompt.pan.to", .base = from, .free = true}).point;
     ViewControl *view = viewControl(asker.session());
     if (!view) {
         asker.session().status(uiText("ui.zoom.none"));

@@ -60,8 +60,8 @@ public:
     /// By pixels of the view, as the content goes; what is less than a pixel of the screen is kept for the next time.
     void panBy(const QPointF &pixels);
 
-    /// What is asked for; null: nothing. Only a prompt's kind and base, and whether it has a tip, are looked at, and
-    /// nothing of it is kept. With a tip, points are taken as they are, without snaps, ortho and polar.
+    /// What is asked for; null: nothing. Only a prompt's kind and base, and whether it is a corner, free or has a tip,
+    /// are looked at, and nothing of it is kept. With a tip, points are taken as free ones are.
     void setPrompt(const Prompt *prompt);
     /// A prompt for a point is open.
     bool asksForPoint() const { return m_asked == Asked::Point; }
@@ -76,6 +76,10 @@ public:
     /// Escape, from wherever it comes: drops a window that is being drawn (true), or lets go of the selection while
     /// nothing is asked for.
     bool escape();
+    /// A key that was pressed or let go elsewhere in the window, as if the view had the focus.
+    void takeKey(const QKeyEvent &event);
+    /// Space counts as held no longer; it was no Enter.
+    void dropSpace();
     /// What was picked here for the selection prompts that are going on; it is shown like the selection.
     const std::vector<const AcDbEntity *> &gathered() const { return m_gathered; }
 

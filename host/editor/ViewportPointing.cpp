@@ -3,7 +3,6 @@
 
 #include "host/drawing/ObjectAccess.h"
 #include "host/editor/Captions.h"
-#include "host/editor/CornerPrompt.h"
 #include "host/editor/FramePainter.h"
 
 #include <QAction>
@@ -108,8 +107,8 @@ void Viewport::setPrompt(const Prompt *prompt)
     dropBox();
     m_base.reset();
     m_asked = Asked::Nothing;
-    m_isCorner = CornerPrompt::isOn();
-    m_isFree = prompt != nullptr && prompt->tip;
+    m_isCorner = prompt != nullptr && prompt->corner;
+    m_isFree = prompt != nullptr && (prompt->free || prompt->tip);
     if (prompt != nullptr) {
         m_base = prompt->base;
         switch (prompt->kind) {
@@ -465,11 +464,25 @@ void Viewport::wheelEvent(QWheelEvent *event)
 
 bool Viewport::event(QEvent *event)
 {
-    if (event->type() == QEvent::FocusOut && m_spaceHeld) {
-        m_spaceHeld = false;
-        endPan();
-    }
+    if (event->type() == QEvent::FocusOut)
+        dropSpace();
     return QWidget::event(event);
+}
+
+void Viewport::dropSpace()
+{
+    if (!std::exchange(m_spaceHeld, false))
+        return;
+    endPan();
+}
+
+void Viewport::takeKey(const QKeyEvent &event)
+{
+    QKeyEvent copy(event.type(), event.key(), event.modifiers(), event.text(), event.isAutoRepeat());
+    if (event.type() == QEvent::KeyPress)
+        keyPressEvent(&copy);
+    else
+        keyReleaseEvent(&copy);
 }
 
 void Viewport::keyPressEvent(QKeyEvent *event)

@@ -1,4 +1,5 @@
 #include "app/Script.h"
+#include "host/editor/Selection.h"
 #include "tests/app/ScriptDialog.h"
 #include "tests/host/editor/EditorFixture.h"
 #include "tests/host/editor/QtFixture.h"
@@ -155,6 +156,19 @@ TEST_F(ScriptTest, BoundaryLayersAreKeptInTheDrawingByTheirOwnSpelling)
     const auto items = drawing().dictionaryEntry("ZEMX_LSD2", "ZEMX_CATCH_DEFINE_LAYERS");
     ASSERT_TRUE(items.has_value());
     EXPECT_EQ(*items, (DataItems{{1, L"Parcels"}, {1, L"0"}, {1, L"A,B"}}));
+}
+
+TEST_F(ScriptTest, SelectWithObjectsIsTheCommandAndWithSectionsTheScriptsOwn)
+{
+    rectangle(0, 0, 10, 10);
+    rectangle(20, 0, 30, 10);
+    for (const char *line : {"select ALL \"\"", "select all \"\"", "SELECT ALL \"\""}) {
+        drawing().component<Selection>().clear();
+        EXPECT_EQ(run(std::string(line) + "\n").code, kDone) << line;
+        EXPECT_EQ(drawing().component<Selection>().members().size(), 2u) << line;
+    }
+    EXPECT_THAT(run("select all\n").message, HasSubstr("no such sections"));
+    EXPECT_THAT(run("select upstream\n").message, HasSubstr("upstream NAME"));
 }
 
 TEST_F(ScriptTest, ABoundaryIsDrawnByItsPoint)

@@ -127,6 +127,24 @@ TEST_F(SelectionContract, AFilterTakesKindsLayersColoursAndOperators)
     release(unknown);
 }
 
+TEST_F(SelectionContract, WhatThePersonTakesOutAgainIsOut)
+{
+    const AcDbObjectId first = line(0, 0, 1, 0), second = line(0, 1, 1, 1), third = line(0, 2, 1, 2);
+    session.answers().push({AcDbObjectIdArray{first, second, third}});
+    session.answers().push({Answer::Removed{{second}}});
+    session.answers().push({Answer::Enter{}});
+    EXPECT_EQ(select(nullptr), (AcDbObjectIdArray{first, third}));
+    session.answers().push({AcDbObjectIdArray{first}});
+    session.answers().push({Answer::Removed{{first}}});
+    session.answers().push({Answer::Enter{}});
+    EXPECT_TRUE(select(nullptr).empty());
+    session.answers().push({AcDbObjectIdArray{first, second}});
+    session.answers().push({Answer::Removed{{second}}});
+    session.answers().push({AcDbObjectIdArray{second}}); // and in again
+    session.answers().push({Answer::Enter{}});
+    EXPECT_EQ(select(nullptr), (AcDbObjectIdArray{first, second}));
+}
+
 TEST_F(SelectionContract, AFilterHoldsForWhatThePersonSelects)
 {
     const AcDbObjectId ring = box(0, 0, 2, 2);

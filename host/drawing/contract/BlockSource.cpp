@@ -1,4 +1,6 @@
 // Block definitions out of other drawing files.
+#include "host/drawing/BlockSource.h"
+
 #include "host/drawing/BlockFile.h"
 #include "host/drawing/Blocks.h"
 #include "host/drawing/DrawingData.h"
@@ -23,9 +25,9 @@ namespace {
 constexpr char kSources[] = "VELMOR_BLOCK_SOURCES";
 
 /// A name that a block may have in any drawing file.
-std::wstring blockNameOf(const wchar_t *name, const fs::path &path)
+std::wstring blockNameOf(const std::wstring &name, const fs::path &path)
 {
-    std::wstring wanted = name && *name ? name : velmor::fromUtf8(path.stem().string());
+    std::wstring wanted = !name.empty() ? name : velmor::fromUtf8(path.stem().string());
     for (wchar_t &c : wanted)
         if (!velmor::isNameCharacter(c))
             c = L'_';
@@ -89,7 +91,24 @@ void tellWhatIsMissing(const std::string &file, const velmor::LoadReport &report
     velmor::notice(file + ": " + velmor::drawingText("block.without", {kinds}));
 }
 
+/// Where the drawing remembers the source of the block of that name.
+std::string sourceKey(const std::wstring &blockName)
+{
+    return velmor::toUtf8(velmor::foldedName(blockName));
+}
+
 } // namespace
+
+namespace velmor {
+
+BlockRecord *ownBlockInPlaceOf(const Drawing &drawing, const std::wstring &name, const fs::path &file)
+{
+    const std::wstring blockName = blockNameOf(name, file);
+    BlockRecord *known = drawing.findBlock(blockName);
+    return known && !known->isLayout() && !recordOf(drawing, sourceKey(blockName)) ? known : nullptr;
+}
+
+} // namespace velmor
 
 AcDbObjectId CZEMCDraw::insertBlockDefinition(const wchar_t *name, const wchar_t *path)
 {
@@ -100,9 +119,9 @@ AcDbObjectId CZEMCDraw::insertBlockDefinition(const wchar_t *name, const wchar_t
     auto file = velmor::readBlockFile(velmor::toUtf8(path));
     if (!file)
         return {};
-    const std::wstring blockName = blockNameOf(name, file->path);
+    const std::wstring blockName = blockNameOf(name ? name : L"", file->path);
     const std::wstring fingerprint = fingerprintOf(file->bytes);
-    const std::string key = velmor::toUtf8(velmor::foldedName(blockName));
+    const std::string key = sourceKey(blockName);
     BlockRecord *known = drawing->findBlock(blockName);
     const auto record = recordOf(*drawing, key);
     if (known && known->isLayout())

@@ -3,6 +3,7 @@
 #include "host/drawing/Entities.h"
 #include "host/drawing/Journal.h"
 #include "host/drawing/Visibility.h"
+#include "host/editor/Asker.h"
 #include "host/editor/EntityPick.h"
 #include "host/editor/Picking.h"
 #include "host/editor/SelectionFilter.h"
@@ -104,13 +105,16 @@ std::optional<AcDbObjectIdArray> askForObjects(Session &session, const Selection
 {
     SelectionSet chosen(0);
     for (;;) {
-        const Answer answer = session.ask({.kind = velmor::PromptKind::Selection,
-                                           .text = velmor::uiText("ui.prompt.objects"),
-                                           .keywords = {velmor::kAllWord}});
+        const Answer answer = session.ask(velmor::promptOf(
+            velmor::PromptKind::Selection, {.message = "ui.prompt.objects", .words = {velmor::kAllWord}}));
         if (answer.isEscape())
             return std::nullopt;
         if (answer.isEnter())
             return chosen.members();
+        if (const auto *removed = std::get_if<Answer::Removed>(&answer.value)) {
+            chosen.remove(removed->ids);
+            continue;
+        }
         const auto ids = velmor::selectedEntities(session, answer);
         if (!ids)
             session.status(velmor::uiText("ui.input.nothing"));

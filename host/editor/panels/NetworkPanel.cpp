@@ -4,10 +4,12 @@
 #include "host/editor/panels/NetworkModels.h"
 #include "host/editor/panels/Panel.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -54,7 +56,7 @@ public:
         column->addWidget(m_counts);
 
         keepCaptioned(this, [this] { setCaptions(); });
-        connect(m_import, &QPushButton::clicked, this, [this] { startCommand(m_session, L"IMPORT"); });
+        connect(m_import, &QPushButton::clicked, this, [this] { import(); });
         connect(m_fromLayers, &QPushButton::clicked, this, [this] { startCommand(m_session, L"SECTIONS"); });
         connect(m_zoom, &QPushButton::clicked, this, [this] {
             PanelTable *table = m_tables[static_cast<std::size_t>(m_tabs->currentIndex())];
@@ -94,6 +96,16 @@ public:
 
 private:
     std::array<NetworkModel *, 3> models() { return {&m_sections, &m_nodes, &m_checks}; }
+
+    /// The menu's item asks for the file in a dialog; where there is no menu, the command asks.
+    void import()
+    {
+        for (QWidget *around = this; around != nullptr; around = around->parentWidget())
+            if (qobject_cast<QMainWindow *>(around) != nullptr)
+                if (auto *item = around->findChild<QAction *>(QStringLiteral("IMPORT")))
+                    return item->trigger();
+        startCommand(m_session, L"IMPORT");
+    }
 
     void setCaptions()
     {

@@ -59,6 +59,7 @@ const std::vector<Row> kRows{
     {L"LANGUAGE", {}},
     {L"THEME", {}},
     {L"SETVAR", {L"PICKRADIUS"}},
+    {L"SETTINGS", {}},
     {L"HELP", {L"LINE"}},
     {L"ABOUT", {}},
 };
@@ -97,6 +98,9 @@ public:
     explicit Watcher(const Row &row) : m_row(row) {}
     std::optional<Answer> ask(const Prompt &prompt) override
     {
+        EXPECT_EQ(prompt.localKeywords.size(), prompt.keywords.size()) << utf8(prompt.text);
+        for (std::size_t i = 0; i + prompt.silent < prompt.localKeywords.size(); ++i)
+            EXPECT_NE(prompt.text.find(prompt.localKeywords[i]), std::wstring::npos) << utf8(prompt.text);
         for (std::size_t i = 0; i < prompt.localKeywords.size(); ++i) {
             const std::wstring &word = prompt.localKeywords[i];
             std::size_t length = word.size();
@@ -116,14 +120,27 @@ private:
     std::size_t m_next = 0;
 };
 
-TEST_P(Escape, TheCapitalsOfAnOptionMeanItInBothLanguages)
+/// Somebody stands there, so that all is asked that a person is asked.
+class Somebody final : public SessionView {
+public:
+    void showDrawing(Drawing *) override {}
+    void redraw() override {}
+    void zoomTo(const Extents &) override {}
+    void showAlert(const std::wstring &) override {}
+    void showStatus(const std::wstring &) override {}
+};
+
+TEST_P(Escape, OptionsAreInTheUsersLanguageAndTheirCapitalsMeanThem)
 {
+    Somebody person;
     for (const char *language : {"hr", "en"}) {
         Services::instance().start({.language = language});
         Watcher watcher(GetParam());
         session.setPromptSource(&watcher);
+        session.setView(&person);
         session.commands().start(L"_" + std::wstring(GetParam().name), {});
         session.setPromptSource(nullptr);
+        session.setView(nullptr);
     }
 }
 

@@ -2,7 +2,9 @@
 #include "host/editor/DrawingUnits.h"
 #include "tests/host/commands/CommandsFixture.h"
 
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 namespace velmor {
 namespace {
@@ -240,6 +242,53 @@ TEST_F(OtherCommands, AFileIsInsertedAsABlockAndAWrongOneIsTold)
     std::filesystem::remove_all(folder);
 }
 
+TEST_F(OtherCommands, AFileIsInsertedWhateverItsNameAndWhateverItsForm)
+{
+    const auto folder = std::filesystem::temp_directory_path() / "velmor_insert_names_test";
+    std::filesystem::create_directories(folder / "bin");
+    auto source = Drawing::createNew();
+    source->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(5, 0)));
+    ASSERT_TRUE(source->save(folder / "a,b=c.dxf"));
+    ASSERT_TRUE(run(L"INSERT \"" + (folder / "a,b=c.dxf").wstring() + L"\" 1,1"))
+        << std::string(why.begin(), why.end());
+    ASSERT_TRUE(last<AcDbBlockReference>());
+    EXPECT_TRUE(drawing().findBlock(L"a_b_c")) << "no block may have such a name";
+    // A file in the closed format goes through an installed converter.
+    std::ofstream(folder / "closed.dwg") << "AC1027 and so on";
+    const auto converter = folder / "bin" / "dwg2dxf";
+    std::ofstream(converter) << "#!/bin/sh\n/bin/cp '" << (folder / "a,b=c.dxf").string() << "' \"$3\"\n";
+    std::filesystem::permissions(converter, std::filesystem::perms::owner_all);
+    const std::string path = std::getenv("PATH");
+    ::setenv("PATH", (folder / "bin").c_str(), 1);
+    EXPECT_TRUE(run(L"INSERT \"" + (folder / "closed.dwg").wstring() + L"\" 2,2"));
+    ::setenv("PATH", path.c_str(), 1);
+    EXPECT_TRUE(drawing().findBlock(L"closed"));
+    EXPECT_EQ(living().size(), 2u);
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(OtherCommands, WhereTheDrawingHasABlockOfTheFilesNameItsOwnAttributesAreAskedFor)
+{
+    const auto folder = std::filesystem::temp_directory_path() / "velmor_insert_own_test";
+    std::filesystem::create_directories(folder);
+    const auto attribute = [](const wchar_t *tag) {
+        return std::make_unique<AttributeDefinitionEntity>(tag, tag, TextShape());
+    };
+    auto source = Drawing::createNew();
+    source->append(attribute(L"OTHER"));
+    source->append(attribute(L"LEVEL"));
+    ASSERT_TRUE(source->save(folder / "shaft.dxf"));
+    BlockRecord &own = drawing().addBlock(L"SHAFT");
+    drawing().append(attribute(L"LEVEL"), own);
+    ASSERT_TRUE(run(L"INSERT \"" + (folder / "shaft.dxf").wstring() + L"\" 1,1 1 0 12.50"));
+    EXPECT_TRUE(wasTold(L"block SHAFT of its own"));
+    const auto attributes = attributesOf(*last<AcDbBlockReference>());
+    ASSERT_EQ(attributes.size(), 1u);
+    EXPECT_EQ(attributes[0]->tag(), L"LEVEL");
+    EXPECT_EQ(attributes[0]->shape().text, L"12.50");
+    std::filesystem::remove_all(folder);
+}
+
 // --- SETVAR, UNITS, HELP, QUIT
 // -----------------------------------------------------------------------------------
 
@@ -253,6 +302,13 @@ TEST_F(OtherCommands, VariablesAreSetKeptAndListed)
     EXPECT_TRUE(wasTold(L"PICKRADIUS = 2.5"));
     EXPECT_FALSE(run(L"SETVAR PICKRADIUS -1"));
     EXPECT_FALSE(run(L"SETVAR NOSUCH 1"));
+}
+
+TEST_F(OtherCommands, ALayerWhoseNameIsANumberBecomesTheCurrentOne)
+{
+    drawing().setCurrentLayer(drawing().ensureLayer(L"Roads"));
+    ASSERT_TRUE(run(L"SETVAR CLAYER 0"));
+    EXPECT_EQ(drawing().layer(drawing().currentLayer()).name, L"0");
 }
 
 TEST_F(OtherCommands, UnitsAreNamedAndTheirLengthFollows)

@@ -3,8 +3,10 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/Viewport.h"
+#include "host/network/Network.h"
 #include "tests/host/editor/QtFixture.h"
 
+#include "host/services/RecentFiles.h"
 #include "host/services/Services.h"
 
 #include <QDropEvent>
@@ -34,6 +36,11 @@ protected:
         Services::instance().start({.language = "en"}, Paths({resources()}, folder));
         session.setDrawing(Drawing::createNew());
         open();
+        m_guard.setSingleShot(true);
+        QObject::connect(&m_guard, &QTimer::timeout, [this] {
+            for (int i = 0; i < 10 && session.commands().isRunning(); ++i)
+                QTest::keyClick(field, Qt::Key_Escape);
+        });
     }
     ~TypedCommands() override
     {
@@ -68,6 +75,7 @@ protected:
                 m_steps.append([this, letter = keys[i]] { QTest::keyClick(target(), letter.toLatin1()); });
             }
         }
+        m_guard.stop();
         next();
         for (int turn = 0; turn < 2000 && (!m_steps.isEmpty() || session.commands().isRunning()); ++turn)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
@@ -85,6 +93,12 @@ protected:
             EXPECT_GE(field->width(), window->commandLine().width() / 4);
             return;
         }
+        if (name == QStringLiteral("ShiftSpace")) {
+            QTest::keyClick(target(), Qt::Key_Space, Qt::ShiftModifier);
+            return;
+        }
+        if (name == QStringLiteral("Wait"))
+            return;
         if (name.startsWith(QStringLiteral("Link"))) {
             auto *prompt = window->commandLine().findChild<QLabel *>();
             EXPECT_TRUE(prompt->text().contains(QStringLiteral("<a href"))) << prompt->text().toStdString();
@@ -101,10 +115,7 @@ protected:
     {
         if (m_steps.isEmpty()) {
             // A prompt that is still open would wait for ever.
-            QTimer::singleShot(400, window.get(), [this] {
-                for (int i = 0; i < 10 && session.commands().isRunning(); ++i)
-                    QTest::keyClick(field, Qt::Key_Escape);
-            });
+            m_guard.start(400);
             return;
         }
         const auto step = m_steps.takeFirst();
@@ -131,6 +142,7 @@ protected:
 
 private:
     QList<std::function<void()>> m_steps;
+    QTimer m_guard; ///< from the last step on
 };
 
 TEST_F(TypedCommands, ALineIsDrawnWithBlanksAndEntersAlike)
@@ -234,6 +246,188 @@ TEST_F(TypedCommands, KeysOfMenusWorkWhileTheEmptyFieldHasTheFocus)
     EXPECT_EQ(living().size(), 0u);
     QTest::keyClick(field, Qt::Key_Y, Qt::ControlModifier);
     EXPECT_EQ(living().size(), 1u);
+}
+
+TEST_F(TypedCommands, TheEmptyFieldGivesItsKeysToTheDrawing)
+{
+    type(QStringLiteral("line 0,0 10,0 {Enter}"));
+    viewport->showExtents({500, 500, 600, 600});
+    const auto centre = [this] { return viewport->view().centerX; };
+    const double there = centre();
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Home);
+    viewport->grab();
+    const double all = centre();
+    EXPECT_NEAR(all, 5.0, 1.0);
+    QTest::keyClick(field, Qt::Key_Backspace);
+    EXPECT_NEAR(centre(), there, 1e-9);
+    QTest::keyClick(field, Qt::Key_Left);
+    EXPECT_LT(centre(), there);
+    QTest::keyClick(field, Qt::Key_Right);
+    EXPECT_NEAR(centre(), there, 1e-9);
+    // With something typed they are the field's.
+    QTest::keyClicks(field, QStringLiteral("ab"));
+    QTest::keyClick(field, Qt::Key_Backspace);
+    EXPECT_EQ(field->text(), QStringLiteral("a"));
+    QTest::keyClick(field, Qt::Key_Left);
+    EXPECT_EQ(field->cursorPosition(), 0);
+    EXPECT_NEAR(centre(), there, 1e-9);
+    // Whoever holds Backspace to clear the field stays where he is.
+    field->clear();
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier, QString(), true);
+    QCoreApplication::sendEvent(field, &held);
+    EXPECT_NEAR(centre(), there, 1e-9);
+}
+
+TEST_F(TypedCommands, ShiftSpaceInTheFieldTakesTheNextOfSeveralAndIsNoEnter)
+{
+    type(QStringLiteral("line 0,0 10,0 {Enter}"));
+    type(QStringLiteral("line 0,0 10,0 {Enter}"));
+    viewport->showExtents({-20, -20, 20, 20});
+    QTest::mouseMove(viewport, viewport->view().toView(5.0, 0.0).toPoint());
+    QCoreApplication::processEvents();
+    const AcDbEntity *top = viewport->hovered();
+    ASSERT_NE(top, nullptr);
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Space, Qt::ShiftModifier);
+    EXPECT_FALSE(session.commands().isRunning()) << "the last command is not begun again";
+    EXPECT_NE(viewport->hovered(), top);
+    EXPECT_NE(viewport->hovered(), nullptr);
+    // At a selection, too: it goes on.
+    type(QStringLiteral("erase {ShiftSpace}all {Enter}"));
+    EXPECT_TRUE(living().empty());
+}
+
+TEST_F(TypedCommands, SpaceHeldInTheFieldMovesTheView)
+{
+    type(QStringLiteral("point 1,1 "));
+    viewport->showExtents({-100, -100, 100, 100});
+    const double before = viewport->view().centerX;
+    field->setFocus();
+    QTest::keyPress(field, Qt::Key_Space);
+    QTest::mousePress(viewport, Qt::LeftButton, {}, QPoint(200, 200));
+    QTest::mouseMove(viewport, QPoint(240, 200));
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, QPoint(240, 200));
+    QTest::keyRelease(QApplication::focusWidget() == viewport ? static_cast<QWidget *>(viewport) : field,
+                      Qt::Key_Space);
+    EXPECT_NEAR(viewport->view().centerX, before - 40.0 / viewport->view().pixelsPerUnit, 1e-9);
+    EXPECT_FALSE(session.commands().isRunning());
+    EXPECT_EQ(living().size(), 1u);
+    // What goes elsewhere with the focus is held no longer.
+    field->setFocus();
+    QTest::keyPress(field, Qt::Key_Space);
+    window->setFocus();
+    const double after = viewport->view().centerX;
+    QTest::mousePress(viewport, Qt::LeftButton, {}, QPoint(200, 200));
+    QTest::mouseMove(viewport, QPoint(240, 200));
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, QPoint(240, 200));
+    EXPECT_EQ(viewport->view().centerX, after);
+}
+
+TEST_F(TypedCommands, ALetterBeforeSpaceIsLetGoComesBehindTheEnter)
+{
+    type(QStringLiteral("point 1,1 "));
+    QTimer::singleShot(0, window.get(), [this] {
+        QTest::keyPress(field, Qt::Key_Space);
+        QTest::keyClick(field, Qt::Key_2);
+        QTest::keyRelease(field, Qt::Key_Space);
+    });
+    type(QStringLiteral("{Wait}{Wait}{Wait}{Wait},2{Enter}"));
+    EXPECT_EQ(living().size(), 2u) << said().toStdString();
+}
+
+TEST_F(TypedCommands, InsideOfAWindowsCornersAPointIsStillDrawnToObjectSnaps)
+{
+    viewport->showExtents({-100, -100, 100, 100});
+    viewport->grab();
+    const QPointF click = viewport->view().toView(80.0, 60.0);
+    const AcGePoint3d end = viewport->view().toWorld(click.toPoint() + QPoint(3, 0));
+    session.drawing()->append(std::make_unique<AcDbLine>(AcGePoint3d(0, 0), end));
+    ASSERT_TRUE(session.setVariable(L"OSMODE", 1));
+    type(QStringLiteral("zoom w 'dist 0,0 {Click}-50,-50 50,50 "));
+    ASSERT_TRUE(session.commands().lastPoint().has_value());
+    EXPECT_NEAR(session.commands().lastPoint()->x, end.x, 1e-12);
+    EXPECT_NEAR(session.commands().lastPoint()->y, end.y, 1e-12);
+}
+
+TEST_F(TypedCommands, CornersOfWindowsAndMovesOfTheViewAreNoLastPoint)
+{
+    type(QStringLiteral("line 0,0 10,10 {Enter}"));
+    type(QStringLiteral("zoom w 500,500 600,600 "));
+    type(QStringLiteral("pan 0,0 5,5 "));
+    type(QStringLiteral("line @5,0 @0,5 {Enter}"));
+    ASSERT_EQ(living().size(), 2u);
+    const auto &start = static_cast<AcDbLine *>(living()[1])->startPoint();
+    EXPECT_NEAR(start.x, 15.0, 1e-9);
+    EXPECT_NEAR(start.y, 10.0, 1e-9);
+}
+
+TEST_F(TypedCommands, AQuotedTextIsReadAsAScriptReadsIt)
+{
+    type(QStringLiteral("text 0,0 2 0 \"A \"\"b\"\"\"{Enter}{Enter}"));
+    ASSERT_EQ(living().size(), 1u);
+    EXPECT_EQ(static_cast<TextEntity *>(living()[0])->shape().text, L"A \"b\"");
+}
+
+TEST_F(TypedCommands, OptionsOfTheBoundaryCommandAreClickedAndTypedInTheUsersLanguage)
+{
+    for (const auto &[low, high] : {std::pair(0.0, 100.0), std::pair(40.0, 60.0)})
+        session.drawing()->append(std::make_unique<AcDbPolyline>(
+            std::vector<AcDbPolyline::Vertex>{{low, low, 0}, {high, low, 0}, {high, high, 0}, {low, high, 0}}, true));
+    Services::instance().start({.language = "hr"}, Paths({resources()}, folder));
+    type(QStringLiteral("_-boundary {Link0}otoci ne {Enter}{Enter}10,10 {Enter}"));
+    EXPECT_EQ(living().size(), 3u) << "without the island";
+    type(QStringLiteral("_-boundary _advanced _islands _no {Enter}{Enter}10,10 {Enter}"));
+    EXPECT_EQ(living().size(), 4u) << said().toStdString();
+    Services::instance().start({.language = "en"}, Paths({resources()}, folder));
+}
+
+TEST_F(TypedCommands, APersonIsAskedForWhatAScriptMayLeaveOut)
+{
+    for (const wchar_t *name : {L"Pipes", L"Labels", L"Others"})
+        session.drawing()->ensureLayer(name);
+    auto pipe = std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(50, 0));
+    const auto add = [&](std::unique_ptr<AcDbEntity> entity, const wchar_t *layer) {
+        AcDbEntity &made = *entity;
+        session.drawing()->append(std::move(entity));
+        session.drawing()->setLayerOf(made, *session.drawing()->findLayer(layer));
+    };
+    const auto text = [](double x, const wchar_t *words) {
+        TextShape shape;
+        shape.position = {x, 0.1};
+        shape.height = 1.0;
+        shape.text = words;
+        return std::make_unique<TextEntity>(shape);
+    };
+    add(std::move(pipe), L"Pipes");
+    add(text(0.0, L"M1"), L"Labels");
+    add(text(50.0, L"X9"), L"Others");
+    type(QStringLiteral("sections Pipes{Enter}Labels{Enter}"));
+    const auto &network = session.drawing()->component<Network>();
+    EXPECT_TRUE(network.nodeByName(L"M1")) << said().toStdString();
+    EXPECT_FALSE(network.nodeByName(L"X9"));
+    type(QStringLiteral("boundary-layers Pipes{Enter}Others{Enter}{Enter}"));
+    const auto kept = session.drawing()->dictionaryEntry("ZEMX_LSD2", "ZEMX_CATCH_DEFINE_LAYERS");
+    ASSERT_TRUE(kept.has_value());
+    EXPECT_EQ(kept->size(), 2u);
+    type(QStringLiteral("undo 2{Enter}"));
+    EXPECT_FALSE(session.drawing()->dictionaryEntry("ZEMX_LSD2", "ZEMX_CATCH_DEFINE_LAYERS").has_value());
+    EXPECT_TRUE(network.sections().empty());
+}
+
+TEST_F(TypedCommands, AFileThatIsSavedToByACommandIsAmongTheRecentOnes)
+{
+    const auto file = std::filesystem::path(folder) / "saved.dxf";
+    type(QStringLiteral("saveas \"") + QString::fromStdString(file.string()) + QStringLiteral("\"{Enter}"));
+    ASSERT_EQ(session.path(), file);
+    const auto recent = RecentFiles::ofUser().list();
+    EXPECT_NE(std::ranges::find(recent, file), recent.end());
+}
+
+TEST_F(TypedCommands, ARefusedAnswerIsTold)
+{
+    type(QStringLiteral("-boundary _advanced _xyz {Escape}"));
+    EXPECT_TRUE(said().contains(QStringLiteral("Needed: one of the words in brackets, or one of Boundary, Islands")));
 }
 
 TEST_F(TypedCommands, AnotherCommandFromAMenuEndsNestedPromptsToo)

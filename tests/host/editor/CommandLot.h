@@ -4,9 +4,9 @@
 
 #include "host/drawing/Blocks.h"
 #include "host/drawing/ObjectAccess.h"
+#include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/Guarded.h"
-#include "host/editor/QuestionCommand.h"
 #include "host/editor/Session.h"
 #include "host/network/Network.h"
 #include "host/sewage/CatchmentStore.h"
@@ -116,13 +116,13 @@ inline CommandLot::CommandLot(Session &session, unsigned seed, const std::filesy
     block->save(m_block, {.backup = false});
     // What dialogs and the module do to a drawing.
     const auto add = [&](const wchar_t *name, auto work) {
-        session.commands().addHostCommand(name, 0, [work] {
-            return std::make_unique<QuestionCommand>(std::vector<Question>{},
-                                                     [work](Session &, const QuestionCommand::Answers &) {
-                                                         work();
-                                                         return Command::Next::Commit;
-                                                     });
-        });
+        session.commands().addWork(
+            name, 0,
+            [work](Asker &) {
+                work();
+                return Command::Next::Commit;
+            },
+            false);
     };
     add(L"WORK", [this] {
         RandomChanges changes(drawing(), static_cast<unsigned>(m_random()));

@@ -330,6 +330,22 @@ TEST_F(BoundaryCommandTest, ABoundarySetIsTypedAsASelectionIsAtItsOwnPrompt)
     }
 }
 
+TEST_F(BoundaryCommandTest, WhatIsTakenOutOfTheBoundarySetAgainDoesNotBound)
+{
+    for (const bool asSet : {false, true}) {
+        for (const wchar_t *text : {L"_A", L"_B", L"_N"})
+            session.answers().push({std::wstring(text)});
+        session.answers().push(asSet ? Answer{Answer::Set{set[0]}} : Answer{AcDbObjectIdArray{outer, island}});
+        session.answers().push({Answer::Removed{{island}}});
+        for (const wchar_t *text : {L"", L"", L"10,10", L""})
+            session.answers().push({std::wstring(text)});
+        EXPECT_EQ(session.commands().start(L"-BOUNDARY"), RunStatus::Done);
+        EXPECT_THAT(newAreas(), testing::ElementsAre(10000.0));
+        before = entityCount();
+    }
+    EXPECT_EQ(session.selectionSets().find(set)->members().size(), 2u) << "the set itself is its owner's";
+}
+
 TEST_F(BoundaryCommandTest, ASelectionThatMeansNothingIsRefusedAndAskedForAgain)
 {
     for (const wchar_t *text :

@@ -1,5 +1,4 @@
 // The view as a person works it, through the widget.
-#include "host/editor/CornerPrompt.h"
 #include "host/editor/Viewport.h"
 #include "tests/host/editor/ViewShapes.h"
 
@@ -350,8 +349,8 @@ TEST_F(View, CornersOfWindowsAreAsTheyAreClickedAndSpanARectangle)
     settings.ortho = true;
     settings.snaps = kSnapEnd;
     setDrafting(settings);
-    const CornerPrompt areCorners;
-    ask(PromptKind::Point, AcGePoint3d(20, 20));
+    const Prompt corner{.kind = PromptKind::Point, .base = AcGePoint3d(20, 20), .corner = true};
+    viewport.setPrompt(&corner);
     QSignalSpy clicked(&viewport, &Viewport::clicked);
     const QImage before = viewport.grab().toImage();
     move(50.2, 40.1);

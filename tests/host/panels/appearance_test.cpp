@@ -14,12 +14,15 @@
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QDockWidget>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 #include <gtest/gtest.h>
@@ -243,12 +246,19 @@ TEST_F(AppearanceTest, TheNetworkPanelsButtonImportsAndItsTableTakesTheViewToASe
     dock->raise();
     QApplication::processEvents();
     const char *source = std::getenv("VELMOR_SOURCE_DIR");
-    session.answers().push({(fs::path(source ? source : ".") / "examples/town.inp").wstring()});
     QPushButton *import = nullptr;
     for (QPushButton *button : dock->findChildren<QPushButton *>())
         if (button->text() == uiString("ui.network.import"))
             import = button;
     ASSERT_NE(import, nullptr);
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    const auto file = fs::absolute(fs::path(source ? source : ".") / "examples/town.inp");
+    QTimer::singleShot(0, &window, [&file] {
+        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr) << "the file is chosen in a dialog";
+        dialog->findChild<QLineEdit *>()->setText(QString::fromStdString(file.string()));
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
     import->click();
     QApplication::processEvents();
     QTableView *table = nullptr;
