@@ -17,6 +17,8 @@
 
 namespace velmor {
 
+class Session;
+
 /// One line that says why a search found nothing.
 std::wstring describe(const boundary::Region &region);
 

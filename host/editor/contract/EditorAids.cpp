@@ -3,9 +3,11 @@
 
 #include "host/drawing/Journal.h"
 #include "host/editor/BoundaryCommand.h"
+#include "host/editor/LineworkCache.h"
 #include "host/editor/PointMonitors.h"
 #include "host/editor/ProgressMeter.h"
 #include "host/editor/RegionMisses.h"
+#include "host/editor/SelectionSets.h"
 #include "host/editor/Session.h"
 
 #include <cmath>
