@@ -107,7 +107,7 @@ std::unique_ptr<AcDbEntity> entityOf(const boundary::Piece &piece)
         std::vector<AcDbPolyline::Vertex>{{piece.a.x, piece.a.y, piece.bulge}, {piece.b.x, piece.b.y, 0.0}}, false);
 }
 
-/// A drawing with the town's linework on its boundary layer and that many sections.
+/// A drawing with the town's linework on its boundary layer and that many sections, read from its file's text.
 std::unique_ptr<Drawing> drawingOf(const bench::MadeTown &town, std::size_t sections)
 {
     auto drawing = Drawing::createNew();
@@ -131,7 +131,7 @@ std::unique_ptr<Drawing> drawingOf(const bench::MadeTown &town, std::size_t sect
         drawing->setData(section, kSectionKey, itemsOf(data));
     }
     drawing->setDictionaryEntry("ZEMX_LSD2", "ZEMX_CATCH_DEFINE_LAYERS", {{1, std::wstring(L"PARCELS")}});
-    return drawing;
+    return Drawing::read(drawing->write()).drawing; // as a person has it: out of a file
 }
 
 class Dialog : public CDlgCreateCatchmentArea {
