@@ -67,9 +67,9 @@ bool PointMonitors::isWaiting() const
 
 void PointMonitors::rest(const AcGePoint3d &point)
 {
-    if (!isWaiting() || (!m_outline.empty() && isInside(m_outline.front(), point)))
+    if (!isWaiting())
         return;
-    clear();
+    clear(); // also within it another region may lie
     const auto &cache = m_drawing.component<LineworkCache>();
     const std::size_t builds = cache.builds();
     const Entry entry = m_entries.back(); // a copy: the monitor may end others

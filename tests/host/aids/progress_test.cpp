@@ -1,13 +1,13 @@
 // The progress meter, Escape, and that nothing starts while a long work looks for it.
 #include "contracts/EditorAids.h"
 #include "contracts/HostDialog.h"
-#include "host/drawing/Journal.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/ProgressMeter.h"
 #include "host/editor/RegionMisses.h"
 #include "tests/host/editor/EditorFixture.h"
 #include "tests/host/editor/QtFixture.h"
 
+#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QProgressBar>
@@ -139,11 +139,18 @@ TEST_F(Progress, ClicksAndKeysOfTheMeantimeAreDropped)
 
 TEST_F(Progress, AWindowCannotBeClosedWhileItLooks)
 {
+    struct Closed final : QWidget {
+        void closeEvent(QCloseEvent *) override { ++times; }
+        int times = 0;
+    } other;
     acedSetStatusBarProgressMeter(L"Work", 0, 10);
-    QCoreApplication::postEvent(&window, new QEvent(QEvent::Close));
+    QCoreApplication::postEvent(&other, new QCloseEvent);
     EXPECT_EQ(acedUsrBrk(), 0);
     acedRestoreStatusBar();
-    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(other.times, 0);
+    QCoreApplication::postEvent(&other, new QCloseEvent);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(other.times, 1);
 }
 
 /// A square of 10 with a section in it, a comb that is open by 0.5, and nothing elsewhere.

@@ -94,8 +94,12 @@ TEST_F(Aids, AMonitorsOutlineIsShownUntilThePointerLeavesIt)
     EXPECT_THAT(monitors().outline()[0], SizeIs(4));
     EXPECT_EQ(monitors().asked(), 1);
     EXPECT_FALSE(monitors().moveTo({90, 90}));
-    monitors().rest({90, 90}); // within what is shown: no new question
-    EXPECT_EQ(monitors().asked(), 1);
+    monitors().rest({45, 45}); // within what is shown, and yet another region
+    ASSERT_THAT(monitors().outline(), SizeIs(1));
+    EXPECT_EQ(monitors().outline()[0][0], (AcGePoint2d{40, 40}));
+    EXPECT_TRUE(monitors().moveTo({90, 90}));
+    monitors().rest({90, 90});
+    EXPECT_THAT(monitors().outline(), SizeIs(2));
     EXPECT_TRUE(monitors().moveTo({150, 90}));
     EXPECT_THAT(monitors().outline(), IsEmpty());
     monitors().rest({150, 90});
