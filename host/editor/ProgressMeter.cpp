@@ -62,13 +62,22 @@ bool ProgressMeter::isBreakAsked()
 
 void ProgressMeter::look()
 {
-    m_looking = true;
+    struct Look { // ends also when what an event set off throws
+        explicit Look(ProgressMeter &owner) : meter(owner)
+        {
+            meter.m_looking = true;
+            QCoreApplication::instance()->installEventFilter(&meter);
+        }
+        ~Look()
+        {
+            QCoreApplication::instance()->removeEventFilter(&meter);
+            meter.m_looking = false;
+            meter.m_sinceLook.start();
+        }
+        ProgressMeter &meter;
+    } const here(*this);
     m_bar->setValue(m_position);
-    QCoreApplication::instance()->installEventFilter(this);
     QCoreApplication::processEvents();
-    QCoreApplication::instance()->removeEventFilter(this);
-    m_looking = false;
-    m_sinceLook.start();
 }
 
 bool ProgressMeter::eventFilter(QObject *, QEvent *event)

@@ -188,15 +188,19 @@ TEST_F(AutomaticSteps, ATakenNameIsToldOnceForEachBoundaryAndIslandAndCountedAll
 
 TEST_F(AutomaticSteps, ARunAsksForNoGuardAndKeepsTheDialogOnTheScreen)
 {
-    start({section(L"D1")}, false, [&](CDialogUnderTest &dialog) {
-        const Notification::SetActiveCommand other(L"CA_INFO");
-        Journal::instance().setRecording(true);
-        dialog.click(290);
-        Journal::instance().setRecording(false);
-        EXPECT_TRUE(dialog.isVisible());
-    });
-    EXPECT_THAT(areas(), SizeIs(1));
-    EXPECT_THAT(calls({"CAdUiBaseDialog::BeginEditorCommand", "SetActiveCommand::SetActiveCommand"}), IsEmpty());
+    for (const bool islands : {true, false}) {
+        start({section(islands ? L"D1" : L"D3")}, islands, [&](CDialogUnderTest &dialog) {
+            const Notification::SetActiveCommand other(L"CA_INFO");
+            Journal::instance().setRecording(true);
+            dialog.click(290);
+            Journal::instance().setRecording(false);
+            EXPECT_TRUE(dialog.isVisible());
+        });
+        EXPECT_THAT(calls({"CAdUiBaseDialog::BeginEditorCommand", "SetActiveCommand"}), IsEmpty()) << islands;
+        // A trace without islands locks the document for itself; the run does not.
+        EXPECT_THAT(calls({"AcAxDocLock::AcAxDocLock"}), SizeIs(islands ? 0 : 1));
+    }
+    EXPECT_THAT(areas(), SizeIs(2));
 }
 
 // --- A long run
@@ -208,21 +212,32 @@ struct MeterView final : velmor::SessionView, velmor::ProgressOwner {
     void redraw() override {}
     void zoomTo(const velmor::Extents &) override {}
     void showAlert(const std::wstring &) override {}
-    void showStatus(const std::wstring &text) override { status = text; }
+    void showStatus(const std::wstring &text) override
+    {
+        if (fails)
+            throw std::runtime_error("no status line");
+        status = text;
+    }
     velmor::ProgressMeter &progressMeter() override { return meter; }
     velmor::ProgressMeter meter;
     std::wstring status;
+    bool fails = false;
 };
 
-/// Does something when so many entities were added.
+/// Does something when so many entities were added, or when one is erased.
 struct OnAppend : velmor::DrawingObserver {
     void entityAppended(AcDbEntity &) override
     {
         if (left > 0 && --left == 0)
             action();
     }
+    void entityErased(AcDbEntity &, bool isErased) override
+    {
+        if (isErased && erased)
+            std::exchange(erased, nullptr)();
+    }
     int left = 0;
-    std::function<void()> action;
+    std::function<void()> action, erased;
 };
 
 class LongRun : public AutomaticSteps {
@@ -305,6 +320,24 @@ TEST_F(LongRun, ARunIsOneUndoStepAlsoWhenItWasStopped)
         ASSERT_TRUE(log.redo());
         EXPECT_THAT(areas(), SizeIs(2));
     });
+}
+
+TEST_F(LongRun, ARunThatFailsIsTakenBackAlsoWhenNothingCanBeTold)
+{
+    // D2's region is D1's, and breaks while it is dropped; D5's miss is noted by then.
+    start({section(L"D1"), section(L"D5"), section(L"D2")}, false, [&](CDialogUnderTest &dialog) {
+        observer.erased = [&] {
+            view.fails = true;
+            throw std::runtime_error("broken");
+        };
+        dialog.click(290);
+        observer.erased = nullptr;
+        view.fails = false;
+        EXPECT_TRUE(dialog.isVisible());
+    });
+    EXPECT_THAT(alerts(), SizeIs(1));
+    EXPECT_THAT(areas(), IsEmpty());
+    EXPECT_THAT(loosePolylines(), IsEmpty());
 }
 
 TEST_F(LongRun, TheHostTellsWhichSectionsLieInNoRegionAndWhy)

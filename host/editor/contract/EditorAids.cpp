@@ -17,17 +17,34 @@ using velmor::PointMonitors;
 using velmor::RegionMisses;
 using velmor::Session;
 
+namespace {
+
+/// What fails in here ends here: these calls stand in destructors, also while a work that failed unwinds.
+template <class Work, class Result>
+Result quietly(Result fallback, Work work)
+{
+    try {
+        return work();
+    } catch (...) {
+        return fallback;
+    }
+}
+
+} // namespace
+
 int acedSetStatusBarProgressMeter(const wchar_t *label, int from, int to)
 {
     journal("acedSetStatusBarProgressMeter", label, from, to);
     Session *session = Session::currentOrNull();
     if (!session || !label || !*label || from >= to)
         return RTERROR;
-    if (session->drawing())
-        session->drawing()->component<RegionMisses>().begin();
-    if (velmor::ProgressMeter *meter = velmor::progressMeterOf(session))
-        meter->begin(label, from, to);
-    return RTNORM;
+    return quietly(RTERROR, [&] {
+        if (session->drawing())
+            session->drawing()->component<RegionMisses>().begin();
+        if (velmor::ProgressMeter *meter = velmor::progressMeterOf(session))
+            meter->begin(label, from, to);
+        return RTNORM;
+    });
 }
 
 int acedSetStatusBarProgressMeterPos(int position)
@@ -47,16 +64,20 @@ void acedRestoreStatusBar()
         meter->end();
     if (!session->drawing())
         return;
-    auto &misses = session->drawing()->component<RegionMisses>();
-    if (const std::wstring summary = misses.summary(); !summary.empty())
-        session->status(summary);
-    misses.end();
+    quietly(0, [&] {
+        auto &misses = session->drawing()->component<RegionMisses>();
+        const std::wstring summary = misses.summary();
+        misses.end();
+        if (!summary.empty())
+            session->status(summary);
+        return 0;
+    });
 }
 
 int acedUsrBrk()
 {
     velmor::ProgressMeter *meter = velmor::progressMeterOf(Session::currentOrNull());
-    return meter && meter->isBreakAsked() ? 1 : 0;
+    return quietly(0, [&] { return meter && meter->isBreakAsked() ? 1 : 0; });
 }
 
 bool acedTraceBoundary(const AcGePoint3d &seed, bool detectIslands, const ads_name selection,
@@ -67,23 +88,28 @@ bool acedTraceBoundary(const AcGePoint3d &seed, bool detectIslands, const ads_na
     Session *session = Session::currentOrNull();
     if (!session || !session->drawing() || !std::isfinite(seed.x) || !std::isfinite(seed.y))
         return false;
-    auto &cache = session->drawing()->component<velmor::LineworkCache>();
-    const velmor::SelectionSet *set = selection ? session->selectionSets().find(selection) : nullptr;
-    const bool isBounded = set && !set->members().empty();
-    const velmor::boundary::Region region =
-        (isBounded ? cache.ofSet(*set) : cache.visible())
-            .regionAt({seed.x, seed.y}, {.islands = detectIslands, .gapTolerance = velmor::gapTolerance(*session)});
-    if (!region)
-        return false;
-    const auto add = [&rings](const velmor::boundary::Ring &ring) {
-        rings.emplace_back();
-        for (const velmor::boundary::RingVertex &vertex : ring)
-            rings.back().push_back({vertex.x, vertex.y, vertex.bulge});
-    };
-    add(region.outer);
-    for (const velmor::boundary::Ring &island : region.islands)
-        add(island);
-    return true;
+    const bool found = quietly(false, [&] {
+        auto &cache = session->drawing()->component<velmor::LineworkCache>();
+        const velmor::SelectionSet *set = selection ? session->selectionSets().find(selection) : nullptr;
+        const bool isBounded = set && !set->members().empty();
+        const velmor::boundary::Region region =
+            (isBounded ? cache.ofSet(*set) : cache.visible())
+                .regionAt({seed.x, seed.y}, {.islands = detectIslands, .gapTolerance = velmor::gapTolerance(*session)});
+        if (!region)
+            return false;
+        const auto add = [&rings](const velmor::boundary::Ring &ring) {
+            rings.emplace_back();
+            for (const velmor::boundary::RingVertex &vertex : ring)
+                rings.back().push_back({vertex.x, vertex.y, vertex.bulge});
+        };
+        add(region.outer);
+        for (const velmor::boundary::Ring &island : region.islands)
+            add(island);
+        return true;
+    });
+    if (!found)
+        rings.clear();
+    return found;
 }
 
 struct CZEMCPointMonitor::Private {
