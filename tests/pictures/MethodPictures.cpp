@@ -27,6 +27,9 @@ namespace {
 
 using namespace ControlId;
 
+constexpr QSize kDialog(960, 700);
+constexpr int kDrawingWidth = 560;
+
 void choose(CAdUiBaseDialog &dialog, int control, int itemData)
 {
     auto *combo = dialog.Control<QComboBox>(control);
@@ -59,9 +62,9 @@ public:
     }
     bool done() const { return m_done; }
 
-    /// Runs the dialog with these sections selected; what it leaves is undone by the next opening of the drawing.
+    /// Runs the dialog with these sections selected and shown at that factor.
     void run(const QString &name, enmDefinitionMethod method, std::initializer_list<const wchar_t *> sections,
-             const std::function<void(CAdUiBaseDialog &)> &work)
+             double zoom, const std::function<void(CAdUiBaseDialog &)> &work)
     {
         m_session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
             std::vector<AcDbObjectId> ids;
@@ -71,12 +74,11 @@ public:
             choose(dialog, kComboMethod, method);
             m_session.setNextSelection(ids);
             click(dialog, kBtnSelect);
-            CZEMCEdit::zoom(ids, 2.2);
             work(dialog);
-            dialog.adjustSize();
+            dialog.resize(kDialog);
+            m_window.viewport().setFixedSize(kDrawingWidth, kDialog.height());
+            CZEMCEdit::zoom(ids, zoom);
             const QImage form = pictureOf(dialog);
-            m_window.viewport().setFixedSize(620, form.height());
-            CZEMCEdit::zoom(ids, 2.2);
             m_done = savePicture(sideBySide(pictureOf(m_window.viewport()), form), m_folder.filePath(name)) && m_done;
         });
         CDlgCreateCatchmentArea definition;
@@ -103,10 +105,8 @@ public:
     /// The middle between a section's ends.
     AcGePoint3d middleOf(const wchar_t *name)
     {
-        AcGePoint3d from, to;
-        const CZEMCCurvePtr curve(network().sectionByName(name)->GetObjectId(), AcDb::kForRead);
-        curve.curve()->getStartPoint(from);
-        curve.curve()->getEndPoint(to);
+        const auto section = network().sectionByName(name);
+        const AcGePoint3d from = section->GetStartPoint(), to = section->GetEndPoint();
         return {(from.x + to.x) / 2, (from.y + to.y) / 2, 0};
     }
 
@@ -134,23 +134,22 @@ bool methodPictures(const std::filesystem::path &drawing, const QDir &folder)
     if (!window.openFile(drawing))
         return false;
     MethodRun method(session, window, folder);
-    method.run(QStringLiteral("method-current-section.png"), kMethodCurrentSection, {L"D12", L"D13", L"D14"},
+    method.run(QStringLiteral("method-current-section.png"), kMethodCurrentSection, {L"D12", L"D13", L"D14"}, 1.6,
                [&](CAdUiBaseDialog &dialog) {
                    session.answers().push({method.middleOf(L"D12")});
                    click(dialog, kBtnPoint);
                });
-    method.run(QStringLiteral("method-all-sections.png"), kMethodAllSections, {L"D20", L"D21"},
+    method.run(QStringLiteral("method-all-sections.png"), kMethodAllSections, {L"D66", L"D67"}, 2.0,
                [&](CAdUiBaseDialog &dialog) {
-                   dialog.Control<QAbstractButton>(kCheckIslands)->click();
-                   session.answers().push({method.middleOf(L"D20")});
+                   click(dialog, kCheckIslands);
+                   session.answers().push({method.middleOf(L"D66")});
                    click(dialog, kBtnPoint);
                });
-    method.run(QStringLiteral("method-typed-area.png"), kMethodTypedArea, {L"D30"},
+    method.run(QStringLiteral("method-typed-area.png"), kMethodTypedArea, {L"D30"}, 4.0,
                [&](CAdUiBaseDialog &dialog) { dialog.Control<QLineEdit>(kEditArea)->setText(QStringLiteral("0.35")); });
-    method.run(QStringLiteral("method-automatic.png"), kMethodAutomatic,
-               {L"D2", L"D3", L"D4", L"D5", L"D6", L"D7", L"D8", L"D9", L"D10", L"D11", L"D12"},
+    method.run(QStringLiteral("method-automatic.png"), kMethodAutomatic, {L"D12", L"D13", L"D48", L"D17", L"D27"}, 1.4,
                [&](CAdUiBaseDialog &dialog) {
-                   dialog.Control<QAbstractButton>(kCheckIslands)->click();
+                   click(dialog, kCheckIslands);
                    click(dialog, kBtnAuto);
                });
     method.nested(QStringLiteral("boundary-layers.png"), kBtnLayers);

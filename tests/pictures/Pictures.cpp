@@ -1,7 +1,8 @@
 #include "tests/pictures/Pictures.h"
 
-#include <QApplication>
+#include <QEventLoop>
 #include <QHash>
+#include <QTimer>
 #include <QWidget>
 
 #include <algorithm>
@@ -36,7 +37,9 @@ bool savePicture(const QImage &picture, const QString &file)
 
 QImage pictureOf(QWidget &widget)
 {
-    QApplication::processEvents();
+    QEventLoop settled; // a box over a list takes its size a little later
+    QTimer::singleShot(60, &settled, &QEventLoop::quit);
+    settled.exec();
     return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
