@@ -12,13 +12,13 @@ using velmor::Services;
 
 namespace {
 
+/// The operation's entry in the journal tells the key and whether there was a value of that type.
 template <class Value>
-int readSetting(const wchar_t *key, Value &value)
+int readSetting(const char *operation, const wchar_t *key, Value &value)
 {
-    if (!key)
-        return 0;
-    const auto set = Services::instance().settings().value(velmor::utf8(key));
+    const auto set = key ? Services::instance().settings().value(velmor::utf8(key)) : std::nullopt;
     const Value *found = set ? std::get_if<Value>(&*set) : nullptr;
+    velmor::journal(operation, key, found ? 1 : 0);
     if (!found)
         return 0;
     value = *found;
@@ -46,6 +46,7 @@ std::wstring CModuleConfiguration::GetMsg(unsigned number) const
 
 std::wstring CModuleConfiguration::GetPath(const wchar_t *kind) const
 {
+    velmor::journal("CModuleConfiguration::GetPath", kind);
     const std::wstring name = kind ? kind : L"";
     if (name == L"Support")
         return withSeparator(Services::instance().paths().supportFolder());
@@ -56,15 +57,15 @@ std::wstring CModuleConfiguration::GetPath(const wchar_t *kind) const
 
 int CModuleConfiguration::GetGSValueInt(const wchar_t *key, int &value) const
 {
-    return readSetting(key, value);
+    return readSetting("CModuleConfiguration::GetGSValueInt", key, value);
 }
 int CModuleConfiguration::GetGSValueDouble(const wchar_t *key, double &value) const
 {
-    return readSetting(key, value);
+    return readSetting("CModuleConfiguration::GetGSValueDouble", key, value);
 }
 int CModuleConfiguration::GetGSValueString(const wchar_t *key, std::wstring &value) const
 {
-    return readSetting(key, value);
+    return readSetting("CModuleConfiguration::GetGSValueString", key, value);
 }
 
 int CModuleConfiguration::SetGSValueInt(const wchar_t *key, int value)
@@ -95,9 +96,9 @@ int CModuleConfiguration::GetHighlightColor() const
     return std::get<int>(Services::instance().settings().valueOrStandard("HIGHLIGHT_COLOR"));
 }
 
-void *CModuleConfiguration::LoadImageW(const wchar_t *name, unsigned /*type*/, int /*width*/, int /*height*/,
-                                       unsigned /*flags*/) const
+void *CModuleConfiguration::LoadImageW(const wchar_t *name, unsigned type, int width, int height, unsigned flags) const
 {
+    velmor::journal("CModuleConfiguration::LoadImageW", name, type, width, height, flags);
     return const_cast<velmor::IconFile *>(velmor::findIcon(name ? name : L""));
 }
 

@@ -24,6 +24,13 @@ std::optional<DataItems> itemsAt(const wchar_t *dictionary, const wchar_t *key)
     return drawing && dictionary && key ? drawing->dictionaryEntry(toUtf8(dictionary), toUtf8(key)) : std::nullopt;
 }
 
+/// Writes a read into the journal, with its outcome, and gives the outcome back.
+bool readEntry(const wchar_t *dictionary, const wchar_t *key, bool found)
+{
+    journal("CZEMCDictionaryPtr::dctRead", dictionary, key, found);
+    return found;
+}
+
 /// The one value under a key when it is of that type.
 template <class Value>
 std::optional<Value> valueAt(const wchar_t *dictionary, const wchar_t *key)
@@ -174,7 +181,7 @@ bool CZEMCDictionaryPtr::dctRead(const wchar_t *dictionary, const wchar_t *key, 
     const auto found = valueAt<std::wstring>(dictionary, key);
     if (found)
         value = *found;
-    return found.has_value();
+    return readEntry(dictionary, key, found.has_value());
 }
 
 bool CZEMCDictionaryPtr::dctRead(const wchar_t *dictionary, const wchar_t *key, double &value, bool) const
@@ -182,23 +189,23 @@ bool CZEMCDictionaryPtr::dctRead(const wchar_t *dictionary, const wchar_t *key, 
     const auto found = valueAt<double>(dictionary, key);
     if (found)
         value = *found;
-    return found.has_value();
+    return readEntry(dictionary, key, found.has_value());
 }
 
 bool CZEMCDictionaryPtr::dctRead(const wchar_t *dictionary, const wchar_t *key, int &value, bool) const
 {
     const auto found = valueAt<std::int64_t>(dictionary, key);
-    if (!found || *found < std::numeric_limits<int>::min() || *found > std::numeric_limits<int>::max())
-        return false;
-    value = static_cast<int>(*found);
-    return true;
+    const bool fits = found && *found >= std::numeric_limits<int>::min() && *found <= std::numeric_limits<int>::max();
+    if (fits)
+        value = static_cast<int>(*found);
+    return readEntry(dictionary, key, fits);
 }
 
 bool CZEMCDictionaryPtr::dctRead(const wchar_t *dictionary, const wchar_t *key, resbuf *&value, bool) const
 {
     const auto items = itemsAt(dictionary, key);
     if (!items || items->empty())
-        return false;
+        return readEntry(dictionary, key, false);
     resbuf *head = nullptr, **next = &head;
     for (std::size_t at = 0; at < items->size();) {
         resbuf *item = acutNewRb((*items)[at].code);
@@ -207,12 +214,12 @@ bool CZEMCDictionaryPtr::dctRead(const wchar_t *dictionary, const wchar_t *key, 
         const std::size_t used = fill(*item, *items, at);
         if (used == 0) {
             acutRelRb(head);
-            return false;
+            return readEntry(dictionary, key, false);
         }
         at += used;
     }
     value = head;
-    return true;
+    return readEntry(dictionary, key, true);
 }
 
 bool CZEMCDictionaryPtr::dctWrite(const wchar_t *dictionary, const wchar_t *key, const std::wstring &value, bool,

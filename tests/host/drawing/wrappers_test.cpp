@@ -621,6 +621,7 @@ TEST_F(BlockReferences, WhatTheWrappersDoIsInTheJournal)
     dictionary.dctWrite(L"ZEMX_LSD2", L"KEY", 0.5, false, true, 38);
     double value = 0.0;
     dictionary.dctRead(L"ZEMX_LSD2", L"KEY", value, false);
+    dictionary.dctRead(L"ZEMX_LSD2", L"GONE", value, false);
     CZEMCBlockReferencePtr reference;
     const auto id = CZEMCDraw::insertBlockReference(idOf(*m_definition), {1, 2}, nullptr, 3.0, &reference);
     reference.setAttributeText(L"ATT1", L"Sliv");
@@ -631,6 +632,8 @@ TEST_F(BlockReferences, WhatTheWrappersDoIsInTheJournal)
         ElementsAre(JournalEntry{"CZEMCDraw::polylineLW", {"3", "0", "1"}},
                     JournalEntry{"CZEMCDraw::line", {"0,0,0", "1,2.5,0"}},
                     JournalEntry{"CZEMCDictionaryPtr::dctWrite", {"ZEMX_LSD2", "KEY", "0.5", "38"}},
+                    JournalEntry{"CZEMCDictionaryPtr::dctRead", {"ZEMX_LSD2", "KEY", "1"}},
+                    JournalEntry{"CZEMCDictionaryPtr::dctRead", {"ZEMX_LSD2", "GONE", "0"}},
                     JournalEntry{"CZEMCDraw::insertBlockReference", {definition, "1,2,0", "null", "3"}},
                     JournalEntry{"CZEMCBlockReferencePtr::setAttributeText", {journalText(id), "ATT1", "Sliv"}}));
 }

@@ -207,6 +207,31 @@ TEST_F(Configuration, WithoutAWindowTheSettingsAreNotShownAndTheirFileIsTold)
     EXPECT_EQ(Journal::instance().entries()[0], (JournalEntry{"CModuleConfiguration::ShowGSDialog", {"TCE1"}}));
 }
 
+TEST_F(Configuration, EveryReadStandsInTheJournalWithItsKeyAndWhetherThereWasAValue)
+{
+    start("ZOOM_ONOFF = 1\n");
+    Journal::instance().setRecording(true);
+    int whole = 0;
+    double number = 0.0;
+    std::wstring text;
+
+    EXPECT_EQ(configuration.GetGSValueInt(L"ZOOM_ONOFF", whole), 1);
+    EXPECT_EQ(configuration.GetGSValueDouble(L"DEFAULT_ZOOM", number), 0);
+    EXPECT_EQ(configuration.GetGSValueString(L"ZOOM_ONOFF", text), 0) << "a value of another type";
+    EXPECT_EQ(configuration.GetGSValueInt(nullptr, whole), 0);
+    configuration.GetPath(L"Symbol");
+    configuration.LoadImageW(L"NO_SUCH_ICON", 1, 16, 18, 32);
+    Journal::instance().setRecording(false);
+    EXPECT_THAT(Journal::instance().entries(),
+                testing::ElementsAre(
+                    JournalEntry{"CModuleConfiguration::GetGSValueInt", {"ZOOM_ONOFF", "1"}},
+                    JournalEntry{"CModuleConfiguration::GetGSValueDouble", {"DEFAULT_ZOOM", "0"}},
+                    JournalEntry{"CModuleConfiguration::GetGSValueString", {"ZOOM_ONOFF", "0"}},
+                    JournalEntry{"CModuleConfiguration::GetGSValueInt", {"null", "0"}},
+                    JournalEntry{"CModuleConfiguration::GetPath", {"Symbol"}},
+                    JournalEntry{"CModuleConfiguration::LoadImageW", {"NO_SUCH_ICON", "1", "16", "18", "32"}}));
+}
+
 TEST_F(Configuration, IconsAreFilesByNameAndNullWhenThereIsNone)
 {
     resources.write("icons/TEST_ICON.svg", "<svg/>");
