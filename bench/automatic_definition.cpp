@@ -1,5 +1,6 @@
 // The automatic definition of a made town against GEOS, in one run:
 //   automatic_definition [--no-geos] [--no-curves] [--recovery] [--only SECTIONS SEGMENTS [--islands]]
+// It ends with 1 when a bound is missed, or when ours and GEOS differ over how many regions the sections lie in.
 // Ours is the whole road of a person: the dialog is opened, the sections are selected, Auto is clicked (a trace for
 // each section with the two walks over the whole drawing, the tests of boundaries against sections, a saved area for
 // each region), and the dialog is closed. GEOS nodes the same linework once (OverlayNGRobust), makes polygons of it and
@@ -33,7 +34,9 @@
 #include <ctime>
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
+#include <tuple>
 
 using namespace velmor;
 namespace fs = std::filesystem;
@@ -61,7 +64,7 @@ struct Leg {
     double open = 0.0, select = 0.0, run = 0.0, close = 0.0; ///< seconds
     double walks = 0.0, traces = 0.0;                        ///< parts of the run, measured once more by themselves
     double megabytes = 0.0;
-    std::size_t areas = 0;
+    std::size_t areas = 0, regions = 0;
     double total() const { return open + select + run + close; }
 };
 
@@ -84,7 +87,11 @@ Leg apart(const std::function<void(Leg &)> &run)
     close(ends[0]);
     close(ends[1]);
     waitpid(child, nullptr, 0);
-    return got == sizeof leg ? leg : Leg{};
+    if (got != sizeof leg) {
+        std::fprintf(stderr, "a leg died\n");
+        std::exit(1);
+    }
+    return leg;
 }
 
 /// Middles of sections in the town's closed streets. A street that comes again has its next section a step beside.
@@ -234,6 +241,12 @@ void road(Leg &leg, std::size_t sections, std::size_t segments, bool islands, bo
     for (const boundary::Point &middle : middles)
         linework.regionAt(middle, {.islands = islands});
     leg.traces = lap();
+    std::set<std::tuple<double, double, double>> outlines;
+    for (const boundary::Point &middle : middles) {
+        if (const boundary::Region region = linework.regionAt(middle))
+            outlines.emplace(region.outer.front().x, region.outer.front().y, boundary::signedArea(region.outer));
+    }
+    leg.regions = outlines.size();
     if (!host.session().alerts().empty())
         std::fprintf(stderr, "%zu alerts, the first: %ls\n", host.session().alerts().size(),
                      host.session().alerts().front().c_str());
@@ -250,6 +263,10 @@ void referee(Leg &leg, std::size_t sections, std::size_t segments)
     for (const boundary::Point &middle : middles)
         leg.areas += judge.hasFace(middle) ? 1 : 0;
     leg.run = now() - start;
+    std::set<std::string> faces;
+    for (const boundary::Point &middle : middles)
+        faces.insert(judge.text(middle));
+    leg.regions = faces.size();
 }
 
 std::wstring squareAt(int i)
@@ -334,19 +351,38 @@ int main(int argc, char **argv)
         printRoad(withIslands ? "islands" : "plain", sections, segments, leg);
         return leg;
     };
-    const Leg own = measure(2000, 100000), own2 = measure(2000, 100000, true);
+    bool good = true;
+    const auto hold = [&good](bool holds, const char *bound) {
+        if (!holds)
+            std::printf("MISSED: %s\n", bound);
+        good = good && holds;
+    };
+    const Leg own = measure(2000, 100000), withIslands = measure(2000, 100000, true);
+    hold(own.areas > 0 && withIslands.areas > 0, "a run makes areas");
     if (withGeos) {
         const Leg other = apart([](Leg &leg) { referee(leg, 2000, 100000); });
         std::printf("GEOS: noding and polygons %.1f ms, finding %.1f ms (%zu found), together %.1f ms\n",
                     other.open * 1e3, other.run * 1e3, other.areas, other.total() * 1e3);
-        std::printf("ratio of time %.3f, with islands %.3f\n", own.total() / other.total(),
-                    own2.total() / other.total());
+        std::printf("ratio of time %.3f, with islands %.3f; regions: %zu of ours, %zu of GEOS\n",
+                    own.total() / other.total(), withIslands.total() / other.total(), own.regions, other.regions);
+        hold(own.total() <= 0.75 * other.total(), "at most 0.75 of GEOS");
+        hold(own.regions == other.regions, "as many regions as GEOS");
     }
     if (withCurves) {
-        for (const std::size_t sections : {250, 500, 1000, 2000, 4000})
-            measure(sections, 100000);
-        for (const std::size_t segments : {10000, 100000, 1000000})
-            measure(1000, segments);
+        // A section costs no more when there are more of them, and what a section costs grows no faster than the
+        // drawing, but for what no longer fits the processor's caches.
+        constexpr double kUneven = 1.3, kBeyondCaches = 2.0;
+        double first = 0.0, small = 0.0;
+        for (const std::size_t sections : {250, 500, 1000, 2000, 4000}) {
+            const double each = measure(sections, 100000).total() / static_cast<double>(sections);
+            first = first == 0.0 ? each : first;
+            hold(each <= first * kUneven, "linear in sections");
+        }
+        for (const std::size_t segments : {10000, 100000, 1000000}) {
+            const double each = measure(1000, segments).total() / static_cast<double>(segments);
+            small = small == 0.0 ? each : small;
+            hold(each <= small * kBeyondCaches, "linear in segments");
+        }
     }
     const Leg none = apart([](Leg &leg) { openWith(leg, 0); });
     const Leg many = apart([](Leg &leg) { openWith(leg, 5000); });
@@ -354,5 +390,7 @@ int main(int argc, char **argv)
                 "the drawing\n",
                 none.open * 1e3, many.open * 1e3, many.areas, (many.open - none.open) * 1e3,
                 many.megabytes - none.megabytes);
-    return 0;
+    hold(many.areas == 5000 && many.open - none.open < 0.3, "5,000 areas open in less than 300 ms more");
+    hold(many.megabytes - none.megabytes < 100.0, "5,000 areas hold less than 100 MB");
+    return good ? 0 : 1;
 }

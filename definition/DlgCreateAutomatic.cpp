@@ -3,34 +3,18 @@
 
 #include "contracts/EditorAids.h"
 #include "controls/WideText.h"
+#include "definition/CentreGrid.h"
 #include "definition/DefinitionMessages.h"
 #include "definition/ReadableColour.h"
 #include "geometry/ZEMCBoundary.h"
 #include "ui_definition.h"
-
-#include <algorithm>
-#include <cmath>
 
 using namespace ZEMGis::Topology;
 using ZEMGis::Sewage::CCatchmentAreaManager;
 
 namespace {
 
-constexpr double kFoundCentreTolerance = 0.001;
 constexpr double kQuarterTurnText = 90.0; ///< passed as it stands; with a distance of 0 it has no effect
-
-bool holds(const AcGePoint3dArray &centres, const AcGePoint3d &centre)
-{
-    return std::ranges::find(centres, centre) != centres.end();
-}
-
-bool holdsNear(const AcGePoint3dArray &centres, const AcGePoint3d &centre)
-{
-    return std::ranges::any_of(centres, [&](const AcGePoint3d &known) {
-        return std::abs(known.x - centre.x) < kFoundCentreTolerance &&
-               std::abs(known.y - centre.y) < kFoundCentreTolerance;
-    });
-}
 
 void eraseEntity(AcDbObjectId id)
 {
@@ -72,8 +56,8 @@ AcGePoint3d polar(const AcGePoint3d &from, double angle, double distance)
 } // namespace
 
 struct CDlgCreateCatchmentArea::AutoSearch {
-    AcGePoint3dArray m_knownCentres; ///< of the areas that stood before the run
-    AcGePoint3dArray m_foundCentres;
+    CCentreGrid m_knownCentres; ///< of the areas that stood before the run
+    CCentreGrid m_foundCentres;
     AcDbObjectIdArray m_boundaries;
     std::vector<AcDbObjectIdArray> m_islands; ///< one list for each boundary
 };
@@ -84,7 +68,8 @@ void CDlgCreateCatchmentArea::OnBtnAuto()
     m_ui->editNumber->clear();
     if (!m_sections.empty()) {
         AutoSearch search;
-        search.m_knownCentres = m_centers;
+        for (const AcGePoint3d &centre : m_centers)
+            search.m_knownCentres.Add(centre);
         int count = 0;
         // A run that is stopped while it searches saves nothing: what it would save hangs on all that it finds.
         const bool finished = SearchBoundaries(search) && WriteFoundBoundaries(search, count);
@@ -129,12 +114,12 @@ void CDlgCreateCatchmentArea::SearchWithIslands(const AcGePoint3d &point, AutoSe
     AcGePoint3d centre;
     if (!CZEMCBoundary::GetCentroid(centre, boundary))
         return;
-    if (holds(search.m_knownCentres, centre) || holds(search.m_foundCentres, centre)) {
+    if (search.m_knownCentres.Holds(centre) || search.m_foundCentres.Holds(centre)) {
         append(m_tempBoundaries, islands);
         eraseEntity(boundary);
         return;
     }
-    search.m_foundCentres.push_back(centre);
+    search.m_foundCentres.Add(centre);
     search.m_boundaries.push_back(boundary);
     search.m_islands.push_back(std::move(islands));
 }
@@ -148,12 +133,12 @@ void CDlgCreateCatchmentArea::SearchWithoutIslands(const AcGePoint3d &point, Aut
     AcGePoint3d centre;
     if (!CZEMCBoundary::GetCentroid(centre, boundary))
         return;
-    if (holds(search.m_knownCentres, centre) || holdsNear(search.m_foundCentres, centre)) {
+    if (search.m_knownCentres.Holds(centre) || search.m_foundCentres.HoldsNear(centre)) {
         eraseEntity(boundary);
         return;
     }
     search.m_islands.emplace_back();
-    search.m_foundCentres.push_back(centre);
+    search.m_foundCentres.Add(centre);
     search.m_boundaries.push_back(boundary);
 }
 

@@ -149,6 +149,12 @@ Linework &LineworkCache::ofSet(const SelectionSet &set)
     return m_sets.front().linework;
 }
 
+bool LineworkCache::hasSet(const SelectionSet &set) const
+{
+    const auto kept = std::ranges::find(m_sets, set.id(), &SetLinework::id);
+    return kept != m_sets.end() && kept->revision == set.revision();
+}
+
 void LineworkCache::takeInClosed(SetLinework &entry)
 {
     std::erase_if(entry.waiting, [&](const AcDbObjectId &id) {

@@ -32,6 +32,9 @@ public:
     boundary::Linework &ofEntities(const AcDbObjectIdArray &ids);
     /// Everything on the named layers, visible or not (names as in the drawing, upper and lower case alike).
     boundary::Linework &ofLayers(const std::vector<std::wstring> &names);
+    /// Asking for it costs no gathering.
+    bool hasVisible() const { return m_visible.has_value(); }
+    bool hasSet(const SelectionSet &set) const;
     /// Forgets a set that was freed.
     void drop(std::int64_t setId);
 

@@ -12,9 +12,6 @@ namespace velmor {
 
 namespace {
 
-/// Gathering the linework of a larger drawing is left to the pick itself.
-constexpr std::size_t kMostGathered = 200'000;
-
 std::vector<AcGePoint2d> inStraightSides(const ZEMCRing &ring)
 {
     constexpr double kStep = std::numbers::pi / 36.0;
@@ -48,9 +45,9 @@ bool isInside(const std::vector<AcGePoint2d> &ring, const AcGePoint3d &point)
 
 } // namespace
 
-int PointMonitors::add(CZEMCPointMonitor::Outline outline)
+int PointMonitors::add(CZEMCPointMonitor::Outline outline, std::size_t commands)
 {
-    m_entries.push_back({++m_last, std::move(outline)});
+    m_entries.push_back({++m_last, std::move(outline), commands});
     return m_last;
 }
 
@@ -77,8 +74,7 @@ void PointMonitors::rest(const AcGePoint3d &point)
         for (Entry &known : m_entries)
             known.isOff = known.isOff || known.number == entry.number;
     };
-    if (builds == 0 && m_drawing.modelSpace().entities().size() > kMostGathered)
-        return switchOff();
+    m_gaveUp = false;
     std::vector<ZEMCRing> rings;
     bool isSlow = false;
     const auto timed = [&] {
@@ -92,7 +88,7 @@ void PointMonitors::rest(const AcGePoint3d &point)
     // Linework is gathered once and serves the pick too: that is no trace's time.
     if (isSlow && cache.builds() != builds)
         found = timed();
-    if (isSlow)
+    if (isSlow || m_gaveUp)
         return switchOff();
     if (!found || rings.empty() || rings.front().size() < 2)
         return;
@@ -106,16 +102,22 @@ bool PointMonitors::ask(const CZEMCPointMonitor::Outline &outline, const AcGePoi
     ++m_asked;
     const JournalPause pause;
     struct Run { // whatever the monitor changes is taken back
-        explicit Run(ChangeLog &log) : m_log(log) { m_log.begin(); }
+        Run(ChangeLog &log, bool &asking) : m_log(log), m_asking(asking)
+        {
+            m_log.begin();
+            m_asking = true;
+        }
         ~Run()
         {
+            m_asking = false;
             try {
                 m_log.takeBack();
             } catch (...) { // an observer's; the next step tells it again
             }
         }
         ChangeLog &m_log;
-    } const run(m_drawing.component<ChangeLog>());
+        bool &m_asking;
+    } const run(m_drawing.component<ChangeLog>(), m_isAsking);
     try {
         return outline && outline(point, rings);
     } catch (...) { // a preview that fails is no preview

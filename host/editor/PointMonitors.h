@@ -22,10 +22,12 @@ public:
     void setBudget(std::chrono::nanoseconds budget) { m_budget = budget; }
 
     /// Returns the monitor's number.
-    int add(CZEMCPointMonitor::Outline outline);
+    /// commands: how many commands run, of which the one that asks for the point is the innermost.
+    int add(CZEMCPointMonitor::Outline outline, std::size_t commands = 0);
     void remove(int number); ///< the outline goes with it
-    /// Some monitor may be asked.
+    /// Some monitor may be asked. With another number of commands the point is asked for by one that runs inside.
     bool isWaiting() const;
+    std::size_t commands() const { return m_entries.empty() ? 0 : m_entries.back().commands; }
 
     /// The pointer rests there: asks the monitor that came last.
     void rest(const AcGePoint3d &point);
@@ -35,6 +37,11 @@ public:
 
     /// Rings in straight sides, the outer one first and counter-clockwise or not as it came.
     const std::vector<std::vector<AcGePoint2d>> &outline() const { return m_outline; }
+    /// A monitor is being asked now: linework of more entities than this is then not gathered, but left to the click.
+    bool isAsking() const { return m_isAsking; }
+    static constexpr std::size_t kMostGathered = 200'000;
+    /// By what is asked in a monitor: it would take too long, so that monitor is asked no more.
+    void giveUp() { m_gaveUp = true; }
     /// How often a monitor was asked; for tests.
     int asked() const { return m_asked; }
 
@@ -42,6 +49,7 @@ private:
     struct Entry {
         int number;
         CZEMCPointMonitor::Outline outline;
+        std::size_t commands = 0;
         bool isOff = false;
     };
     bool ask(const CZEMCPointMonitor::Outline &outline, const AcGePoint3d &point, std::vector<ZEMCRing> &rings);
@@ -51,6 +59,7 @@ private:
     std::vector<std::vector<AcGePoint2d>> m_outline;
     std::chrono::nanoseconds m_budget = kBudget;
     int m_last = 0, m_asked = 0;
+    bool m_isAsking = false, m_gaveUp = false;
 };
 
 } // namespace velmor

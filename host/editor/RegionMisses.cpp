@@ -48,7 +48,12 @@ std::wstring RegionMisses::placeName(boundary::Point point)
 {
     for (const auto &section : m_drawing.component<Network>().sections()) {
         const AcGePoint3d a = section->GetStartPoint(), b = section->GetEndPoint();
-        if (std::abs((a.x + b.x) / 2.0 - point.x) < kSamePlace && std::abs((a.y + b.y) / 2.0 - point.y) < kSamePlace)
+        AcGePoint3d middle((a.x + b.x) / 2.0, (a.y + b.y) / 2.0);
+        if (section->GetType() == ZEMGis::Topology::kSectionArc) {
+            if (const CZEMCArcPtr arc(section->GetObjectId(), AcDb::kForRead); arc.isOpen())
+                middle = arc.getPointOnArc();
+        }
+        if (std::abs(middle.x - point.x) < kSamePlace && std::abs(middle.y - point.y) < kSamePlace)
             return section->GetName();
     }
     return fmt::format(L"{:.10g},{:.10g}", point.x, point.y);

@@ -1,5 +1,6 @@
 #include "host/editor/RestingPointer.h"
 
+#include "host/editor/CommandStack.h"
 #include "host/editor/PointMonitors.h"
 #include "host/editor/Session.h"
 #include "host/editor/Viewport.h"
@@ -34,14 +35,21 @@ void RestingPointer::moved(const AcGePoint3d &point)
     auto &monitors = drawing->component<PointMonitors>();
     if (monitors.moveTo(point))
         m_view.update();
-    if (monitors.isWaiting() && m_view.asksForPoint())
+    if (isAsked(monitors))
         m_timer.start();
+}
+
+/// The open prompt asks for the monitor's point, and not for that of a command inside, say of a zoom.
+bool RestingPointer::isAsked(const PointMonitors &monitors) const
+{
+    return monitors.isWaiting() && m_view.asksForPoint() &&
+           m_session.commands().running().size() == monitors.commands();
 }
 
 void RestingPointer::rests()
 {
     Drawing *drawing = m_session.drawing();
-    if (drawing == nullptr || !m_view.asksForPoint())
+    if (drawing == nullptr || !isAsked(drawing->component<PointMonitors>()))
         return;
     drawing->component<PointMonitors>().rest(m_point);
     m_view.update();

@@ -14,6 +14,7 @@ class QPainter;
 namespace velmor {
 
 class Drawing;
+class PointMonitors;
 class Session;
 class Viewport;
 struct PaintStyle;
@@ -29,6 +30,7 @@ public:
 
 private:
     void moved(const AcGePoint3d &point);
+    bool isAsked(const PointMonitors &monitors) const;
     void rests();
     Session &m_session;
     Viewport &m_view;

@@ -347,13 +347,15 @@ TEST_F(LongRun, TheHostTellsWhichSectionsLieInNoRegionAndWhy)
     addLine(800, 100, 700, 100);
     addLine(700, 100, 700, 0.25);
     const AcDbObjectId open = addSection(L"D7", {710, 50}, {790, 50});
-    start({section(L"D1"), section(L"D5"), open}, false, [&](CDialogUnderTest &dialog) {
+    const AcDbObjectId arc = addArcSection(L"B9", {2000, 2000}, 30);
+    start({section(L"D1"), section(L"D5"), open, arc}, false, [&](CDialogUnderTest &dialog) {
         dialog.click(290);
         EXPECT_EQ(dialog.text(281), ToQString(count(1)));
     });
     const std::string told = ToQString(view.status).toStdString();
     EXPECT_THAT(told, testing::HasSubstr("D5"));
     EXPECT_THAT(told, testing::HasSubstr("D7"));
+    EXPECT_THAT(told, testing::HasSubstr("B9"));
     EXPECT_THAT(told, testing::HasSubstr("0.25"));
 }
 

@@ -3,6 +3,7 @@
 
 #include "host/drawing/Journal.h"
 #include "host/editor/BoundaryCommand.h"
+#include "host/editor/CommandStack.h"
 #include "host/editor/LineworkCache.h"
 #include "host/editor/PointMonitors.h"
 #include "host/editor/ProgressMeter.h"
@@ -92,6 +93,14 @@ bool acedTraceBoundary(const AcGePoint3d &seed, bool detectIslands, const ads_na
         auto &cache = session->drawing()->component<velmor::LineworkCache>();
         const velmor::SelectionSet *set = selection ? session->selectionSets().find(selection) : nullptr;
         const bool isBounded = set && !set->members().empty();
+        auto &monitors = session->drawing()->component<PointMonitors>();
+        const std::size_t entities =
+            isBounded ? set->members().size() : session->drawing()->modelSpace().entities().size();
+        if (monitors.isAsking() && entities > PointMonitors::kMostGathered &&
+            !(isBounded ? cache.hasSet(*set) : cache.hasVisible())) {
+            monitors.giveUp();
+            return false;
+        }
         const velmor::boundary::Region region =
             (isBounded ? cache.ofSet(*set) : cache.visible())
                 .regionAt({seed.x, seed.y}, {.islands = detectIslands, .gapTolerance = velmor::gapTolerance(*session)});
@@ -119,11 +128,12 @@ struct CZEMCPointMonitor::Private {
 
 CZEMCPointMonitor::CZEMCPointMonitor(Outline outline) : d(std::make_unique<Private>())
 {
-    const Session *session = Session::currentOrNull();
+    Session *session = Session::currentOrNull();
     if (!session || !session->drawing())
         return;
     d->drawing = session->drawingNumber();
-    d->number = session->drawing()->component<PointMonitors>().add(std::move(outline));
+    d->number =
+        session->drawing()->component<PointMonitors>().add(std::move(outline), session->commands().running().size());
 }
 
 CZEMCPointMonitor::~CZEMCPointMonitor()

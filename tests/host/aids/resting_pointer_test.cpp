@@ -157,6 +157,37 @@ TEST_F(Aids, GatheringTheLineworkIsNoTracesTime)
     EXPECT_EQ(drawing().component<LineworkCache>().builds(), 1u);
 }
 
+TEST_F(Aids, InAGreatDrawingTheOutlineWaitsForWhatBoundsToBeGathered)
+{
+    for (std::size_t i = 0; i <= PointMonitors::kMostGathered; ++i)
+        line(5000, 0, 5001, 0);
+    ads_name set = {0, 0};
+    const auto trace = [&](const AcGePoint3d &point, std::vector<ZEMCRing> &found) {
+        return acedTraceBoundary(point, true, set, found);
+    };
+    {
+        const CZEMCPointMonitor monitor(trace); // everything visible
+        monitors().rest({10, 10});
+        EXPECT_THAT(monitors().outline(), IsEmpty());
+        EXPECT_FALSE(monitors().isWaiting());
+        EXPECT_EQ(drawing().component<LineworkCache>().builds(), 0u);
+    }
+    ads_name entity; // few boundaries beside all that
+    acdbGetAdsName(entity, idOf(*drawing().modelSpace().entities()[0]));
+    ASSERT_EQ(acedSSAdd(entity, nullptr, set), RTNORM);
+    {
+        const CZEMCPointMonitor monitor(trace);
+        monitors().rest({10, 10});
+        EXPECT_THAT(monitors().outline(), SizeIs(1));
+    }
+    const ads_name all = {0, 0};
+    EXPECT_TRUE(acedTraceBoundary({10, 10}, false, all, rings)); // the click gathers
+    set[0] = set[1] = 0;
+    const CZEMCPointMonitor monitor(trace);
+    monitors().rest({10, 10});
+    EXPECT_THAT(monitors().outline(), SizeIs(2));
+}
+
 TEST_F(Aids, WhatAMonitorDoesToTheDrawingIsTakenBack)
 {
     auto &log = drawing().component<ChangeLog>();
@@ -251,6 +282,32 @@ TEST_F(Resting, TheOutlineShowsWhileAPointIsAskedForAndGoesWithThePrompt)
     }
     EXPECT_THAT(monitors().outline(), IsEmpty());
     EXPECT_EQ(entityCount(), before);
+}
+
+TEST_F(Resting, TheCornersOfACommandInsideThePromptAreNotAskedFor)
+{
+    bool inside = true, outside = false;
+    session.commands().addWork(L"INSIDE", CommandEntry::kTransparent, [&](Asker &) {
+        QTimer::singleShot(0, [&] {
+            moveTo(12, 10);
+            inside = timer->isActive();
+            QTest::keyClick(view, Qt::Key_Escape);
+        });
+        ads_point corner{};
+        EXPECT_EQ(acedGetPoint(nullptr, L"Corner:", corner), RTCAN);
+        return Command::Next::Commit;
+    });
+    const CZEMCPointMonitor monitor([](const AcGePoint3d &, std::vector<ZEMCRing> &) { return false; });
+    QTimer::singleShot(0, [&] {
+        EXPECT_EQ(session.commands().start(L"INSIDE"), RunStatus::Done);
+        moveTo(13, 10);
+        outside = timer->isActive();
+        QTest::keyClick(view, Qt::Key_Escape);
+    });
+    ads_point point{};
+    EXPECT_EQ(acedGetPoint(nullptr, L"Point:", point), RTCAN);
+    EXPECT_FALSE(inside);
+    EXPECT_TRUE(outside);
 }
 
 } // namespace
