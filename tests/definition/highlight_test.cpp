@@ -1,6 +1,7 @@
 // What the drawing shows beside the dialog: sections drawn for a while, and hatched marks of the current section's
 // areas, as each control leaves them.
 #include "tests/definition/dialog_fixture.h"
+#include "tests/definition/made_area.h"
 
 #include "host/drawing/Transient.h"
 
@@ -170,16 +171,8 @@ protected:
     }
     void addArea(const std::wstring &name, int mask, double x, const wchar_t *section)
     {
-        AcGePoint3dArray ring{{x, 0}, {x + 10, 0}, {x + 10, 10}, {x, 10}};
-        const auto bag = boost::shared_ptr<Data::CProperties>(new Data::CProperties);
-        const auto guid = boost::shared_ptr<Data::CProperty>(new Data::CProperty);
-        guid->SetTag(L"CA_GUID");
-        guid->SetValue(Utility::CUtility::CreateGUID());
-        bag->AddProperty(guid);
-        auto *manager = Sewage::CCatchmentAreaManager::Instance();
-        const auto area = manager->CreateCA(
-            Utility::CTransform::PolygonText(Utility::CTransform::AcadPoly2GeosPoly(ring)), name, mask, bag);
-        manager->AssignCA({{network().sectionByName(section), 1.0}}, area);
+        Sewage::CCatchmentAreaManager::Instance()->AssignCA({{network().sectionByName(section), 1.0}},
+                                                            makeArea(name, mask, x));
     }
     std::vector<std::wstring> marked()
     {

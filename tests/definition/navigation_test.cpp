@@ -1,5 +1,6 @@
 // Selection, the current section and what the drawing shows of it.
 #include "tests/definition/dialog_fixture.h"
+#include "tests/definition/made_area.h"
 
 #include "controls/WideText.h"
 #include "definition/AreaNaming.h"
@@ -213,35 +214,6 @@ TEST_F(Navigation, InMethod1AllSectionsAreDrawnAndZoomedToAtOnce)
     });
 }
 
-TEST_F(Navigation, TheZoomButtonHidesTheDialogUntilAnAnswer)
-{
-    run([&](CDialogUnderTest &dialog) {
-        dialog.choose(257, 0);
-        select(dialog, {L"D1"});
-        m_session.answers().push({velmor::Answer::Enter{}});
-        Journal::instance().setRecording(true);
-        dialog.click(217);
-        EXPECT_TRUE(dialog.isVisible());
-        EXPECT_THAT(calls({kWipe, kZoomTo, kDraw, kRefresh, "acedGetString"}),
-                    ElementsAre(kWipe, kZoomTo, kDraw, kRefresh, "acedGetString"));
-        EXPECT_EQ(m_session.answers().size(), 0u);
-    });
-}
-
-TEST_F(Navigation, WhileACommandOfTheFamilyRunsTheGuardedHandlersDoNothing)
-{
-    run([&](CDialogUnderTest &dialog) {
-        dialog.choose(257, 0);
-        select(dialog, {L"D1", L"D2"});
-        const Notification::SetActiveCommand other(L"OTHER");
-        Journal::instance().setRecording(true);
-        for (const int control : {205, 217, 3, 100, 101})
-            dialog.click(control);
-        EXPECT_EQ(dialog.text(266), "D1");
-        EXPECT_THAT(calls({kWipe, kZoomTo, kDraw, kRefresh, "acedGetString"}), IsEmpty());
-    });
-}
-
 TEST_F(Navigation, AHandlersGuardEndsWithIt)
 {
     run([&](CDialogUnderTest &dialog) {
@@ -253,58 +225,16 @@ TEST_F(Navigation, AHandlersGuardEndsWithIt)
     });
 }
 
-TEST_F(Navigation, HideBringsTheDialogBackAfterAnAnswer)
-{
-    run([&](CDialogUnderTest &dialog) {
-        m_session.answers().push({velmor::Answer::Enter{}});
-        dialog.click(3);
-        EXPECT_TRUE(dialog.isVisible());
-        EXPECT_EQ(m_session.answers().size(), 0u);
-    });
-}
-
-TEST_F(Navigation, TheSectionsInformationToolRunsWithTheDialogAway)
-{
-    run([&](CDialogUnderTest &dialog) {
-        Journal::instance().setRecording(true);
-        dialog.click(100);
-        EXPECT_THAT(entriesOf("CCatchmentAreaManager::StartCAInfoTooltipSections"), SizeIs(1));
-        EXPECT_TRUE(dialog.isVisible());
-    });
-}
-
-TEST_F(Navigation, TheAreasInformationToolSetsItsIndexFirst)
-{
-    run([&](CDialogUnderTest &dialog) {
-        Journal::instance().setRecording(true);
-        dialog.click(101);
-        EXPECT_THAT(
-            calls({"CCatchmentAreaManager::GetAllCatchmentAreas", "CTopoEditor::CreateCustomSpatialIndex",
-                   "CCatchmentAreaManager::SetSpatialIndexCA", "CCatchmentAreaManager::StartCAInfoTooltipAreas"}),
-            ElementsAre("CCatchmentAreaManager::GetAllCatchmentAreas", "CTopoEditor::CreateCustomSpatialIndex",
-                        "CCatchmentAreaManager::SetSpatialIndexCA", "CCatchmentAreaManager::StartCAInfoTooltipAreas"));
-        EXPECT_TRUE(dialog.isVisible());
-    });
-}
-
 class SectionMarks : public DefinitionDialogTest {
 protected:
     boost::shared_ptr<Sewage::CCatchmentArea> addArea(const std::wstring &name, int mask, double x,
                                                       std::initializer_list<const wchar_t *> sections)
     {
-        AcGePoint3dArray ring{{x, 0}, {x + 10, 0}, {x + 10, 10}, {x, 10}};
-        auto bag = boost::shared_ptr<Data::CProperties>(new Data::CProperties);
-        const auto guid = boost::shared_ptr<Data::CProperty>(new Data::CProperty);
-        guid->SetTag(L"CA_GUID");
-        guid->SetValue(Utility::CUtility::CreateGUID());
-        bag->AddProperty(guid);
-        auto *manager = Sewage::CCatchmentAreaManager::Instance();
-        const auto area = manager->CreateCA(
-            Utility::CTransform::PolygonText(Utility::CTransform::AcadPoly2GeosPoly(ring)), name, mask, bag);
+        const auto area = makeArea(name, mask, x);
         Sewage::SectionShares shares;
         for (const wchar_t *section : sections)
             shares.emplace_back(network().sectionByName(section), 1.0);
-        manager->AssignCA(shares, area);
+        Sewage::CCatchmentAreaManager::Instance()->AssignCA(shares, area);
         return area;
     }
     /// Names and angles of the marks in the journal.

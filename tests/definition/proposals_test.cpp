@@ -1,5 +1,6 @@
 // Which names the dialog proposes and which it takes, on the edit of the name; and what of the areas that are there
 // already is taken, of whatever type they are.
+#include "tests/definition/made_area.h"
 #include "tests/definition/manual_fixture.h"
 
 using namespace ZEMGis;
@@ -11,18 +12,6 @@ namespace {
 
 class Proposals : public ManualDefinitionTest {
 protected:
-    /// An area of 10 by 10 units that has nothing to do with the dialog.
-    void addArea(const std::wstring &name, int mask, double x)
-    {
-        auto bag = boost::shared_ptr<Data::CProperties>(new Data::CProperties);
-        const auto guid = boost::shared_ptr<Data::CProperty>(new Data::CProperty);
-        guid->SetTag(L"CA_GUID");
-        guid->SetValue(Utility::CUtility::CreateGUID());
-        bag->AddProperty(guid);
-        const AcGePoint3dArray ring{{x, 0}, {x + 10, 0}, {x + 10, 10}, {x, 10}};
-        ASSERT_TRUE(Sewage::CCatchmentAreaManager::Instance()->CreateCA(
-            Utility::CTransform::PolygonText(Utility::CTransform::AcadPoly2GeosPoly(ring)), name, mask, bag));
-    }
     QString proposalFor(std::initializer_list<const wchar_t *> sections)
     {
         QString proposal;
@@ -66,18 +55,18 @@ TEST_F(Proposals, ThePiecesStandRoundTheSectionsName)
 
 TEST_F(Proposals, ANameOfTheDrawingRaisesTheCounterBeforeAnythingWasSaved)
 {
-    addArea(L"S-D1_2", 1, 1000);
+    ASSERT_TRUE(makeArea(L"S-D1_2", 1, 1000));
     EXPECT_EQ(proposalFor({L"D1"}), "S-D1_1") << "the counter reaches 2 only when 1 is taken";
-    addArea(L"S-D1_1", 1, 2000);
+    ASSERT_TRUE(makeArea(L"S-D1_1", 1, 2000));
     EXPECT_EQ(proposalFor({L"D1"}), "S-D1_3");
     EXPECT_EQ(proposalFor({L"D2"}), "S-D2_1");
 }
 
 TEST_F(Proposals, NamesOfAllTypesAreTakenWhateverTypeIsOn)
 {
-    addArea(L"S-D1_1", 2, 1000);
-    addArea(L"S-D1_2", 4, 2000);
-    addArea(L"S-D1_3", 6, 3000);
+    ASSERT_TRUE(makeArea(L"S-D1_1", 2, 1000));
+    ASSERT_TRUE(makeArea(L"S-D1_2", 4, 2000));
+    ASSERT_TRUE(makeArea(L"S-D1_3", 6, 3000));
     EXPECT_EQ(proposalFor({L"D1"}), "S-D1_4");
     EXPECT_THAT(save("S-D1_2", 4000), ElementsAre(message(1620)));
     EXPECT_THAT(areas(), SizeIs(3));
@@ -101,7 +90,7 @@ TEST_F(Proposals, CentresOfAllTypesAreTakenWhateverTypeIsOn)
     int number = 0;
     for (const int mask : {1, 2, 4}) {
         const double x = 1000.0 * mask;
-        addArea(L"other " + std::to_wstring(++number), mask, x);
+        ASSERT_TRUE(makeArea(L"other " + std::to_wstring(++number), mask, x));
         EXPECT_THAT(save({}, x), ElementsAre(message(2005))) << mask;
         EXPECT_THAT(areas(), SizeIs(static_cast<std::size_t>(number))) << mask;
     }
@@ -111,7 +100,7 @@ TEST_F(Proposals, CentresOfAllTypesAreTakenWhateverTypeIsOn)
 
 TEST_F(Proposals, ANameThatDiffersInCaseAloneIsAnotherName)
 {
-    addArea(L"S-D1_1", 1, 1000);
+    ASSERT_TRUE(makeArea(L"S-D1_1", 1, 1000));
     EXPECT_THAT(save("s-d1_1", 2000), IsEmpty());
     EXPECT_TRUE(areaNamed(L"s-d1_1"));
     EXPECT_TRUE(areaNamed(L"S-D1_1"));
@@ -121,7 +110,7 @@ TEST_F(Proposals, ANameThatDiffersInCaseAloneIsAnotherName)
 
 TEST_F(Proposals, ANameInSmallLettersDoesNotRaiseTheCounter)
 {
-    addArea(L"s-d1_1", 1, 1000);
+    ASSERT_TRUE(makeArea(L"s-d1_1", 1, 1000));
     EXPECT_EQ(proposalFor({L"D1"}), "S-D1_1");
     EXPECT_THAT(save({}, 2000), IsEmpty());
     EXPECT_TRUE(areaNamed(L"S-D1_1"));

@@ -1,6 +1,7 @@
 // The handlers that hand the editor over or that are guarded: all their calls in order, the dialog away while the
 // prompt is open, and nothing at all while another command runs.
 #include "tests/definition/journal_lines.h"
+#include "tests/definition/made_area.h"
 #include "tests/definition/manual_fixture.h"
 
 using namespace ZEMGis;
@@ -58,17 +59,6 @@ protected:
     }
     static std::string highlight() { return std::to_string(CModuleConfiguration::Instance()->GetHighlightColor()); }
     static std::string waitPrompt() { return "acedGetString(0, " + journalText(message(50200)) + ")"; }
-    boost::shared_ptr<Sewage::CCatchmentArea> addArea(const std::wstring &name, int mask, double x)
-    {
-        auto bag = boost::shared_ptr<Data::CProperties>(new Data::CProperties);
-        const auto guid = boost::shared_ptr<Data::CProperty>(new Data::CProperty);
-        guid->SetTag(L"CA_GUID");
-        guid->SetValue(Utility::CUtility::CreateGUID());
-        bag->AddProperty(guid);
-        const AcGePoint3dArray ring{{x, 0}, {x + 10, 0}, {x + 10, 10}, {x, 10}};
-        return Sewage::CCatchmentAreaManager::Instance()->CreateCA(
-            Utility::CTransform::PolygonText(Utility::CTransform::AcadPoly2GeosPoly(ring)), name, mask, bag);
-    }
     static velmor::Answer enter() { return {velmor::Answer::Enter{}}; }
     static velmor::Answer escape() { return {velmor::Answer::Escape{}}; }
 
@@ -131,7 +121,7 @@ TEST_F(SmallHandlers, TheSectionsToolRunsWithTheDialogAwayAndAsksNothingElse)
 TEST_F(SmallHandlers, TheAreasToolIndexesTheAreasOfAllTypesFirst)
 {
     for (const int type : {1, 2, 4})
-        addArea(L"area " + std::to_wstring(type), type, 1000.0 * type);
+        ASSERT_TRUE(makeArea(L"area " + std::to_wstring(type), type, 1000.0 * type));
     run([&](CDialogUnderTest &dialog) {
         EXPECT_THAT(click(dialog, 101, escape()),
                     ElementsAre("SetActiveCommand(CA_INFO)", "CAdUiBaseDialog::BeginEditorCommand()",
@@ -209,6 +199,27 @@ TEST_F(SmallHandlers, AllSectionsAreDrawnAfterTheMarkColourWasAskedFor)
                                 "AcTransactionManager::flushGraphics()", "acedUpdateDisplay()",
                                 "CCatchmentAreaManager::UnMarkAllCatchments(7)",
                                 "CCatchmentAreaManager::GetCABySection(" + handleOf(L"D1") + ", 1)",
+                                "AcTransactionManager::flushGraphics()", "acedUpdateDisplay()"));
+    });
+}
+
+TEST_F(SmallHandlers, ASelectionForAllSectionsShowsTheCurrentOneThenAllThenTheMarks)
+{
+    run([&](CDialogUnderTest &dialog) {
+        dialog.click(296);
+        const JournalLines lines = recorded([&] { select(dialog, {L"D1", L"D2"}); });
+        const std::string first = "CEntity::DrawTemporary(" + handleOf(L"D1") + ", " + highlight() + ", 0)";
+        const std::string second = "CEntity::DrawTemporary(" + handleOf(L"D2") + ", " + highlight() + ", 0)";
+        const std::string marks = "CCatchmentAreaManager::GetCABySection(" + handleOf(L"D1") + ", 1)";
+        EXPECT_THAT(lines,
+                    ElementsAre("acedRedraw(4)", "acedRedraw(4)", "CZEMCEdit::zoom(1, 1.5, 5, 30, 95, 30)", first,
+                                "AcTransactionManager::flushGraphics()", "acedUpdateDisplay()", // the current one
+                                "acedRedraw(4)", "CModuleConfiguration::GetGSValueInt(MARK_COLOR, 0)", "acedRedraw(4)",
+                                "CZEMCEdit::zoom(2, 1.5, 5, 20, 95, 80)", first, second,
+                                "AcTransactionManager::flushGraphics()", "acedUpdateDisplay()", // all
+                                "CCatchmentAreaManager::UnMarkAllCatchments(7)", marks,
+                                "AcTransactionManager::flushGraphics()", "acedUpdateDisplay()", // the types' end
+                                "CCatchmentAreaManager::UnMarkAllCatchments(7)", marks,
                                 "AcTransactionManager::flushGraphics()", "acedUpdateDisplay()"));
     });
 }

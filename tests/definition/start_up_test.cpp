@@ -10,7 +10,6 @@
 
 using namespace ZEMGis;
 using testing::ElementsAre;
-using velmor::Journal;
 
 namespace {
 
@@ -328,15 +327,6 @@ TEST_F(StartUp, NothingIsCutOffInEitherLanguageAtTwiceTheFontToo)
     QApplication::setFont(usual);
 }
 
-TEST_F(StartUp, ClosingClearsMarksAndTemporaryDrawing)
-{
-    Journal::instance().setRecording(true);
-    run([](CDialogUnderTest &) { Journal::instance().clear(); });
-    EXPECT_THAT(calls({"CCatchmentAreaManager::UnMarkAllCatchments", "acedRedraw"}),
-                ElementsAre("CCatchmentAreaManager::UnMarkAllCatchments", "acedRedraw"));
-    EXPECT_THAT(entriesOf("CCatchmentAreaManager::UnMarkAllCatchments").front().arguments, ElementsAre("7"));
-}
-
 TEST_F(StartUp, EscapeAndTheCloseButtonBothEndTheDialog)
 {
     run([](CDialogUnderTest &dialog) {
@@ -388,31 +378,6 @@ TEST_F(StartUp, TheSelectionButtonSaysWhatItDoesInBothLanguages)
 TEST_F(StartUp, TheCounterEditShowsNothing)
 {
     run([](CDialogUnderTest &dialog) { EXPECT_EQ(dialog.Control<QLineEdit>(326)->placeholderText(), ""); });
-}
-
-TEST_F(StartUp, TheSelectionButtonIsSetUpWithItsArguments)
-{
-    Journal::instance().setRecording(true);
-    run([](CDialogUnderTest &) {});
-    Journal::instance().setRecording(false);
-    const auto argumentsOf = [](const char *operation) {
-        const auto entries = entriesOf(operation);
-        return entries.size() == 1 ? entries.front().arguments : std::vector<std::string>();
-    };
-    EXPECT_THAT(argumentsOf("CSelectionButton::setParentDialog"), ElementsAre(velmor::journalText(true)));
-    EXPECT_THAT(argumentsOf("CSelectionButton::SetButtonTopologyType"), ElementsAre("1"));
-    EXPECT_THAT(argumentsOf("CSelectionButton::SetHideDisabledMenuOptions"), ElementsAre("1"));
-    EXPECT_THAT(argumentsOf("CSelectionButton::SetSelectionType"), ElementsAre("32415745"));
-}
-
-TEST_F(StartUp, WhatIsAskedOfTheHostComesInTheRequiredOrder)
-{
-    Journal::instance().setRecording(true);
-    run([](CDialogUnderTest &) { Journal::instance().setRecording(false); });
-    const std::vector<std::string> order = {"CSelectionButton::SetSelectionType",
-                                            "CCatchmentAreaManager::GetAllCatchmentAreas",
-                                            "CCatalogManager::GetCatalog", "CZEMCDraw::insertBlockDefinition"};
-    EXPECT_EQ(calls({order[0].c_str(), order[1].c_str(), order[2].c_str(), order[3].c_str()}), order);
 }
 
 TEST_F(StartUp, BlueAndOrangeAreDrawnAsRequiredOnALightWindowAndReadablyOnADarkOne)
