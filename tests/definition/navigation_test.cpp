@@ -258,13 +258,12 @@ TEST_F(SectionMarks, AreasOfTheCurrentSectionAreMarkedEachInItsOwnAngle)
         select(dialog, {L"D1"});
         Journal::instance().setRecording(true);
         dialog.click(108); // ends with the marks, of catchment and industrial now
-        ASSERT_THAT(entriesOf(kMark), SizeIs(2));
-        EXPECT_EQ(marks()[0].second, "0");
-        EXPECT_EQ(marks()[1].second, "45");
-        const auto arguments = entriesOf(kMark).front().arguments;
-        EXPECT_EQ(arguments.at(1), "3");
-        EXPECT_EQ(arguments.at(2), "2");
-        EXPECT_EQ(arguments.at(4), "ANSI31");
+        const auto marks = entriesOf(kMark);
+        ASSERT_THAT(marks, SizeIs(2));
+        // Area, colour, scale, angle, pattern, flag.
+        EXPECT_THAT(marks[0].arguments, ElementsAre(velmor::journalText(one->GetGuid()), "3", "2", "0", "ANSI31", "0"));
+        EXPECT_THAT(marks[1].arguments,
+                    ElementsAre(velmor::journalText(two->GetGuid()), "3", "2", "45", "ANSI31", "0"));
         EXPECT_THAT(calls({"CCatchmentAreaManager::UnMarkAllCatchments", kMark, kRefresh}),
                     ElementsAre("CCatchmentAreaManager::UnMarkAllCatchments", kMark, kMark, kRefresh));
     });

@@ -98,6 +98,15 @@ TEST_F(Proposals, CentresOfAllTypesAreTakenWhateverTypeIsOn)
     EXPECT_THAT(areas(), SizeIs(4));
 }
 
+TEST_F(Proposals, TheCentreOfAHiddenAreaTheMiddleOfItsSectionIsTaken)
+{
+    addSection(L"H", {4000, 5}, {4010, 5});
+    auto bag = boost::shared_ptr<Data::CProperties>(new Data::CProperties);
+    ASSERT_TRUE(Sewage::CCatchmentAreaManager::Instance()->SetHiddenCA(network().sectionByName(L"H"), 5000, 2, bag));
+    EXPECT_THAT(save({}, 4000), ElementsAre(message(2005)));
+    EXPECT_THAT(areas(), SizeIs(1));
+}
+
 TEST_F(Proposals, ANameThatDiffersInCaseAloneIsAnotherName)
 {
     ASSERT_TRUE(makeArea(L"S-D1_1", 1, 1000));
