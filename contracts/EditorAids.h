@@ -1,5 +1,5 @@
 // What a module asks of its host for the person who waits or points: a progress meter with a way to stop, the region
-// around a point without drawing it, and an outline under the resting pointer.
+// around a point without drawing it, an outline under the resting pointer, and entities that are only drawn to help.
 //
 // All calls belong on the main thread. Nothing throws, and none of it changes the drawing or makes an undo step. A host
 // without a window takes the calls and shows nothing.
@@ -38,6 +38,14 @@ using ZEMCRing = std::vector<AcDbPolyline::Vertex>;
 /// when no region closes around the point.
 ZEMX_CONTRACT bool acedTraceBoundary(const AcGePoint3d &seed, bool detectIslands, const ads_name selection,
                                      std::vector<ZEMCRing> &rings);
+
+// --- Entities that are only drawn to help
+// ------------------------------------------------------------------------------------------------
+
+/// Tells the host that an entity is only an aid of the command that runs: an outline while it is defined, a preview. If
+/// it is erased when the command ends, neither undo nor redo brings it back; one that stays is an entity like any
+/// other. RTERROR for an id that names no entity.
+ZEMX_CONTRACT int acedSetAid(const AcDbObjectId &entity);
 
 // --- The resting pointer
 // ------------------------------------------------------------------------------------------------

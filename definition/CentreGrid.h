@@ -7,9 +7,10 @@
 #include <cstdint>
 #include <unordered_map>
 
-/// A set of centres for the two tests of the automatic definition. Both give what a walk over all centres would give.
+/// A set of centres for the tests of a boundary that is found or saved. Both give what a walk over all centres would give.
 class CCentreGrid {
 public:
+    void Clear() { m_cells.clear(); }
     void Add(const AcGePoint3d &centre) { m_cells.emplace(KeyOf(CellOf(centre.x), CellOf(centre.y)), centre); }
 
     /// One of them equals the centre (the tolerance is that of points).

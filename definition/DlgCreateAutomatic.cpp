@@ -109,8 +109,9 @@ void CDlgCreateCatchmentArea::SearchWithIslands(const AcGePoint3d &point, AutoSe
     AcDbObjectIdArray islands;
     if (!CZEMCBoundary::CreateBoundary(point, boundary, islands, m_layerSelection))
         return;
-    m_tempBoundaries.push_back(boundary);
-    append(m_tempBoundaries, islands);
+    AddTempBoundary(boundary);
+    for (const AcDbObjectId &island : islands)
+        AddTempBoundary(island);
     AcGePoint3d centre;
     if (!CZEMCBoundary::GetCentroid(centre, boundary))
         return;
@@ -129,7 +130,7 @@ void CDlgCreateCatchmentArea::SearchWithoutIslands(const AcGePoint3d &point, Aut
     AcDbObjectId boundary;
     if (!CZEMCBoundary::CreateBoundary(point, boundary, m_layerSelection))
         return;
-    m_tempBoundaries.push_back(boundary);
+    AddTempBoundary(boundary);
     AcGePoint3d centre;
     if (!CZEMCBoundary::GetCentroid(centre, boundary))
         return;

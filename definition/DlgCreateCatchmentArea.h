@@ -14,6 +14,7 @@
 #include "controls/MyToolTipCtrl.h"
 #include "definition/AreaNaming.h"
 #include "definition/CatchItemData.h"
+#include "definition/CentreGrid.h"
 #include "definition/EnablingTable.h"
 
 #include <QString>
@@ -166,11 +167,13 @@ private:
     /// Takes a change of the chosen rows apart into a notice for each row.
     void OnSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);
     std::intptr_t OnListChanged(const CListNotification &notification);
-    static void ClearMarkedText(QLineEdit *edit);
+    static void ClearMarkedText(AMSEdit::CAMSNumericEdit *edit);
     void CreatePreviewHatch(AcDbObjectId &outId, AcDbObjectId boundaryId, const AcDbObjectIdArray &islandIds,
                             int colour, double angleDegrees);
     bool IsDuplicateCentre(AcDbObjectId boundaryId, bool showAlert) const;
+    void AddCentre(const AcGePoint3d &centre);
     void DeleteRows();
+    void AddTempBoundary(AcDbObjectId boundary);
     void EraseTempBoundaries();
     void EraseTempHatches();
     void EraseEntities(AcDbObjectIdArray &ids);
@@ -240,6 +243,7 @@ private:
     std::vector<AreaPtr> m_allAreas;
     std::set<std::wstring> m_usedNames;
     AcGePoint3dArray m_centers;
+    CCentreGrid m_centerGrid; ///< of the same
     std::set<int> m_usedNumbers;
     std::wstring m_lastMainName;
     CStringArray m_labelAttributes;

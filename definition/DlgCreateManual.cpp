@@ -6,6 +6,7 @@
 
 #include "contracts/EditorAids.h"
 #include "controls/WideText.h"
+#include "definition/DefinitionConstants.h"
 #include "definition/DefinitionMessages.h"
 #include "geometry/ZEMCBoundary.h"
 #include "ui_definition.h"
@@ -17,8 +18,6 @@ using ZEMGis::Sewage::CCatchmentAreaManager;
 using ZEMGis::Topology::kUnknownValue;
 
 namespace {
-
-constexpr double kSquareMetresPerHectare = 10000.0;
 
 void alertNoBoundary()
 {
@@ -131,8 +130,9 @@ bool CDlgCreateCatchmentArea::DefineAroundPoint(const AcGePoint3d &point)
     m_lastBoundary = boundary;
     if (m_bSearchSubCatchments)
         m_lastIslands = islands;
-    m_tempBoundaries.push_back(boundary);
-    m_tempBoundaries.insert(m_tempBoundaries.end(), islands.begin(), islands.end());
+    AddTempBoundary(boundary);
+    for (const AcDbObjectId &island : islands)
+        AddTempBoundary(island);
 
     std::vector<double> areas{areaOf(boundary)};
     for (const AcDbObjectId &island : islands) {
@@ -208,7 +208,7 @@ void CDlgCreateCatchmentArea::OnBtnDrawArea()
 double CDlgCreateCatchmentArea::DefineByPolyline(AcDbObjectId polyline)
 {
     m_lastBoundary = polyline;
-    m_tempBoundaries.push_back(polyline);
+    AddTempBoundary(polyline);
     AcDbObjectId hatch;
     CreatePreviewHatch(hatch, polyline, {}, m_colorTemp, 0.0);
     const double area = areaOf(polyline);

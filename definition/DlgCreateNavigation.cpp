@@ -2,6 +2,7 @@
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "controls/WideText.h"
+#include "definition/DefinitionConstants.h"
 #include "definition/DefinitionMessages.h"
 #include "definition/ReadableColour.h"
 #include "ui_definition.h"
@@ -15,8 +16,6 @@ using ZEMGis::Sewage::CCatchmentAreaManager;
 
 namespace {
 
-constexpr double kAngleStep = 45.0;
-constexpr const wchar_t *kPattern = L"ANSI31";
 constexpr CControlSet kNavigation{kBtnPrevious, kBtnNext};
 
 bool isCommandActive()
@@ -158,7 +157,7 @@ void CDlgCreateCatchmentArea::ShowDefinedAreas()
     const int mask = GetTypeMask();
     for (const AreaPtr &area : defined) {
         if (area && area->GetType() == mask && area->IsHidden() == 0)
-            area->Mark(m_colorDefined, m_hatchScale, 0.0, kPattern, 0);
+            area->Mark(m_colorDefined, m_hatchScale, 0.0, kHatchPattern, 0);
     }
 }
 
@@ -172,14 +171,14 @@ void CDlgCreateCatchmentArea::MarkSectionAreas(const SectionPtr &section)
     for (const AreaPtr &area : areas) {
         if (!area || area->IsHidden() != 0)
             continue;
-        area->Mark(m_colorDefined, m_hatchScale, angle, kPattern, 0);
-        angle += kAngleStep;
+        area->Mark(m_colorDefined, m_hatchScale, angle, kHatchPattern, 0);
+        angle += kHatchAngleStep;
         std::vector<std::wstring> guids;
         area->GetSubCatchments(guids);
         for (const std::wstring &guid : guids) {
             if (const AreaPtr sub = manager->GetCatchmentAreaByGuid(guid))
-                sub->Mark(m_colorDefined, m_hatchScale, angle, kPattern, 0);
-            angle += kAngleStep;
+                sub->Mark(m_colorDefined, m_hatchScale, angle, kHatchPattern, 0);
+            angle += kHatchAngleStep;
         }
     }
 }

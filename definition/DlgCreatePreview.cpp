@@ -1,7 +1,9 @@
 // The boundaries of the definition at hand: rows of the list, preview hatches, temporary polylines.
 #include "definition/DlgCreateCatchmentArea.h"
 
+#include "contracts/EditorAids.h"
 #include "controls/WideText.h"
+#include "definition/DefinitionConstants.h"
 #include "definition/DefinitionMessages.h"
 #include "geometry/ZEMCBoundary.h"
 #include "ui_definition.h"
@@ -15,18 +17,16 @@ using ZEMGis::Topology::kUnknownValue;
 
 namespace {
 
-constexpr double kSquareMetresPerHectare = 10000.0;
 constexpr double kRadiansPerDegree = 0.017453292519943295;
-constexpr double kCentreTolerance = 0.001;
 constexpr int kAreaPlaces = 4;
-constexpr double kHatchAngleStep = 45.0;
 constexpr unsigned kRowSelected = 2; ///< bit of a row's state
 
 /// Half away from zero at the given place, by way of one more place.
 double rounded(double value, int places)
 {
-    const double scale = std::pow(10.0, places);
-    return std::trunc((value * scale * 10.0 + (value < 0.0 ? -5.0 : 5.0)) / 10.0) / scale;
+    // One product: in two steps the last bit differs, and the cut shows it.
+    const double scaled = value * std::pow(10.0, places + 1);
+    return std::trunc((scaled + (value < 0.0 ? -5.0 : 5.0)) / 10.0) / std::pow(10.0, places);
 }
 
 CCatchItemData *payloadOf(const QTreeWidgetItem *row)
@@ -107,10 +107,10 @@ std::intptr_t CDlgCreateCatchmentArea::OnListChanged(const CListNotification &no
     return 0;
 }
 
-void CDlgCreateCatchmentArea::ClearMarkedText(QLineEdit *edit)
+void CDlgCreateCatchmentArea::ClearMarkedText(AMSEdit::CAMSNumericEdit *edit)
 {
     if (edit->hasSelectedText())
-        edit->del();
+        edit->clearSelection(); // the clear command, by the box's own route
 }
 
 void CDlgCreateCatchmentArea::CreatePreviewHatch(AcDbObjectId &outId, AcDbObjectId boundaryId,
@@ -121,7 +121,7 @@ void CDlgCreateCatchmentArea::CreatePreviewHatch(AcDbObjectId &outId, AcDbObject
     hatch->setElevation(0.0);
     hatch->setPatternAngle(angleDegrees * kRadiansPerDegree);
     hatch->setPatternScale(m_hatchScale);
-    hatch->setPattern(AcDbHatch::kPreDefined, L"ANSI31");
+    hatch->setPattern(AcDbHatch::kPreDefined, kHatchPattern);
     hatch->setAssociative(false);
     hatch->setHatchStyle(AcDbHatch::kNormal);
     hatch->appendLoop(AcDbHatch::kExternal, {boundaryId});
@@ -131,6 +131,7 @@ void CDlgCreateCatchmentArea::CreatePreviewHatch(AcDbObjectId &outId, AcDbObject
     hatch->setColorIndex(colour, true);
     if (CZEMCDraw::appendToModelSpace(hatch.get(), outId) == Acad::eOk)
         hatch.release()->close(); // the drawing owns it now
+    acedSetAid(outId);
     // The id of a hatch that was not taken can't be opened, and erasing passes it over.
     if (islandIds.empty())
         m_noIslandHatches.push_back(outId);
@@ -141,20 +142,31 @@ bool CDlgCreateCatchmentArea::IsDuplicateCentre(AcDbObjectId boundaryId, bool sh
 {
     AcGePoint3d centre;
     CZEMCBoundary::GetCentroid(centre, boundaryId);
-    for (const AcGePoint3d &known : m_centers) {
-        if (std::abs(known.x - centre.x) < kCentreTolerance && std::abs(known.y - centre.y) < kCentreTolerance) {
-            if (showAlert)
-                acedAlert(Msg(MessageId::kCentreTaken).c_str());
-            return true;
-        }
-    }
-    return false;
+    if (!m_centerGrid.HoldsNear(centre))
+        return false;
+    if (showAlert)
+        acedAlert(Msg(MessageId::kCentreTaken).c_str());
+    return true;
+}
+
+void CDlgCreateCatchmentArea::AddCentre(const AcGePoint3d &centre)
+{
+    m_centers.push_back(centre);
+    m_centerGrid.Add(centre);
 }
 
 void CDlgCreateCatchmentArea::DeleteRows()
 {
+    // Rows that go are no rows that are let go of.
+    const QSignalBlocker silence(m_ui->listAreas->selectionModel());
     m_ui->listAreas->clear();
     m_selectedRows.clear();
+}
+
+void CDlgCreateCatchmentArea::AddTempBoundary(AcDbObjectId boundary)
+{
+    m_tempBoundaries.push_back(boundary);
+    acedSetAid(boundary);
 }
 
 void CDlgCreateCatchmentArea::EraseTempBoundaries()

@@ -2,6 +2,7 @@
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "controls/WideText.h"
+#include "definition/DefinitionConstants.h"
 #include "definition/DefinitionMessages.h"
 #include "definition/ReadableColour.h"
 #include "definition/SectionShares.h"
@@ -21,7 +22,6 @@ using ZEMGis::Utility::CUtility;
 
 namespace {
 
-constexpr double kSquareMetresPerHectare = 10000.0;
 constexpr const char *kTraceWrite = "CDlgCreateCatchmentArea::WriteSlivData";
 
 void addProperty(CProperties &bag, const wchar_t *tag, const CDataBox &value)
@@ -222,7 +222,7 @@ CDlgCreateCatchmentArea::AreaPtr CDlgCreateCatchmentArea::WriteSlivData(AcDbObje
 
     ptrCA->SetName(name);
     m_usedNames.insert(name);
-    m_centers.push_back(centre);
+    AddCentre(centre);
     m_ui->editName->setText(ToQString(MakeAreaName(isIsland ? m_lastMainName : name)));
     if (!isIsland && !islandIds->empty())
         ListIslandsOnMainArea(ptrCA, *islandIds);

@@ -287,11 +287,12 @@ void CDlgCreateCatchmentArea::LoadExistingAreas()
 {
     CCatchmentAreaManager::Instance()->GetAllCatchmentAreas(m_allAreas, ZEMGis::Sewage::kTypeAll);
     m_centers.clear();
+    m_centerGrid.Clear();
     int number = 0;
     for (const AreaPtr &area : m_allAreas) {
         if (!area)
             continue;
-        m_centers.push_back(area->GetCenterPoint());
+        AddCentre(area->GetCenterPoint());
         number = SmallestFreeNumber(m_usedNumbers, number + 1);
         m_usedNumbers.insert(m_usedNumbers.end(), number);
         m_usedNames.insert(area->GetName());

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
+#include <optional>
 #include <utility>
 
 namespace velmor {
@@ -65,6 +67,10 @@ ChangeLog::~ChangeLog()
 void ChangeLog::begin(const std::wstring &name)
 {
     closeLoose();
+    if (m_runs.empty()) {
+        m_firstOfRun = m_lastId + 1;
+        m_aids.clear();
+    }
     m_runs.push_back({m_changes.size(), m_drawing.priv().nextHandle, name});
 }
 
@@ -82,8 +88,101 @@ void ChangeLog::keep()
         return takeBack();
     const Run run = std::move(m_runs.back());
     m_runs.pop_back();
-    if (m_runs.empty())
-        closeStep(m_changes.size(), run.name, m_handles, m_drawing.priv().nextHandle);
+    if (!m_runs.empty())
+        return;
+    const std::uint64_t last = m_lastId;
+    closeStep(m_changes.size(), run.name, m_handles, m_drawing.priv().nextHandle);
+    settleRun(m_lastId != last);
+}
+
+/// Takes the aids out of the steps of the outermost run, and what it did itself, beside the steps that it made for
+/// good, into the step before, at its start into the one behind (hasRest: the last step is such a one). For that the
+/// steps are undone and done again, without their observers, for whom nothing changes: followers read what stands in
+/// the drawing.
+void ChangeLog::settleRun(bool hasRest)
+{
+    auto aids = std::exchange(m_aids, {});
+    std::erase_if(aids, [](const AcDbObject *aid) { return !ObjectAccess::has(*aid, kErased); });
+    const auto first = std::ranges::find_if(m_done, [&](const ChangeStep &step) { return step.id >= m_firstOfRun; });
+    if (m_done.end() - first < (aids.empty() && hasRest ? 2 : 1) || (aids.empty() && !hasRest))
+        return;
+    struct Pause {
+        explicit Pause(bool &applying) : m_applying(applying) { m_applying = true; }
+        ~Pause() { m_applying = false; }
+        bool &m_applying;
+    } const pause(m_applying);
+    std::exception_ptr failure;
+    const auto follow = [&](auto call) {
+        try {
+            tell(call);
+        } catch (...) {
+            failure = failure ? failure : std::current_exception();
+        }
+    };
+    std::vector<ChangeStep> steps;
+    for (auto left = m_done.end() - first; left > 0; --left) {
+        steps.push_back(std::move(m_done.back()));
+        m_done.pop_back();
+        ChangeStep &step = steps.back();
+        m_bytes -= step.bytes;
+        for (auto change = step.changes.rbegin(); change != step.changes.rend(); ++change)
+            exchange(m_drawing, *change, true);
+        follow([&](StepFollower &follower) { follower.stepUndone(step); });
+    }
+    std::ranges::reverse(steps);
+
+    Drawing::Private &d = m_drawing.priv();
+    for (AcDbObject *aid : aids) // whose first step is forgotten
+        if (!ObjectAccess::has(*aid, kErased))
+            d.setErased(static_cast<AcDbEntity &>(*aid), true);
+
+    const std::wstring ownName = steps.back().name;
+    const auto isOwn = [&](const ChangeStep &step) { return hasRest && step.name == ownName; };
+    std::vector<ChangeStep> kept;
+    std::optional<std::uint64_t> handlesBefore; // of steps that are gone, whose numbers nobody has any more
+    for (ChangeStep &step : steps) {
+        std::erase_if(step.changes, [&](const Change &change) { return aids.contains(change.object); });
+        const bool isGone =
+            std::ranges::all_of(step.changes, [](const Change &change) { return change.kind == ChangeKind::Handle; });
+        if (handlesBefore)
+            step.handlesBefore = std::exchange(handlesBefore, std::nullopt).value();
+        if (isGone) {
+            handlesBefore = step.handlesBefore;
+            for (Change &change : step.changes) { // given for good, as outside of a step
+                exchange(m_drawing, change, false);
+                m_keptNumbers = std::max(m_keptNumbers, change.number + 1);
+                follow([&](StepFollower &follower) { follower.handleGiven(*change.object); });
+            }
+        } else if (!kept.empty() && (isOwn(step) || isOwn(kept.back()))) {
+            ChangeStep &joined = kept.back();
+            if (isOwn(joined))
+                joined.name = step.name;
+            joined.handlesAfter = step.handlesAfter;
+            std::ranges::move(step.changes, std::back_inserter(joined.changes));
+        } else {
+            kept.push_back(std::move(step));
+        }
+    }
+    if (kept.empty())
+        d.nextHandle = std::max(*handlesBefore, m_keptNumbers);
+    else
+        kept.back().handlesAfter = d.nextHandle;
+    m_handles = d.nextHandle;
+    for (ChangeStep &step : kept) {
+        step.id = ++m_lastId;
+        step.bytes = 0;
+        for (Change &change : step.changes) {
+            exchange(m_drawing, change, false);
+            step.bytes += bytesOf(change);
+        }
+        m_bytes += step.bytes;
+        m_done.push_back(std::move(step));
+        follow([&](StepFollower &follower) { follower.stepDone(m_done.back()); });
+    }
+    d.changed();
+    tellState();
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 void ChangeLog::keepForGood()
@@ -413,6 +512,12 @@ void ChangeLog::noteAttribute(AttributeEntity &attribute, unsigned flagsOfRefere
 void ChangeLog::noteErasing(AcDbEntity &entity)
 {
     note(changeOf(ChangeKind::Erased, &entity));
+}
+
+void ChangeLog::noteAid(AcDbEntity &entity)
+{
+    if (isRunning())
+        m_aids.insert(&entity);
 }
 
 void ChangeLog::noteLook(AcDbEntity &entity)

@@ -10,6 +10,12 @@
 // a step of their own, without a name, when the next run begins. Handles that are asked for outside of a step, or that
 // a save gives, are given for good.
 //
+// A run may make steps of its own for good, say the handlers of a dialog that a command runs. What the outermost run
+// does behind the last of them belongs to that one. Aids are entities that work only draws to help, say the outline
+// that a dialog shows while an area is defined: those that are erased when the outermost run ends are no part of its
+// steps, so neither undo nor redo brings one back. Followers are told of both as of steps that are undone, and of those
+// that take their place.
+//
 // Objects that were undone stay in memory, erased, so that an id never dangles; the log itself stays below its limit
 // by forgetting the oldest steps.
 #pragma once
@@ -19,6 +25,7 @@
 #include <deque>
 #include <memory>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace velmor {
@@ -107,7 +114,9 @@ public:
     // Notes, by the drawing's own operations. "Before" ones come right before the change.
     void noteAppended(AcDbEntity &entity);
     void noteAttribute(AttributeEntity &attribute, unsigned flagsOfReference);
-    void noteErasing(AcDbEntity &entity);                                  ///< before an entity is erased or comes back
+    void noteErasing(AcDbEntity &entity); ///< before an entity is erased or comes back
+    /// It is an aid of the work that runs.
+    void noteAid(AcDbEntity &entity);
     void noteLook(AcDbEntity &entity);                                     ///< before a change of layer or colour
     void noteShape(AcDbEntity &entity);                                    ///< before a change of its own shape
     void noteText(TextEntity &text);                                       ///< before a change of its text
@@ -141,6 +150,7 @@ private:
     void note(Change change);
     void closeStep(std::size_t end, std::wstring name, std::uint64_t before, std::uint64_t after);
     void closeLoose();
+    void settleRun(bool hasRest);
     void apply(std::vector<Change> &changes, bool undoing);
     void setHandles(std::uint64_t next);
     void tellState();
@@ -155,8 +165,10 @@ private:
     std::deque<ChangeStep> m_done;
     std::vector<ChangeStep> m_undone; ///< the one to be redone next comes last
     std::vector<StepFollower *> m_followers;
+    std::unordered_set<AcDbObject *> m_aids; ///< of the outermost run
     std::uint64_t m_lastId = 0;
-    std::uint64_t m_ground = 0; ///< the state below the oldest step that is still known
+    std::uint64_t m_firstOfRun = 0; ///< the first step that the outermost run made, or would make
+    std::uint64_t m_ground = 0;     ///< the state below the oldest step that is still known
     std::uint64_t m_keptNumbers = 0;
     std::uint64_t m_savedState = 0;
     std::size_t m_savedChanges = 0; ///< how many of the changes at hand the file on disk holds

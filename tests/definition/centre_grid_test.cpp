@@ -17,6 +17,8 @@ TEST(CentreGrid, NearIsLessThanAThousandthInXAndInYAndNothingOfZ)
     EXPECT_TRUE(grid.HoldsNear({1.0009, 1.9991, -7}));
     EXPECT_FALSE(grid.HoldsNear({1.0011, 2, 5}));
     EXPECT_FALSE(grid.HoldsNear({1, 2.0011, 5}));
+    grid.Clear();
+    EXPECT_FALSE(grid.HoldsNear({1, 2, 5}));
 }
 
 TEST(CentreGrid, EqualIsThreeDimensionalAndWithinThePointsTolerance)

@@ -41,6 +41,23 @@ TEST_F(ChosenRow, AloneItShowsItsAreaToFourPlacesItsCoefficientAndItsSlope)
     });
 }
 
+TEST_F(ChosenRow, HalfAPlaceIsRoundedAsTheProductWithOneMorePlaceHasIt)
+{
+    const std::pair<double, const char *> expected[] = {
+        {0.00145, "0.0015"},   {0.00225, "0.0022"},   {0.00435, "0.0043"},   {0.00565, "0.0057"},
+        {-0.00145, "-0.0015"}, {-0.00225, "-0.0022"}, {-0.00435, "-0.0043"}, {-0.00565, "-0.0057"},
+    };
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        for (const auto &[area, text] : expected)
+            addRow(dialog, area, kUnknown, kUnknown);
+        for (int row = 0; row < static_cast<int>(std::size(expected)); ++row) {
+            dialog.selectRows({row});
+            EXPECT_EQ(dialog.text(213).toStdString(), expected[row].second) << expected[row].first;
+        }
+    });
+}
+
 TEST_F(ChosenRow, WhatIsNotKnownLeavesItsEdit)
 {
     run([&](CDialogUnderTest &dialog) {

@@ -1,10 +1,32 @@
 // A boundary by a point inside it: rows, previews, what is asked of the host, and every way out.
 #include "tests/definition/manual_fixture.h"
 
+#include <dlfcn.h>
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
+
+namespace {
+
+/// How many of the next settings of a host variable the host refuses.
+int theRefusals = 0;
+
+} // namespace
+
+// Stands before the host's own, which it calls.
+int acedSetVar(const wchar_t *name, const resbuf *value)
+{
+    using Function = int (*)(const wchar_t *, const resbuf *);
+    static const auto host = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "_Z10acedSetVarPKwPK6resbuf"));
+    if (theRefusals > 0) {
+        --theRefusals;
+        velmor::journal("refused", name, value->resval.rint);
+        return RTERROR;
+    }
+    return host(name, value);
+}
 
 namespace {
 
@@ -73,7 +95,7 @@ TEST_F(PointPick, IslandsOfAnEarlierPickAreRememberedUntilAPickThatLooksForIslan
     });
 }
 
-TEST_F(PointPick, ThePreviewIsANormalUnassociatedHatchOfTheSettingsScaleAndColour)
+TEST_F(PointPick, ThePreviewHasTheSettingsScaleAndColour)
 {
     setSetting("CATCH_HATCH_SCALE", 3.5);
     setSetting("CATCH_HATCH_COLOR_TEMP", 6);
@@ -86,6 +108,39 @@ TEST_F(PointPick, ThePreviewIsANormalUnassociatedHatchOfTheSettingsScaleAndColou
         EXPECT_EQ(hatch(0)->patternAngle(), 0.0);
         EXPECT_EQ(hatch(0)->colorIndex(), 6);
         EXPECT_FALSE(hatch(0)->lines().empty());
+    });
+}
+
+TEST_F(PointPick, ThePreviewIsMadeInTheRequiredOrderTheBoundaryFirstAndThenEachIsland)
+{
+    addSecondCourtyard();
+    setSetting("CATCH_HATCH_SCALE", 3.5);
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D4"});
+        dialog.check(268, true);
+        answer(240, 20);
+        auto found = record({"AcDbHatch::setNormal", "AcDbHatch::setElevation", "AcDbHatch::setPatternAngle",
+                             "AcDbHatch::setPatternScale", "AcDbHatch::setPattern", "AcDbHatch::setAssociative",
+                             "AcDbHatch::setHatchStyle", "AcDbHatch::appendLoop", "AcDbHatch::evaluateHatch",
+                             "AcDbEntity::setColorIndex", "AcDbHatch::setColorIndex", "CZEMCDraw::appendToModelSpace"},
+                            [&] { dialog.click(208); });
+        const auto loop = [](AcDbObjectId id) { return "appendLoop 1 " + velmor::journalText(id); };
+        const std::vector<std::string> expected{"setNormal 0 0 1",
+                                                "setElevation 0",
+                                                "setPatternAngle 0",
+                                                "setPatternScale 3.5",
+                                                "setPattern 1 ANSI31",
+                                                "setAssociative 0",
+                                                "setHatchStyle 0",
+                                                loop(dialog.LastBoundary()),
+                                                loop(dialog.LastIslands().at(0)),
+                                                loop(dialog.LastIslands().at(1)),
+                                                "evaluateHatch 0",
+                                                "setColorIndex 0 4",
+                                                "appendToModelSpace AcDbHatch"};
+        ASSERT_EQ(found.size(), 2 * expected.size()) << "by the pick and by the choice of its row";
+        EXPECT_EQ(std::vector(found.begin(), found.begin() + 13), expected);
+        EXPECT_EQ(std::vector(found.begin() + 13, found.end()), expected);
     });
 }
 
@@ -119,6 +174,20 @@ TEST_F(PointPick, TheLastStepsAreTheDialogTheDisplayAndTheSnaps)
         EXPECT_THAT(record({kBegin, kComplete, "acedSetVar", "acedUpdateDisplay"}, [&] { dialog.click(208); }),
                     ElementsAre("BeginEditorCommand", "acedSetVar OSMODE 0", "CompleteEditorCommand 1",
                                 "acedUpdateDisplay", "acedSetVar OSMODE 37"));
+    });
+}
+
+TEST_F(PointPick, SnapsThatCannotBeSwitchedOffAreWrittenBackAtOnceAndOnceMoreAtTheEnd)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        answerEscape();
+        theRefusals = 1;
+        EXPECT_THAT(record({"acedSetVar", "acedGetPoint", "refused"}, [&] { dialog.click(208); }),
+                    ElementsAre("refused OSMODE 0", "acedSetVar OSMODE 37", testing::StartsWith("acedGetPoint "),
+                                "acedSetVar OSMODE 37"));
+        EXPECT_EQ(theRefusals, 0);
+        EXPECT_EQ(snaps(), kSnaps);
     });
 }
 

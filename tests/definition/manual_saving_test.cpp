@@ -2,6 +2,7 @@
 // back.
 #include "tests/definition/manual_fixture.h"
 
+#include "host/editor/Asker.h"
 #include "host/editor/CommandStack.h"
 
 using namespace ZEMGis;
@@ -237,6 +238,48 @@ TEST_F(ManualSaving, UndoTakesAreasStampsAndLabelsBackAndRedoBringsThemAgain)
     step(L"REDO");
     EXPECT_THAT(loosePolylines(), IsEmpty());
     EXPECT_THAT(areas(), SizeIs(3));
+}
+
+TEST_F(ManualSaving, AfterTheDialogOneUndoTakesTheLastSaveAndNoOutlineEverComesBack)
+{
+    // As a person has it: a command opens the dialog.
+    m_session.commands().addWork(L"DEFINE", 0, [&](velmor::Asker &) {
+        run([&](CDialogUnderTest &dialog) {
+            pickThree(dialog, 1, {L"D4"});
+            dialog.check(274, true);
+            dialog.click(221);
+            dialog.selectRows({1, 2});
+            dialog.click(221);
+            pickPoint(dialog, 50, 50);
+            dialog.selectRows({});
+            dialog.selectRows({0});
+        });
+        return velmor::Command::Next::Commit;
+    });
+    log().begin(); // what the fixture drew
+    log().keep();
+    log().forget();
+    const std::string before = drawing().write();
+    m_session.commands().start(L"DEFINE");
+    ASSERT_THAT(areas(), SizeIs(3));
+    const std::string after = drawing().write();
+    const auto nothingElse = [&] { return loosePolylines().empty() && hatches().empty(); };
+    EXPECT_TRUE(nothingElse());
+    EXPECT_EQ(log().undoCount(), 2u) << "picks and choices are no steps";
+    m_session.commands().start(L"U");
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_EQ(labels(), 1u);
+    EXPECT_FALSE(property(*areas()[0], L"CA_ISLANDS").IsNotNull());
+    EXPECT_TRUE(nothingElse());
+    m_session.commands().start(L"U");
+    EXPECT_THAT(areas(), IsEmpty());
+    EXPECT_EQ(labels(), 0u);
+    EXPECT_TRUE(nothingElse());
+    EXPECT_EQ(drawing().write(), before);
+    m_session.commands().start(L"REDO", std::vector{velmor::Answer{std::wstring(L"All")}});
+    EXPECT_THAT(areas(), SizeIs(3));
+    EXPECT_TRUE(nothingElse());
+    EXPECT_EQ(drawing().write(), after);
 }
 
 TEST_F(ManualSaving, NamesAndCentresOfASaveThatWasUndoneAreFreeForTheNextDialog)

@@ -1,7 +1,9 @@
 // Progress of long work, Escape, regions without drawing, outlines under the resting pointer.
 #include "contracts/EditorAids.h"
 
+#include "host/drawing/ChangeLog.h"
 #include "host/drawing/Journal.h"
+#include "host/drawing/ObjectAccess.h"
 #include "host/editor/BoundaryCommand.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/LineworkCache.h"
@@ -79,6 +81,19 @@ int acedUsrBrk()
 {
     velmor::ProgressMeter *meter = velmor::progressMeterOf(Session::currentOrNull());
     return quietly(0, [&] { return meter && meter->isBreakAsked() ? 1 : 0; });
+}
+
+int acedSetAid(const AcDbObjectId &id)
+{
+    journal("acedSetAid", id);
+    const CZEMCEntityPtr entity(id, AcDb::kForRead);
+    velmor::Drawing *drawing = entity.isOpen() ? velmor::ObjectAccess::drawing(*entity.get()) : nullptr;
+    if (!drawing)
+        return RTERROR;
+    return quietly(RTERROR, [&] {
+        drawing->component<velmor::ChangeLog>().noteAid(*entity.get());
+        return RTNORM;
+    });
 }
 
 bool acedTraceBoundary(const AcGePoint3d &seed, bool detectIslands, const ads_name selection,

@@ -355,3 +355,82 @@ TEST(ChangeLogRuns, AnUndoInsideOfNestedRunsMovesTheirBeginnings)
     EXPECT_EQ(log.redoCount(), 1u);
     EXPECT_TRUE(log.redo());
 }
+
+TEST_F(ChangeLogTest, AnAidThatIsGoneWhenTheRunEndsIsNoPartOfItsSteps)
+{
+    const std::string before = drawing->write();
+    AcDbLine *area = nullptr, *first = nullptr, *second = nullptr;
+    const auto handler = [&](const std::function<void()> &work) {
+        log.begin(L"handler");
+        work();
+        log.keepForGood();
+    };
+    log.begin(L"command");
+    handler([&] {
+        first = &addLine(*drawing, 1);
+        log.noteAid(*first);
+        handleOf(*first);
+    });
+    handler([&] {
+        area = &addLine(*drawing, 2);
+        drawing->setData(*first, "STAMP", {{1, L"on the aid"}});
+    });
+    handler([&] {
+        drawing->erase(*first);
+        second = &addLine(*drawing, 3);
+        log.noteAid(*second);
+    });
+    handler([&] { drawing->setColorOf(*area, 3); });
+    drawing->erase(*second);
+    drawing->setDictionaryEntry("SETTINGS", "KEY", {{1, L"value"}});
+    log.keep();
+
+    EXPECT_EQ(log.undoCount(), 2u);
+    EXPECT_EQ(log.undoName(), L"handler");
+    const std::string after = drawing->write();
+    ASSERT_TRUE(log.undo()); // the colour, with what the command did at its end
+    EXPECT_TRUE(first->isErased());
+    EXPECT_TRUE(second->isErased());
+    EXPECT_FALSE(area->isErased());
+    EXPECT_EQ(area->colorIndex(), 256);
+    EXPECT_FALSE(drawing->dictionaryEntry("SETTINGS", "KEY"));
+    ASSERT_TRUE(log.undo());
+    EXPECT_EQ(drawing->write(), before);
+    EXPECT_FALSE(log.canUndo());
+    EXPECT_TRUE(log.redo());
+    EXPECT_TRUE(log.redo());
+    EXPECT_EQ(drawing->write(), after);
+    EXPECT_TRUE(first->isErased());
+}
+
+TEST_F(ChangeLogTest, AnAidThatStaysIsAnEntityLikeAnyOther)
+{
+    log.begin(L"command");
+    log.begin(L"handler");
+    AcDbLine &line = addLine(*drawing, 1);
+    log.noteAid(line);
+    log.keepForGood();
+    log.keep();
+    ASSERT_EQ(log.undoCount(), 1u);
+    log.undo();
+    EXPECT_TRUE(line.isErased());
+    log.redo();
+    EXPECT_FALSE(line.isErased());
+}
+
+TEST_F(ChangeLogTest, ARunOfNothingButAidsIsNoStepAndGivesItsNumbersBack)
+{
+    const std::string before = drawing->write();
+    log.begin(L"command");
+    for (int i = 0; i < 3; ++i) {
+        log.begin(L"handler");
+        AcDbLine &line = addLine(*drawing, i);
+        log.noteAid(line);
+        handleOf(line);
+        log.keepForGood();
+        drawing->erase(line);
+    }
+    log.keep();
+    EXPECT_FALSE(log.canUndo());
+    EXPECT_EQ(drawing->write(), before);
+}

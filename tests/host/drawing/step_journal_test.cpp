@@ -115,6 +115,59 @@ TEST_P(StepsOf, RepeatedFromBytesGiveTheSameTextAtEveryState)
     EXPECT_EQ(test::differenceOf(twin.write(), drawing.write()), "");
 }
 
+TEST_P(StepsOf, OfRunsWithAidsGiveTheSameTextToo)
+{
+    const std::string text = GetParam()();
+    auto read = Drawing::read(text), readAgain = Drawing::read(text);
+    ASSERT_TRUE(read.drawing && readAgain.drawing);
+    Drawing &drawing = *read.drawing, &twin = *readAgain.drawing;
+    auto &log = drawing.component<ChangeLog>();
+    const Twin follow(drawing, twin);
+    test::RandomChanges changes(drawing, 20261122);
+    std::mt19937 random(6);
+    for (int i = 0; i < kSteps / 10; ++i) {
+        const std::string before = drawing.write();
+        const std::size_t stepsBefore = log.undoCount();
+        std::vector<AcDbLine *> aids;
+        const auto drop = [&](std::size_t leave) {
+            for (; aids.size() > leave; aids.pop_back())
+                drawing.erase(*aids.back());
+        };
+        log.begin(L"command");
+        for (unsigned handlers = random() % 5; handlers > 0; --handlers) {
+            log.begin(L"handler");
+            if (random() % 2 == 0)
+                drop(0);
+            for (unsigned count = random() % 3; count > 0; --count) {
+                auto line = std::make_unique<AcDbLine>(AcGePoint3d(i, 0), AcGePoint3d(i, 1));
+                aids.push_back(line.get());
+                drawing.append(std::move(line));
+                log.noteAid(*aids.back());
+                if (random() % 2 == 0)
+                    drawing.setData(*aids.back(), "STAMP", {{1, L"aid"}});
+            }
+            for (unsigned count = random() % 4; count > 0; --count)
+                changes.make();
+            log.keepForGood();
+        }
+        if (random() % 2 == 0)
+            changes.make();
+        drop(random() % 10 == 0 ? 1 : 0); // some stay
+        log.keep();
+        ASSERT_EQ(test::differenceOf(twin.write(), drawing.write()), "") << "at run " << i;
+        const std::string after = drawing.write();
+        std::size_t undone = 0;
+        while (log.undoCount() > stepsBefore && log.undo())
+            ++undone;
+        ASSERT_EQ(test::differenceOf(drawing.write(), before), "") << "at run " << i;
+        ASSERT_EQ(test::differenceOf(twin.write(), before), "") << "at run " << i;
+        for (; undone > 0; --undone)
+            ASSERT_TRUE(log.redo());
+        ASSERT_EQ(test::differenceOf(drawing.write(), after), "") << "at run " << i;
+        ASSERT_EQ(test::differenceOf(twin.write(), after), "") << "at run " << i;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Drawings, StepsOf,
                          testing::Values(
                              somethingOfEverything, twentyLinesWithoutHandles,

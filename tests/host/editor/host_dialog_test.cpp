@@ -371,7 +371,7 @@ TEST_F(HostDialogTest, AHandlerThatAnotherOneSetsOffBelongsToItsUndoStep)
     EXPECT_FALSE(drawing().modelSpace().entities().at(5)->isErased());
 }
 
-TEST_F(HostDialogTest, TheEndOfADialogIsOneStepWithWhatItsCommandDoesBehindIt)
+TEST_F(HostDialogTest, TheEndOfADialogAndWhatItsCommandDoesBehindItBelongToTheLastHandlersStep)
 {
     struct Closing final : TestDialog {
         std::function<void()> close;
@@ -384,14 +384,15 @@ TEST_F(HostDialogTest, TheEndOfADialogIsOneStepWithWhatItsCommandDoesBehindIt)
     auto &log = drawing().component<ChangeLog>();
     session.commands().addWork(L"AREAS", 0, [&](Asker &) {
         Closing dialog;
+        dialog.setWindowTitle(QStringLiteral("Areas"));
         dialog.close = [&] { line(1, 0, 2, 0); };
         drive(dialog, [&](CAdUiBaseDialog &shown) { shown.RunHandler([&] { line(0, 0, 1, 0); }); });
         line(2, 0, 3, 0);
         return Command::Next::Commit;
     });
     EXPECT_EQ(session.commands().start(L"AREAS"), RunStatus::Done);
-    EXPECT_EQ(log.undoCount(), 2u);
-    EXPECT_EQ(log.undoName(), L"AREAS");
+    EXPECT_EQ(log.undoCount(), 1u);
+    EXPECT_EQ(log.undoName(), L"Areas");
 }
 
 TEST_F(HostDialogTest, ADriverThatThrowsLeavesNoDialogOpen)
