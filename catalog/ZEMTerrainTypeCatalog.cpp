@@ -11,6 +11,7 @@
 namespace {
 
 constexpr wchar_t kFileName[] = L"ZEMXTerrainType.cfg";
+constexpr wchar_t kKeptEnding[] = L".bak";
 constexpr wchar_t kDictionary[] = L"ZEMX_TERRAINTYPE";
 constexpr wchar_t kKey[] = L"TT_DEFINITION";
 constexpr wchar_t kTemplate[] = L"<?xml version=\"1.0\" encoding=\"utf-8\" ?><Terrains></Terrains>";
@@ -78,13 +79,21 @@ bool CZEMTerrainTypeCatalog::Load()
     return true;
 }
 
+/// The names of the list that FindTerrains found, in small letters.
+std::unordered_set<std::wstring> CZEMTerrainTypeCatalog::FoldedNames(const CAnsiCodePage &page)
+{
+    std::unordered_set<std::wstring> names;
+    while (FindNextTerrain())
+        names.insert(Folded(ChildName(page)));
+    return names;
+}
+
 /// Takes over each entry of the file's list whose name this one does not have.
 void CZEMTerrainTypeCatalog::AddFrom(CZEMTerrainTypeCatalog &file)
 {
     const CAnsiCodePage &page = CAnsiCodePage::OfSetting();
-    std::unordered_set<std::wstring> known;
-    while (FindNextTerrain())
-        known.insert(Folded(ChildName(page)));
+    FindTerrains();
+    std::unordered_set<std::wstring> known = FoldedNames(page);
     while (file.FindNextTerrain()) {
         if (!known.insert(Folded(file.ChildName(page))).second)
             continue;
@@ -111,7 +120,32 @@ bool CZEMTerrainTypeCatalog::SaveToFile()
             return false;
         path += kFileName;
     }
-    CMarkup::Save(path);
+    if (KeepReplaced(path))
+        CMarkup::Save(path);
+    return true;
+}
+
+/// The file is every drawing's, and this list may come from a damaged record or lack what somebody removed.
+bool CZEMTerrainTypeCatalog::KeepReplaced(const std::wstring &path) const
+{
+    CZEMTerrainTypeCatalog file;
+    const bool isWhole = file.CMarkup::Load(path);
+    if (file.GetText().empty() || (isWhole && HasAllOf(file)))
+        return true;
+    return file.CMarkup::Save(path + kKeptEnding);
+}
+
+bool CZEMTerrainTypeCatalog::HasAllOf(CZEMTerrainTypeCatalog &other) const
+{
+    const CAnsiCodePage &page = CAnsiCodePage::OfSetting();
+    CZEMTerrainTypeCatalog own; // looking moves the place in a list
+    own.SetText(GetText());
+    if (!other.FindTerrains() || !own.FindTerrains())
+        return false;
+    const std::unordered_set<std::wstring> names = own.FoldedNames(page);
+    while (other.FindNextTerrain())
+        if (!names.contains(Folded(other.ChildName(page))))
+            return false;
     return true;
 }
 

@@ -13,6 +13,9 @@
 #include "catalog/MarkupSTL.h"
 #include "contracts/HostTypes.h"
 
+#include <string>
+#include <unordered_set>
+
 class CAnsiCodePage;
 
 class CZEMTerrainTypeCatalog : public CMarkupSTL {
@@ -27,7 +30,8 @@ public:
     /// Writes the list into the drawing; false when the drawing did not take it.
     bool SaveToDrawing();
     /// Writes the list to the file that Load finds, else to a new one in the support folder. False only when there is
-    /// no such folder: a write that failed is not reported, and leaves the old file.
+    /// no such folder: a write that failed is not reported, and leaves the old file. A file that is damaged or has
+    /// entries that this list has not is kept beside, with ".bak" behind its name; when that fails nothing is written.
     bool SaveToFile();
     /// To both homes; true.
     bool Save();
@@ -51,5 +55,8 @@ private:
     bool FindNextTerrain();
     std::wstring ChildName(const CAnsiCodePage &page) const;
     bool FindTerrain(const std::wstring &name, const CAnsiCodePage &page);
+    std::unordered_set<std::wstring> FoldedNames(const CAnsiCodePage &page);
     void AddFrom(CZEMTerrainTypeCatalog &file);
+    bool KeepReplaced(const std::wstring &path) const;
+    bool HasAllOf(CZEMTerrainTypeCatalog &other) const;
 };

@@ -443,6 +443,44 @@ TEST_F(TerrainCatalog, SaveWritesBothHomesAndIsTrue)
     EXPECT_EQ(record(), catalog.GetText());
 }
 
+TEST_F(TerrainCatalog, AFileWithEntriesThatTheListLacksIsKeptBesideTheNewOne)
+{
+    const std::string kept = std::string(kFile) + ".bak";
+    writeEntries("<Terrain name=\"A\" flow=\"0.1\"/><Terrain name=\"B\" flow=\"0.2\"/>");
+    const std::string both = user.read(kFile);
+    setRecord(L"<Other/>"); // a record without a list, as another program may leave it
+    EXPECT_TRUE(catalog.Load());
+    EXPECT_TRUE(catalog.SaveToFile());
+    EXPECT_EQ(user.read(kFile), "<Other/>");
+    EXPECT_EQ(user.read(kept), both);
+
+    // A list that has all of the file's entries leaves what is kept alone.
+    writeEntries("<Terrain name=\"a\" flow=\"0.1\"/>");
+    catalog.SetText(L"<Terrains><Terrain name=\"A\" flow=\"0.7\"/></Terrains>");
+    EXPECT_TRUE(catalog.SaveToFile());
+    EXPECT_EQ(user.read(kept), both);
+}
+
+TEST_F(TerrainCatalog, ADamagedFileIsKeptAsItWasBesideTheNewOne)
+{
+    const std::string damaged = "<Terrains><Terrain name=\"A\" flow=\"0.1\"/><Terrain name=\"B\xFF";
+    writeFile(damaged);
+    catalog.SetText(L"<Terrains><Terrain name=\"A\" flow=\"0.7\"/></Terrains>");
+    EXPECT_TRUE(catalog.SaveToFile());
+    EXPECT_EQ(user.read(std::string(kFile) + ".bak"), damaged);
+    EXPECT_NE(user.read(kFile).find("0.7"), std::string::npos);
+}
+
+TEST_F(TerrainCatalog, WhatCannotBeKeptIsNotReplaced)
+{
+    writeEntries("<Terrain name=\"A\" flow=\"0.1\"/>");
+    const std::string before = user.read(kFile);
+    std::filesystem::create_directory(user.path() / (std::string(kFile) + ".bak"));
+    catalog.SetText(kTemplate);
+    EXPECT_TRUE(catalog.SaveToFile()) << "a write that fails is not reported";
+    EXPECT_EQ(user.read(kFile), before);
+}
+
 TEST_F(TerrainCatalog, WithoutAFileANewOneIsMadeInTheSupportFolder)
 {
     catalog.SetText(kTemplate);
