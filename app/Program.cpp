@@ -8,7 +8,6 @@
 #include "host/editor/Application.h"
 #include "host/editor/Captions.h"
 #include "host/editor/LineworkCache.h"
-#include "host/editor/Loading.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/ModuleLoader.h"
 #include "host/editor/Picture.h"
@@ -293,10 +292,7 @@ int openWindow(Request &request)
     OpenedFile opened;
     if (!request.file.empty()) {
         QWidget screen; // the window comes with what it shows
-        opened = readForWindow(request.file, [&screen](const std::filesystem::path &file) {
-            return loadBeside(screen, file,
-                              [&file](const LoadOptions &options) { return Drawing::load(file, options); });
-        });
+        opened = readForWindow(request.file, &screen);
         if (!opened.drawing && !opened.cancelled) {
             complain(kBadInput, opened.message);
             // Who started the program by a click on a file sees no terminal.

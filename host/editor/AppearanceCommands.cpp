@@ -56,8 +56,8 @@ Command::Next askTheme(Asker &asker)
 
 void addAppearanceCommands(CommandStack &stack)
 {
-    stack.addWork(L"LANGUAGE", 0, askLanguage, false);
-    stack.addWork(L"THEME", 0, askTheme, false);
+    stack.addWork(L"LANGUAGE", CommandEntry::kTransparent, askLanguage, false);
+    stack.addWork(L"THEME", CommandEntry::kTransparent, askTheme, false);
 }
 
 } // namespace velmor

@@ -125,10 +125,26 @@ Answer Asker::ask(const Prompt &prompt)
     return answer;
 }
 
+bool Asker::takeWord(const std::wstring &word)
+{
+    const std::wstring *text = m_answers.empty() ? nullptr : m_answers.front().text();
+    if (!text || !matchKeyword({word}, *text))
+        return false;
+    m_answers = m_answers.subspan(1);
+    return true;
+}
+
 template <class Reader>
 Reply Asker::askFor(PromptKind kind, const Ask &ask, const char *needed, Reader read)
 {
-    const Prompt prompt = promptOf(kind, ask);
+    Prompt prompt = promptOf(kind, ask);
+    const auto standard = std::ranges::find(prompt.localKeywords, ask.standard) - prompt.localKeywords.begin();
+    prompt.again = [&ask, kind, standard] {
+        Ask now = ask;
+        if (const auto word = static_cast<std::size_t>(standard); !ask.standard.empty() && word < ask.words.size())
+            now.standard = uiText("ui.word." + utf8(ask.words[word]));
+        return promptOf(kind, now);
+    };
     for (;;) {
         const Answer answer = this->ask(prompt);
         if (answer.isEnter()) {

@@ -84,6 +84,8 @@ public:
     bool refused() const { return m_refused; }
     /// Answers are there that were prepared.
     bool hasAnswers() const { return !m_answers.empty(); }
+    /// Takes a word off them when it comes next. It is never asked for: how a menu tells what was settled before.
+    bool takeWord(const std::wstring &word);
     /// The last answer was one of them.
     bool wasPrepared() const { return m_wasPrepared; }
 

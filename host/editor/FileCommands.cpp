@@ -59,7 +59,7 @@ Command::Next openDrawing(Asker &asker)
     if (!mayReplaceDrawing(asker))
         return Command::Next::BadInput;
     const auto path = pathFromText(file);
-    LoadResult loaded = loadShown(session, path);
+    LoadResult loaded = loadBeside(shownWindowOf(session), path);
     if (loaded.status == FileStatus::Cancelled) {
         session.status(wide(loaded.message));
         return Command::Next::Revert;

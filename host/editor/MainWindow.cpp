@@ -239,7 +239,7 @@ std::optional<Answer> MainWindow::ask(const Prompt &prompt)
     // An exception that leaves the loop must not leave pointers into this frame behind.
     struct Outer {
         MainWindow &window;
-        const Prompt *prompt;
+        Prompt *prompt;
         QEventLoop *loop;
         ~Outer()
         {
@@ -248,9 +248,10 @@ std::optional<Answer> MainWindow::ask(const Prompt &prompt)
         }
     };
     QEventLoop loop;
+    Prompt shown = prompt; // its texts follow the language
     {
         const Outer outer{*this, m_prompt, m_promptLoop};
-        m_prompt = &prompt;
+        m_prompt = &shown;
         m_promptLoop = &loop;
         m_answer.reset();
         showPrompt();
@@ -270,6 +271,11 @@ void MainWindow::showPrompt()
     if (m_prompt == nullptr) {
         m_commandLine->setPrompt(ui("ui.command.idle"));
         return;
+    }
+    if (m_prompt->again) { // the language may have changed since it was asked, also while another prompt was shown
+        Prompt now = m_prompt->again();
+        m_prompt->text = std::move(now.text);
+        m_prompt->localKeywords = std::move(now.localKeywords);
     }
     const auto kind = m_prompt->kind;
     std::vector<CommandLine::Option> options;

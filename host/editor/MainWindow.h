@@ -37,10 +37,9 @@ struct OpenedFile {
     bool cancelled = false; ///< by the user, who need not be told
     std::string message;
 };
-/// Reads a drawing, or imports a network file (its name ends in .inp) into a new one.
-/// load reads the drawing; Drawing::load when there is none.
-OpenedFile readForWindow(const std::filesystem::path &file,
-                         const std::function<LoadResult(const std::filesystem::path &)> &load = {});
+/// Reads a drawing, or imports a network file (its name ends in .inp) into a new one. Over a window, when one is given,
+/// its progress is shown and it can be cancelled.
+OpenedFile readForWindow(const std::filesystem::path &file, QWidget *beside = nullptr);
 
 /// One session's window. It answers the session's prompts by clicks in the drawing and by typed text.
 class MainWindow final : public QMainWindow,
@@ -140,7 +139,7 @@ private:
     QMenu *m_recent = nullptr;
     std::shared_ptr<void> m_undoWatch; ///< of the shown drawing's history
     Docks *m_docks = nullptr;
-    const Prompt *m_prompt = nullptr; ///< the prompt that waits for an answer
+    Prompt *m_prompt = nullptr; ///< the prompt that waits for an answer
     QEventLoop *m_promptLoop = nullptr;
     std::optional<Answer> m_answer;
     std::wstring m_lastSaid;         ///< on the command line, for the session

@@ -58,8 +58,7 @@ std::optional<std::filesystem::path> droppedFile(const QMimeData &data)
 
 } // namespace
 
-OpenedFile readForWindow(const std::filesystem::path &file,
-                         const std::function<LoadResult(const std::filesystem::path &)> &load)
+OpenedFile readForWindow(const std::filesystem::path &file, QWidget *beside)
 {
     OpenedFile opened;
     const auto note = [&](const std::vector<std::string> &lines) {
@@ -73,9 +72,10 @@ OpenedFile readForWindow(const std::filesystem::path &file,
         drawing->component<StepRecorder>();
         auto &log = drawing->component<ChangeLog>();
         log.begin(uiText("ui.import.step"));
-        const NetworkImportResult imported = importInp(*drawing, file, {.withPolygons = true});
+        const NetworkImportResult imported = importBeside(beside, *drawing, file, {.withPolygons = true});
         log.keep();
         if (!imported) {
+            opened.cancelled = imported.status == FileStatus::Cancelled;
             opened.message = imported.message;
             return opened;
         }
@@ -88,7 +88,7 @@ OpenedFile readForWindow(const std::filesystem::path &file,
         opened.drawing = std::move(drawing);
         return opened;
     }
-    LoadResult loaded = load ? load(file) : Drawing::load(file);
+    LoadResult loaded = loadBeside(beside, file);
     opened.cancelled = loaded.status == FileStatus::Cancelled;
     opened.message = loaded.message;
     opened.path = file;
@@ -101,8 +101,7 @@ OpenedFile readForWindow(const std::filesystem::path &file,
 
 bool MainWindow::openFile(const std::filesystem::path &file)
 {
-    return showFile(
-        readForWindow(file, [this](const std::filesystem::path &path) { return loadShown(m_session, path); }));
+    return showFile(readForWindow(file, shownWindowOf(m_session)));
 }
 
 bool MainWindow::showFile(OpenedFile opened)
@@ -144,7 +143,7 @@ void MainWindow::chooseAndExport()
     const QString file = askForSaveFile(this, ui("ui.plot.save.title"), ui("ui.filter.pdf"), QStringLiteral("pdf"));
     if (file.isEmpty())
         return;
-    startCommand(QStringLiteral("_EXPORTPDF \"%1\"").arg(file));
+    startCommand(QStringLiteral("_EXPORTPDF \"%1\" _REPLACE").arg(file));
 }
 
 bool MainWindow::save()

@@ -3,6 +3,7 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/LayerNames.h"
+#include "host/editor/Loading.h"
 #include "host/editor/Session.h"
 #include "host/editor/UiMessage.h"
 #include "host/network/Network.h"
@@ -36,7 +37,11 @@ Next importNetwork(Asker &asker)
     const bool withPolygons = !polygons.isEnter() && !polygons.is(L"No");
     auto made = session.drawing() ? nullptr : Drawing::createNew();
     Drawing &target = made ? *made : *session.drawing();
-    const auto result = importInp(target, name, {.withPolygons = withPolygons});
+    const auto result = importBeside(shownWindowOf(session), target, name, {.withPolygons = withPolygons});
+    if (result.status == FileStatus::Cancelled) {
+        session.status(wide(result.message));
+        throw Cancelled();
+    }
     if (!result) {
         session.alert(wide(result.message));
         return Next::BadInput;

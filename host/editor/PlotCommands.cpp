@@ -3,6 +3,7 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/HostCommands.h"
 #include "host/editor/Plot.h"
+#include "host/editor/Saving.h"
 #include "host/editor/UiMessage.h"
 #include "host/editor/ViewControl.h"
 #include "host/services/Messages.h"
@@ -111,6 +112,11 @@ void tell(Session &session, const PlotPlan &plan, const std::wstring &where)
 Next exportPdf(Asker &asker)
 {
     const Reply file = asker.text({.message = "ui.prompt.plot.file", .completion = Completion::Pdfs});
+    // Who chose the file by a dialog was asked there.
+    if (!asker.takeWord(L"REPLACE") && !mayReplaceFile(asker.session(), utf8(file.text))) {
+        asker.session().status(uiText("ui.save.kept"));
+        throw Cancelled();
+    }
     PlotSettings settings;
     const auto plan = askPlot(asker, settings);
     if (!plan)

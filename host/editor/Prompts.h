@@ -44,6 +44,8 @@ struct Prompt {
     /// rectangle runs to the pointer in place of a line.
     bool corner = false;
     bool free = false; ///< the point is taken as it is pointed at, without snaps, ortho and polar
+    /// The same prompt in the language of now, while it waits; none: its texts stay as they are.
+    std::function<Prompt()> again = {};
 };
 
 /// An answer: a point, a text (a point may be given as "x,y"), an entity, a selection, Enter or Escape.

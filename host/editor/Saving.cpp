@@ -25,6 +25,14 @@ std::wstring othersAt(Session &session, const std::filesystem::path &file)
 
 } // namespace
 
+bool mayReplaceFile(Session &session, const std::filesystem::path &file)
+{
+    std::error_code error;
+    Person *person = Person::of(session);
+    return !person || !std::filesystem::exists(file, error) ||
+           person->agreesTo(uiMessage("ui.save.exists", {wide(file.string())}), uiText("ui.save.replace"));
+}
+
 SaveOutcome saveDrawingAs(Session &session, const std::filesystem::path &file, const SaveWords &words)
 {
     Person *person = Person::of(session);
@@ -38,10 +46,8 @@ SaveOutcome saveDrawingAs(Session &session, const std::filesystem::path &file, c
             if (!agrees(others + L' ' + uiText("ui.save.sure")))
                 return {.isUnwanted = true, .message = uiText("ui.save.kept")};
         }
-    std::error_code error;
     const bool isOwn = !session.path().empty() && isSameFile(file, session.path());
-    if (person && !words.overAny && !words.overOthers && !isOwn && std::filesystem::exists(file, error) &&
-        !agrees(uiMessage("ui.save.exists", {wide(file.string())})))
+    if (!words.overAny && !words.overOthers && !isOwn && !mayReplaceFile(session, file))
         return {.isUnwanted = true, .message = uiText("ui.save.kept")};
     Drawing &drawing = *session.drawing();
     SaveResult saved = drawing.save(file, {.overwriteDamaged = words.overDamaged});

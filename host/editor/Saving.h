@@ -27,4 +27,7 @@ struct SaveOutcome {
 /// REQUIRES: the session has a drawing.
 SaveOutcome saveDrawingAs(Session &session, const std::filesystem::path &file, const SaveWords &words = {});
 
+/// Whether a file may be written to: a person is asked when one stands there. True without a person.
+bool mayReplaceFile(Session &session, const std::filesystem::path &file);
+
 } // namespace velmor

@@ -1,9 +1,9 @@
 // A SWMM network file becomes sections, nodes and boundary linework of a drawing.
 #include "contracts/CoreServices.h"
 #include "host/drawing/dxf/AtomicFile.h"
-#include "host/network/InpReader.h"
-#include "host/network/Network.h"
+#include "host/network/InpImport.h"
 #include "host/network/NetworkData.h"
+#include "host/services/Messages.h"
 
 #include <cmath>
 
@@ -46,15 +46,26 @@ private:
 
 } // namespace
 
-NetworkImportResult importInpText(Drawing &drawing, std::string_view text, const std::string &name,
-                                  const NetworkImportOptions &options)
+NetworkImportResult drawNetwork(Drawing &drawing, InpNetwork network, const std::string &name,
+                                const ImportProgress &progress)
 {
-    InpNetwork network = readInp(text, name, options.withPolygons);
     NetworkImportResult result;
     result.status = network.status;
     result.message = std::move(network.message);
     if (!result)
         return result;
+    const double all =
+        static_cast<double>(network.nodes.size() + network.conduits.size() + network.polygons.size()) + 1.0;
+    std::size_t drawn = 0;
+    const auto isCancelled = [&] {
+        constexpr std::size_t kBetween = 256;
+        if (++drawn % kBetween != 0 || !progress || progress(static_cast<double>(drawn) / all))
+            return false;
+        result = {};
+        result.status = FileStatus::Cancelled;
+        result.message = uiLine("ui.inp.cancelled", {name});
+        return true;
+    };
     result.findings = std::move(network.findings);
     result.convertedFromFeet = network.inFeet;
     const double scale = network.inFeet ? kMetresPerFoot : 1.0;
@@ -63,6 +74,8 @@ NetworkImportResult importInpText(Drawing &drawing, std::string_view text, const
     const std::size_t nodeLayer = drawing.ensureLayer(kNodeLayer, kNodeColor);
     std::vector<std::wstring> nodeGuids;
     for (const InpNode &node : network.nodes) {
+        if (isCancelled())
+            return result;
         AcDbEntity &entity = drafter.add(std::make_unique<PointEntity>(drafter.place(node.at)), nodeLayer);
         nodeGuids.push_back(ZEMGis::Utility::CUtility::CreateGUID());
         drawing.setData(entity, kNodeKey, itemsOf(NodeData{nodeGuids.back(), node.name}));
@@ -70,6 +83,8 @@ NetworkImportResult importInpText(Drawing &drawing, std::string_view text, const
 
     const std::size_t sectionLayer = drawing.ensureLayer(kSectionLayer, kSectionColor);
     for (const InpConduit &conduit : network.conduits) {
+        if (isCancelled())
+            return result;
         const InpPoint &from = network.nodes[conduit.from].at, &to = network.nodes[conduit.to].at;
         std::unique_ptr<AcDbEntity> made;
         if (conduit.bends.empty()) {
@@ -90,9 +105,12 @@ NetworkImportResult importInpText(Drawing &drawing, std::string_view text, const
 
     if (!network.polygons.empty()) {
         const std::size_t polygonLayer = drawing.ensureLayer(kPolygonLayer, kPolygonColor);
-        for (const InpPolygon &polygon : network.polygons)
+        for (const InpPolygon &polygon : network.polygons) {
+            if (isCancelled())
+                return result;
             drawing.setData(drafter.add(drafter.polyline(polygon.ring, true), polygonLayer), kSubcatchmentKey,
                             {{1, polygon.name}});
+        }
     }
     result.nodes = network.nodes.size();
     result.sections = network.conduits.size();
@@ -100,16 +118,35 @@ NetworkImportResult importInpText(Drawing &drawing, std::string_view text, const
     return result;
 }
 
+InpNetwork readInpFile(const std::filesystem::path &file, const NetworkImportOptions &options,
+                       const ImportProgress &progress)
+{
+    // Getting the bytes is the shorter part of the work.
+    constexpr double kBytesShare = 0.1;
+    const auto part = [&](double from, double share) -> ImportProgress {
+        if (!progress)
+            return {};
+        return [&progress, from, share](double done) { return progress(from + share * done); };
+    };
+    const ReadFileResult read = readWholeFile(file, part(0.0, kBytesShare));
+    if (!read) {
+        InpNetwork refused;
+        refused.status = read.status;
+        refused.message = read.message;
+        return refused;
+    }
+    return readInp(read.bytes, file.string(), options.withPolygons, part(kBytesShare, 1.0 - kBytesShare));
+}
+
+NetworkImportResult importInpText(Drawing &drawing, std::string_view text, const std::string &name,
+                                  const NetworkImportOptions &options)
+{
+    return drawNetwork(drawing, readInp(text, name, options.withPolygons), name);
+}
+
 NetworkImportResult importInp(Drawing &drawing, const std::filesystem::path &file, const NetworkImportOptions &options)
 {
-    const ReadFileResult read = readWholeFile(file);
-    if (!read) {
-        NetworkImportResult result;
-        result.status = read.status;
-        result.message = read.message;
-        return result;
-    }
-    return importInpText(drawing, read.bytes, file.string(), options);
+    return drawNetwork(drawing, readInpFile(file, options), file.string());
 }
 
 } // namespace velmor

@@ -120,9 +120,12 @@ std::string kindText(const char *kind)
     return uiLine(std::string("ui.inp.kind.") + kind);
 }
 
+struct ReadingCancelled {};
+
 class Reader {
 public:
-    Reader(std::string_view text, bool withPolygons) : m_withPolygons(withPolygons)
+    Reader(std::string_view text, bool withPolygons, const std::function<bool(double)> &progress)
+        : m_withPolygons(withPolygons), m_progress(progress)
     {
         if (!isUtf8(text)) {
             m_codec = TextCodec::forDrawing("AC1015", "ANSI_1250");
@@ -180,12 +183,24 @@ private:
     /// A name as it stands in a finding.
     std::string shown(std::string_view word) const { return utf8(decoded(word)); }
 
+    /// One more line was looked at. Each is looked at twice: when it is split, and in its table.
+    void tick()
+    {
+        constexpr std::size_t kBetween = 2048;
+        if (++m_looks % kBetween != 0 || !m_progress)
+            return;
+        if (!m_progress(std::min(static_cast<double>(m_looks) / (2.0 * static_cast<double>(m_lines)), 1.0)))
+            throw ReadingCancelled();
+    }
+
     void splitTables(std::string_view text)
     {
+        m_lines = static_cast<std::size_t>(std::ranges::count(text, '\n')) + 1;
         if (text.starts_with("\xEF\xBB\xBF"))
             text.remove_prefix(3);
         const TableName *table = nullptr;
         for (std::size_t number = 1; !text.empty(); ++number) {
+            tick();
             const auto end = text.find('\n');
             const std::string_view line = text.substr(0, end);
             text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
@@ -231,6 +246,7 @@ private:
     void readNodes()
     {
         for (const Row &row : rows(Table::Node)) {
+            tick();
             if (m_nodeNames.add(row.words[0], m_nodes.size()))
                 m_nodes.push_back({row.words[0], row.line, row.table->kind, std::nullopt});
             else
@@ -253,6 +269,7 @@ private:
     {
         std::vector<std::optional<InpPoint>> places(m_nodes.size());
         for (const Row &row : rows(Table::Coordinates)) {
+            tick();
             const auto node = m_nodeNames.find(row.words[0]);
             if (!node) {
                 note(row.line, uiLine("ui.inp.noNode", {shown(row.words[0])}));
@@ -290,6 +307,7 @@ private:
     void readConduits()
     {
         for (const Row &row : rows(Table::Conduit)) {
+            tick();
             const std::string_view name = row.words[0];
             if (row.words.size() < 3) {
                 warn(row.line, uiLine("ui.inp.twoNodes", {shown(name)}));
@@ -324,6 +342,7 @@ private:
     void readVertices()
     {
         for (const Row &row : rows(Table::Vertices)) {
+            tick();
             const auto conduit = m_conduitNames.find(row.words[0]);
             if (!conduit) {
                 // The bends of a link that was left out went with it, and that was told.
@@ -356,6 +375,7 @@ private:
     {
         Names names;
         for (const Row &row : rows(Table::Polygons)) {
+            tick();
             auto number = names.find(row.words[0]);
             if (!number) {
                 number = m_result.polygons.size();
@@ -381,6 +401,8 @@ private:
     }
 
     bool m_withPolygons;
+    const std::function<bool(double)> &m_progress;
+    std::size_t m_looks = 0, m_lines = 1;
     bool m_sawTable = false;
     std::optional<TextCodec> m_codec; ///< none: UTF-8
     std::array<std::vector<Row>, static_cast<std::size_t>(Table::None)> m_rows;
@@ -392,8 +414,9 @@ private:
 
 } // namespace
 
-InpNetwork readInp(std::string_view text, const std::string &name, bool withPolygons)
-{
+InpNetwork readInp(std::string_view text, const std::string &name, bool withPolygons,
+                   const std::function<bool(double)> &progress)
+try {
     InpNetwork refused;
     if (text.empty()) {
         refused.status = FileStatus::Empty;
@@ -405,7 +428,12 @@ InpNetwork readInp(std::string_view text, const std::string &name, bool withPoly
         refused.message = uiLine("ui.inp.binary", {name});
         return refused;
     }
-    return Reader(text, withPolygons).read(name);
+    return Reader(text, withPolygons, progress).read(name);
+} catch (const ReadingCancelled &) {
+    InpNetwork cancelled;
+    cancelled.status = FileStatus::Cancelled;
+    cancelled.message = uiLine("ui.inp.cancelled", {name});
+    return cancelled;
 }
 
 } // namespace velmor

@@ -9,6 +9,7 @@
 #include "host/drawing/Drawing.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,7 +52,9 @@ struct InpNetwork {
     std::vector<Finding> findings; ///< what was left out or taken otherwise, in order of lines
 };
 
-/// name is used in the message. Without polygons their table is not looked at. Never throws but for want of memory.
-InpNetwork readInp(std::string_view text, const std::string &name, bool withPolygons);
+/// name is used in the message. Without polygons their table is not looked at. progress is told from time to time how
+/// much is done, from 0 to 1; false ends it, with the status Cancelled. Never throws but for want of memory.
+InpNetwork readInp(std::string_view text, const std::string &name, bool withPolygons,
+                   const std::function<bool(double done)> &progress = {});
 
 } // namespace velmor

@@ -127,6 +127,51 @@ TEST_F(DialogContract, OkSetsWhatWasChangedForThisRunAndTheNext)
     }
 }
 
+TEST_F(DialogContract, ReturnIsTheOkOfTheHostsOwnDialogs)
+{
+    person([](CAdUiBaseDialog &dialog) {
+        auto *field = dialog.Control<QSpinBox>(controlOf("CATCH_HATCH_COLOR_DEFINED"));
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClicks(field, QStringLiteral("31"));
+        QTest::keyClick(field, Qt::Key_Return);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    EXPECT_EQ(configuration().ShowGSDialog(L"TCE1"), 1);
+    int color = 0;
+    EXPECT_TRUE(configuration().GetGSValueInt(L"CATCH_HATCH_COLOR_DEFINED", color));
+    EXPECT_EQ(color, 31);
+    person([](CAdUiBaseDialog &dialog) {
+        auto *filter = dialog.Control<QLineEdit>(kControlPatternFilter);
+        filter->setFocus();
+        QTest::keyClicks(filter, QStringLiteral("dots"));
+        QTest::keyClick(filter, Qt::Key_Enter, Qt::KeypadModifier);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    std::wstring pattern;
+    EXPECT_TRUE(acedHatchPalletteDialog(L"ANSI31", true, pattern));
+    EXPECT_EQ(pattern, L"DOTS");
+    person([](CAdUiBaseDialog &dialog) {
+        auto *number = dialog.Control<QSpinBox>(kControlColourNumber);
+        number->setFocus();
+        number->selectAll();
+        QTest::keyClicks(number, QStringLiteral("40"));
+        QTest::keyClick(number, Qt::Key_Return);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    EXPECT_TRUE(acedSetColorDialog(color, false, 7));
+    EXPECT_EQ(color, 40);
+    // With the focus on another button Return presses that one.
+    person([](CAdUiBaseDialog &dialog) {
+        dialog.Control<QSpinBox>(kControlColourNumber)->setValue(99);
+        dialog.GetDlgItem(kControlCancel)->setFocus();
+        QTest::keyClick(dialog.GetDlgItem(kControlCancel), Qt::Key_Return);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    EXPECT_FALSE(acedSetColorDialog(color, false, 7));
+    EXPECT_EQ(color, 40);
+}
+
 TEST_F(DialogContract, CancelChangesNothing)
 {
     ASSERT_TRUE(Services::instance().set("MARK_COLOR", 5));

@@ -174,7 +174,7 @@ void ColorGrid::keyPressEvent(QKeyEvent *event)
 }
 
 ColorDialog::ColorDialog(int index, bool withLogical, int layerColor, QWidget *parent)
-    : CAdUiBaseDialog(parent), m_index(index), m_layerColor(layerColor), m_grid(new ColorGrid(this)),
+    : DefaultButtonDialog(parent), m_index(index), m_layerColor(layerColor), m_grid(new ColorGrid(this)),
       m_number(new QSpinBox(this)), m_sample(new QLabel(this))
 {
     setWindowTitle(uiString("ui.color.title"));

@@ -1,7 +1,7 @@
 // Choosing a colour by its index in the standard palette.
 #pragma once
 
-#include "contracts/HostDialog.h"
+#include "host/editor/dialogs/DefaultButtonDialog.h"
 
 #include <QWidget>
 
@@ -41,7 +41,7 @@ private:
     int m_index = 7;
 };
 
-class ColorDialog final : public CAdUiBaseDialog {
+class ColorDialog final : public DefaultButtonDialog {
     Q_OBJECT
 public:
     ColorDialog(int index, bool withLogical, int layerColor, QWidget *parent);

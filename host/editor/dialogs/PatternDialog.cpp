@@ -75,7 +75,7 @@ QImage patternPicture(const std::wstring &name, const QSize &size, const QColor 
 }
 
 PatternDialog::PatternDialog(const std::wstring &current, bool showCustom, QWidget *parent)
-    : CAdUiBaseDialog(parent), m_filter(new QLineEdit(this)), m_list(new QListWidget(this)),
+    : DefaultButtonDialog(parent), m_filter(new QLineEdit(this)), m_list(new QListWidget(this)),
       m_description(new QLabel(this))
 {
     setWindowTitle(uiString("ui.pattern.title"));

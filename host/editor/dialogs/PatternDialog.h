@@ -1,7 +1,7 @@
 // Choosing a hatch pattern by its picture.
 #pragma once
 
-#include "contracts/HostDialog.h"
+#include "host/editor/dialogs/DefaultButtonDialog.h"
 
 #include <QImage>
 
@@ -16,7 +16,7 @@ namespace velmor {
 /// A picture of a pattern: some of its lines in ink on ground, enlarged so that they can be told apart.
 QImage patternPicture(const std::wstring &name, const QSize &size, const QColor &ink, const QColor &ground);
 
-class PatternDialog final : public CAdUiBaseDialog {
+class PatternDialog final : public DefaultButtonDialog {
     Q_OBJECT
 public:
     PatternDialog(const std::wstring &current, bool showCustom, QWidget *parent);

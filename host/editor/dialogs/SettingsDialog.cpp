@@ -194,7 +194,7 @@ private:
 };
 
 SettingsDialog::SettingsDialog(const std::wstring &group, QWidget *parent)
-    : CAdUiBaseDialog(parent), m_problem(new QLabel(this))
+    : DefaultButtonDialog(parent), m_problem(new QLabel(this))
 {
     const auto shown = settingGroup(group) == kGroupReview ? kGroupReview : kGroupDefinition;
     setWindowTitle(uiString(shown == kGroupReview ? "ui.settings.review" : "ui.settings.definition"));

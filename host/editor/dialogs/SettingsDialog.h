@@ -1,7 +1,7 @@
 // The settings of a group, typed and within their limits.
 #pragma once
 
-#include "contracts/HostDialog.h"
+#include "host/editor/dialogs/DefaultButtonDialog.h"
 #include "host/services/Settings.h"
 
 #include <string>
@@ -15,7 +15,7 @@ namespace velmor {
 
 class SettingField;
 
-class SettingsDialog final : public CAdUiBaseDialog {
+class SettingsDialog final : public DefaultButtonDialog {
     Q_OBJECT
 public:
     /// group is "TCE1" or "TCE2".

@@ -1,4 +1,5 @@
 // What stands in the PDF file is measured there, as a ruler would on the paper.
+#include "host/editor/Person.h"
 #include "host/editor/Plot.h"
 #include "host/editor/PlotDialog.h"
 #include "tests/host/commands/CommandsFixture.h"
@@ -229,6 +230,53 @@ TEST_F(Plot, NothingVisibleIsNotPlottedAndAWrongPlaceIsTold)
     EXPECT_FALSE(run(L"EXPORTPDF " + file("b.pdf") + L" Extents A4 Landscape Fit"));
     EXPECT_FALSE(std::filesystem::exists(folder / "b.pdf"));
     EXPECT_THAT(why, testing::HasSubstr(L"nothing visible"));
+}
+
+/// A view with somebody before it.
+struct Sitting final : SessionView, Person {
+    std::vector<std::wstring> asked;
+    bool agrees = false;
+    bool agreesTo(const std::wstring &question, const std::wstring &) override
+    {
+        asked.push_back(question);
+        return agrees;
+    }
+    bool givesUpDrawing() override { return false; }
+    void showDrawing(Drawing *) override {}
+    void redraw() override {}
+    void zoomTo(const Extents &) override {}
+    void showAlert(const std::wstring &) override {}
+    void showStatus(const std::wstring &) override {}
+};
+
+TEST_F(Plot, APersonIsAskedBeforeAFileIsReplacedAScriptIsNot)
+{
+    const auto bytes = [this] {
+        std::ifstream in(folder / "a.pdf", std::ios::binary);
+        return std::string((std::istreambuf_iterator<char>(in)), {});
+    };
+    std::ofstream(folder / "a.pdf") << "theirs";
+    const std::wstring how = L" Extents A4 Landscape 1:500";
+    Sitting person;
+    session.setView(&person);
+    EXPECT_FALSE(run(L"EXPORTPDF " + file("a.pdf") + how));
+    ASSERT_THAT(person.asked, testing::SizeIs(1));
+    EXPECT_THAT(person.asked[0], testing::HasSubstr((folder / "a.pdf").wstring()));
+    EXPECT_EQ(bytes(), "theirs");
+    EXPECT_TRUE(run(L"EXPORTPDF " + file("new.pdf") + how));
+    EXPECT_THAT(person.asked, testing::SizeIs(1)) << "nothing stands there";
+    EXPECT_TRUE(run(L"EXPORTPDF " + file("a.pdf") + L" _REPLACE" + how));
+    EXPECT_THAT(person.asked, testing::SizeIs(1)) << "a dialog has asked";
+    EXPECT_THAT(bytes(), testing::StartsWith("%PDF"));
+    std::ofstream(folder / "a.pdf") << "theirs";
+    person.agrees = true;
+    EXPECT_TRUE(run(L"EXPORTPDF " + file("a.pdf") + how));
+    EXPECT_THAT(person.asked, testing::SizeIs(2));
+    EXPECT_THAT(bytes(), testing::StartsWith("%PDF"));
+    session.setView(nullptr);
+    std::ofstream(folder / "a.pdf") << "theirs";
+    EXPECT_TRUE(run(L"EXPORTPDF " + file("a.pdf") + how));
+    EXPECT_THAT(bytes(), testing::StartsWith("%PDF"));
 }
 
 TEST_F(Plot, AnUnknownPrinterIsTold)

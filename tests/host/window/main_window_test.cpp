@@ -1,9 +1,12 @@
 #include "host/editor/CommandLine.h"
+#include "host/editor/CommandStack.h"
 #include "host/editor/MainWindow.h"
 #include "host/editor/Viewport.h"
+#include "host/services/Services.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -244,6 +247,36 @@ TEST_F(MainWindowTest, SignsTypedOverTheDrawingGoToTheCommandLine)
         EXPECT_EQ(input->text(), QString::fromLatin1(text));
     }
     EXPECT_EQ(viewport->view().pixelsPerUnit, scale);
+}
+
+TEST_F(MainWindowTest, APromptThatWaitsIsShownAndAnsweredInTheLanguageThatIsChosenMeanwhile)
+{
+    const auto *label = window->commandLine().findChild<QLabel *>();
+    QString before, after, outer;
+    bool ended = false;
+    meanwhile([&] {
+        before = label->text();
+        session.commands().run(L"LANGUAGE HR");
+        after = label->text();
+        meanwhile([&] { // the prompt of a command inside of it, in whose time the language changes again
+            session.commands().run(L"LANGUAGE EN");
+            meanwhile([&] {
+                outer = label->text();
+                session.commands().run(L"LANGUAGE HR");
+                typeLine(QStringLiteral("krajevi"));
+            });
+            QTest::keyClick(input, Qt::Key_Escape);
+        });
+        session.commands().run(L"'DIST");
+    });
+    ended = session.commands().run(L"ZOOM");
+    Services::instance().setLanguage("en");
+    EXPECT_TRUE(before.contains(QStringLiteral("Corner of a window"))) << before.toStdString();
+    EXPECT_TRUE(before.contains(QStringLiteral("Extents")));
+    EXPECT_TRUE(after.contains(QStringLiteral("Vrh prozora"))) << after.toStdString();
+    EXPECT_TRUE(after.contains(QStringLiteral("Krajevi")));
+    EXPECT_EQ(outer, before);
+    EXPECT_TRUE(ended);
 }
 
 } // namespace
