@@ -141,16 +141,19 @@ TEST_F(DialogContract, ReturnIsTheOkOfTheHostsOwnDialogs)
     int color = 0;
     EXPECT_TRUE(configuration().GetGSValueInt(L"CATCH_HATCH_COLOR_DEFINED", color));
     EXPECT_EQ(color, 31);
-    person([](CAdUiBaseDialog &dialog) {
+    std::wstring found;
+    person([&found](CAdUiBaseDialog &dialog) {
         auto *filter = dialog.Control<QLineEdit>(kControlPatternFilter);
         filter->setFocus();
-        QTest::keyClicks(filter, QStringLiteral("dots"));
+        QTest::keyClicks(filter, QStringLiteral("herring"));
+        found = dialog.Control<QListWidget>(kControlPatterns)->currentItem()->text().toStdWString();
         QTest::keyClick(filter, Qt::Key_Enter, Qt::KeypadModifier);
         EXPECT_FALSE(dialog.isVisible());
     });
     std::wstring pattern;
     EXPECT_TRUE(acedHatchPalletteDialog(L"ANSI31", true, pattern));
-    EXPECT_EQ(pattern, L"DOTS");
+    EXPECT_EQ(pattern, found);
+    EXPECT_NE(pattern, L"ANSI31");
     person([](CAdUiBaseDialog &dialog) {
         auto *number = dialog.Control<QSpinBox>(kControlColourNumber);
         number->setFocus();
