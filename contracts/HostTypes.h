@@ -88,7 +88,7 @@ struct resbuf {
 
 // --- Geometry values ---------------------------------------------------------------------------------------------
 
-/// Points nearer than this in each coordinate are the same point to operator==.
+/// Points no farther than this from each other are the same point to operator==.
 inline constexpr double kPointEqualTolerance = 1e-10;
 
 struct AcGeVector3d {
