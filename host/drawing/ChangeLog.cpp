@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
-#include <optional>
 #include <utility>
 
 namespace velmor {
@@ -67,10 +66,8 @@ ChangeLog::~ChangeLog()
 void ChangeLog::begin(const std::wstring &name)
 {
     closeLoose();
-    if (m_runs.empty()) {
+    if (m_runs.empty())
         m_firstOfRun = m_lastId + 1;
-        m_aids.clear();
-    }
     m_runs.push_back({m_changes.size(), m_drawing.priv().nextHandle, name});
 }
 
@@ -91,98 +88,15 @@ void ChangeLog::keep()
     if (!m_runs.empty())
         return;
     const std::uint64_t last = m_lastId;
+    settleAids();
     closeStep(m_changes.size(), run.name, m_handles, m_drawing.priv().nextHandle);
-    settleRun(m_lastId != last);
-}
-
-/// Takes the aids out of the steps of the outermost run, and what it did itself, beside the steps that it made for
-/// good, into the step before, at its start into the one behind (hasRest: the last step is such a one). For that the
-/// steps are undone and done again, without their observers, for whom nothing changes: followers read what stands in
-/// the drawing.
-void ChangeLog::settleRun(bool hasRest)
-{
-    auto aids = std::exchange(m_aids, {});
-    std::erase_if(aids, [](const AcDbObject *aid) { return !ObjectAccess::has(*aid, kErased); });
-    const auto first = std::ranges::find_if(m_done, [&](const ChangeStep &step) { return step.id >= m_firstOfRun; });
-    if (m_done.end() - first < (aids.empty() && hasRest ? 2 : 1) || (aids.empty() && !hasRest))
-        return;
-    struct Pause {
-        explicit Pause(bool &applying) : m_applying(applying) { m_applying = true; }
-        ~Pause() { m_applying = false; }
-        bool &m_applying;
-    } const pause(m_applying);
-    std::exception_ptr failure;
-    const auto follow = [&](auto call) {
-        try {
-            tell(call);
-        } catch (...) {
-            failure = failure ? failure : std::current_exception();
-        }
-    };
-    std::vector<ChangeStep> steps;
-    for (auto left = m_done.end() - first; left > 0; --left) {
-        steps.push_back(std::move(m_done.back()));
-        m_done.pop_back();
-        ChangeStep &step = steps.back();
-        m_bytes -= step.bytes;
-        for (auto change = step.changes.rbegin(); change != step.changes.rend(); ++change)
-            exchange(m_drawing, *change, true);
-        follow([&](StepFollower &follower) { follower.stepUndone(step); });
+    // What the run did behind its last step of its own belongs to that one.
+    const std::size_t count = m_done.size();
+    const bool hasRest = m_lastId != last && count > 1 && m_done[count - 2].id >= m_firstOfRun;
+    if (hasRest && m_done[count - 2].id != m_savedState) {
+        mergeLast();
+        tell([](StepFollower &follower) { follower.stepsMerged(); });
     }
-    std::ranges::reverse(steps);
-
-    Drawing::Private &d = m_drawing.priv();
-    for (AcDbObject *aid : aids) // whose first step is forgotten
-        if (!ObjectAccess::has(*aid, kErased))
-            d.setErased(static_cast<AcDbEntity &>(*aid), true);
-
-    const std::wstring ownName = steps.back().name;
-    const auto isOwn = [&](const ChangeStep &step) { return hasRest && step.name == ownName; };
-    std::vector<ChangeStep> kept;
-    std::optional<std::uint64_t> handlesBefore; // of steps that are gone, whose numbers nobody has any more
-    for (ChangeStep &step : steps) {
-        std::erase_if(step.changes, [&](const Change &change) { return aids.contains(change.object); });
-        const bool isGone =
-            std::ranges::all_of(step.changes, [](const Change &change) { return change.kind == ChangeKind::Handle; });
-        if (handlesBefore)
-            step.handlesBefore = std::exchange(handlesBefore, std::nullopt).value();
-        if (isGone) {
-            handlesBefore = step.handlesBefore;
-            for (Change &change : step.changes) { // given for good, as outside of a step
-                exchange(m_drawing, change, false);
-                m_keptNumbers = std::max(m_keptNumbers, change.number + 1);
-                follow([&](StepFollower &follower) { follower.handleGiven(*change.object); });
-            }
-        } else if (!kept.empty() && (isOwn(step) || isOwn(kept.back()))) {
-            ChangeStep &joined = kept.back();
-            if (isOwn(joined))
-                joined.name = step.name;
-            joined.handlesAfter = step.handlesAfter;
-            std::ranges::move(step.changes, std::back_inserter(joined.changes));
-        } else {
-            kept.push_back(std::move(step));
-        }
-    }
-    if (kept.empty())
-        d.nextHandle = std::max(*handlesBefore, m_keptNumbers);
-    else
-        kept.back().handlesAfter = d.nextHandle;
-    m_handles = d.nextHandle;
-    for (ChangeStep &step : kept) {
-        step.id = ++m_lastId;
-        step.bytes = 0;
-        for (Change &change : step.changes) {
-            exchange(m_drawing, change, false);
-            step.bytes += bytesOf(change);
-        }
-        m_bytes += step.bytes;
-        m_done.push_back(std::move(step));
-        follow([&](StepFollower &follower) { follower.stepDone(m_done.back()); });
-    }
-    d.changed();
-    tellState();
-    if (failure)
-        std::rethrow_exception(failure);
 }
 
 void ChangeLog::keepForGood()
@@ -196,6 +110,8 @@ void ChangeLog::keepForGood()
     // What the work around it did before is a step before this one.
     if (!m_runs.empty() && run.first > 0)
         closeStep(run.first, m_runs.front().name, m_handles, run.handles);
+    if (m_runs.empty())
+        settleAids();
     closeStep(m_changes.size(), run.name, m_handles, m_drawing.priv().nextHandle);
     for (Run &outer : m_runs) {
         outer.first = 0;
@@ -214,9 +130,23 @@ void ChangeLog::takeBack()
     std::vector<Change> changes(std::make_move_iterator(m_changes.begin() + static_cast<std::ptrdiff_t>(run.first)),
                                 std::make_move_iterator(m_changes.end()));
     m_changes.resize(run.first);
+    for (const Change &change : changes) // aids that go with the rest
+        if (change.kind == ChangeKind::Appended)
+            m_aids.erase(change.object);
+    // What stands from before the run began where it began.
+    const std::uint64_t begun = m_handles;
     setHandles(run.handles);
-    if (!changes.empty())
-        apply(changes, true);
+    m_handles = std::min(m_handles, begun);
+    try {
+        if (!changes.empty())
+            apply(changes, true);
+    } catch (...) { // an observer's
+        if (m_runs.empty())
+            takeAidsBack();
+        throw;
+    }
+    if (m_runs.empty())
+        takeAidsBack();
 }
 
 void ChangeLog::closeLoose()
@@ -231,9 +161,119 @@ bool ChangeLog::hasChanges() const
                        [](const Change &change) { return change.kind != ChangeKind::Handle; });
 }
 
+// --- Aids -----------------------------------------------------------------------------------------------------------
+//
+// While the outermost run goes on, what was noted of an aid is no part of any step that is closed: it is set aside. So
+// the steps, and a journal that follows them, never know of an aid, and whoever repeats the journal of a program that
+// died has none.
+
+AcDbObject *ChangeLog::aidOf(const Change &change) const
+{
+    if (!change.object)
+        return nullptr;
+    if (m_aids.contains(change.object))
+        return change.object;
+    AcDbObject *owner = ObjectAccess::host(*change.object).owner; // the reference of an attribute
+    return m_aids.contains(owner) ? owner : nullptr;
+}
+
+bool ChangeLog::isAid(const AcDbObject &object) const
+{
+    return m_aids.contains(const_cast<AcDbObject *>(&object));
+}
+
+/// Takes the notes on aids out of the changes before end; where these end now.
+std::size_t ChangeLog::setAside(std::size_t end)
+{
+    std::size_t left = 0;
+    const auto runs = m_runs;
+    for (std::size_t i = 0; i < end; ++i) {
+        if (!aidOf(m_changes[i])) {
+            if (left != i)
+                m_changes[left] = std::move(m_changes[i]);
+            ++left;
+            continue;
+        }
+        m_aidNotes.push_back(std::move(m_changes[i]));
+        for (std::size_t run = 0; run < runs.size(); ++run)
+            m_runs[run].first -= runs[run].first > i ? 1 : 0;
+        if (m_savedInStep && m_savedChanges > left)
+            --m_savedChanges;
+    }
+    m_changes.erase(m_changes.begin() + static_cast<std::ptrdiff_t>(left),
+                    m_changes.begin() + static_cast<std::ptrdiff_t>(end));
+    return left;
+}
+
+/// The outermost run ends: aids that are gone leave nothing behind, those that stay are entities like any other.
+void ChangeLog::settleAids()
+{
+    if (m_aids.empty())
+        return;
+    setAside(m_changes.size());
+    std::vector<Change> notes = std::exchange(m_aidNotes, {});
+    const std::uint64_t root = m_drawing.priv().file.rootHandle;
+    for (Change &note : notes) // aside of what the drawing has come to since
+        if (note.kind == ChangeKind::Data)
+            note.as<RecordState>().rootHandle = root;
+    std::unordered_set<AcDbObject *> gone;
+    for (AcDbObject *aid : m_aids)
+        if (aid->isErased())
+            gone.insert(aid);
+    {
+        const bool applying = std::exchange(m_applying, true);
+        for (auto note = notes.rbegin(); note != notes.rend(); ++note)
+            if (gone.contains(aidOf(*note)))
+                exchange(m_drawing, *note, true);
+        m_applying = applying;
+    }
+    for (Change &note : notes)
+        if (!gone.contains(aidOf(note)))
+            m_changes.push_back(std::move(note));
+    m_aids.clear();
+    if (!hasChanges()) // then only aids, and who was just named, have numbers since
+        setHandles(handlesBehind(m_handles, m_changes.size()));
+}
+
+/// The outermost run failed: what it drew to help goes with it, also what was drawn in steps that stay.
+void ChangeLog::takeAidsBack()
+{
+    std::vector<Change> erasing;
+    for (AcDbObject *aid : m_aids)
+        if (!aid->isErased())
+            erasing.push_back(changeOf(ChangeKind::Erased, aid));
+    std::exception_ptr failure;
+    try {
+        if (!erasing.empty())
+            apply(erasing, false);
+    } catch (...) { // an observer's
+        failure = std::current_exception();
+    }
+    std::ranges::move(erasing, std::back_inserter(m_aidNotes));
+    settleAids();
+    tellState();
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+/// The next free handle behind changes at the beginning of those at hand, which only name objects.
+std::uint64_t ChangeLog::handlesBehind(std::uint64_t before, std::size_t end) const
+{
+    for (std::size_t i = 0; i < end; ++i)
+        before = std::max(before, m_changes[i].number + 1);
+    return before;
+}
+
+// --- Closing --------------------------------------------------------------------------------------------------------
+
 /// Makes a step of changes at the beginning of those at hand.
 void ChangeLog::closeStep(std::size_t end, std::wstring name, std::uint64_t before, std::uint64_t after)
 {
+    if (!m_aids.empty()) {
+        end = setAside(end);
+        if (end == 0)
+            return tellState(); // the numbers of the aids belong to the step that follows
+    }
     const auto last = m_changes.begin() + static_cast<std::ptrdiff_t>(end);
     const bool onlyHandles =
         std::all_of(m_changes.begin(), last, [](const Change &change) { return change.kind == ChangeKind::Handle; });
@@ -245,6 +285,8 @@ void ChangeLog::closeStep(std::size_t end, std::wstring name, std::uint64_t befo
     };
     if (onlyHandles) {
         // To name an object is no step of the user's.
+        if (!m_aids.empty())
+            m_handles = after = handlesBehind(before, end);
         m_keptNumbers = std::max(m_keptNumbers, end != 0 ? after : 0);
         for (auto change = m_changes.begin(); change != last; ++change)
             tell([&](StepFollower &follower) { follower.handleGiven(*change->object); });
@@ -350,6 +392,20 @@ void ChangeLog::replay(ChangeStep step)
     trim();
 }
 
+bool ChangeLog::mergeLast()
+{
+    if (m_done.size() < 2)
+        return false;
+    ChangeStep last = std::move(m_done.back());
+    m_done.pop_back();
+    ChangeStep &step = m_done.back();
+    std::ranges::move(last.changes, std::back_inserter(step.changes));
+    step.handlesAfter = last.handlesAfter;
+    step.id = last.id;
+    step.bytes += last.bytes;
+    return true;
+}
+
 void ChangeLog::forget()
 {
     m_ground = position();
@@ -383,6 +439,8 @@ void ChangeLog::trim()
 void ChangeLog::setHandles(std::uint64_t next)
 {
     next = std::max(next, m_keptNumbers);
+    for (const AcDbObject *aid : m_aids)
+        next = std::max(next, ObjectAccess::host(*aid).handle + 1);
     m_drawing.priv().nextHandle = next;
     m_handles = next;
     for (Run &run : m_runs)
@@ -514,10 +572,16 @@ void ChangeLog::noteErasing(AcDbEntity &entity)
     note(changeOf(ChangeKind::Erased, &entity));
 }
 
-void ChangeLog::noteAid(AcDbEntity &entity)
+bool ChangeLog::noteAid(AcDbEntity &entity)
 {
-    if (isRunning())
-        m_aids.insert(&entity);
+    // What an earlier step made is known to it and to its followers.
+    const auto made = [&](const Change &change) {
+        return change.kind == ChangeKind::Appended && change.object == &entity;
+    };
+    if (!isRunning() || std::find_if(m_changes.rbegin(), m_changes.rend(), made) == m_changes.rend())
+        return false;
+    m_aids.insert(&entity);
+    return true;
 }
 
 void ChangeLog::noteLook(AcDbEntity &entity)

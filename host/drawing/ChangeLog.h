@@ -12,9 +12,9 @@
 //
 // A run may make steps of its own for good, say the handlers of a dialog that a command runs. What the outermost run
 // does behind the last of them belongs to that one. Aids are entities that work only draws to help, say the outline
-// that a dialog shows while an area is defined: those that are erased when the outermost run ends are no part of its
-// steps, so neither undo nor redo brings one back. Followers are told of both as of steps that are undone, and of those
-// that take their place.
+// that a dialog shows while an area is defined: no step knows of them while the outermost run goes on, nor of those
+// that are erased when it ends. So neither undo nor redo brings one back, a run of nothing else makes no step, and a
+// journal that follows the steps has none.
 //
 // Objects that were undone stay in memory, erased, so that an id never dangles; the log itself stays below its limit
 // by forgetting the oldest steps.
@@ -54,6 +54,8 @@ public:
     virtual void stepDone(const ChangeStep &) {}
     virtual void stepUndone(const ChangeStep &) {}
     virtual void stepRedone(const ChangeStep &) {}
+    /// The last two steps are one now, which has the name of the earlier one.
+    virtual void stepsMerged() {}
     /// A handle was given for good.
     virtual void handleGiven(const AcDbObject &) {}
     /// All numbers below this one are taken for good.
@@ -108,6 +110,8 @@ public:
 
     void addFollower(StepFollower &follower);
     void removeFollower(StepFollower &follower);
+    /// Makes one step of the last two, as for stepsMerged. False when there are fewer.
+    bool mergeLast();
     /// Takes a step that was read from a journal and does it. Its changes are as those of a step that was undone.
     void replay(ChangeStep step);
 
@@ -115,8 +119,8 @@ public:
     void noteAppended(AcDbEntity &entity);
     void noteAttribute(AttributeEntity &attribute, unsigned flagsOfReference);
     void noteErasing(AcDbEntity &entity); ///< before an entity is erased or comes back
-    /// It is an aid of the work that runs.
-    void noteAid(AcDbEntity &entity);
+    /// It is an aid of the work that runs. False outside of work, and for an entity that is no longer only its own.
+    bool noteAid(AcDbEntity &entity);
     void noteLook(AcDbEntity &entity);                                     ///< before a change of layer or colour
     void noteShape(AcDbEntity &entity);                                    ///< before a change of its own shape
     void noteText(TextEntity &text);                                       ///< before a change of its text
@@ -131,6 +135,8 @@ public:
     void noteBlockErasing(BlockRecord &block); ///< before
     void noteBasePoint(BlockRecord &block);    ///< before
     void noteHandle(AcDbObject &object);
+    /// An aid of the work that runs now; it is not to be written.
+    bool isAid(const AcDbObject &object) const;
     /// A save took numbers of its own: they stay taken.
     void keepNumbers();
     /// The same for all numbers below one.
@@ -150,7 +156,11 @@ private:
     void note(Change change);
     void closeStep(std::size_t end, std::wstring name, std::uint64_t before, std::uint64_t after);
     void closeLoose();
-    void settleRun(bool hasRest);
+    AcDbObject *aidOf(const Change &change) const;
+    std::size_t setAside(std::size_t end);
+    void settleAids();
+    void takeAidsBack();
+    std::uint64_t handlesBehind(std::uint64_t before, std::size_t end) const;
     void apply(std::vector<Change> &changes, bool undoing);
     void setHandles(std::uint64_t next);
     void tellState();
@@ -166,6 +176,7 @@ private:
     std::vector<ChangeStep> m_undone; ///< the one to be redone next comes last
     std::vector<StepFollower *> m_followers;
     std::unordered_set<AcDbObject *> m_aids; ///< of the outermost run
+    std::vector<Change> m_aidNotes;          ///< on them, that are no longer among the changes at hand
     std::uint64_t m_lastId = 0;
     std::uint64_t m_firstOfRun = 0; ///< the first step that the outermost run made, or would make
     std::uint64_t m_ground = 0;     ///< the state below the oldest step that is still known

@@ -29,6 +29,7 @@ inline constexpr char kBase = 'B'; ///< which text the steps stand on
 inline constexpr char kStep = 'D'; ///< done
 inline constexpr char kUndone = 'U';
 inline constexpr char kRedone = 'R';
+inline constexpr char kMerged = 'M';  ///< the last two that are done are one
 inline constexpr char kHandle = 'H';  ///< given for good
 inline constexpr char kNumbers = 'N'; ///< taken for good, below one
 inline constexpr char kSaved = 'S';   ///< with the path

@@ -55,6 +55,11 @@ void StepRecorder::stepRedone(const ChangeStep &)
     put(journal_record::kRedone, "");
 }
 
+void StepRecorder::stepsMerged()
+{
+    put(journal_record::kMerged, "");
+}
+
 void StepRecorder::handleGiven(const AcDbObject &object)
 {
     if (m_steps)

@@ -355,6 +355,11 @@ void DrawingKeeper::stepRedone(const ChangeStep &step)
     stepEnded();
 }
 
+void DrawingKeeper::stepsMerged()
+{
+    put(journal_record::kMerged, "");
+}
+
 void DrawingKeeper::handleGiven(const AcDbObject &object)
 {
     if (!m_broken && m_codec)

@@ -100,6 +100,7 @@ private:
     void stepDone(const ChangeStep &step) override;
     void stepUndone(const ChangeStep &step) override;
     void stepRedone(const ChangeStep &step) override;
+    void stepsMerged() override;
     void handleGiven(const AcDbObject &object) override;
     void numbersKept(std::uint64_t next) override;
     void drawingSaved() override;

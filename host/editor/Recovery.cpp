@@ -62,6 +62,8 @@ std::size_t stepsSinceSaved(const std::vector<JournalRecordInFile> &records)
     for (const JournalRecordInFile &record : records) {
         if (record.type == journal_record::kSaved)
             steps = 0;
+        else if (record.type == journal_record::kMerged && steps > 1)
+            --steps;
         else if (record.type == journal_record::kStep || record.type == journal_record::kUndone ||
                  record.type == journal_record::kRedone)
             ++steps;
@@ -296,6 +298,9 @@ bool Recovery::Private::repeat(RecoveredDrawing &result, const fs::path &folder,
             return log.undo();
         case journal_record::kRedone:
             return log.redo();
+        case journal_record::kMerged:
+            result.steps -= result.steps > 1 ? 1 : 0;
+            return log.mergeLast();
         case journal_record::kHandle:
             return codec->applyHandle(record.bytes);
         case journal_record::kNumbers: {

@@ -1,7 +1,8 @@
 // Undo and redo as a user works with them: so many steps, marks, and word of every change for menus and buttons.
 //
 // One for each drawing (drawing.component<UndoHistory>()). A step is a command, an action of the window or a handler of
-// a dialog (all that runs through runGuarded); commands that another one calls belong to its step. The steps themselves
+// a dialog (all that runs through runGuarded); commands that another one calls belong to its step, and the end of a
+// command to the step of the last handler that changed something. The steps themselves
 // are the drawing's (see ChangeLog.h).
 #pragma once
 
@@ -49,6 +50,7 @@ private:
     void stepDone(const ChangeStep &) override;
     void stepUndone(const ChangeStep &) override { changed(); }
     void stepRedone(const ChangeStep &) override { changed(); }
+    void stepsMerged() override { changed(); }
     void changed();
 
     ChangeLog &m_log;

@@ -180,7 +180,7 @@ std::vector<std::pair<AcDbObject *, DataDictionary *>> DxfWriter::dataOwners()
 {
     std::vector<std::pair<AcDbObject *, DataDictionary *>> owners;
     for (auto &[object, dictionary] : d.attached)
-        if (!object->isErased())
+        if (!object->isErased() && !(d.log && d.log->isAid(*object)))
             owners.emplace_back(const_cast<AcDbObject *>(object), &dictionary);
     std::sort(owners.begin(), owners.end(), [](const auto &a, const auto &b) {
         return ObjectAccess::host(*a.first).handle < ObjectAccess::host(*b.first).handle;
@@ -334,7 +334,7 @@ void DxfWriter::writeApplication()
 void DxfWriter::writeAdded()
 {
     for (AcDbEntity *entity : d.added) {
-        if (entity->isErased())
+        if (entity->isErased() || (d.log && d.log->isAid(*entity)))
             continue;
         const auto *owner = static_cast<const BlockRecord *>(ObjectAccess::host(*entity).owner);
         // The entities section holds model space and the first paper space; all others stand in their blocks.

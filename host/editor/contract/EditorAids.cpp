@@ -90,10 +90,14 @@ int acedSetAid(const AcDbObjectId &id)
     velmor::Drawing *drawing = entity.isOpen() ? velmor::ObjectAccess::drawing(*entity.get()) : nullptr;
     if (!drawing)
         return RTERROR;
+<<<<<<< HEAD
     return quietly(RTERROR, [&] {
         drawing->component<velmor::ChangeLog>().noteAid(*entity.get());
         return RTNORM;
     });
+=======
+    return drawing->component<velmor::ChangeLog>().noteAid(*entity.get()) ? RTNORM : RTERROR;
+>>>>>>> 7129f6c (Undo: notes on aids are kept aside, so that neither steps nor the journal know of them)
 }
 
 bool acedTraceBoundary(const AcGePoint3d &seed, bool detectIslands, const ads_name selection,

@@ -61,6 +61,7 @@ private:
     }
     void stepUndone(const ChangeStep &) override { EXPECT_TRUE(m_twinLog.undo()); }
     void stepRedone(const ChangeStep &) override { EXPECT_TRUE(m_twinLog.redo()); }
+    void stepsMerged() override { EXPECT_TRUE(m_twinLog.mergeLast()); }
     void handleGiven(const AcDbObject &object) override
     {
         const auto bytes = m_out.encodeHandle(object);
