@@ -1,5 +1,6 @@
 // What a module asks of its host for the person who waits or points: a progress meter with a way to stop, the region
-// around a point without drawing it, an outline under the resting pointer, and entities that are only drawn to help.
+// around a point without drawing it, an outline under the resting pointer, entities that are only drawn to help, and
+// the end of what a work had set up.
 //
 // All calls belong on the main thread. Nothing throws, and none of it changes the drawing or makes an undo step. A host
 // without a window takes the calls and shows nothing.
@@ -42,10 +43,18 @@ ZEMX_CONTRACT bool acedTraceBoundary(const AcGePoint3d &seed, bool detectIslands
 // --- Entities that are only drawn to help
 // ------------------------------------------------------------------------------------------------
 
-/// Tells the host that an entity is only an aid of the command that runs: an outline while it is defined, a preview. If
-/// it is erased when the command ends, neither undo nor redo brings it back; one that stays is an entity like any
-/// other. RTERROR for an id that names no entity.
+/// Tells the host that an entity is only an aid of the command that runs: an outline while it is defined, a preview. No
+/// undo step, no file and no recovery knows of it. One that stays when the command ends is an entity like any other
+/// from then on; when the command fails, the host erases it. RTERROR for an id that names no entity, and for an entity
+/// that was not made by the handler (or command) that is at work.
 ZEMX_CONTRACT int acedSetAid(const AcDbObjectId &entity);
+
+// --- What a destructor has to do
+// ------------------------------------------------------------------------------------------------
+
+/// Does a piece of what a destructor has to do. What it throws ends it and nothing else: the person is told, under the
+/// name that he knows the work by, unless a work that failed is just being left and is told of itself.
+ZEMX_CONTRACT void acedAtEnd(const wchar_t *name, const std::function<void()> &work) noexcept;
 
 // --- The resting pointer
 // ------------------------------------------------------------------------------------------------

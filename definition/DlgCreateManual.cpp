@@ -66,7 +66,7 @@ public:
     ~CSnapsOff()
     {
         if (!m_bLeft)
-            Restore();
+            acedAtEnd(L"OSMODE", [this] { Restore(); });
     }
     CSnapsOff(const CSnapsOff &) = delete;
     CSnapsOff &operator=(const CSnapsOff &) = delete;
@@ -190,6 +190,7 @@ void CDlgCreateCatchmentArea::OnBtnDrawArea()
         points.push_back(point);
         while (getPoint(&points.back(), MessageId::kNextCorner, point)) {
             lines.push_back(CZEMCDraw::line(points.back(), point, nullptr));
+            acedSetAid(lines.back());
             points.push_back(point);
         }
     }

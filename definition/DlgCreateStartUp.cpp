@@ -1,6 +1,7 @@
 // Start-up and closing of the definition dialog.
 #include "definition/DlgCreateCatchmentArea.h"
 
+#include "contracts/EditorAids.h"
 #include "controls/Mnemonics.h"
 #include "controls/WideText.h"
 #include "definition/DefinitionMessages.h"
@@ -137,11 +138,21 @@ CDlgCreateCatchmentArea::CDlgCreateCatchmentArea(QWidget *parent)
 
 CDlgCreateCatchmentArea::~CDlgCreateCatchmentArea()
 {
-    DeleteRows();
-    EraseTempHatches();
-    CCatchmentAreaManager::Instance()->UnMarkAllCatchments(ZEMGis::Sewage::kTypeAll);
-    acedRedraw(nullptr, 4);
-    FreeLayerSelection();
+    std::wstring title;
+    const auto atEnd = [&](const std::function<void()> &step) { acedAtEnd(title.c_str(), step); };
+    atEnd([&] { title = ToWide(windowTitle()); });
+    atEnd([this] { DeleteRows(); });
+    // Boundaries are left only when the end of the dialog failed. One that can't be erased keeps no other.
+    for (const AcDbObjectIdArray *left : {&m_tempHatches, &m_tempBoundaries}) {
+        for (const AcDbObjectId &id : *left)
+            atEnd([&] {
+                AcDbObjectIdArray one{id};
+                EraseEntities(one);
+            });
+    }
+    atEnd([] { CCatchmentAreaManager::Instance()->UnMarkAllCatchments(ZEMGis::Sewage::kTypeAll); });
+    atEnd([] { acedRedraw(nullptr, 4); });
+    atEnd([this] { FreeLayerSelection(); });
 }
 
 void CDlgCreateCatchmentArea::ConnectControls()

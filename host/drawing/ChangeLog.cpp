@@ -87,16 +87,8 @@ void ChangeLog::keep()
     m_runs.pop_back();
     if (!m_runs.empty())
         return;
-    const std::uint64_t last = m_lastId;
     settleAids();
-    closeStep(m_changes.size(), run.name, m_handles, m_drawing.priv().nextHandle);
-    // What the run did behind its last step of its own belongs to that one.
-    const std::size_t count = m_done.size();
-    const bool hasRest = m_lastId != last && count > 1 && m_done[count - 2].id >= m_firstOfRun;
-    if (hasRest && m_done[count - 2].id != m_savedState) {
-        mergeLast();
-        tell([](StepFollower &follower) { follower.stepsMerged(); });
-    }
+    closeOwn(m_changes.size(), run.name, m_drawing.priv().nextHandle);
 }
 
 void ChangeLog::keepForGood()
@@ -107,16 +99,33 @@ void ChangeLog::keepForGood()
         return takeBack();
     const Run run = std::move(m_runs.back());
     m_runs.pop_back();
-    // What the work around it did before is a step before this one.
-    if (!m_runs.empty() && run.first > 0)
-        closeStep(run.first, m_runs.front().name, m_handles, run.handles);
-    if (m_runs.empty())
+    if (m_runs.empty()) {
         settleAids();
+    } else if (!m_done.empty() && m_done.back().id >= m_firstOfRun) {
+        closeOwn(run.first, m_runs.front().name, run.handles);
+    } else {
+        // What the work around it did at its start belongs to the first step that it makes; this is none yet.
+        const auto lasts = [this](const Change &change) { return change.kind != ChangeKind::Handle && !aidOf(change); };
+        if (std::none_of(m_changes.begin() + static_cast<std::ptrdiff_t>(run.first), m_changes.end(), lasts))
+            return;
+    }
     closeStep(m_changes.size(), run.name, m_handles, m_drawing.priv().nextHandle);
     for (Run &outer : m_runs) {
         outer.first = 0;
         outer.handles = m_handles;
     }
+}
+
+/// Closes what the work around steps for good did itself: it belongs to the one before.
+void ChangeLog::closeOwn(std::size_t end, const std::wstring &name, std::uint64_t after)
+{
+    const std::uint64_t last = m_lastId;
+    closeStep(end, name, m_handles, after);
+    const std::size_t count = m_done.size();
+    if (m_lastId == last || count < 2 || m_done[count - 2].id < m_firstOfRun || m_done[count - 2].id == m_savedState)
+        return;
+    mergeLast();
+    tell([](StepFollower &follower) { follower.stepsMerged(); });
 }
 
 void ChangeLog::takeBack()

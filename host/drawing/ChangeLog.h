@@ -11,10 +11,10 @@
 // a save gives, are given for good.
 //
 // A run may make steps of its own for good, say the handlers of a dialog that a command runs. What the outermost run
-// does behind the last of them belongs to that one. Aids are entities that work only draws to help, say the outline
-// that a dialog shows while an area is defined: no step knows of them while the outermost run goes on, nor of those
-// that are erased when it ends. So neither undo nor redo brings one back, a run of nothing else makes no step, and a
-// journal that follows the steps has none.
+// does itself between and behind them belongs to the one before, and what it did at its start to the first. Aids are
+// entities that work only draws to help, say the outline that a dialog shows while an area is defined: no step knows of
+// them while the outermost run goes on, nor of those that are erased when it ends. So neither undo nor redo brings one
+// back, a run of nothing else makes no step, and a journal that follows the steps has none.
 //
 // Objects that were undone stay in memory, erased, so that an id never dangles; the log itself stays below its limit
 // by forgetting the oldest steps.
@@ -155,6 +155,7 @@ private:
     bool hasChanges() const;
     void note(Change change);
     void closeStep(std::size_t end, std::wstring name, std::uint64_t before, std::uint64_t after);
+    void closeOwn(std::size_t end, const std::wstring &name, std::uint64_t after);
     void closeLoose();
     AcDbObject *aidOf(const Change &change) const;
     std::size_t setAside(std::size_t end);

@@ -6,14 +6,17 @@
 #include "host/drawing/ObjectAccess.h"
 #include "host/editor/BoundaryCommand.h"
 #include "host/editor/CommandStack.h"
+#include "host/editor/Guarded.h"
 #include "host/editor/LineworkCache.h"
 #include "host/editor/PointMonitors.h"
 #include "host/editor/ProgressMeter.h"
 #include "host/editor/RegionMisses.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Session.h"
+#include "host/editor/UiMessage.h"
 
 #include <cmath>
+#include <exception>
 
 using velmor::journal;
 using velmor::PointMonitors;
@@ -85,19 +88,29 @@ int acedUsrBrk()
 
 int acedSetAid(const AcDbObjectId &id)
 {
-    journal("acedSetAid", id);
-    const CZEMCEntityPtr entity(id, AcDb::kForRead);
-    velmor::Drawing *drawing = entity.isOpen() ? velmor::ObjectAccess::drawing(*entity.get()) : nullptr;
-    if (!drawing)
-        return RTERROR;
-<<<<<<< HEAD
     return quietly(RTERROR, [&] {
-        drawing->component<velmor::ChangeLog>().noteAid(*entity.get());
-        return RTNORM;
+        journal("acedSetAid", id);
+        const CZEMCEntityPtr entity(id, AcDb::kForRead);
+        velmor::Drawing *drawing = entity.isOpen() ? velmor::ObjectAccess::drawing(*entity.get()) : nullptr;
+        if (!drawing)
+            return RTERROR;
+        return drawing->component<velmor::ChangeLog>().noteAid(*entity.get()) ? RTNORM : RTERROR;
     });
-=======
-    return drawing->component<velmor::ChangeLog>().noteAid(*entity.get()) ? RTNORM : RTERROR;
->>>>>>> 7129f6c (Undo: notes on aids are kept aside, so that neither steps nor the journal know of them)
+}
+
+void acedAtEnd(const wchar_t *name, const std::function<void()> &work) noexcept
+{
+    quietly(0, [&] {
+        try {
+            work();
+        } catch (...) {
+            Session *session = Session::currentOrNull();
+            if (session && std::uncaught_exceptions() == 0)
+                session->alertFailure(
+                    velmor::uiMessage("ui.work.failed", {name ? name : L"", velmor::reasonOfException()}));
+        }
+        return 0;
+    });
 }
 
 bool acedTraceBoundary(const AcGePoint3d &seed, bool detectIslands, const ads_name selection,

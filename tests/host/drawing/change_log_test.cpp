@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 using namespace velmor;
+using testing::IsEmpty;
 using testing::ElementsAre;
 
 namespace {
@@ -433,4 +434,96 @@ TEST_F(ChangeLogTest, ARunOfNothingButAidsIsNoStepAndGivesItsNumbersBack)
     log.keep();
     EXPECT_FALSE(log.canUndo());
     EXPECT_EQ(drawing->write(), before);
+}
+
+TEST_F(ChangeLogTest, AidsGoWithACommandThatFailsAlsoThoseOfHandlersThatStay)
+{
+    log.begin(L"command");
+    log.begin(L"handler");
+    AcDbLine &area = addLine(*drawing, 1), &aid = addLine(*drawing, 2), &erased = addLine(*drawing, 3);
+    EXPECT_TRUE(log.noteAid(aid));
+    EXPECT_TRUE(log.noteAid(erased));
+    drawing->setData(aid, "STAMP", {{1, L"on the aid"}});
+    log.keepForGood();
+    drawing->erase(erased); // as a destructor does while the failure is under way
+    log.takeBack();
+    EXPECT_FALSE(area.isErased());
+    EXPECT_TRUE(aid.isErased());
+    EXPECT_TRUE(erased.isErased());
+    EXPECT_THAT(drawing->entitiesWithData("STAMP"), IsEmpty());
+    EXPECT_EQ(log.undoCount(), 1u);
+    log.undo();
+    log.redo();
+    EXPECT_FALSE(area.isErased());
+    EXPECT_TRUE(aid.isErased());
+}
+
+TEST_F(ChangeLogTest, AnObserverThatFailsOverAnAidKeepsNoneOfThem)
+{
+    struct Failing final : DrawingObserver {
+        void entityErased(AcDbEntity &, bool) override { throw std::runtime_error("the view is gone"); }
+    } failing;
+    log.begin(L"command");
+    log.begin(L"handler");
+    AcDbLine &first = addLine(*drawing, 1), &second = addLine(*drawing, 2);
+    log.noteAid(first);
+    log.noteAid(second);
+    log.keepForGood();
+    drawing->addObserver(failing);
+    EXPECT_THROW(log.takeBack(), std::runtime_error);
+    drawing->removeObserver(failing);
+    EXPECT_TRUE(first.isErased() && second.isErased());
+    EXPECT_FALSE(log.isRunning());
+    EXPECT_FALSE(log.canUndo());
+}
+
+TEST_F(ChangeLogTest, AHandlerThatFailsTakesItsAidsBackAndBringsBackThoseItErased)
+{
+    log.begin(L"command");
+    log.begin(L"handler");
+    AcDbLine &standing = addLine(*drawing, 1);
+    log.noteAid(standing);
+    const std::uint64_t handle = handleOf(standing);
+    log.keepForGood();
+    log.begin(L"handler");
+    drawing->erase(standing);
+    AcDbLine &failed = addLine(*drawing, 2);
+    log.noteAid(failed);
+    log.takeBack();
+    EXPECT_FALSE(standing.isErased());
+    EXPECT_TRUE(failed.isErased());
+    log.begin(L"handler");
+    EXPECT_NE(handleOf(addLine(*drawing, 3)), handle) << "the aid that stands has it";
+    log.keepForGood();
+    drawing->erase(standing);
+    log.keep();
+    EXPECT_EQ(log.undoCount(), 1u);
+}
+
+TEST_F(ChangeLogTest, OnlyWhatTheWorkAtHandMadeCanBeItsAid)
+{
+    AcDbLine &before = addLine(*drawing, 1);
+    EXPECT_FALSE(log.noteAid(before)) << "nothing runs";
+    log.begin(L"command");
+    EXPECT_FALSE(log.noteAid(before));
+    log.begin(L"handler");
+    AcDbLine &ofStep = addLine(*drawing, 2);
+    log.keepForGood();
+    EXPECT_FALSE(log.noteAid(ofStep)) << "a step knows it";
+    log.keep();
+}
+
+TEST_F(ChangeLogTest, NoFileThatIsWrittenMeanwhileHoldsAnAid)
+{
+    drawing->write();
+    log.begin(L"command");
+    addLine(*drawing, 1);
+    const std::size_t lines = Drawing::read(drawing->write()).drawing->modelSpace().entities().size();
+    AcDbLine &aid = addLine(*drawing, 2);
+    drawing->setData(aid, "STAMP", {{1, L"on the aid"}});
+    log.noteAid(aid);
+    const auto written = Drawing::read(drawing->write()).drawing;
+    EXPECT_EQ(written->modelSpace().entities().size(), lines);
+    EXPECT_THAT(written->entitiesWithData("STAMP"), IsEmpty());
+    log.takeBack();
 }

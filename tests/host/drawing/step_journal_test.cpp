@@ -130,15 +130,16 @@ TEST_P(StepsOf, OfRunsWithAidsGiveTheSameTextToo)
         const std::string before = drawing.write();
         const std::size_t stepsBefore = log.undoCount();
         std::vector<AcDbLine *> aids;
-        const auto drop = [&](std::size_t leave) {
-            for (; aids.size() > leave; aids.pop_back())
+        const auto drop = [&] {
+            for (; !aids.empty(); aids.pop_back())
                 drawing.erase(*aids.back());
         };
         log.begin(L"command");
         for (unsigned handlers = random() % 5; handlers > 0; --handlers) {
+            const auto standing = aids;
             log.begin(L"handler");
             if (random() % 2 == 0)
-                drop(0);
+                drop();
             for (unsigned count = random() % 3; count > 0; --count) {
                 auto line = std::make_unique<AcDbLine>(AcGePoint3d(i, 0), AcGePoint3d(i, 1));
                 aids.push_back(line.get());
@@ -149,12 +150,17 @@ TEST_P(StepsOf, OfRunsWithAidsGiveTheSameTextToo)
             }
             for (unsigned count = random() % 4; count > 0; --count)
                 changes.make();
-            log.keepForGood();
+            if (random() % 5 == 0) {
+                log.takeBack();
+                aids = standing;
+            } else {
+                log.keepForGood();
+            }
         }
         if (random() % 2 == 0)
             changes.make();
-        drop(random() % 10 == 0 ? 1 : 0); // some stay
-        log.keep();
+        drop();
+        random() % 8 == 0 ? log.takeBack() : log.keep();
         ASSERT_EQ(test::differenceOf(twin.write(), drawing.write()), "") << "at run " << i;
         const std::string after = drawing.write();
         std::size_t undone = 0;

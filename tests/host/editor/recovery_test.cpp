@@ -259,6 +259,137 @@ TEST_F(RecoveryTest, ObserversAndFollowersThatFailKeepNoStepFromTheJournal)
     EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
 }
 
+/// A command whose dialog draws an outline to help, saves an area and draws the next outline.
+class RecoveryOfADialog : public RecoveryTest {
+protected:
+    AcDbEntity *append(double x)
+    {
+        auto line = std::make_unique<AcDbLine>(AcGePoint3d(x, 7777), AcGePoint3d(x, 8888));
+        AcDbEntity *entity = line.get();
+        drawing().append(std::move(line));
+        return entity;
+    }
+    void handler(const std::function<void()> &work)
+    {
+        log().begin(L"handler");
+        work();
+        log().keepForGood();
+    }
+    void outline(double x)
+    {
+        handler([&] {
+            if (m_outline)
+                drawing().erase(*m_outline);
+            m_outline = append(x);
+            ASSERT_TRUE(log().noteAid(*m_outline));
+        });
+    }
+    void defineTwoAreas()
+    {
+        log().begin(L"DEFINE");
+        outline(1);
+        handler([&] { append(100); });
+        outline(2);
+        handler([&] {
+            append(200);
+            drawing().setData(*m_outline, "STAMP", {{1, L"area"}});
+        });
+        outline(3);
+    }
+    void endDialog()
+    {
+        drawing().erase(*std::exchange(m_outline, nullptr));
+        drawing().setDictionaryEntry("SETTINGS", "KEY", {{1, std::to_wstring(++m_seed)}});
+        log().keep();
+    }
+    static std::vector<double> linesOf(Drawing &drawing)
+    {
+        std::vector<double> found;
+        for (const AcDbEntity *entity : drawing.modelSpace().entities()) {
+            const auto *line = dynamic_cast<const AcDbLine *>(entity);
+            if (line && !line->isErased() && line->startPoint().y == 7777)
+                found.push_back(line->startPoint().x);
+        }
+        return found;
+    }
+    AcDbEntity *m_outline = nullptr;
+};
+
+TEST_F(RecoveryOfADialog, WhatItSavedComesBackAndNothingOfWhatItDrewToHelp)
+{
+    open();
+    defineTwoAreas();
+    EXPECT_THAT(linesOf(drawing()), ElementsAre(100, 200, 3));
+    crash();
+    m_outline = nullptr;
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_TRUE(recovered.complete);
+    EXPECT_EQ(recovered.steps, 2u);
+    EXPECT_THAT(linesOf(*recovered.drawing), ElementsAre(100, 200));
+    EXPECT_THAT(recovered.drawing->entitiesWithData("STAMP"), IsEmpty());
+    EXPECT_TRUE(recovered.drawing->component<ChangeLog>().undo());
+    EXPECT_THAT(linesOf(*recovered.drawing), ElementsAre(100));
+}
+
+TEST_F(RecoveryOfADialog, TheSameWhereOnlyWholeDrawingsAreKept)
+{
+    open();
+    step();
+    m_disk.full = true;
+    step(); // the journal ends here
+    m_disk.full = false;
+    defineTwoAreas();
+    recovery().autosave();
+    recovery().finishAutosave();
+    recovery().autosave();
+    recovery().finishAutosave();
+    crash();
+    m_outline = nullptr;
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_TRUE(recovered.fromAutosave);
+    EXPECT_THAT(linesOf(*recovered.drawing), ElementsAre(100, 200));
+}
+
+TEST_F(RecoveryOfADialog, ItsEndBelongsToTheLastStepAfterACrashToo)
+{
+    open();
+    const std::string before = drawing().write();
+    defineTwoAreas();
+    endDialog();
+    ASSERT_EQ(log().undoCount(), 2u);
+    log().undo();
+    log().redo();
+    const std::string text = drawing().write();
+    crash();
+    ASSERT_THAT(recovery().left(), SizeIs(1));
+    EXPECT_EQ(recovery().left()[0].steps, 4u) << "two done, one undone and redone";
+    RecoveredDrawing recovered = recoverOnly();
+    ASSERT_TRUE(recovered.drawing);
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), text), "");
+    auto &steps = recovered.drawing->component<ChangeLog>();
+    EXPECT_EQ(steps.undoCount(), 2u);
+    EXPECT_TRUE(steps.undo());
+    EXPECT_FALSE(recovered.drawing->dictionaryEntry("SETTINGS", "KEY"));
+    EXPECT_THAT(linesOf(*recovered.drawing), ElementsAre(100));
+    EXPECT_TRUE(steps.undo());
+    EXPECT_EQ(test::differenceOf(recovered.drawing->write(), before), "");
+}
+
+TEST_F(RecoveryOfADialog, AStepThatTheFileHoldsStaysAsItIsWhenTheDialogEnds)
+{
+    open();
+    defineTwoAreas();
+    ASSERT_TRUE(drawing().save(m_file));
+    endDialog();
+    EXPECT_EQ(log().undoCount(), 3u);
+    EXPECT_TRUE(drawing().isModified());
+    log().undo();
+    EXPECT_FALSE(drawing().isModified());
+    EXPECT_THAT(linesOf(drawing()), ElementsAre(100, 200));
+}
+
 TEST_F(RecoveryTest, ASavedDrawingIsNotLostAndWhatCameAfterTheSaveIs)
 {
     open();
