@@ -75,7 +75,7 @@ public:
     void begin(const std::wstring &name = {});
     /// Ends the innermost run, whose changes stay; the run around it may still take them back.
     void keep();
-    /// The same, and makes a step of it at once, if it did more than aids: the run around it can no longer take it back.
+    /// The same, and makes a step of it at once, if it did more than aids: no run around it can take that back.
     void keepForGood();
     /// Ends the innermost run and takes its changes back, the last one first.
     void takeBack();
