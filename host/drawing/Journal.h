@@ -1,7 +1,7 @@
 // A record of contract calls that a test can switch on and read.
 //
-// Every operation of the contracts that does something for its caller (not: opens, closes, class tests, iterator
-// steps and getters of values) writes one entry: its name and its arguments as text.
+// Every operation of the contracts that does something for its caller or reads a setting (not: opens, closes, class
+// tests, iterator steps, getters of values) writes one entry: name and arguments as text, and of a read its success.
 #pragma once
 
 #include "contracts/HostTypes.h"
