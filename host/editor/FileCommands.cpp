@@ -80,12 +80,13 @@ Command::Next openDrawing(Asker &asker)
     return Command::Next::Commit;
 }
 
-/// The file is asked for. What may be written over is told behind it in scripts; a person is asked when it comes to
-/// that.
+/// The file is asked for, unless the drawing's own will do. What may be written over is told behind it in scripts; a
+/// person is asked when it comes to that.
 Command::Next saveDrawing(Asker &asker, const Ask &which)
 {
     Session &session = asker.session();
-    const Reply file = asker.text(which);
+    const bool isOwn = which.optional && !session.path().empty() && !asker.hasAnswers();
+    const Reply file = isOwn ? Reply() : asker.text(which);
     SaveWords words{.overAny = false};
     for (int i = 0; i < 2 && asker.hasAnswers(); ++i) {
         const Reply over =
