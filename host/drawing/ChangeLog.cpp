@@ -497,6 +497,8 @@ void ChangeLog::apply(std::vector<Change> &changes, bool undoing)
         }
     };
     const Pause pause(m_applying);
+    const bool outer = std::exchange(
+        m_exchangesLooks, std::ranges::any_of(changes, [](const Change &c) { return c.kind == ChangeKind::Look; }));
     for (std::size_t i = 0; i < changes.size(); ++i) {
         const Change &change = undoing ? changes[changes.size() - 1 - i] : changes[i];
         switch (change.kind) {
@@ -523,6 +525,7 @@ void ChangeLog::apply(std::vector<Change> &changes, bool undoing)
             break;
         }
     }
+    m_exchangesLooks = outer;
     if (failure)
         std::rethrow_exception(failure);
 }

@@ -107,6 +107,9 @@ public:
     /// The log holds at most about that many bytes, and the last step in any case.
     void setLimit(std::size_t bytes);
     std::size_t bytes() const { return m_bytes; }
+    /// True while observers are told of changes that were taken back or done again, when some of them are of layer or
+    /// colour: what comes or goes may not have the layer any more with which it was seen.
+    bool exchangesLooks() const { return m_exchangesLooks; }
 
     void addFollower(StepFollower &follower);
     void removeFollower(StepFollower &follower);
@@ -187,6 +190,7 @@ private:
     bool m_savedInStep = false;
     std::size_t m_bytes = 0, m_limit = kStandardLimit;
     bool m_applying = false;
+    bool m_exchangesLooks = false;
     bool m_knowsEverything;
 };
 

@@ -304,7 +304,7 @@ TEST_F(WrapperContract, ArgumentChainsOfFiftyPointsLeaveNoMemoryBehind)
     box(1000.0, 0.0, 1001.0, 1.0);
     for (int i = 0; i < 100; ++i)
         once(); // whatever is kept for reuse is there now
-    const auto before = ::mallinfo2().uordblks;
+    [[maybe_unused]] const auto before = ::mallinfo2().uordblks;
     for (int i = 0; i < 1000; ++i)
         once();
     EXPECT_EQ(entities().size(), 1u);

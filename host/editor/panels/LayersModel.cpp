@@ -1,5 +1,6 @@
 #include "host/editor/panels/LayersModel.h"
 
+#include "host/drawing/ChangeLog.h"
 #include "host/editor/Captions.h"
 #include "host/editor/LayerNames.h"
 #include "host/editor/UiMessage.h"
@@ -11,7 +12,7 @@ namespace velmor {
 
 // --- Counts ---------------------------------------------------------------------------------------------------------
 
-LayerCounts::LayerCounts(Drawing &drawing) : m_drawing(drawing)
+LayerCounts::LayerCounts(Drawing &drawing) : m_drawing(drawing), m_log(drawing.component<ChangeLog>())
 {
     m_drawing.addObserver(*this);
 }
@@ -72,7 +73,9 @@ void LayerCounts::entityModified(AcDbEntity &entity)
 
 void LayerCounts::entityErased(AcDbEntity &entity, bool erased)
 {
-    if (!m_stale)
+    if (m_log.exchangesLooks())
+        m_stale = true;
+    else if (!m_stale)
         at(layerIndexOf(entity)) += erased ? static_cast<std::size_t>(-1) : 1;
 }
 

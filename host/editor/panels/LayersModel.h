@@ -8,6 +8,8 @@
 
 namespace velmor {
 
+class ChangeLog;
+
 /// How many entities of a drawing lie on each layer, in model space, paper spaces and block definitions. Made by
 /// Drawing::component; kept up with the drawing: what is added or erased is counted as it comes, changes of shape and
 /// data count for nothing, and only a change that may have been one of layer lets the next question count anew.
@@ -31,6 +33,7 @@ private:
     std::size_t &at(std::size_t layer);
 
     Drawing &m_drawing;
+    const ChangeLog &m_log;
     std::vector<std::size_t> m_counts;
     bool m_stale = true;
     const AcDbEntity *m_before = nullptr; ///< whose change was told beforehand

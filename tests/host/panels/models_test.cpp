@@ -160,6 +160,26 @@ TEST_F(LayersTest, ACountOutlivesChangesOfShapeAndFollowsThoseOfLayer)
     EXPECT_EQ(counts.of(other), 1u);
 }
 
+TEST_F(LayersTest, ACountIsRightAgainWhenWhatCameAndChangedItsLayerIsUndoneAndRedone)
+{
+    auto &log = drawing().component<ChangeLog>();
+    auto &counts = drawing().component<LayerCounts>();
+    log.begin();
+    const AcDbObjectId id = line(0, 0, 1, 1);
+    const std::size_t first = layerIndexOf(*open(id));
+    const std::size_t other = drawing().ensureLayer(L"A");
+    drawing().setLayerOf(*open(id), other);
+    log.keep();
+    EXPECT_EQ(counts.of(first), 0u);
+    EXPECT_EQ(counts.of(other), 1u);
+    ASSERT_TRUE(log.undo());
+    EXPECT_EQ(counts.of(first), 0u);
+    EXPECT_EQ(counts.of(other), 0u);
+    ASSERT_TRUE(log.redo());
+    EXPECT_EQ(counts.of(first), 0u);
+    EXPECT_EQ(counts.of(other), 1u);
+}
+
 TEST_F(LayersTest, ANameThatIsTakenOrCannotStandIsRefused)
 {
     EXPECT_STREQ(model.refusalOf("  "), "ui.layer.badName");
