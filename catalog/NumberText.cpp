@@ -1,5 +1,7 @@
 #include "catalog/NumberText.h"
 
+#include "catalog/OwnedLocale.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -71,8 +73,8 @@ TextNumber ReadDouble(std::wstring_view text)
     std::string number;
     for (const wchar_t c : text.substr(start, scan.At() - start))
         number.push_back(static_cast<char>(c));
-    static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
-    return {strtod_l(number.c_str(), nullptr, plain), scan.At()};
+    static const COwnedLocale plain(LC_ALL_MASK, "C");
+    return {strtod_l(number.c_str(), nullptr, plain.Get()), scan.At()};
 }
 
 int ReadInt(std::wstring_view text)

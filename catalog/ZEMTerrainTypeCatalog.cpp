@@ -2,9 +2,9 @@
 
 #include "catalog/NameCoding.h"
 #include "catalog/NumberText.h"
+#include "catalog/OwnedLocale.h"
 #include "contracts/CoreServices.h"
 
-#include <locale.h>
 #include <unordered_set>
 #include <wctype.h>
 
@@ -24,10 +24,10 @@ constexpr short kTextCode = 1;
 /// The text in small letters, in all alphabets and whatever the program's locale.
 std::wstring Folded(std::wstring text)
 {
-    static const locale_t letters = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    static const COwnedLocale letters(LC_CTYPE_MASK, "C.UTF-8");
     for (wchar_t &c : text)
-        c = static_cast<wchar_t>(letters ? towlower_l(static_cast<wint_t>(c), letters)
-                                         : towlower(static_cast<wint_t>(c)));
+        c = static_cast<wchar_t>(letters.Get() ? towlower_l(static_cast<wint_t>(c), letters.Get())
+                                               : towlower(static_cast<wint_t>(c)));
     return text;
 }
 

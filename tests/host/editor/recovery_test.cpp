@@ -742,8 +742,8 @@ TEST_F(RecoveryTest, WhatWasRecoveredInPartIsWrittenAsAWholeWithItsFirstStep)
     const fs::path steps = fs::directory_iterator(m_state)->path() / "steps";
     crash();
     {
-        StepJournal journal;
         FileOperations operations;
+        StepJournal journal;
         ASSERT_TRUE(journal.resume(steps, operations));
         ASSERT_TRUE(journal.append(journal_record::kStep, "no step of this drawing"));
     }
