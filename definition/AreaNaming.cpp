@@ -20,14 +20,6 @@ int SmallestFreeNumber(const std::set<int> &used, int from)
     return number;
 }
 
-std::wstring FileTitle(const std::wstring &path)
-{
-    const std::size_t slash = path.find_last_of(L"/\\");
-    const std::wstring name = slash == std::wstring::npos ? path : path.substr(slash + 1);
-    const std::size_t dot = name.rfind(L'.');
-    return dot == std::wstring::npos || dot == 0 ? name : name.substr(0, dot);
-}
-
 std::wstring FormatCount(const std::wstring &message, int count)
 {
     std::wstring text;

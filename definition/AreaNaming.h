@@ -1,6 +1,8 @@
 // How a catchment area's name is proposed. No widgets, no drawing.
 #pragma once
 
+#include "dialogs/FileTitle.h"
+
 #include <set>
 #include <string>
 
@@ -18,10 +20,6 @@ std::wstring NextFreeAreaName(const CAreaNameParts &parts, const std::wstring &b
 
 /// The smallest whole number not below from that is not in used.
 int SmallestFreeNumber(const std::set<int> &used, int from = 1);
-
-/// File name of a path without folder and extension; both kinds of slashes count, since a drawing may carry a path
-/// that another system wrote.
-std::wstring FileTitle(const std::wstring &path);
 
 /// Puts a number in place of the first "%d" of a message and "%" in place of each "%%". Every other placeholder comes
 /// back as it is, so that a text edited by the user can't do harm.

@@ -13,9 +13,10 @@
 #include "contracts/HostDialog.h"
 #include "controls/MyToolTipCtrl.h"
 #include "definition/AreaNaming.h"
-#include "definition/CatchItemData.h"
 #include "definition/CentreGrid.h"
 #include "definition/EnablingTable.h"
+#include "dialogs/CatchItemData.h"
+#include "dialogs/DialogControls.h"
 
 #include <QString>
 
@@ -78,7 +79,6 @@ private:
     void LoadTerrainTypes();
     void LoadExistingAreas();
     void SetUpList();
-    void FillLabelCatalog();
     void ShowLayerSummary();
     void FitToScreen();
 
@@ -101,10 +101,6 @@ private:
     enmDefinitionMethod Method() const;
     void EnableControls(const CControlSet &controls, bool enabled);
     void SetStatus(const std::wstring &text, std::uint32_t colour);
-    static void SetColouredText(CXColorStatic *label, const std::wstring &text, std::uint32_t colour);
-    static double GetNumber(const AMSEdit::CAMSNumericEdit *edit);
-    /// Trailing zeros are trimmed; what the edit does not take is cut.
-    static void SetNumber(AMSEdit::CAMSNumericEdit *edit, double value);
 
     // Selection, navigation, methods and types
     std::intptr_t OnSelectionDone();

@@ -55,20 +55,3 @@ void CDlgCreateCatchmentArea::SetStatus(const std::wstring &text, std::uint32_t 
 {
     SetColouredText(m_ui->textStatus, text, colour);
 }
-
-void CDlgCreateCatchmentArea::SetColouredText(CXColorStatic *label, const std::wstring &text, std::uint32_t colour)
-{
-    label->setText(ToQString(text));
-    label->SetTextColor(colour, false);
-    label->SetBold(true, false);
-}
-
-double CDlgCreateCatchmentArea::GetNumber(const AMSEdit::CAMSNumericEdit *edit)
-{
-    return edit->GetDouble();
-}
-
-void CDlgCreateCatchmentArea::SetNumber(AMSEdit::CAMSNumericEdit *edit, double value)
-{
-    edit->SetDouble(value, true);
-}

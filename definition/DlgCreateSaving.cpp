@@ -301,7 +301,7 @@ void CDlgCreateCatchmentArea::AssignSections(const AreaPtr &area, const CStringA
 
 CCatalogItem *CDlgCreateCatchmentArea::LabelItem() const
 {
-    return static_cast<CCatalogItem *>(m_ui->comboLabel->currentData().value<void *>());
+    return LabelItemOf(*m_ui->comboLabel);
 }
 
 void CDlgCreateCatchmentArea::GetBoundaryVertices(AcDbObjectId id, AcGePoint3dArray &points)

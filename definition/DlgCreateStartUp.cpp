@@ -14,7 +14,6 @@
 using namespace ControlId;
 using ZEMGis::CModuleConfiguration;
 using ZEMGis::Sewage::CCatchmentAreaManager;
-using ZEMGis::Utility::CZEMBitmapButton;
 
 namespace {
 
@@ -86,13 +85,7 @@ constexpr auto kMnemonicOrder = std::to_array<int>({
 constexpr int kButtonImage = 18;
 constexpr int kInfoImage = 16;
 
-struct ImageRow {
-    int m_nControl;
-    const wchar_t *m_pName;
-    int m_nSize;
-};
-
-constexpr auto kImages = std::to_array<ImageRow>({
+constexpr auto kImages = std::to_array<CImageRow>({
     {kBtnPrevious, L"SECTION_PREVIOUS", kButtonImage},
     {kBtnNext, L"SECTION_NEXT", kButtonImage},
     {kBtnZoom, L"ZOOM_SECTION", kButtonImage},
@@ -109,15 +102,7 @@ constexpr auto kImages = std::to_array<ImageRow>({
     {kBtnInfoAreas, L"INFO_AREAS", kInfoImage},
 });
 
-/// A numeric edit: how many digits it takes before and behind the point, and whether a sign.
-struct NumericField {
-    int m_nControl;
-    int m_nWholeDigits;
-    int m_nDecimals;
-    bool m_bNegative;
-};
-
-constexpr auto kNumericFields = std::to_array<NumericField>({
+constexpr auto kNumericFields = std::to_array<CNumericField>({
     {kEditZoom, 4, 4, false},
     {kEditCoefficient, 4, 4, true},
     {kEditArea, 8, 4, true},
@@ -217,7 +202,7 @@ bool CDlgCreateCatchmentArea::OnInitDialog()
     ShowMembers();
     SetUpList();
     SetStatus(Msg(MessageId::kIdle), kColourGuidance);
-    FillLabelCatalog();
+    FillLabelCatalog(*m_ui->comboLabel);
     RestoreSettings();
     m_bInitializing = false;
     ComputeAtvCoefficient(); // whatever the source is: the table's coefficient stands at the start
@@ -238,8 +223,7 @@ void CDlgCreateCatchmentArea::SetTexts()
 
 void CDlgCreateCatchmentArea::SetToolTips()
 {
-    for (const CMessageRow &row : kTips)
-        m_toolTip.AddWindowTool(GetDlgItem(row.m_nControl), Msg(row.m_nMessage));
+    AddToolTips(m_toolTip, *this, kTips);
     for (const QPushButton *button : {m_ui->btnInfoSections, m_ui->btnInfoAreas})
         m_toolTip.AddWindowTool(GetDlgItem(button->property(kControlIdProperty).toInt()),
                                 WithoutMnemonic(ToWide(button->text())));
@@ -247,13 +231,7 @@ void CDlgCreateCatchmentArea::SetToolTips()
 
 void CDlgCreateCatchmentArea::SetUpNumericEdits()
 {
-    for (const NumericField &field : kNumericFields) {
-        auto *edit = Control<AMSEdit::CAMSNumericEdit>(field.m_nControl);
-        edit->SetMaxWholeDigits(field.m_nWholeDigits);
-        edit->SetMaxDecimalPlaces(field.m_nDecimals);
-        edit->SetSeparators(L'.', L',');
-        edit->AllowNegative(field.m_bNegative);
-    }
+    SetUpNumericFields(*this, kNumericFields);
     constexpr double kDefaultZoom = 1.5, kDefaultDensity = 1000.0, kDefaultSlope = 1.0, kDefaultIntensity = 100.0;
     double zoom = kDefaultZoom;
     CModuleConfiguration::Instance()->GetGSValueDouble(L"DEFAULT_ZOOM", zoom);
@@ -279,10 +257,7 @@ void CDlgCreateCatchmentArea::FillCombos()
 
 void CDlgCreateCatchmentArea::LoadImages()
 {
-    constexpr unsigned kIconType = 1, kNoFlags = 0;
-    for (const ImageRow &image : kImages)
-        Control<CZEMBitmapButton>(image.m_nControl)
-            ->SetButtonIcon(image.m_pName, kIconType, image.m_nSize, image.m_nSize, kNoFlags);
+    LoadButtonImages(*this, kImages);
 }
 
 void CDlgCreateCatchmentArea::SetUpSelectionButton()
@@ -324,22 +299,6 @@ void CDlgCreateCatchmentArea::SetUpList()
     header->resizeSection(0, std::max({kFirstColumn, header->sectionSizeHint(0), widthOf(MessageId::kMainRow),
                                        widthOf(MessageId::kIslandRow)}));
     header->resizeSection(1, std::max(kSecondColumn, header->sectionSizeHint(1)));
-}
-
-void CDlgCreateCatchmentArea::FillLabelCatalog()
-{
-    QComboBox *combo = m_ui->comboLabel;
-    combo->clear();
-    const auto catalog = ZEMGis::Data::CCatalogManager::Instance()->GetCatalog(L"CA_LABEL_CATALOG", 1);
-    ZEMGis::Data::CCatalog::ElementsMap *elements = catalog ? catalog->GetAllElementsMap() : nullptr;
-    if (!elements)
-        return;
-    for (const auto &[key, item] : *elements) {
-        if (item && item->IsGroup() == 0)
-            combo->addItem(ToQString(item->GetName()), QVariant::fromValue(static_cast<void *>(item.get())));
-    }
-    if (combo->count() > 0)
-        combo->setCurrentIndex(0);
 }
 
 void CDlgCreateCatchmentArea::ShowLayerSummary()

@@ -1,4 +1,4 @@
-// Payloads of the definition dialog's list rows and combo entries.
+// Payload of a boundary in the definition dialog's list and of an area in the review dialog's tree.
 #pragma once
 
 #include "contracts/NetworkTopology.h"
