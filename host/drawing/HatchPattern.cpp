@@ -31,7 +31,7 @@ struct Frame {
 /// Gathers where the lines of one family cross the rings.
 class Crossings {
 public:
-    Crossings(const HatchFamily &family, std::span<const std::vector<Vertex>> rings);
+    Crossings(const HatchFamily &family, std::span<const std::vector<Vertex>> rings, const PatternView *view);
     void appendInside(std::vector<PatternLine> &lines);
 
 private:
@@ -40,16 +40,42 @@ private:
     template <class Place>
     void addMonotone(double v1, double v2, Place place);
     void appendPiece(std::vector<PatternLine> &lines, double line, double u1, double u2) const;
+    void cutTo(const PatternView &view, double &low, double &high);
 
     Frame m_frame;
     const HatchFamily &m_family;
-    double m_period = 0.0;                     ///< length of the dashes and gaps together; 0 for unbroken lines
-    double m_first = 0.0;                      ///< number of the first line that may cross
-    double m_step = 1.0;                       ///< every how many-th line is drawn
-    std::vector<std::vector<double>> m_places; ///< u of the crossings, by line
+    double m_period = 0.0;                         ///< length of the dashes and gaps together; 0 for unbroken lines
+    double m_first = 0.0;                          ///< number of the first line that may cross
+    double m_step = 1.0;                           ///< every how many-th line is drawn
+    double m_left = -HUGE_VAL, m_right = HUGE_VAL; ///< u of what is looked at
+    std::vector<std::vector<double>> m_places;     ///< u of the crossings, by line
 };
 
-Crossings::Crossings(const HatchFamily &family, std::span<const std::vector<Vertex>> rings)
+/// Leaves of the lines from low to high those that the view may show.
+void Crossings::cutTo(const PatternView &view, double &low, double &high)
+{
+    const Extents &part = view.part;
+    double bottom = HUGE_VAL, top = -HUGE_VAL;
+    m_left = HUGE_VAL;
+    m_right = -HUGE_VAL;
+    for (const auto &[x, y] : {std::pair{part.minX, part.minY}, std::pair{part.maxX, part.minY},
+                               std::pair{part.maxX, part.maxY}, std::pair{part.minX, part.maxY}}) {
+        m_left = std::min(m_left, m_frame.u(x, y));
+        m_right = std::max(m_right, m_frame.u(x, y));
+        bottom = std::min(bottom, m_frame.v(x, y));
+        top = std::max(top, m_frame.v(x, y));
+    }
+    low = std::max(low, bottom);
+    high = std::min(high, top);
+    if (!(view.finest > 0.0))
+        return;
+    if (m_period < view.finest)
+        m_period = 0.0;
+    while (m_frame.spacing * m_step < view.finest)
+        m_step *= 2.0;
+}
+
+Crossings::Crossings(const HatchFamily &family, std::span<const std::vector<Vertex>> rings, const PatternView *view)
     : m_frame(family), m_family(family)
 {
     for (const double dash : family.dashes)
@@ -72,6 +98,8 @@ Crossings::Crossings(const HatchFamily &family, std::span<const std::vector<Vert
         }
     if (!(m_frame.spacing > 0.0) || !std::isfinite(m_frame.spacing) || !std::isfinite(low) || !std::isfinite(high))
         return;
+    if (view)
+        cutTo(*view, low, high);
     while ((high - low) / m_step > kMostPatternLines)
         m_step *= 2.0;
     m_first = std::ceil(low / m_step);
@@ -150,6 +178,8 @@ void Crossings::appendInside(std::vector<PatternLine> &lines)
     double length = 0.0;
     for (auto &places : m_places) {
         std::sort(places.begin(), places.end());
+        for (double &place : places)
+            place = std::clamp(place, m_left, m_right);
         for (std::size_t k = 0; k + 1 < places.size(); k += 2)
             length += places[k + 1] - places[k];
     }
@@ -230,12 +260,28 @@ std::vector<HatchFamily> hatchFamilies(const Pattern &pattern, double angle, dou
     return families;
 }
 
-std::vector<PatternLine> patternLines(std::span<const std::vector<Vertex>> rings, std::span<const HatchFamily> families)
+namespace {
+
+std::vector<PatternLine> linesOf(std::span<const std::vector<Vertex>> rings, std::span<const HatchFamily> families,
+                                 const PatternView *view)
 {
     std::vector<PatternLine> lines;
     for (const HatchFamily &family : families)
-        Crossings(family, rings).appendInside(lines);
+        Crossings(family, rings, view).appendInside(lines);
     return lines;
+}
+
+} // namespace
+
+std::vector<PatternLine> patternLines(std::span<const std::vector<Vertex>> rings, std::span<const HatchFamily> families)
+{
+    return linesOf(rings, families, nullptr);
+}
+
+std::vector<PatternLine> patternLines(std::span<const std::vector<Vertex>> rings, std::span<const HatchFamily> families,
+                                      const PatternView &view)
+{
+    return linesOf(rings, families, &view);
 }
 
 std::vector<PatternLine> patternLines(std::span<const std::vector<Vertex>> rings, std::wstring_view pattern,

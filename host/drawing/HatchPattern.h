@@ -2,6 +2,7 @@
 #pragma once
 
 #include "contracts/DrawingHost.h"
+#include "host/drawing/Entities.h"
 
 #include <span>
 #include <string_view>
@@ -34,6 +35,16 @@ std::vector<PatternLine> patternLines(std::span<const std::vector<AcDbPolyline::
 /// The same for families at hand.
 std::vector<PatternLine> patternLines(std::span<const std::vector<AcDbPolyline::Vertex>> rings,
                                       std::span<const HatchFamily> families);
+/// What of a pattern is looked at. A picture of a view asks for no more than it can show, whatever the pattern's scale.
+struct PatternView {
+    Extents part;        ///< nothing outside of it is wanted
+    double finest = 0.0; ///< what is nearer to each other can't be told apart; drawing units, 0: everything can
+};
+/// The same as a view shows it: pieces are cut off at or a little beyond the part, lines that are too near to each
+/// other are thinned as above, and dashes that come again too soon are unbroken lines. The lines are the same for any
+/// part.
+std::vector<PatternLine> patternLines(std::span<const std::vector<AcDbPolyline::Vertex>> rings,
+                                      std::span<const HatchFamily> families, const PatternView &view);
 inline constexpr int kMostPatternLines = 5000;
 inline constexpr int kMostDashes = 100000;
 

@@ -53,4 +53,22 @@ void TransientGraphics::clearMarks()
     ++m_revision;
 }
 
+void TransientGraphics::setHighlighted(const AcDbEntity &entity, bool on)
+{
+    const auto place = m_highlightPlaces.find(&entity);
+    if (on == (place != m_highlightPlaces.end()))
+        return;
+    ++m_revision;
+    if (on) {
+        m_highlightPlaces.emplace(&entity, m_highlighted.size());
+        m_highlighted.push_back(&entity);
+        return;
+    }
+    // The last one takes the free place.
+    m_highlighted[place->second] = m_highlighted.back();
+    m_highlightPlaces[m_highlighted.back()] = place->second;
+    m_highlighted.pop_back();
+    m_highlightPlaces.erase(&entity);
+}
+
 } // namespace velmor

@@ -5,9 +5,9 @@
 
 #include "host/drawing/Drawing.h"
 
-#include <algorithm>
 #include <map>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -49,20 +49,10 @@ public:
     void clearMarks();
     const std::map<std::wstring, TransientMark> &marks() const { return m_marks; }
 
-    void setHighlighted(const AcDbEntity &entity, bool on)
-    {
-        if (on == isHighlighted(entity))
-            return;
-        if (on)
-            m_highlighted.push_back(&entity);
-        else
-            std::erase(m_highlighted, &entity);
-        ++m_revision;
-    }
-    bool isHighlighted(const AcDbEntity &entity) const
-    {
-        return std::find(m_highlighted.begin(), m_highlighted.end(), &entity) != m_highlighted.end();
-    }
+    /// Costs the same for any number of them.
+    void setHighlighted(const AcDbEntity &entity, bool on);
+    bool isHighlighted(const AcDbEntity &entity) const { return m_highlightPlaces.contains(&entity); }
+    /// In no certain order.
     const std::vector<const AcDbEntity *> &highlighted() const { return m_highlighted; }
 
     /// A blanked entity of the drawing is not painted until it is drawn again.
@@ -81,6 +71,7 @@ private:
     std::vector<TransientPath> m_temporary;
     std::map<std::wstring, TransientMark> m_marks;
     std::vector<const AcDbEntity *> m_highlighted;
+    std::unordered_map<const AcDbEntity *, std::size_t> m_highlightPlaces; ///< where each stands in the vector
     std::unordered_set<const AcDbEntity *> m_blanked;
     std::uint64_t m_revision = 0;
 };

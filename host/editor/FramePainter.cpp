@@ -3,6 +3,7 @@
 #include "host/drawing/Visibility.h"
 #include "host/editor/DisplayIndex.h"
 #include "host/editor/LineRaster.h"
+#include "host/editor/MarkHatches.h"
 #include "host/editor/ShapeWalker.h"
 #include "host/editor/TextPainter.h"
 
@@ -383,16 +384,30 @@ void paintSelection(QImage &image, const QRect &part, const Selection &selection
     });
 }
 
-void paintMark(QImage &image, const QRect &part, const TransientMark &mark, const std::vector<PatternLine> &lines,
-               Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
+void paintMarks(QImage &image, const QRect &part, Drawing &drawing, const ViewTransform &view, const PaintStyle &style)
 {
     RasterWalker walker(image, part, drawing, view, style);
-    walker.useColor(mark.color);
-    for (const PatternLine &line : lines)
-        walker.rasterLine(walker.imageX(line.x1), walker.imageY(line.y1), walker.imageX(line.x2),
-                          walker.imageY(line.y2));
-    for (const TransientRing &ring : mark.rings)
-        walker.walkPath(ring, true, mark.color);
+    QPainter painter(&image);
+    Frame::preparePainter(painter, part, walker.ratio());
+    walker.setPainter(&painter);
+    MarkHatches hatches(walker.visible(), walker.scale());
+    for (const auto &[key, mark] : drawing.component<TransientGraphics>().marks()) {
+        const Extents box = boxOf(mark.rings);
+        if (!DisplayIndex::meets(box, walker.visible()))
+            continue;
+        walker.useColor(mark.color);
+        if (std::max(box.maxX - box.minX, box.maxY - box.minY) * walker.scale() < 1.0) {
+            walker.raster().dot(walker.imageX(box.minX), walker.imageY(box.minY));
+            continue;
+        }
+        if (hatches.isFilled(mark))
+            walker.fillRings(mark.rings, mark.color);
+        for (const PatternLine &line : hatches.linesOf(mark))
+            walker.rasterLine(walker.imageX(line.x1), walker.imageY(line.y1), walker.imageX(line.x2),
+                              walker.imageY(line.y2));
+        for (const TransientRing &ring : mark.rings)
+            walker.walkPath(ring, true, mark.color);
+    }
 }
 
 void paintTemporary(QImage &image, const QRect &part, Drawing &drawing, const ViewTransform &view,

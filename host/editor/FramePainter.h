@@ -40,9 +40,9 @@ void paintOver(QImage &image, const QRect &part, const std::vector<const AcDbEnt
 void paintSelection(QImage &image, const QRect &part, const Selection &selection, int color, double width,
                     Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
 
-/// Paints a mark with the lines of its pattern.
-void paintMark(QImage &image, const QRect &part, const TransientMark &mark, const std::vector<PatternLine> &lines,
-               Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
+/// Paints the drawing's marks: their outlines, and their patterns as far as the part shows them. Lines that could not
+/// be told apart are thinned, so the time goes by the picture and not by the scale of a pattern.
+void paintMarks(QImage &image, const QRect &part, Drawing &drawing, const ViewTransform &view, const PaintStyle &style);
 /// Paints the drawing's temporary drawing.
 void paintTemporary(QImage &image, const QRect &part, Drawing &drawing, const ViewTransform &view,
                     const PaintStyle &style);

@@ -1,8 +1,9 @@
 #include "host/editor/Painter.h"
 
-#include "host/drawing/HatchPattern.h"
 #include "host/drawing/Transient.h"
 #include "host/drawing/Visibility.h"
+#include "host/editor/DisplayIndex.h"
+#include "host/editor/MarkHatches.h"
 #include "host/editor/ShapeWalker.h"
 #include "host/editor/TextPainter.h"
 
@@ -43,8 +44,13 @@ public:
     {
         m_painter.setRenderHint(QPainter::Antialiasing, m_style.antialias);
         auto &transient = m_drawing.component<TransientGraphics>();
+        MarkHatches hatches(m_visible, m_view.pixelsPerUnit * m_painter.device()->devicePixelRatioF());
         for (const auto &[key, mark] : transient.marks()) {
-            for (const PatternLine &it : patternLines(mark.rings, mark.pattern, mark.angle, mark.scale))
+            if (!DisplayIndex::meets(boxOf(mark.rings), m_visible))
+                continue;
+            if (hatches.isFilled(mark))
+                fillRings(mark.rings, mark.color);
+            for (const PatternLine &it : hatches.linesOf(mark))
                 line({it.x1, it.y1}, {it.x2, it.y2}, mark.color);
             for (const TransientRing &ring : mark.rings)
                 walkPath(ring, true, mark.color);

@@ -286,21 +286,32 @@ void ShapeWalker::path(const std::vector<Vertex> &vertices, bool closed, const P
         segment(vertices[i], vertices[(i + 1) % count], map, color);
 }
 
+void ShapeWalker::addRing(QPainterPath &outline, const std::vector<Vertex> &ring, const PlaneMap &map) const
+{
+    if (ring.empty())
+        return;
+    outline.moveTo(map.apply(ring[0].x, ring[0].y));
+    for (std::size_t i = 0; i < ring.size(); ++i)
+        forEachPointOfBulge(ring[i], ring[(i + 1) % ring.size()], map, [&](const QPointF &p) { outline.lineTo(p); });
+    outline.closeSubpath();
+}
+
 QPainterPath ShapeWalker::outlineOf(const AcDbHatch &hatch, const PlaneMap &map) const
 {
     QPainterPath outline;
     outline.setFillRule(Qt::OddEvenFill);
-    for (const AcDbHatch::Loop &loop : hatch.loops()) {
-        const auto &ring = loop.vertices;
-        if (ring.empty())
-            continue;
-        outline.moveTo(map.apply(ring[0].x, ring[0].y));
-        for (std::size_t i = 0; i < ring.size(); ++i)
-            forEachPointOfBulge(ring[i], ring[(i + 1) % ring.size()], map,
-                                [&](const QPointF &p) { outline.lineTo(p); });
-        outline.closeSubpath();
-    }
+    for (const AcDbHatch::Loop &loop : hatch.loops())
+        addRing(outline, loop.vertices, map);
     return outline;
+}
+
+void ShapeWalker::fillRings(const std::vector<std::vector<Vertex>> &rings, int color)
+{
+    QPainterPath outline;
+    outline.setFillRule(Qt::OddEvenFill);
+    for (const auto &ring : rings)
+        addRing(outline, ring, PlaneMap{});
+    fill(outline, color);
 }
 
 void ShapeWalker::hatch(const AcDbHatch &hatch, const PlaneMap &map, int color)

@@ -39,6 +39,8 @@ public:
     void walk(const AcDbEntity &entity, int forcedColor = -1);
     /// A path with its bulges.
     void walkPath(const std::vector<AcDbPolyline::Vertex> &vertices, bool closed, int color);
+    /// Rings with their bulges, filled by the even-odd rule.
+    void fillRings(const std::vector<std::vector<AcDbPolyline::Vertex>> &rings, int color);
     /// count segments of a polyline (light-weight, 2D or 3D) from a vertex on; the last vertex of a closed one leads to
     /// its first.
     void walkRun(const AcDbEntity &polyline, std::size_t first, std::size_t count, int color);
@@ -62,6 +64,7 @@ private:
     void walkPlaced(const AcDbEntity &entity, const PlaneMap &map, int forcedColor, int depth);
     void walkReference(const AcDbBlockReference &reference, const PlaneMap &map, int color, int forcedColor, int depth);
     const BlockRecord *blockOf(const AcDbBlockReference &reference);
+    void addRing(QPainterPath &outline, const std::vector<Vertex> &ring, const PlaneMap &map) const;
     void put(const QPointF &a, const QPointF &b, int color);
     void point(const QPointF &p, int color);
     int arcSteps(double radius, double sweep, const PlaneMap &map) const;

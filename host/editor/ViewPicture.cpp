@@ -31,11 +31,6 @@ void scroll(QImage &image, int dx, int dy)
     }
 }
 
-bool sameMark(const TransientMark &a, const TransientMark &b)
-{
-    return a.rings == b.rings && a.scale == b.scale && a.angle == b.angle && a.pattern == b.pattern;
-}
-
 } // namespace
 
 ViewPicture::Shown ViewPicture::shownOf(const Drawing &drawing, const ViewTransform &view, const PaintStyle &style,
@@ -49,7 +44,6 @@ void ViewPicture::reset()
     m_base = {};
     m_overlay = {};
     m_baseShown = m_overlayShown = {};
-    m_markLines.clear();
     m_blanked.clear();
     m_baseTransient = 0;
 }
@@ -135,16 +129,6 @@ const QImage &ViewPicture::base(Drawing &drawing, const ViewTransform &view, con
     return m_base;
 }
 
-const std::vector<PatternLine> &ViewPicture::linesOf(const std::wstring &key, const TransientMark &mark)
-{
-    auto &[known, lines] = m_markLines[key];
-    if (!sameMark(known, mark)) {
-        known = mark;
-        lines = patternLines(mark.rings, mark.pattern, mark.angle, mark.scale);
-    }
-    return lines;
-}
-
 const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, const PaintStyle &style, double ratio,
                                    const std::vector<const AcDbEntity *> &picked)
 {
@@ -153,7 +137,6 @@ const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, 
     if (transient.marks().empty() && transient.temporary().empty() && transient.highlighted().empty() &&
         selection.isEmpty() && picked.empty()) {
         m_overlay = {};
-        m_markLines.clear();
         return m_overlay;
     }
     const Shown wanted = shownOf(drawing, view, style, ratio);
@@ -176,7 +159,6 @@ const QImage &ViewPicture::overlay(Drawing &drawing, const ViewTransform &view, 
     if (m_overlay.size() != size)
         m_overlay = QImage(size, QImage::Format_ARGB32_Premultiplied);
     m_overlay.setDevicePixelRatio(ratio);
-    std::erase_if(m_markLines, [&](const auto &known) { return !transient.marks().contains(known.first); });
     paintOverlay(m_overlay.rect(), drawing, view, style, picked);
     return m_overlay;
 }
@@ -189,8 +171,7 @@ void ViewPicture::paintOverlay(const QRect &part, Drawing &drawing, const ViewTr
         std::fill(row + part.left(), row + part.right() + 1, QRgb{0});
     }
     const auto &transient = drawing.component<TransientGraphics>();
-    for (const auto &[key, mark] : transient.marks())
-        paintMark(m_overlay, part, mark, linesOf(key, mark), drawing, view, style);
+    paintMarks(m_overlay, part, drawing, view, style);
     const auto &selection = drawing.component<Selection>();
     paintSelection(m_overlay, part, selection, kSelectionColor, kOverlayWidth, drawing, view, style);
     paintOver(m_overlay, part, picked, kSelectionColor, kOverlayWidth, drawing, view, style);

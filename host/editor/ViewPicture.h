@@ -5,7 +5,6 @@
 // picture of their own, so they never touch the base.
 #pragma once
 
-#include "host/drawing/HatchPattern.h"
 #include "host/drawing/Transient.h"
 #include "host/editor/Painter.h"
 #include "host/editor/Selection.h"
@@ -13,9 +12,7 @@
 
 #include <QImage>
 
-#include <map>
 #include <optional>
-#include <string>
 #include <unordered_set>
 #include <vector>
 
@@ -61,7 +58,6 @@ private:
                       const std::vector<const AcDbEntity *> &picked);
     /// Where entities came out or went that were blanked since, as extents.
     Extents blankedSince(Drawing &drawing);
-    const std::vector<PatternLine> &linesOf(const std::wstring &key, const TransientMark &mark);
 
     Counts m_counts;
     QImage m_base, m_overlay;
@@ -70,11 +66,6 @@ private:
     std::unordered_set<const AcDbEntity *> m_blanked; ///< left out of the base
     std::uint64_t m_overlayRevisions[3] = {0, 0, 0};  ///< of transient graphics, selection, drawing
     std::vector<const AcDbEntity *> m_overlayPicked;
-    struct MarkLines {
-        TransientMark mark;
-        std::vector<PatternLine> lines;
-    };
-    std::map<std::wstring, MarkLines> m_markLines;
 };
 
 } // namespace velmor

@@ -25,6 +25,8 @@ using TreeBox = bg::model::box<TreePoint>;
 
 /// Chords of ellipses and splines stay this near to the curve, relative to its size.
 constexpr double kChordTolerance = 1e-3;
+/// How many boxes a search looks at first, and how many times as many each further time.
+constexpr std::size_t kFewNeighbours = 16;
 
 struct Circle {
     double x = 0.0, y = 0.0, radius = 0.0;
@@ -165,17 +167,22 @@ CEntity *SpatialIndex::GetClosestEntity(const AcGePoint3d &point, double *radius
     const TreePoint place(point.x, point.y);
     const Item *best = nullptr;
     double nearest = allowed;
-    // Boxes come nearest first, so the walk ends at the first box beyond the best distance.
-    for (auto at = d->tree.qbegin(bg::index::nearest(place, static_cast<unsigned>(d->items.size())));
-         at != d->tree.qend() && bg::distance(place, at->first) <= nearest; ++at) {
-        const Item &item = d->items[at->second];
-        if (!item.id.isNull() && item.id.isErased())
-            continue;
-        const double distance = distanceTo(item.path, point.x, point.y);
-        if (distance < nearest || (distance == nearest && (!best || item.area < best->area))) {
-            nearest = distance;
-            best = &item;
+    // Boxes come nearest first, so the walk ends at the first box beyond the best distance. A query makes room for as
+    // many as it may give, so it begins with few, and begins anew with more when they were not enough.
+    for (std::size_t most = kFewNeighbours;; most *= kFewNeighbours) {
+        auto at = d->tree.qbegin(bg::index::nearest(place, static_cast<unsigned>(std::min(most, d->items.size()))));
+        for (; at != d->tree.qend() && bg::distance(place, at->first) <= nearest; ++at) {
+            const Item &item = d->items[at->second];
+            if (!item.id.isNull() && item.id.isErased())
+                continue;
+            const double distance = distanceTo(item.path, point.x, point.y);
+            if (distance < nearest || (distance == nearest && (!best || item.area < best->area))) {
+                nearest = distance;
+                best = &item;
+            }
         }
+        if (at != d->tree.qend() || most >= d->items.size())
+            break;
     }
     if (!best)
         return nullptr;

@@ -23,16 +23,21 @@ void CatchmentStore::mark(const StoredArea &area, int colour, double scale, doub
     mark.scale = scale;
     mark.angle = angle;
     mark.pattern = pattern;
-    if (!isHatchPattern(pattern) && pattern != m_strangePattern) {
-        m_strangePattern = pattern;
-        Services::instance().notice(uiMessage("ui.pattern.unknown", {pattern}));
+    // Looking after the user's pattern files once for marks that come together is enough.
+    auto &graphics = m_drawing.component<TransientGraphics>();
+    if (pattern != m_markPattern || graphics.marks().empty()) {
+        m_markPattern = pattern;
+        if (!isHatchPattern(pattern) && pattern != m_strangePattern) {
+            m_strangePattern = pattern;
+            Services::instance().notice(uiMessage("ui.pattern.unknown", {pattern}));
+        }
     }
     TransientRing ring = outlineOf(*area.m_entity);
     // A hidden area has nothing to hatch.
     if (ring.size() < 2)
         return;
     mark.rings.push_back(std::move(ring));
-    m_drawing.component<TransientGraphics>().setMark(area.m_record.guid, std::move(mark));
+    graphics.setMark(area.m_record.guid, std::move(mark));
 }
 
 void CatchmentStore::unmark(const StoredArea &area)

@@ -123,6 +123,7 @@ private:
     boost::shared_ptr<ZEMGis::Topology::CSpatialIndex> m_pickIndex;
     std::unordered_map<const ZEMGis::Topology::CEntity *, AreaPtr> m_pickable;
     std::wstring m_picked;         ///< GUID
+    std::wstring m_markPattern;    ///< of the last mark
     std::wstring m_strangePattern; ///< last one of a mark that is drawn as ANSI31 for want of it
 };
 

@@ -278,6 +278,70 @@ TEST(PatternLines, MoreDashesThanAnybodySeesAreDrawnUnbroken)
     EXPECT_THAT(patternLines(std::vector<Ring>{square(0, 0, 10)}, std::vector{broken}), IsEmpty());
 }
 
+// --- Patterns as a view shows them
+
+TEST(PatternLines, AViewGetsThePiecesOfItsPartAndNoOthers)
+{
+    // A dashed pattern over a ring with a hole and an arc, whole and in two parts that touch.
+    const std::vector<Ring> rings{{{0, 0, 0}, {100, 0, 0.6}, {100, 80, 0}, {0, 80, 0}}, square(30, 30, 20)};
+    for (const wchar_t *pattern : {L"ANSI31", L"NET3", L"DASH"}) {
+        const auto families = hatchFamilies(pattern, 0.3, 0.7);
+        const double whole = lengthOf(patternLines(rings, families));
+        double together = 0.0;
+        for (const Extents &part : {Extents{-50, -50, 41, 200}, Extents{41, -50, 300, 200}}) {
+            const auto lines = patternLines(rings, families, {part});
+            double inside = 0.0;
+            for (const PatternLine &line : lines) {
+                // What is cut off at the part's turned box may reach beyond its sides, so only its inside is counted.
+                double from = 0.0, to = 1.0;
+                const double dx = line.x2 - line.x1;
+                for (const double side : {part.minX, part.maxX}) {
+                    const double at = (side - line.x1) / dx;
+                    if ((dx > 0.0) == (side == part.minX))
+                        from = std::max(from, at);
+                    else
+                        to = std::min(to, at);
+                }
+                inside += std::max(0.0, to - from) * std::hypot(dx, line.y2 - line.y1);
+            }
+            together += inside;
+            EXPECT_LE(lengthOf(lines), whole + 1e-9);
+        }
+        EXPECT_NEAR(together, whole, 1e-6 * whole);
+    }
+}
+
+TEST(PatternLines, AViewThatShowsNothingOfTheRingsGetsNothing)
+{
+    const std::vector<Ring> rings{square(0, 0, 100)};
+    const auto families = hatchFamilies(L"ANSI31", 0.0, 1.0);
+    const auto lengthIn = [&](const Extents &part) { return lengthOf(patternLines(rings, families, {part})); };
+    EXPECT_EQ(lengthIn({300, 0, 400, 100}), 0.0);
+    EXPECT_EQ(lengthIn({-400, 0, -300, 100}), 0.0);
+    EXPECT_EQ(lengthIn({300, 300, 400, 400}), 0.0);
+    EXPECT_GT(lengthIn({50, 50, 60, 60}), 0.0);
+    EXPECT_LT(lengthIn({50, 50, 60, 60}), 0.03 * lengthIn({-10, -10, 110, 110}));
+}
+
+TEST(PatternLines, AViewGetsNoMoreLinesThanItCanTellApart)
+{
+    const std::vector<Ring> rings{square(0, 0, 1000)};
+    const Extents part{0, 0, 1000, 1000};
+    for (const double scale : {1e-3, 1e-6, 1e-9}) {
+        const auto lines = patternLines(rings, hatchFamilies(L"LINE", 0.0, scale), {part, 10.0});
+        EXPECT_LE(lines.size(), 101u) << scale;
+        EXPECT_GT(lines.size(), 48u) << scale;
+        const auto dots = patternLines(rings, hatchFamilies(L"DOTS", 0.0, scale), {part, 10.0});
+        EXPECT_LE(dots.size(), 101u) << scale;
+        EXPECT_GT(lengthOf(dots), 48000.0) << "dots that run together are lines";
+    }
+    // A coarse pattern is left as it is.
+    EXPECT_EQ(patternLines(rings, hatchFamilies(L"LINE", 0.0, 10.0), {part, 10.0}),
+              patternLines(rings, hatchFamilies(L"LINE", 0.0, 10.0)));
+    EXPECT_EQ(patternLines(rings, hatchFamilies(L"DASH", 0.0, 10.0), {part, 10.0}).size(),
+              patternLines(rings, hatchFamilies(L"DASH", 0.0, 10.0)).size());
+}
+
 // --- The hatch of the contract
 // ---------------------------------------------------------------------------------------------
 

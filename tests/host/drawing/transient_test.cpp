@@ -2,6 +2,7 @@
 
 #include "host/drawing/CurvePath.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <numbers>
 
@@ -138,6 +139,23 @@ TEST(TransientGraphics, AnEntityIsHighlightedThroughTheContractUntilItIsNoMore)
     EXPECT_FALSE(drawing->component<TransientGraphics>().isHighlighted(*line));
     EXPECT_EQ(drawing->revision(), before);
     setWorkingDrawing(nullptr);
+}
+
+TEST(TransientGraphics, HighlightsGoInAnyOrder)
+{
+    const auto drawing = Drawing::createNew();
+    auto &transient = drawing->component<TransientGraphics>();
+    const std::vector<AcDbLine> lines(5);
+    for (const AcDbLine &line : lines)
+        transient.setHighlighted(line, true);
+    std::vector<const AcDbEntity *> left{&lines[0], &lines[1], &lines[2], &lines[3], &lines[4]};
+    for (const std::size_t gone : {1u, 4u, 0u, 2u, 3u}) {
+        transient.setHighlighted(lines[gone], false);
+        std::erase(left, &lines[gone]);
+        EXPECT_THAT(transient.highlighted(), testing::UnorderedElementsAreArray(left));
+        for (const AcDbLine &line : lines)
+            EXPECT_EQ(transient.isHighlighted(line), std::ranges::find(left, &line) != left.end());
+    }
 }
 
 TEST(CurvePath, CirclesAndWideArcsKeepTheirShape)

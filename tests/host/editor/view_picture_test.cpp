@@ -345,9 +345,57 @@ TEST_F(Picture, HighlightSelectionMarksAndTemporaryDrawingLeaveTheBaseAlone)
     EXPECT_EQ(picture.counts().patches, 0u);
 }
 
+TEST_F(Picture, AMarkOfAFinePatternIsShadedByLinesThatCanBeToldApart)
+{
+    const auto inkOf = [&](const wchar_t *pattern, double scale) {
+        TransientMark mark;
+        mark.rings = {{{-100, -80}, {100, -80}, {100, 80}, {-100, 80}}};
+        mark.pattern = pattern;
+        mark.scale = scale;
+        drawing->component<TransientGraphics>().setMark(L"A", mark);
+        const QImage &image = picture.overlay(*drawing, view, style, 1.0);
+        double ink = 0.0;
+        const QPoint from = view.toView(-90, 70).toPoint(), to = view.toView(90, -70).toPoint();
+        for (int y = from.y(); y < to.y(); ++y)
+            for (int x = from.x(); x < to.x(); ++x)
+                ink += qAlpha(image.pixel(x, y)) / 255.0;
+        return ink / (to.x() - from.x()) / (to.y() - from.y());
+    };
+    EXPECT_NEAR(inkOf(L"LINE", 8.0), 1.0 / 8.0 / 3.175, 0.005) << "one pixel in so many";
+    for (const double scale : {0.1, 0.001, 1e-6}) {
+        EXPECT_GT(inkOf(L"LINE", scale), 0.15) << scale;
+        EXPECT_LT(inkOf(L"LINE", scale), 0.35) << scale;
+    }
+    EXPECT_GT(inkOf(L"SOLID", 1.0), 0.3);
+    EXPECT_EQ(inkOf(L"", 1.0), 0.0);
+}
+
+TEST_F(Picture, AMarkSmallerThanAPixelIsADotAndOneOutsideIsNothing)
+{
+    auto &transient = drawing->component<TransientGraphics>();
+    TransientMark mark;
+    mark.pattern = L"ANSI31";
+    mark.rings = {{{10, 10}, {10.2, 10}, {10.2, 10.2}, {10, 10.2}}};
+    transient.setMark(L"small", mark);
+    const double far = 10.0 * view.size.width();
+    mark.rings = {{{far, 10}, {far + 90, 10}, {far + 90, 100}, {far, 100}}};
+    transient.setMark(L"far", mark);
+    const QImage &image = picture.overlay(*drawing, view, style, 1.0);
+    int inked = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            inked += qAlpha(image.pixel(x, y)) > 0;
+    EXPECT_EQ(inked, 1);
+}
+
 TEST_F(Picture, PanningShiftsWhatLiesOverTheBaseToo)
 {
     fillWithEverything();
+    TransientMark fine;
+    fine.rings = {{{-150, 0}, {-20, -90, 0.4}, {60, 90}, {-100, 100}}};
+    fine.pattern = L"NET3";
+    fine.scale = 0.01;
+    drawing->component<TransientGraphics>().setMark(L"F", fine);
     AcDbObjectIdArray all;
     for (AcDbEntity *entity : drawing->modelSpace().entities())
         all.push_back(idOf(*entity));

@@ -185,5 +185,30 @@ TEST_F(SpatialIndexOfSections, PointsAreFoundByTheirPlace)
     EXPECT_EQ(radius, 5.0);
 }
 
+TEST_F(SpatialIndexOfSections, TheNearestOfManyIsFoundWhateverStandsBefore)
+{
+    // The boxes of all the diagonals cover the point, and those that are gone stand nearer than any other.
+    for (int i = 0; i < 60; ++i)
+        makeSection(std::make_unique<AcDbLine>(AcGePoint3d(-200 - i, 0), AcGePoint3d(0, 200 + i)),
+                    {L"diagonal" + std::to_wstring(i), L"diagonal" + std::to_wstring(i), 0.0, L"", L""});
+    for (const auto &section : network().sections())
+        entities.push_back(section.get());
+    std::vector<CEntity *> gone;
+    for (int i = 0; i < 40; ++i)
+        gone.push_back(square(L"gone" + std::to_wstring(i), -5, 5, 10));
+    entities.insert(entities.end(), gone.begin(), gone.end());
+    entities.push_back(square(L"there", 20, 0, 5));
+    const auto index = CTopoEditor::Instance()->CreateCustomSpatialIndex(entities);
+    for (const CEntity *entity : gone)
+        drawing->erase(*dynamic_cast<AcDbEntity *>(drawing->findByHandle(entity->GetObjectId().handle().value())));
+
+    EXPECT_EQ(index->GetClosestEntity({-4, 6}, nullptr)->GetName(), L"there");
+    double radius = 30.0;
+    EXPECT_EQ(index->GetClosestEntity({-4, 4}, &radius)->GetName(), L"there");
+    EXPECT_EQ(radius, 24.0);
+    radius = 23.0;
+    EXPECT_EQ(index->GetClosestEntity({-4, 4}, &radius), nullptr);
+}
+
 } // namespace
 } // namespace velmor

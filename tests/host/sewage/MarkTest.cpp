@@ -1,5 +1,6 @@
 #include "tests/host/sewage/AreaWorld.h"
 
+#include "host/drawing/ChangeLog.h"
 #include "host/drawing/Transient.h"
 #include "host/services/Services.h"
 
@@ -103,6 +104,49 @@ TEST_F(Mark, AHiddenAreaIsDrawnByItsSections)
     EXPECT_EQ(path.color, 4);
     EXPECT_EQ(path.vertices.front(), (AcDbPolyline::Vertex{30, 0}));
     EXPECT_EQ(path.vertices.back(), (AcDbPolyline::Vertex{100, 0}));
+}
+
+TEST_F(Mark, IsNoStepAndStandsInNoFile)
+{
+    const AreaPtr area = create(L"{G}", kSquare);
+    auto &log = drawing().component<ChangeLog>();
+    log.begin(L"review");
+    const std::size_t steps = log.undoCount();
+    const std::string text = drawing().write();
+    area->Mark(1, 0.25, 0.7853981633974483, L"NET", 0);
+    AcDbEntity *entity = nullptr;
+    ASSERT_EQ(acdbOpenAcDbEntity(entity, area->GetObjectId(), AcDb::kForWrite), Acad::eOk);
+    entity->highlight(kNullSubent, false);
+    entity->close();
+    EXPECT_EQ(drawing().write(), text);
+    log.keep();
+    EXPECT_EQ(log.undoCount(), steps);
+    EXPECT_EQ(graphics().marks().size(), 1u);
+}
+
+TEST_F(Mark, StaysWhenItsAreaChangesAndWhenTheStoreIsReadAnew)
+{
+    const AreaPtr area = create(L"{G}", kSquare);
+    area->Mark(1, 1.0, 0.0, L"ANSI31", 0);
+    area->SetName(L"other");
+    area->SetFlowCoeff(0.3);
+    area->SetType(2);
+    manager().RefreshExistingCatchments();
+    create(L"{H}", kFarSquare);
+    manager().DeleteCA(manager().GetCatchmentAreaByGuid(L"{H}"));
+    EXPECT_EQ(graphics().marks().size(), 1u);
+    manager().UnMarkAllCatchments(7);
+    EXPECT_TRUE(graphics().marks().empty());
+}
+
+TEST_F(Mark, EveryOneIsGoneWhenTheDrawingIsClosed)
+{
+    create(L"{G}", kSquare)->Mark(1, 1.0, 0.0, L"ANSI31", 0);
+    const std::string text = drawing().write();
+    open(Drawing::read(text).drawing);
+    ASSERT_EQ(names().size(), 1u);
+    EXPECT_TRUE(graphics().marks().empty());
+    EXPECT_TRUE(graphics().highlighted().empty());
 }
 
 } // namespace
