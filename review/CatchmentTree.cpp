@@ -1,0 +1,225 @@
+#include "review/CatchmentTree.h"
+
+#include "controls/WideText.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QSignalBlocker>
+#include <QStyledItemDelegate>
+
+namespace {
+
+constexpr Qt::ItemFlags kSectionFlags =
+    Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
+/// Only an area's name is edited.
+constexpr Qt::ItemFlags kAreaFlags =
+    Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsEnabled | Qt::ItemIsEditable;
+
+} // namespace
+
+// --- Items ------------------------------------------------------------------------------------------------------
+
+CCatchmentTreeItem::CCatchmentTreeItem(const QString &name) : m_name(name)
+{
+    setFlags(kAreaFlags);
+}
+
+CCatchmentTreeItem::CCatchmentTreeItem(const QString &name, const AcDbObjectId &section)
+    : m_sectionId(section), m_name(name)
+{
+    setFlags(kSectionFlags);
+}
+
+QVariant CCatchmentTreeItem::data(int column, int role) const
+{
+    if (column != 0)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return m_name;
+    case Qt::CheckStateRole:
+        return m_bChecked ? Qt::Checked : Qt::Unchecked;
+    default:
+        return {};
+    }
+}
+
+void CCatchmentTreeItem::setData(int column, int role, const QVariant &value)
+{
+    if (column != 0)
+        return;
+    if (role == Qt::DisplayRole || role == Qt::EditRole)
+        m_name = value.toString();
+    else if (role == Qt::CheckStateRole)
+        m_bChecked = value.toInt() == Qt::Checked;
+    else
+        return;
+    emitDataChanged();
+}
+
+// --- Editing names ----------------------------------------------------------------------------------------------
+
+/// An edit that ends with a text tells the tree of it and leaves the item to whoever listens.
+class CCatchmentTree::NameDelegate : public QStyledItemDelegate {
+public:
+    explicit NameDelegate(CCatchmentTree &tree) : QStyledItemDelegate(&tree), m_tree(tree) {}
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QWidget *editor = QStyledItemDelegate::createEditor(parent, option, index);
+        if (editor)
+            editor->setAccessibleName(m_tree.accessibleName());
+        return editor;
+    }
+    void setModelData(QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const override
+    {
+        auto *item = static_cast<CCatchmentTreeItem *>(m_tree.itemFromIndex(index));
+        if (const auto *line = qobject_cast<QLineEdit *>(editor); line && item)
+            Q_EMIT m_tree.NameEdited(item, line->text());
+    }
+
+private:
+    CCatchmentTree &m_tree;
+};
+
+// --- The tree ---------------------------------------------------------------------------------------------------
+
+CCatchmentTree::CCatchmentTree(QWidget *parent) : QTreeWidget(parent)
+{
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(SelectedClicked | EditKeyPressed);
+    setExpandsOnDoubleClick(true);
+    setItemDelegate(new NameDelegate(*this));
+    connect(this, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem *item) {
+        if (!m_bOwnToggle)
+            Q_EMIT Ticked(static_cast<CCatchmentTreeItem *>(item));
+    });
+}
+
+CCatchmentTreeItem *CCatchmentTree::SelectedItem() const
+{
+    const QModelIndexList selected = selectionModel()->selectedIndexes();
+    return selected.isEmpty() ? nullptr : static_cast<CCatchmentTreeItem *>(itemFromIndex(selected.first()));
+}
+
+void CCatchmentTree::SelectItem(QTreeWidgetItem *item)
+{
+    if (item)
+        setCurrentItem(item, 0, QItemSelectionModel::ClearAndSelect);
+}
+
+void CCatchmentTree::Empty()
+{
+    const QSignalBlocker silence(selectionModel());
+    clear();
+}
+
+void CCatchmentTree::ShowChecks()
+{
+    if (const int count = topLevelItemCount())
+        Q_EMIT model()->dataChanged(model()->index(0, 0), model()->index(count - 1, 0), {Qt::CheckStateRole});
+}
+
+CCatchmentTreeItem *CCatchmentTree::ItemAt(const QPoint &point) const
+{
+    return static_cast<CCatchmentTreeItem *>(itemAt(point));
+}
+
+CCatchmentTreeItem *CCatchmentTree::CheckBoxAt(const QPoint &point) const
+{
+    CCatchmentTreeItem *item = ItemAt(point);
+    if (!item)
+        return nullptr;
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualItemRect(item);
+    option.features |= QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+    option.text = item->m_name;
+    option.checkState = item->m_bChecked ? Qt::Checked : Qt::Unchecked;
+    option.widget = this;
+    return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this).contains(point) ? item
+                                                                                                         : nullptr;
+}
+
+void CCatchmentTree::Toggle(CCatchmentTreeItem *item)
+{
+    m_bOwnToggle = true;
+    item->setData(0, Qt::CheckStateRole, item->m_bChecked ? Qt::Unchecked : Qt::Checked);
+    m_bOwnToggle = false;
+}
+
+void CCatchmentTree::mousePressEvent(QMouseEvent *event)
+{
+    m_pPressed = m_pPressedCheckBox = nullptr;
+    if (event->button() != Qt::LeftButton) {
+        QTreeWidget::mousePressEvent(event);
+        return;
+    }
+    // A press on a check box neither selects nor opens an editor; one that is open ends as the focus leaves it.
+    const QPoint point = event->position().toPoint();
+    m_pPressed = ItemAt(point);
+    m_pPressedCheckBox = CheckBoxAt(point);
+    if (!m_pPressedCheckBox)
+        QTreeWidget::mousePressEvent(event);
+}
+
+void CCatchmentTree::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (CheckBoxAt(event->position().toPoint())) {
+        mousePressEvent(event);
+        return;
+    }
+    m_pPressed = event->button() == Qt::LeftButton ? ItemAt(event->position().toPoint()) : nullptr;
+    m_pPressedCheckBox = nullptr;
+    QTreeWidget::mouseDoubleClickEvent(event);
+}
+
+void CCatchmentTree::mouseReleaseEvent(QMouseEvent *event)
+{
+    const QPoint point = event->position().toPoint();
+    CCatchmentTreeItem *pressed = std::exchange(m_pPressed, nullptr);
+    CCatchmentTreeItem *pressedCheckBox = std::exchange(m_pPressedCheckBox, nullptr);
+    CCatchmentTreeItem *item = pressed && ItemAt(point) == pressed ? pressed : nullptr;
+    const bool onCheckBox = item && pressedCheckBox == item && CheckBoxAt(point) == item;
+    if (item && event->button() == Qt::LeftButton)
+        Q_EMIT Clicked(item, onCheckBox);
+    if (!pressedCheckBox)
+        QTreeWidget::mouseReleaseEvent(event);
+    else if (onCheckBox && ItemAt(point) == item) // it still stands there
+        Toggle(item);
+}
+
+void CCatchmentTree::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Space: {
+        Q_EMIT SpacePressed();
+        if (CCatchmentTreeItem *item = SelectedItem())
+            Toggle(item);
+        event->accept();
+        return;
+    }
+    case Qt::Key_Delete:
+        Q_EMIT DeletePressed();
+        event->accept();
+        return;
+    default:
+        QTreeWidget::keyPressEvent(event);
+    }
+}
+
+QItemSelectionModel::SelectionFlags CCatchmentTree::selectionCommand(const QModelIndex &index,
+                                                                     const QEvent *event) const
+{
+    // One item stays selected: a click beside all items and Ctrl leave it so.
+    if (!index.isValid())
+        return QItemSelectionModel::NoUpdate;
+    const auto command = QTreeWidget::selectionCommand(index, event);
+    return command & (QItemSelectionModel::Deselect | QItemSelectionModel::Toggle)
+               ? QItemSelectionModel::SelectionFlags(QItemSelectionModel::ClearAndSelect)
+               : command;
+}
