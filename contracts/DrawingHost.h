@@ -589,7 +589,8 @@ ZEMX_CONTRACT bool acedSetColorDialog(int &colorIndex, bool allowMetaColor, int 
 /// Screen colour of a colour index in blue, green, red byte order (0x00BBGGRR).
 ZEMX_CONTRACT std::uint32_t acedGetRGB(int colorIndex);
 /// Shows a drawing file's picture in a widget (a native handle or a QWidget of this host) on a ground of a colour, as
-/// acedGetRGB gives colours; called at each paint of the widget. False when nothing was shown.
+/// acedGetRGB gives colours, or with 0 on that of drawings; called at each paint of the widget. False when nothing was
+/// shown.
 ZEMX_CONTRACT bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *widget, std::uint32_t ground);
 
 // --- Selection sets, display

@@ -17,4 +17,7 @@ struct BlockFile {
 /// says what is missing for a file in the closed format.
 std::optional<BlockFile> readBlockFile(const std::filesystem::path &path);
 
+/// The ".dxf" that is read in place of a ".dwg" that is not there; nothing when it isn't there either.
+std::optional<std::filesystem::path> standInOf(const std::filesystem::path &path);
+
 } // namespace velmor

@@ -30,6 +30,7 @@ const std::vector<SettingSpec> &table()
         {"CATCH_NAME_SUFIX", kGroupDefinition, std::wstring(), 0, 0, "ui.setting.suffix"},
         {"CATCH_COUNTER_DELIMITER", kGroupDefinition, std::wstring(L"_"), 0, 0, "ui.setting.delimiter"},
         {"HIGHLIGHT_COLOR", kGroupDefinition | kGroupReview, 6, 1, 255, "ui.setting.highlight"},
+        {"LABEL_SCALE", kGroupDefinition | kGroupReview, 1000, 1, 1000000, "ui.setting.labelScale"},
         {"ANSI_CODE_PAGE", kGroupProgram, 1250, 1250, 1258, "ui.setting.codePage"},
         {"LANGUAGE", kGroupProgram, std::wstring(), 0, 0, "ui.setting.language"},
         {"AUTOSAVE_MINUTES", kGroupProgram, 5, 0, 240, "ui.setting.autosave"},

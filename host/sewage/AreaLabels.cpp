@@ -1,6 +1,7 @@
 #include "host/sewage/AreaLabels.h"
 
 #include "host/drawing/Blocks.h"
+#include "host/services/Services.h"
 
 #include <algorithm>
 #include <array>
@@ -10,8 +11,10 @@
 namespace velmor {
 namespace {
 
-/// Blocks for labels are drawn for this scale.
+/// Blocks for labels are drawn for this scale on a plan at 1:1000.
 constexpr double kBlockScale = 3.0;
+/// At this plot scale a metre of the drawing is a millimetre on paper.
+constexpr double kUnitPlotScale = 1000.0;
 constexpr int kLabelColour = 7;
 /// Distance of lines over the height of their text.
 constexpr double kLineSpacing = 1.6;
@@ -82,6 +85,25 @@ std::vector<const AttributeDefinitionEntity *> definitionsOf(const BlockRecord &
             definitions.push_back(definition);
     }
     return definitions;
+}
+
+/// From millimetres on paper to units of the drawing, at the plot scale of the settings.
+double unitsPerMillimetre()
+{
+    return std::get<int>(Services::instance().settings().valueOrStandard("LABEL_SCALE")) / kUnitPlotScale;
+}
+
+/// Whether a person chose the tags of the four values: a list that is just the block's own tags comes from nobody.
+bool isChoice(const CStringArray &tags, const std::vector<const AttributeDefinitionEntity *> &definitions)
+{
+    if (tags.size() != kPlaces.size())
+        return false;
+    for (std::size_t i = 0; i < tags.size(); ++i) {
+        const std::wstring own = i < definitions.size() ? definitions[i]->tag() : std::wstring();
+        if (upper(tags[i]) != upper(own))
+            return true;
+    }
+    return false;
 }
 
 /// Places a reference at the area's centre with these texts, one for each attribute definition, in place of the old.
@@ -238,22 +260,24 @@ bool writeLabel(CatchmentStore &store, const StoredArea &area, const AcDbObjectI
     if (!definition || definition->isLayout())
         return false;
 
-    const bool byMeaning = std::any_of(tags.begin(), tags.end(), [](const auto &t) { return meaningOfTag(t); });
+    const std::vector<const AttributeDefinitionEntity *> definitions = definitionsOf(*definition);
+    const bool byMeaning = !isChoice(tags, definitions) &&
+                           std::any_of(tags.begin(), tags.end(), [](const auto &t) { return meaningOfTag(t); });
     std::vector<std::wstring> texts;
-    for (const AttributeDefinitionEntity *attribute : definitionsOf(*definition)) {
+    for (const AttributeDefinitionEntity *attribute : definitions) {
         std::wstring text = attribute->shape().text;
         const auto asked = std::find_if(tags.begin(), tags.end(),
                                         [tag = upper(attribute->tag())](const auto &t) { return upper(t) == tag; });
         if (asked != tags.end()) {
             const auto at = static_cast<std::size_t>(asked - tags.begin());
-            if (const auto meaning = meaningOfTag(*asked))
-                text = labelText(store, area, *meaning);
-            else if (!byMeaning && at < kPlaces.size())
+            if (!byMeaning && at < kPlaces.size())
                 text = labelText(store, area, kPlaces[at]);
+            else if (const auto meaning = meaningOfTag(*asked))
+                text = labelText(store, area, *meaning);
         }
         texts.push_back(std::move(text));
     }
-    place(store, area, *definition, kBlockScale, texts);
+    place(store, area, *definition, kBlockScale * unitsPerMillimetre(), texts);
     return true;
 }
 
@@ -264,7 +288,7 @@ bool writeLabel(CatchmentStore &store, const StoredArea &area, const LabelType &
     std::vector<std::wstring> texts;
     for (const std::wstring &line : type.lines)
         texts.push_back(filled(store, area, line));
-    place(store, area, blockOf(store.drawing(), type), 1.0, texts);
+    place(store, area, blockOf(store.drawing(), type), unitsPerMillimetre(), texts);
     return true;
 }
 

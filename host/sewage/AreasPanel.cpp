@@ -3,9 +3,12 @@
 #include "host/editor/Session.h"
 #include "host/editor/panels/Panel.h"
 #include "host/editor/panels/PropertiesModel.h"
+#include "host/services/Messages.h"
+#include "host/sewage/AreaDialogs.h"
 #include "host/sewage/AreasModel.h"
 #include "host/sewage/CatchmentStore.h"
 
+#include <QAction>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -17,6 +20,7 @@ namespace velmor {
 namespace {
 
 constexpr int kHectareDecimals = 4;
+constexpr char kSharesName[] = "ui.areas.shares";
 
 class AreasPanel final : public Panel {
 public:
@@ -26,6 +30,11 @@ public:
         m_filter->setClearButtonEnabled(true);
         m_zoom = new QPushButton(this);
         m_copy = new QPushButton(this);
+        m_shares = new QPushButton(this);
+        m_editShares = new QAction(this);
+        m_editShares->setShortcut(Qt::ALT | Qt::Key_Return);
+        m_editShares->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        addAction(m_editShares);
         m_sums = new QLabel(this);
         m_sums->setWordWrap(true);
         m_table = new PanelTable(m_model, "ui.areas.table", this);
@@ -33,6 +42,7 @@ public:
         row->addWidget(m_filter, 1);
         row->addWidget(m_zoom);
         row->addWidget(m_copy);
+        row->addWidget(m_shares);
         auto *column = new QVBoxLayout(this);
         column->addLayout(row);
         column->addWidget(m_table, 1);
@@ -45,6 +55,9 @@ public:
             m_zoom->setToolTip(uiString("ui.areas.zoom.tip"));
             m_copy->setText(uiString("ui.areas.copy"));
             m_copy->setToolTip(uiString("ui.areas.copy.tip"));
+            m_editShares->setText(uiString(kSharesName));
+            m_shares->setText(uiString(kSharesName));
+            m_shares->setToolTip(uiString("ui.areas.shares.tip"));
             setSums();
         });
         connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
@@ -54,6 +67,12 @@ public:
         connect(m_filter, &QLineEdit::returnPressed, this, [this] { m_table->setFocus(); });
         connect(m_zoom, &QPushButton::clicked, this, [this] { zoomTo(m_table->selectedRows()); });
         connect(m_copy, &QPushButton::clicked, this, [this] { m_table->copyRows(); });
+        connect(m_shares, &QPushButton::clicked, m_editShares, &QAction::trigger);
+        connect(m_editShares, &QAction::triggered, this, [this] { editShares(); });
+        connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { offerShares(); });
+        m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+        m_table->addAction(m_editShares);
+        offerShares();
         connect(m_table, &PanelTable::chosen, this, [this](const QList<int> &rows) { zoomTo(rows); });
     }
 
@@ -65,6 +84,7 @@ public:
 
     void bringUpToDate() override
     {
+        offerShares();
         const bool first = m_model.rowCount() == 0;
         if (!m_model.bringUpToDate())
             return;
@@ -95,6 +115,27 @@ private:
         m_sums->setText(lines.join(QLatin1Char('\n')));
     }
 
+    /// The dialog is there while its module is; it is about one area.
+    void offerShares()
+    {
+        const bool offered = sectionSharesDialog() != nullptr && m_table->selectedRows().size() == 1;
+        m_editShares->setEnabled(offered);
+        m_shares->setEnabled(offered);
+    }
+
+    void editShares()
+    {
+        const QList<int> rows = m_table->selectedRows();
+        const ZEMGis::Sewage::AreaDialog dialog = sectionSharesDialog();
+        if (!dialog || rows.size() != 1)
+            return;
+        const std::wstring guid = m_model.area(rows.front()).guid;
+        changeDrawing(m_session, uiText(kSharesName), [&](Drawing &drawing) {
+            if (const CatchmentStore::AreaPtr area = drawing.component<CatchmentStore>().byGuid(guid))
+                dialog(area);
+        });
+    }
+
     void zoomTo(const QList<int> &rows)
     {
         Drawing *drawing = m_session.drawing();
@@ -115,7 +156,8 @@ private:
     AreasModel m_model;
     PanelTable *m_table;
     QLineEdit *m_filter;
-    QPushButton *m_zoom, *m_copy;
+    QPushButton *m_zoom, *m_copy, *m_shares;
+    QAction *m_editShares;
     QLabel *m_sums;
 };
 

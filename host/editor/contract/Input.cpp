@@ -1,5 +1,6 @@
 // Prompts, host variables, files and messages to the user.
 #include "contracts/CoreServices.h"
+#include "host/drawing/BlockFile.h"
 #include "host/drawing/Entities.h"
 #include "host/drawing/Journal.h"
 #include "host/editor/EntityPick.h"
@@ -194,12 +195,18 @@ int acedGetFileD(const wchar_t *title, const wchar_t *defaultPath, const wchar_t
     if (session->view()) {
         // Several kinds stand behind semicolons.
         QStringList patterns;
-        for (const QString &kind : QString::fromStdWString(textOrEmpty(extension)).split(QLatin1Char(';')))
+        for (const QString &kind : QString::fromStdWString(textOrEmpty(extension)).split(QLatin1Char(';'))) {
             if (!kind.trimmed().isEmpty())
                 patterns << QStringLiteral("*.") + kind.trimmed();
+            if (kind.trimmed() == QLatin1String("dwg")) // what stands for one here, see BlockFile.h
+                patterns << QStringLiteral("*.dxf");
+        }
+        patterns.removeDuplicates();
         const QString filter = patterns.isEmpty() ? QStringLiteral("*") : patterns.join(QLatin1Char(' '));
         const QString caption = QString::fromStdWString(textOrEmpty(title));
-        const QString start = QString::fromStdWString(textOrEmpty(defaultPath));
+        QString start = QString::fromStdWString(textOrEmpty(defaultPath));
+        if (const auto standIn = velmor::standInOf(velmor::utf8(textOrEmpty(defaultPath))))
+            start = QString::fromStdString(standIn->string());
         QWidget *owner = velmor::dialogOwner();
         chosen = ((flags & kNewFile) != 0 ? QFileDialog::getSaveFileName(owner, caption, start, filter)
                                           : QFileDialog::getOpenFileName(owner, caption, start, filter))
@@ -244,8 +251,10 @@ bool acdbDisplayPreviewFromDwg(const wchar_t *path, void *widget, std::uint32_t 
     const QWidgetList widgets = QApplication::allWidgets();
     const auto found = std::ranges::find(widgets, static_cast<QWidget *>(widget));
     QWidget *field = found != widgets.end() ? *found : QWidget::find(reinterpret_cast<WId>(widget));
-    return field &&
-           velmor::showFilePicture(*field, velmor::utf8(path),
-                                   QColor(static_cast<int>(ground & 0xff), static_cast<int>(ground >> 8 & 0xff),
-                                          static_cast<int>(ground >> 16 & 0xff)));
+    if (!field)
+        return false;
+    const QColor colour = ground == 0 ? velmor::drawingGround(*field)
+                                      : QColor(static_cast<int>(ground & 0xff), static_cast<int>(ground >> 8 & 0xff),
+                                               static_cast<int>(ground >> 16 & 0xff));
+    return velmor::showFilePicture(*field, velmor::utf8(path), colour);
 }

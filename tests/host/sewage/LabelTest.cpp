@@ -1,6 +1,7 @@
 #include "tests/host/sewage/AreaWorld.h"
 
 #include "host/network/Catalog.h"
+#include "host/services/Services.h"
 #include "host/sewage/AreaLabels.h"
 
 #include <map>
@@ -103,6 +104,46 @@ TEST_F(Label, GoesByThePlaceInTheListWhenNoTagHasAMeaning)
     const AcDbObjectId id = block({{L"T1", L"?"}, {L"T2", L"?"}, {L"T3", L"?"}});
     EXPECT_NE(manager().WriteCatchmentLabel(area(), id, CStringArray{L"T2", L"", L"T3", L"T1"}), 0);
     EXPECT_EQ(texts(), (Texts{{L"T2", L"North"}, {L"T3", L"0.46"}, {L"T1", L"120.00"}}));
+}
+
+TEST_F(Label, AChoiceOfFourGoesByThePlaceEvenAgainstTheMeaningOfTheTags)
+{
+    const AcDbObjectId id = block({{L"NAME", L"?"}, {L"AREA", L"?"}, {L"COEFF", L"?"}, {L"DENSITY", L"?"}});
+    const AreaPtr labelled = area();
+    // Name and area are exchanged, the coefficient is not ticked.
+    manager().WriteCatchmentLabel(labelled, id, CStringArray{L"AREA", L"NAME", L"", L"DENSITY"});
+    EXPECT_EQ(texts(), (Texts{{L"NAME", L"1.0000"}, {L"AREA", L"North"}, {L"COEFF", L"?"}, {L"DENSITY", L"120.00"}}));
+    // The block's own tags in their order are nobody's choice.
+    manager().WriteCatchmentLabel(labelled, id, CStringArray{L"NAME", L"AREA", L"COEFF", L"DENSITY"});
+    EXPECT_EQ(texts(),
+              (Texts{{L"NAME", L"North"}, {L"AREA", L"1.0000"}, {L"COEFF", L"0.46"}, {L"DENSITY", L"120.00"}}));
+}
+
+TEST_F(Label, TheBlocksOwnTagsGoByTheirMeaningWhateverTheirOrder)
+{
+    const AcDbObjectId id = block({{L"DENSITY", L"?"}, {L"NAME", L"?"}});
+    manager().WriteCatchmentLabel(area(), id, CStringArray{L"DENSITY", L"NAME", L"", L""});
+    EXPECT_EQ(texts(), (Texts{{L"DENSITY", L"120.00"}, {L"NAME", L"North"}}));
+}
+
+TEST_F(Label, TakesItsSizeFromThePlotScale)
+{
+    const AcDbObjectId id = block({{L"NAME", L"?"}}); // half a unit high
+    const AreaPtr labelled = area();
+    const auto heightAt = [&](int plotScale) {
+        EXPECT_TRUE(Services::instance().set("LABEL_SCALE", plotScale));
+        EXPECT_NE(manager().WriteCatchmentLabel(labelled, id, CStringArray{L"NAME"}), 0);
+        return attributesOf(*labels().front()).front()->shape().height;
+    };
+    EXPECT_DOUBLE_EQ(heightAt(1000), 1.5);
+    EXPECT_DOUBLE_EQ(heightAt(500), 0.75);
+    EXPECT_DOUBLE_EQ(heightAt(5000), 7.5);
+    const LabelType type{.name = L"x", .lines = {L"{name}", L"{area}"}, .textHeight = 2.0};
+    ASSERT_TRUE(writeLabel(store(), *store().own(labelled.get()), type));
+    const auto attributes = attributesOf(*labels().front());
+    EXPECT_DOUBLE_EQ(attributes[0]->shape().height, 10.0) << "two millimetres on paper at 1:5000";
+    EXPECT_GT(attributes[0]->shape().position.y - attributes[1]->shape().position.y, 10.0) << "lines do not overlap";
+    Services::instance().reset("LABEL_SCALE");
 }
 
 TEST_F(Label, StandsAtTheCentrePointOnItsLayer)

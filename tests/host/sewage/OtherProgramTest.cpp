@@ -75,6 +75,31 @@ TEST_P(OtherProgram, FindsNoErrorInWhatWasWritten)
               "0 [] []\n");
 }
 
+TEST_P(OtherProgram, ReadsTheShippedLabelAsAReferenceWithAttributesThatCanBeRead)
+{
+    const AreaPtr area = manager().CreateCA(
+        kSquare, L"North", 3, bag({{L"CA_GUID", L"{G}"}, {L"CA_POPULATION", 120.0}, {L"CA_COEFF", 0.456}}));
+    const std::wstring path = ZEMGis::CModuleConfiguration::Instance()->GetPath(L"Symbol") + L"CatchLabel.dwg";
+    const AcDbObjectId block = CZEMCDraw::insertBlockDefinition(L"CatchLabel", path.c_str());
+    CStringArray tags;
+    ZEMGis::Utility::CUtility::GetAttributesFromBlockDef(block, tags);
+    ASSERT_NE(manager().WriteCatchmentLabel(area, block, tags), 0);
+    ASSERT_TRUE(drawing().save(folder / "in.dxf"));
+    // Heights in millimetres on a plan at 1:1000, where a unit of the drawing is one.
+    EXPECT_EQ(run("import ezdxf\nd = ezdxf.readfile('in.dxf')\na = d.audit()\nprint(len(a.errors), len(a.fixes))\n"
+                  "for e in d.modelspace().query('INSERT'):\n"
+                  "    print(e.dxf.name, e.dxf.layer, round(e.dxf.insert.x), round(e.dxf.insert.y), e.seqend is not "
+                  "None)\n"
+                  "    for b in e.attribs:\n"
+                  "        print(b.dxf.tag, b.dxf.text, '%.2f' % b.dxf.height, b.is_invisible)\n"),
+              "0 0\n"
+              "CatchLabel VELMOR_LABELS 50 50 True\n"
+              "NAME North 2.40 False\n"
+              "AREA 1.0000 2.40 False\n"
+              "COEFF 0.46 2.40 False\n"
+              "DENSITY 120.00 2.40 False\n");
+}
+
 TEST_P(OtherProgram, MovesAnAreaAndItIsReadAnew)
 {
     makeAreas();
