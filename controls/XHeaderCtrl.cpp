@@ -1,0 +1,108 @@
+#include "controls/XHeaderCtrl.h"
+
+#include "controls/ListPainting.h"
+#include "controls/ReadableColour.h"
+#include "controls/WideText.h"
+#include "controls/rules/ListCells.h"
+
+#include <QPainter>
+
+namespace {
+
+constexpr int kMargin = 6;       // pixels beside a column's text
+constexpr int kGrooveInset = 2;  // pixels above and below the lines between columns
+constexpr int kPlatformEdge = 2; // the platform's width of one border
+
+} // namespace
+
+CXHeaderCtrl::CXHeaderCtrl(const CListCells &cells, QWidget *parent)
+    : QHeaderView(Qt::Horizontal, parent), m_cells(cells)
+{
+    setSectionResizeMode(QHeaderView::Interactive);
+    setHighlightSections(false);
+    setMinimumSectionSize(2 * kMargin);
+}
+
+void CXHeaderCtrl::SetSpacing(int pixels)
+{
+    m_nSpacing = pixels;
+    viewport()->update();
+}
+
+void CXHeaderCtrl::SetImageSize(int pixels)
+{
+    m_nImageSize = pixels;
+    viewport()->update();
+}
+
+void CXHeaderCtrl::SetWidened(bool widened)
+{
+    m_bWidened = widened;
+}
+
+int CXHeaderCtrl::ImageSize() const
+{
+    return m_nImageSize > 0 ? m_nImageSize : fontMetrics().ascent() + 2;
+}
+
+QSize CXHeaderCtrl::sizeHint() const
+{
+    // As high with no column as with some.
+    return {QHeaderView::sizeHint().width(), fontMetrics().height() + 2 * kMargin};
+}
+
+QSize CXHeaderCtrl::sectionSizeFromContents(int column) const
+{
+    int width = fontMetrics().horizontalAdvance(ToQString(m_cells.GetHeaderText(column))) + 2 * kMargin + 2;
+    if (m_cells.GetHeaderCheckedState(column) != -1)
+        width += ImageSize() + m_nSpacing;
+    if (m_bWidened)
+        width += 2 * kPlatformEdge;
+    return {width, fontMetrics().height() + 2 * kMargin};
+}
+
+void CXHeaderCtrl::paintSection(QPainter *painter, const QRect &rect, int column) const
+{
+    if (!rect.isValid())
+        return;
+    const QColor face = palette().color(QPalette::Button);
+    painter->fillRect(rect, face);
+    QRect place = rect.adjusted(kMargin, 0, -kMargin - 2, 0);
+    if (const int state = m_cells.GetHeaderCheckedState(column); state == 0 || state == 1) {
+        QRect box(0, 0, ImageSize(), ImageSize());
+        box.moveLeft(place.left());
+        box.moveTop(rect.center().y() - box.height() / 2);
+        list_painting::CheckBox(*painter, box, state == 1, palette(), isEnabled());
+        place.setLeft(box.right() + 1 + m_nSpacing);
+    }
+    if (place.width() > 0) {
+        const QString text = ToQString(m_cells.GetHeaderText(column));
+        painter->setPen(ReadableText(palette().color(QPalette::ButtonText), face));
+        painter->drawText(place, Qt::AlignCenter | Qt::TextSingleLine,
+                          fontMetrics().elidedText(text, Qt::ElideRight, place.width()));
+    }
+    const int top = rect.top() + kGrooveInset, bottom = rect.bottom() - kGrooveInset;
+    painter->setPen(palette().color(QPalette::Mid));
+    painter->drawLine(rect.right() - 1, top, rect.right() - 1, bottom);
+    painter->setPen(palette().color(QPalette::Light));
+    painter->drawLine(rect.right(), top, rect.right(), bottom);
+}
+
+void CXHeaderCtrl::paintEvent(QPaintEvent *event)
+{
+    {
+        QPainter ground(viewport());
+        ground.fillRect(event->rect(), palette().color(QPalette::Button));
+    }
+    QHeaderView::paintEvent(event);
+    if (length() == 0)
+        return;
+    QPainter edge(viewport());
+    const QRect all = viewport()->rect().adjusted(0, 0, -1, -1);
+    edge.setPen(palette().color(QPalette::Light));
+    edge.drawLine(all.bottomLeft(), all.topLeft());
+    edge.drawLine(all.topLeft(), all.topRight());
+    edge.setPen(palette().color(QPalette::Mid));
+    edge.drawLine(all.topRight(), all.bottomRight());
+    edge.drawLine(all.bottomRight(), all.bottomLeft());
+}
