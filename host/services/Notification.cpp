@@ -70,8 +70,9 @@ CDataConfiguration *CDataConfiguration::Instance()
     return &configuration;
 }
 
-CDataDefinition *CDataConfiguration::GetDataDefinitionByID(const wchar_t * /*id*/) const
+CDataDefinition *CDataConfiguration::GetDataDefinitionByID(const wchar_t *id) const
 {
+    velmor::journal("CDataConfiguration::GetDataDefinitionByID", id);
     static CDataDefinition definition; // every key may be attached, so one definition serves all
     return &definition;
 }

@@ -1,0 +1,11 @@
+// Lists of areas, in which an area is known by its GUID. No widgets, no drawing.
+#pragma once
+
+#include "contracts/CatchmentArea.h"
+
+/// Takes the first area of the same GUID out; false when there is none.
+bool TakeOutOfList(ZEMGis::Sewage::CatchmentAreas &areas, const ZEMGis::Sewage::CCatchmentArea &area);
+
+/// Appends the area when it belongs in the list and isn't there, takes it out when it doesn't belong.
+void KeepInList(ZEMGis::Sewage::CatchmentAreas &areas, const boost::shared_ptr<ZEMGis::Sewage::CCatchmentArea> &area,
+                bool belongs);
