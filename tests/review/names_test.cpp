@@ -148,7 +148,7 @@ TEST_F(Names, TheNameGoesToTheFocusedAreaAlsoWhenAnotherItemWasEdited)
     const AreaPtr a = addArea(L"A", 1, 0), b = addArea(L"B", 1, 20);
     run([&](CReviewUnderTest &dialog) {
         dialog.select(L"A");
-        dialog.tellNameEdited(L"B", "North"); // the notice for an item that isn't selected
+        dialog.tellNameEdited(dialog.item(L"B"), "North"); // the notice for an item that isn't selected
         EXPECT_EQ(a->GetName(), L"North");
         EXPECT_EQ(b->GetName(), L"B");
         EXPECT_THAT(dialog.treeNames(), ElementsAre(L"A", L"North"));

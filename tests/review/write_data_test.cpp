@@ -192,7 +192,8 @@ TEST_F(WritingData, TheWaitCursorIsGoneBehindIt)
 
 TEST_F(WritingData, AHiddenAreaIsWrittenAsAnyOther)
 {
-    addNodes();
+    addNode(L"MH1", {0, 0});
+    addNode(L"MH2", {10, 0});
     addSection(L"D1", {0, 0}, {10, 0}, L"MH1", L"MH2");
     const AreaPtr hidden = addHiddenArea(L"D1", 2500, 3);
     run([&](CReviewUnderTest &dialog) {
