@@ -125,14 +125,24 @@ bool CZEMTerrainTypeCatalog::SaveToFile()
     return true;
 }
 
-/// The file is every drawing's, and this list may come from a damaged record or lack what somebody removed.
+/// The file is every drawing's, and this list may come from a damaged record or lack what somebody removed. What was
+/// kept may be the only good list that is left, so a file without an entry never takes its place.
 bool CZEMTerrainTypeCatalog::KeepReplaced(const std::wstring &path) const
 {
     CZEMTerrainTypeCatalog file;
     const bool isWhole = file.CMarkup::Load(path);
     if (file.GetText().empty() || (isWhole && HasAllOf(file)))
         return true;
+    CZEMTerrainTypeCatalog kept;
+    kept.CMarkup::Load(path + kKeptEnding);
+    if (kept.HasEntry() && !file.HasEntry())
+        return true;
     return file.CMarkup::Save(path + kKeptEnding);
+}
+
+bool CZEMTerrainTypeCatalog::HasEntry()
+{
+    return FindTerrains() && FindNextTerrain();
 }
 
 bool CZEMTerrainTypeCatalog::HasAllOf(CZEMTerrainTypeCatalog &other) const

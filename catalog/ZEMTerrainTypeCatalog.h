@@ -31,7 +31,8 @@ public:
     bool SaveToDrawing();
     /// Writes the list to the file that Load finds, else to a new one in the support folder. False only when there is
     /// no such folder: a write that failed is not reported, and leaves the old file. A file that is damaged or has
-    /// entries that this list has not is kept beside, with ".bak" behind its name; when that fails nothing is written.
+    /// entries that this list has not is kept beside, with ".bak" behind its name, unless it has no entry itself and
+    /// the one that is kept there has; when the keeping fails nothing is written.
     bool SaveToFile();
     /// To both homes; true.
     bool Save();
@@ -58,5 +59,6 @@ private:
     std::unordered_set<std::wstring> FoldedNames(const CAnsiCodePage &page);
     void AddFrom(CZEMTerrainTypeCatalog &file);
     bool KeepReplaced(const std::wstring &path) const;
+    bool HasEntry();
     bool HasAllOf(CZEMTerrainTypeCatalog &other) const;
 };

@@ -461,6 +461,37 @@ TEST_F(TerrainCatalog, AFileWithEntriesThatTheListLacksIsKeptBesideTheNewOne)
     EXPECT_EQ(user.read(kept), both);
 }
 
+TEST_F(TerrainCatalog, WhatWasKeptWithEntriesIsOnlyReplacedByAFileWithEntries)
+{
+    const std::string kept = std::string(kFile) + ".bak";
+    const std::wstring healthy = L"<Terrains><Terrain name=\"C\" flow=\"0.7\"/></Terrains>";
+    for (const wchar_t *damage : {L"<Other/>", L"<Terrains", L"nothing", L"<Terrains></Terrains>"}) {
+        writeEntries("<Terrain name=\"A\" flow=\"0.1\"/><Terrain name=\"B\" flow=\"0.2\"/>");
+        const std::string both = user.read(kFile);
+        for (int i = 0; i < 2; ++i) {
+            catalog.SetText(damage);
+            EXPECT_TRUE(catalog.SaveToFile());
+            EXPECT_EQ(user.read(kFile), velmor::utf8(damage));
+            EXPECT_EQ(user.read(kept), both) << velmor::utf8(damage);
+        }
+        catalog.SetText(healthy);
+        EXPECT_TRUE(catalog.SaveToFile());
+        EXPECT_EQ(velmor::wide(user.read(kFile)), healthy) << "what has no entry stops no save";
+        EXPECT_EQ(user.read(kept), both) << velmor::utf8(damage);
+        catalog.SetText(damage);
+        EXPECT_TRUE(catalog.SaveToFile());
+        EXPECT_EQ(velmor::wide(user.read(kept)), healthy) << "a file with entries is kept";
+    }
+}
+
+TEST_F(TerrainCatalog, ADamagedFileWithoutAnEntryIsKeptWhereNothingBetterIs)
+{
+    writeFile("<Terrains");
+    catalog.SetText(kTemplate);
+    EXPECT_TRUE(catalog.SaveToFile());
+    EXPECT_EQ(user.read(std::string(kFile) + ".bak"), "<Terrains");
+}
+
 TEST_F(TerrainCatalog, ADamagedFileIsKeptAsItWasBesideTheNewOne)
 {
     const std::string damaged = "<Terrains><Terrain name=\"A\" flow=\"0.1\"/><Terrain name=\"B\xFF";
