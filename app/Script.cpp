@@ -29,6 +29,14 @@ std::optional<bool> onOrOff(const std::wstring &text)
     return text == L"on" ? std::optional(true) : text == L"off" ? std::optional(false) : std::nullopt;
 }
 
+ControlEvents::ItemPath pathOf(std::span<const Word> words)
+{
+    ControlEvents::ItemPath path;
+    for (const Word &word : words)
+        path.push_back(word.text);
+    return path;
+}
+
 /// The rest of a line behind its first word.
 std::wstring restOf(std::wstring_view line)
 {
@@ -203,6 +211,24 @@ void Script::executeInDialog(const Line &line)
                  rows.push_back(*row);
              }
              return c.selectRows(n, rows);
+         }},
+        {L"item", 1, 2, [](ControlEvents &c, int n, Words w) { return c.clickItem(n, pathOf(w)); }},
+        {L"tick", 2, 2,
+         [](ControlEvents &c, int n, Words w) {
+             const auto on = onOrOff(w[1].text);
+             return on ? c.tickItem(n, {w[0].text}, *on) : onOffMissing();
+         }},
+        {L"edit", 3, 3,
+         [](ControlEvents &c, int n, Words w) {
+             const auto row = wholeNumber(w[0].text), column = wholeNumber(w[1].text);
+             return row && column ? c.editCell(n, *row, *column, w[2].text) : numberMissing();
+         }},
+        {L"key", 1, 1, [](ControlEvents &c, int n, Words w) { return c.pressKey(n, w[0].text); }},
+        {L"expect-item", 1, 1, [](ControlEvents &c, int n, Words w) { return c.expectItem(n, w[0].text); }},
+        {L"expect-tick", 2, 2,
+         [](ControlEvents &c, int n, Words w) {
+             const auto on = onOrOff(w[1].text);
+             return on ? c.expectTick(n, {w[0].text}, *on) : onOffMissing();
          }},
         {L"expect", 1, 1, [](ControlEvents &c, int n, Words w) { return c.expectText(n, w[0].text); }},
         {L"expect-checked", 1, 1,

@@ -21,20 +21,6 @@ std::wstring numbered(int control)
     return std::to_wstring(control);
 }
 
-void pressKey(QWidget &widget, int key, const QString &text)
-{
-    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
-    QApplication::sendEvent(&widget, &press);
-    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
-    QApplication::sendEvent(&widget, &release);
-}
-
-void sendFocus(QWidget &widget, QEvent::Type kind)
-{
-    QFocusEvent event(kind, Qt::TabFocusReason);
-    QApplication::sendEvent(&widget, &event);
-}
-
 bool carriesNumbers(const QComboBox &combo)
 {
     for (int i = 0; i < combo.count(); ++i) {
@@ -50,6 +36,29 @@ bool carriesNumbers(const QComboBox &combo)
 }
 
 } // namespace
+
+void ControlEvents::sendKey(QWidget &widget, int key, const QString &text)
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(&widget, &press);
+    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+    QApplication::sendEvent(&widget, &release);
+}
+
+void ControlEvents::sendFocus(QWidget &widget, QEvent::Type kind)
+{
+    QFocusEvent event(kind, Qt::TabFocusReason);
+    QApplication::sendEvent(&widget, &event);
+}
+
+void ControlEvents::typeText(QLineEdit &edit, const std::wstring &text)
+{
+    edit.selectAll();
+    if (text.empty())
+        sendKey(edit, Qt::Key_Delete, {});
+    for (const QChar c : QString::fromStdWString(text))
+        sendKey(edit, c.isLetterOrNumber() ? c.toUpper().unicode() : c.unicode(), c);
+}
 
 template <class Widget>
 ControlEvents::Problem ControlEvents::find(int control, Widget *&widget, const char *kind) const
@@ -135,11 +144,7 @@ ControlEvents::Problem ControlEvents::type(int control, const std::wstring &text
     if (edit->isReadOnly())
         return uiMessage("control.readOnly", {numbered(control)});
     sendFocus(*edit, QEvent::FocusIn);
-    edit->selectAll();
-    if (text.empty())
-        pressKey(*edit, Qt::Key_Delete, {});
-    for (const QChar c : QString::fromStdWString(text))
-        pressKey(*edit, c.isLetterOrNumber() ? c.toUpper().unicode() : c.unicode(), c);
+    typeText(*edit, text);
     sendFocus(*edit, QEvent::FocusOut);
     return std::nullopt;
 }
@@ -237,5 +242,9 @@ ControlEvents::Problem ControlEvents::expectCell(int control, int row, int colum
         return uiMessage("control.cell", {numbered(control), shown, expected});
     return std::nullopt;
 }
+
+template ControlEvents::Problem ControlEvents::find(int, QAbstractItemView *&, const char *) const;
+template ControlEvents::Problem ControlEvents::findUsable(int, QAbstractItemView *&, const char *) const;
+template ControlEvents::Problem ControlEvents::findUsable(int, QWidget *&, const char *) const;
 
 } // namespace velmor

@@ -6,6 +6,8 @@
 
 #include "contracts/HostDialog.h"
 
+#include <QEvent>
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +31,19 @@ public:
     /// Selects rows of a list, by index from 0, and no others.
     Problem selectRows(int control, const std::vector<int> &rows);
 
+    // Items of a list or a tree go by the text of their first column; a second text goes one level down in a tree.
+    using ItemPath = std::vector<std::wstring>;
+    /// A click on the item.
+    Problem clickItem(int control, const ItemPath &item);
+    /// Turns the item's check box with the space bar, after a click on the item, when it stands otherwise.
+    Problem tickItem(int control, const ItemPath &item, bool on);
+    /// A cell edited in place: a click, F2 when that opens no editor, the text in place of what stands there, Enter.
+    Problem editCell(int control, int row, int column, const std::wstring &text);
+    /// A key by its name: space, delete, enter, escape, f2, up, down, left, right, home, end.
+    Problem pressKey(int control, const std::wstring &key);
+
+    Problem expectItem(int control, const std::wstring &text) const;
+    Problem expectTick(int control, const ItemPath &item, bool on) const;
     Problem expectText(int control, const std::wstring &text) const;
     Problem expectChecked(int control, bool on) const;
     Problem expectEnabled(int control, bool on) const;
@@ -44,6 +59,10 @@ private:
     template <class Widget>
     Problem findUsable(int control, Widget *&widget, const char *kind) const;
     Problem chooseIndex(class QComboBox &combo, int index);
+    /// What sendKey and sendFocus do is what the toolkit does for a person.
+    static void sendKey(QWidget &widget, int key, const QString &text);
+    static void sendFocus(QWidget &widget, QEvent::Type kind);
+    static void typeText(class QLineEdit &edit, const std::wstring &text);
 
     CAdUiBaseDialog &m_dialog;
 };

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableWidget>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <stdexcept>
@@ -46,6 +47,14 @@ public:
         table->setSelectionBehavior(QAbstractItemView::SelectRows);
         for (int row = 0; row < 3; ++row)
             table->setItem(row, 1, new QTableWidgetItem(QStringLiteral("r%1").arg(row)));
+        tree = add(new QTreeWidget, 23);
+        tree->setHeaderHidden(true);
+        for (const char *name : {"first", "second"}) {
+            auto *item = new QTreeWidgetItem(tree, {QLatin1String(name)});
+            item->setFlags(item->flags() | Qt::ItemIsUserCheckable | Qt::ItemIsEditable);
+            item->setCheckState(0, Qt::Unchecked);
+            new QTreeWidgetItem(item, {QStringLiteral("inner")});
+        }
         add(new QPushButton(QStringLiteral("Off")), 18)->setEnabled(false);
         add(new QPushButton(QStringLiteral("Hidden")), 19)->hide();
         connect(add(new QPushButton(QStringLiteral("Pick")), 20), &QPushButton::clicked, this, [this] { pick(); });
@@ -72,6 +81,7 @@ public:
     QComboBox *numbers = nullptr, *plain = nullptr;
     QLineEdit *edit = nullptr;
     QTableWidget *table = nullptr;
+    QTreeWidget *tree = nullptr;
     int clicks = 0, checkClicks = 0, edits = 0, innerClicks = 0;
     std::vector<int> activated;
 };

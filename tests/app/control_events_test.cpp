@@ -112,6 +112,65 @@ TEST_F(ControlEventsTest, RowsAreSelectedAndNoOthers)
     });
 }
 
+TEST_F(ControlEventsTest, ItemsAreClickedByTheirTextsOneLevelDownToo)
+{
+    shown([](test::ScriptDialog &dialog, ControlEvents &events) {
+        EXPECT_EQ(events.clickItem(23, {L"second"}), std::nullopt);
+        EXPECT_EQ(dialog.tree->currentItem(), dialog.tree->topLevelItem(1));
+        EXPECT_EQ(events.expectItem(23, L"second"), std::nullopt);
+        EXPECT_THAT(events.expectItem(23, L"first"), Optional(HasSubstr(L"\"second\"")));
+        EXPECT_EQ(events.clickItem(23, {L"first", L"inner"}), std::nullopt);
+        EXPECT_EQ(dialog.tree->currentItem(), dialog.tree->topLevelItem(0)->child(0));
+        EXPECT_THAT(events.clickItem(23, {L"inner"}), Optional(HasSubstr(L"no item \"inner\"")));
+        EXPECT_THAT(events.clickItem(10, {L"inner"}), Optional(HasSubstr(L"is no list")));
+    });
+}
+
+TEST_F(ControlEventsTest, AnItemIsTickedOnlyWhenItStandsOtherwise)
+{
+    shown([](test::ScriptDialog &dialog, ControlEvents &events) {
+        int changes = 0;
+        QObject::connect(dialog.tree, &QTreeWidget::itemChanged, &dialog, [&] { ++changes; });
+        EXPECT_EQ(events.tickItem(23, {L"second"}, false), std::nullopt);
+        EXPECT_EQ(changes, 0);
+        EXPECT_EQ(events.tickItem(23, {L"second"}, true), std::nullopt);
+        EXPECT_EQ(events.tickItem(23, {L"second"}, true), std::nullopt);
+        EXPECT_EQ(changes, 1);
+        EXPECT_EQ(dialog.tree->topLevelItem(1)->checkState(0), Qt::Checked);
+        EXPECT_EQ(dialog.tree->topLevelItem(0)->checkState(0), Qt::Unchecked);
+        EXPECT_EQ(events.expectTick(23, {L"second"}, true), std::nullopt);
+        EXPECT_THAT(events.expectTick(23, {L"first"}, true), Optional(HasSubstr(L"not checked")));
+        EXPECT_THAT(events.expectTick(23, {L"third"}, true), Optional(HasSubstr(L"\"third\"")));
+    });
+}
+
+TEST_F(ControlEventsTest, ACellIsEditedInPlace)
+{
+    shown([](test::ScriptDialog &dialog, ControlEvents &events) {
+        EXPECT_EQ(events.editCell(17, 2, 1, L"12,5"), std::nullopt);
+        EXPECT_EQ(dialog.table->item(2, 1)->text(), QStringLiteral("12,5"));
+        EXPECT_EQ(events.editCell(23, 0, 0, L"renamed"), std::nullopt);
+        EXPECT_EQ(dialog.tree->topLevelItem(0)->text(0), QStringLiteral("renamed"));
+        EXPECT_THAT(events.editCell(17, 3, 1, L"x"), Optional(HasSubstr(L"no such cell")));
+        dialog.table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+        EXPECT_THAT(events.editCell(17, 0, 1, L"x"), Optional(HasSubstr(L"edited")));
+        EXPECT_EQ(dialog.table->item(0, 1)->text(), QStringLiteral("r0"));
+    });
+}
+
+TEST_F(ControlEventsTest, KeysGoToTheControlByTheirNames)
+{
+    shown([](test::ScriptDialog &dialog, ControlEvents &events) {
+        EXPECT_EQ(events.clickItem(23, {L"first"}), std::nullopt);
+        EXPECT_EQ(events.pressKey(23, L"down"), std::nullopt);
+        EXPECT_EQ(dialog.tree->currentItem(), dialog.tree->topLevelItem(1));
+        EXPECT_EQ(events.pressKey(23, L"space"), std::nullopt);
+        EXPECT_EQ(dialog.tree->topLevelItem(1)->checkState(0), Qt::Checked);
+        EXPECT_THAT(events.pressKey(23, L"f13"), Optional(HasSubstr(L"\"f13\"")));
+        EXPECT_THAT(events.pressKey(18, L"space"), Optional(HasSubstr(L"disabled")));
+    });
+}
+
 TEST_F(ControlEventsTest, EnablingIsExpectedEitherWay)
 {
     shown([](test::ScriptDialog &, ControlEvents &events) {

@@ -88,6 +88,20 @@ TEST_F(ScriptTest, ADialogsControlsAreWorkedByNumber)
     EXPECT_TRUE(drawing().findLayer(L"After").has_value());
 }
 
+TEST_F(ScriptTest, ItemsTicksCellsAndKeysAreWorkedByNumber)
+{
+    const ScriptResult result = run("dialog\nitem 23 second\nexpect-item 23 second\nitem 23 first inner\n"
+                                    "expect-item 23 inner\ntick 23 first on\nexpect-tick 23 first on\n"
+                                    "expect-tick 23 second off\nedit 17 0 1 \"a b\"\nexpect-cell 17 0 1 \"a b\"\n"
+                                    "key 23 down\nclose\n");
+    EXPECT_EQ(result.code, kDone) << result.message;
+    EXPECT_THAT(run("dialog\ntick 23 first\n").message, HasSubstr("s:2: tick needs more words"));
+    EXPECT_THAT(run("dialog\ntick 23 first yes\n").message, HasSubstr("s:2: on or off is missing"));
+    EXPECT_THAT(run("dialog\nexpect-tick 23 first on\n").message, HasSubstr("s:2: control 23"));
+    EXPECT_THAT(run("dialog\nedit 17 x 1 a\n").message, HasSubstr("s:2: a whole number is missing"));
+    EXPECT_THAT(run("dialog\nkey 23 hop\n").message, HasSubstr("there is no key \"hop\""));
+}
+
 TEST_F(ScriptTest, CloseTakesTheCancelPathAndTheNextLineRunsWithoutTheDialog)
 {
     const ScriptResult result = run("dialog\nclose\nclick 10\n");

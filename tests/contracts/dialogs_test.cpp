@@ -299,6 +299,38 @@ TEST_F(DialogContract, EveryPatternHasAPictureOfItsOwn)
     EXPECT_EQ(inkOf(patternPicture(L"NOSUCH", {72, 54}, Qt::black, Qt::white)), 0);
 }
 
+TEST_F(DialogContract, APictureOfAPatternIsSharpOnAScreenOfManyPixels)
+{
+    for (const wchar_t *pattern : {L"NET", L"NET3"}) {
+        const QImage plain = patternPicture(pattern, {72, 54}, Qt::black, Qt::white);
+        const QImage fine = patternPicture(pattern, {72, 54}, Qt::black, Qt::white, 2.0);
+        EXPECT_EQ(fine.size(), QSize(144, 108));
+        EXPECT_EQ(fine.devicePixelRatio(), 2.0);
+        // Lines of the same places, twice as long and twice as wide.
+        EXPECT_NEAR(inkOf(fine), 4.0 * inkOf(plain), 0.5 * inkOf(fine));
+        EXPECT_NE(fine.convertToFormat(QImage::Format_RGB32), plain.scaled(144, 108));
+    }
+}
+TEST_F(DialogContract, EveryFieldOfThePaletteStandsOutAgainstTheWindow)
+{
+    for (const QColor &window : {QColor(Qt::white), QColor(Qt::black)}) {
+        person([&](CAdUiBaseDialog &dialog) {
+            auto *grid = dialog.Control<ColorGrid>(kControlColours);
+            QPalette colours = grid->palette();
+            colours.setColor(QPalette::Window, window);
+            colours.setColor(QPalette::Mid, Qt::gray);
+            grid->setPalette(colours);
+            const QImage image = grid->grab().toImage();
+            for (int index = 1; index <= 255; ++index) {
+                const QRect field = grid->fieldOf(index);
+                EXPECT_EQ(image.pixelColor(field.left(), field.center().y()), QColor(Qt::gray)) << index;
+                EXPECT_EQ(image.pixelColor(field.right() + 1, field.center().y()), QColor(Qt::gray)) << index;
+            }
+        });
+        int color = 256; // by layer, so that no field is framed
+        acedSetColorDialog(color, true, 7);
+    }
+}
 TEST_F(DialogContract, OurOwnPatternsAreDescribedInTheProgramsLanguage)
 {
     for (const auto &[language, words] : {std::pair{"en", "crossing lines"}, std::pair{"hr", "ukrižene crte"}}) {

@@ -115,6 +115,9 @@ bool ColorGrid::event(QEvent *event)
 void ColorGrid::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    // A border around each field, or white ones would be lost on a light window and black ones on a dark one.
+    for (int index = 1; index <= kLast; ++index)
+        painter.fillRect(fieldOf(index).adjusted(0, 0, 1, 1), palette().color(QPalette::Mid));
     for (int index = 1; index <= kLast; ++index)
         painter.fillRect(fieldOf(index).adjusted(1, 1, 0, 0), screenColor(index));
     if (m_index < 1 || m_index > kLast)

@@ -47,15 +47,17 @@ QString descriptionOf(const Pattern &pattern)
 
 } // namespace
 
-QImage patternPicture(const std::wstring &name, const QSize &size, const QColor &ink, const QColor &ground)
+QImage patternPicture(const std::wstring &name, const QSize &size, const QColor &ink, const QColor &ground,
+                      double ratio)
 {
-    QImage image(size, QImage::Format_RGB32);
+    QImage image((QSizeF(size) * ratio).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
     image.fill(ground);
     const Pattern *pattern = PatternLibrary::instance().find(name);
     QPainter painter(&image);
     if (!pattern || pattern->families.empty()) {
         if (pattern)
-            painter.fillRect(image.rect().adjusted(4, 4, -4, -4), ink);
+            painter.fillRect(QRect(QPoint(), size).adjusted(4, 4, -4, -4), ink);
         return image;
     }
     painter.setRenderHint(QPainter::Antialiasing);
@@ -129,9 +131,9 @@ void PatternDialog::fill(const std::wstring &current, bool showCustom)
     for (const Pattern *pattern : library.all()) {
         if (!showCustom && library.isUsers(pattern->name))
             continue;
-        auto *item =
-            new QListWidgetItem(QIcon(QPixmap::fromImage(patternPicture(pattern->name, kPicture, ink, ground))),
-                                QString::fromStdWString(pattern->name), m_list);
+        auto *item = new QListWidgetItem(
+            QIcon(QPixmap::fromImage(patternPicture(pattern->name, kPicture, ink, ground, devicePixelRatioF()))),
+            QString::fromStdWString(pattern->name), m_list);
         item->setToolTip(descriptionOf(*pattern));
         item->setData(Qt::AccessibleTextRole, item->text() + QStringLiteral(", ") + item->toolTip());
         if (pattern->name == startName)

@@ -13,8 +13,10 @@ class QListWidget;
 
 namespace velmor {
 
-/// A picture of a pattern: some of its lines in ink on ground, enlarged so that they can be told apart.
-QImage patternPicture(const std::wstring &name, const QSize &size, const QColor &ink, const QColor &ground);
+/// A picture of a pattern: some of its lines in ink on ground, enlarged so that they can be told apart. ratio: of the
+/// screen's pixels to those of the size.
+QImage patternPicture(const std::wstring &name, const QSize &size, const QColor &ink, const QColor &ground,
+                      double ratio = 1.0);
 
 class PatternDialog final : public DefaultButtonDialog {
     Q_OBJECT
