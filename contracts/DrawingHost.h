@@ -89,6 +89,7 @@ public:
 
 private:
     friend class AcDbObject;
+    friend class AcDbBlockTableRecordIterator;
     friend class velmor::ObjectAccess;
     AcDbObjectId(AcDbObject *object, std::uint64_t drawing) : m_object(object), m_drawing(drawing) {}
     AcDbObject *m_object = nullptr;
@@ -421,11 +422,24 @@ public:
                                           bool skipErased = true) const = 0;
 };
 
+/// What a walk asks about each entity of a record, in one byte each. The host keeps it beside the record's list, so
+/// that a walk over a whole drawing passes by what it doesn't want without touching it.
+struct AcDbEntityTags {
+    static constexpr std::uint8_t kAsk = 0;    ///< the object itself has to be asked
+    static constexpr std::uint8_t kErased = 1; ///< any other: neither erased nor open for writing, and of that class
+    std::uint8_t at(std::size_t index) const { return bytes ? bytes[index] : kAsk; }
+    const std::uint8_t *bytes = nullptr;       ///< as long as the list was when a walk began; null: all are to be asked
+    const AcRxClass *const *classes = nullptr; ///< by tag
+    std::uint64_t drawing = 0;                 ///< number of the record's drawing; 0: the objects know
+};
+
 /// Not virtual: a walk over a whole drawing runs through it.
 class ZEMX_CONTRACT AcDbBlockTableRecordIterator {
 public:
-    /// Walks the entities that the list holds now; what is added to it meanwhile is not seen.
-    AcDbBlockTableRecordIterator(const AcArray<AcDbEntity *> &entities, bool skipErased);
+    /// Walks the entities that the list holds now; what is added to it meanwhile is not seen. The tags, if there are
+    /// any, are those of the list and live as long as it.
+    AcDbBlockTableRecordIterator(const AcArray<AcDbEntity *> &entities, bool skipErased,
+                                 const AcDbEntityTags *tags = nullptr);
     void start(bool atBeginning = true, bool skipErased = true);
     bool done() const { return m_next == m_size; }
     void step(bool forward = true, bool skipErased = true)
@@ -437,6 +451,14 @@ public:
             while (++m_next != m_size && isErasedAt(m_next)) {
             }
     }
+    /// The exact class of the entity, without opening it; null for one that could not be opened for reading now.
+    const AcRxClass *readableClass() const
+    {
+        if (m_next == m_size)
+            return nullptr;
+        const std::uint8_t tag = m_tags.at(m_next);
+        return tag > AcDbEntityTags::kErased ? m_tags.classes[tag] : readableClassAnyWay();
+    }
     Acad::ErrorStatus getEntity(AcDbEntity *&entity, AcDb::OpenMode mode) const
     {
         if (mode == AcDb::kForRead && m_next != m_size && openForRead(m_next)) {
@@ -445,21 +467,31 @@ public:
         }
         return getEntityAnyWay(entity, mode);
     }
-    Acad::ErrorStatus getEntityId(AcDbObjectId &id) const;
+    Acad::ErrorStatus getEntityId(AcDbObjectId &id) const
+    {
+        if (m_next == m_size || m_tags.drawing == 0)
+            return getEntityIdAnyWay(id);
+        id = AcDbObjectId(m_entities[m_next], m_tags.drawing);
+        return Acad::eOk;
+    }
 
 private:
     void stepAnyWay(bool forward, bool skipErased);
+    const AcRxClass *readableClassAnyWay() const;
     Acad::ErrorStatus getEntityAnyWay(AcDbEntity *&entity, AcDb::OpenMode mode) const;
+    Acad::ErrorStatus getEntityIdAnyWay(AcDbObjectId &id) const;
     bool isErasedAt(std::size_t index) const;
     bool openForRead(std::size_t index) const;
     const AcArray<AcDbEntity *> &m_entities;
+    const AcDbEntityTags &m_tags;
     std::size_t m_next = 0;
     std::size_t m_size;
 };
 
 inline bool AcDbBlockTableRecordIterator::isErasedAt(std::size_t index) const
 {
-    return m_entities[index]->isErased();
+    const std::uint8_t tag = m_tags.at(index);
+    return tag == AcDbEntityTags::kErased || (tag == AcDbEntityTags::kAsk && m_entities[index]->isErased());
 }
 inline bool AcDbBlockTableRecordIterator::openForRead(std::size_t index) const
 {

@@ -2,7 +2,7 @@
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "definition/DefinitionMessages.h"
-#include "dialogs/EntityWalk.h"
+#include "geometry/EntityWalk.h"
 #include "ui_definition.h"
 
 using ZEMGis::CModuleConfiguration;

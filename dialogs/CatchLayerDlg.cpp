@@ -3,7 +3,7 @@
 #include "controls/MyToolTipCtrl.h"
 #include "controls/WideText.h"
 #include "dialogs/DialogTexts.h"
-#include "dialogs/EntityWalk.h"
+#include "geometry/EntityWalk.h"
 #include "ui_catch_layers.h"
 
 #include <QSignalBlocker>

@@ -2,13 +2,12 @@
 #include "geometry/ZEMCBoundary.h"
 
 #include "contracts/CoreServices.h"
+#include "geometry/EntityWalk.h"
 #include "geometry/Trace.h"
 
 #include <boost/container/flat_set.hpp>
 
 #include <algorithm>
-#include <memory>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -26,64 +25,13 @@ IdSet &KnownPolylineIds()
     return ids;
 }
 
-/// Tells whether an entity's class is exactly one of the two. All objects of one C++ type have the same class, so each
-/// type is asked once: a walk meets the same few types over and over, and the question costs more than the rest of it.
-class PolylineTest {
-public:
-    bool operator()(const AcDbEntity &entity)
-    {
-        const std::type_info *const type = &typeid(entity);
-        if (type == m_other)
-            return false;
-        if (type == m_polyline)
-            return true;
-        const AcRxClass *const kind = entity.isA();
-        const bool is = kind == AcDbPolyline::desc() || kind == AcDb2dPolyline::desc();
-        (is ? m_polyline : m_other) = type;
-        return is;
-    }
-
-private:
-    const std::type_info *m_polyline = nullptr, *m_other = nullptr; ///< the types that were met last
-};
-
-/// Calls visit(id) for each polyline of each block of the working drawing. False when the block table or an iterator
-/// could not be had, which ends the walk.
+/// Calls visit(id) for each polyline of each block of the working drawing: an entity of exactly one of the two classes.
+/// False when the block table or an iterator could not be had, which ends the walk.
 template <class Visit>
 bool WalkPolylines(Visit visit)
 {
-    AcDbDatabase *database = acdbHostApplicationServices()->workingDatabase();
-    AcDbBlockTable *table = nullptr;
-    if (!database || database->getBlockTable(table, AcDb::kForRead) != Acad::eOk)
-        return false;
-    AcDbBlockTableIterator *newBlocks = nullptr;
-    const Acad::ErrorStatus status = table->newIterator(newBlocks, true, true);
-    table->close();
-    if (status != Acad::eOk)
-        return false;
-
-    PolylineTest isPolyline;
-    const std::unique_ptr<AcDbBlockTableIterator> blocks(newBlocks);
-    for (; !blocks->done(); blocks->step()) {
-        AcDbBlockTableRecord *record = nullptr;
-        if (blocks->getRecord(record, AcDb::kForRead) != Acad::eOk)
-            continue;
-        AcDbBlockTableRecordIterator *newEntities = nullptr;
-        const Acad::ErrorStatus entityStatus = record->newIterator(newEntities, true, true);
-        record->close();
-        if (entityStatus != Acad::eOk)
-            return false;
-        const std::unique_ptr<AcDbBlockTableRecordIterator> entities(newEntities);
-        for (; !entities->done(); entities->step()) {
-            AcDbEntity *entity = nullptr;
-            if (entities->getEntity(entity, AcDb::kForRead) != Acad::eOk)
-                continue;
-            if (isPolyline(*entity) && !entity->isErased())
-                visit(entity->objectId());
-            entity->close();
-        }
-    }
-    return true;
+    const AcRxClass *const polyline = AcDbPolyline::desc(), *const polyline2d = AcDb2dPolyline::desc();
+    return WalkEntityIds([=](const AcRxClass *kind) { return kind == polyline || kind == polyline2d; }, visit);
 }
 
 /// Sorts ids that come in a few rising runs, as a walk gives them, by merging neighbours; far quicker than a sort that

@@ -14,6 +14,7 @@ void setWithdrawn(Drawing::Private &d, AcDbObject &object, bool withdrawn)
     else if (d.handlesListed && ObjectAccess::host(object).handle != 0)
         d.handles.insert(object);
     ObjectAccess::set(object, kErased | kWithdrawn, withdrawn);
+    noteState(object);
 }
 
 void exchangeFlags(Change &change)

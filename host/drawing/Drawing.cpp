@@ -518,6 +518,7 @@ void Drawing::setColorOf(AcDbEntity &entity, int colorIndex)
 void Drawing::Private::setErased(AcDbEntity &entity, bool erasing)
 {
     ObjectAccess::set(entity, kErased, erasing);
+    noteState(entity);
     touch(entity, 0);
     if (kindOf(entity) != EntityKind::BlockReference)
         return;

@@ -6,6 +6,7 @@
 
 #include "contracts/DrawingHost.h"
 #include "host/drawing/Entities.h"
+#include "host/drawing/EntityTags.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -91,7 +92,8 @@ private:
     friend class Drawing;
     std::wstring m_name;
     AcGePoint3d m_basePoint;
-    std::vector<AcDbEntity *> m_entities;
+    std::vector<AcDbEntity *> m_entities; ///< only ever grows
+    mutable EntityTags m_tags;
     std::vector<AcDbEntity *> m_erasedWithIt; ///< they come back with it
 };
 

@@ -97,6 +97,7 @@ public:
     static Drawing *drawing(const AcDbObject &object);
 
     static std::vector<AcDbEntity *> &entities(BlockRecord &record) { return record.m_entities; }
+    static EntityTags &tags(BlockRecord &record) { return record.m_tags; }
     static AcGePoint3d &basePoint(BlockRecord &record) { return record.m_basePoint; }
     static std::wstring &name(BlockRecord &record) { return record.m_name; }
     static std::vector<AcDbEntity *> &erasedWithIt(BlockRecord &record) { return record.m_erasedWithIt; }
@@ -161,5 +162,8 @@ public:
                 h.m_patternType, h.m_style,     h.m_associative,  h.m_loops,        h.m_families};
     }
 };
+
+/// To be called when an object was erased, came back or was opened for writing: walks over its record look anew.
+void noteState(AcDbObject &object);
 
 } // namespace velmor

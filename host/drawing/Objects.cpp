@@ -38,6 +38,7 @@ Acad::ErrorStatus openObject(AcDbObject &object, AcDb::OpenMode mode)
     if (host.readers > 0)
         return Acad::eWasOpenForRead;
     host.readers = -1;
+    velmor::noteState(object);
     return Acad::eOk;
 }
 
@@ -69,6 +70,7 @@ Acad::ErrorStatus AcDbObject::upgradeOpen()
     if (m_host.readers != 1)
         return m_host.readers == 0 ? Acad::eInvalidInput : Acad::eWasOpenForRead;
     m_host.readers = -1;
+    velmor::noteState(*this);
     return Acad::eOk;
 }
 
@@ -165,8 +167,14 @@ AcDbHostApplicationServices *acdbHostApplicationServices()
 
 AcDbBlockTableIterator::~AcDbBlockTableIterator() = default;
 
-AcDbBlockTableRecordIterator::AcDbBlockTableRecordIterator(const AcArray<AcDbEntity *> &entities, bool skipErased)
-    : m_entities(entities), m_size(entities.size())
+namespace {
+/// Of a list that the host keeps none for.
+constexpr AcDbEntityTags s_noTags{};
+} // namespace
+
+AcDbBlockTableRecordIterator::AcDbBlockTableRecordIterator(const AcArray<AcDbEntity *> &entities, bool skipErased,
+                                                           const AcDbEntityTags *tags)
+    : m_entities(entities), m_tags(tags ? *tags : s_noTags), m_size(entities.size())
 {
     start(true, skipErased);
 }
@@ -216,7 +224,13 @@ Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntityAnyWay(AcDbEntity *&ent
     return status;
 }
 
-Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntityId(AcDbObjectId &id) const
+const AcRxClass *AcDbBlockTableRecordIterator::readableClassAnyWay() const
+{
+    const AcDbEntity &entity = *m_entities[m_next];
+    return entity.isErased() || ObjectAccess::host(entity).readers < 0 ? nullptr : entity.isA();
+}
+
+Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntityIdAnyWay(AcDbObjectId &id) const
 {
     id.setNull();
     if (m_next == m_size)
@@ -230,7 +244,7 @@ namespace velmor {
 Acad::ErrorStatus BlockRecord::newIterator(AcDbBlockTableRecordIterator *&iterator, bool atBeginning,
                                            bool skipErased) const
 {
-    iterator = new AcDbBlockTableRecordIterator(m_entities, skipErased);
+    iterator = new AcDbBlockTableRecordIterator(m_entities, skipErased, &m_tags.settled(*this));
     if (!atBeginning)
         iterator->start(false, skipErased);
     return Acad::eOk;
