@@ -124,14 +124,11 @@ double memoryOfLoading(const std::string &path)
     return peak(path) - peak("");
 }
 
-/// A walk over all records and all entities, each opened, tested for its class and closed; or only asked for its class,
-/// as boundary tracing does.
+/// A walk over all records and all entities, each opened, tested for its class and closed; or by seeking the
+/// class, as boundary tracing does.
 std::size_t walk(AcDbDatabase &database, bool opening)
 {
     std::size_t polylines = 0;
-    const auto isPolyline = [](const AcRxClass *kind) {
-        return kind == AcDbPolyline::desc() || kind == AcDb2dPolyline::desc();
-    };
     AcDbBlockTable *table = nullptr;
     database.getBlockTable(table, AcDb::kForRead);
     AcDbBlockTableIterator *records = nullptr;
@@ -144,15 +141,20 @@ std::size_t walk(AcDbDatabase &database, bool opening)
         AcDbBlockTableRecordIterator *entities = nullptr;
         record->newIterator(entities);
         record->close();
-        for (entities->start(); !entities->done(); entities->step()) {
+        const auto seek = [&] {
+            if (!opening)
+                entities->seek(AcDbPolyline::desc(), AcDb2dPolyline::desc());
+        };
+        for (entities->start(), seek(); !entities->done(); entities->step(), seek()) {
             if (!opening) {
-                polylines += isPolyline(entities->readableClass());
+                ++polylines;
                 continue;
             }
             AcDbEntity *entity = nullptr;
             if (entities->getEntity(entity, AcDb::kForRead) != Acad::eOk)
                 continue;
-            polylines += isPolyline(entity->isA());
+            const AcRxClass *kind = entity->isA();
+            polylines += kind == AcDbPolyline::desc() || kind == AcDb2dPolyline::desc();
             entity->close();
         }
         delete entities;
@@ -210,11 +212,11 @@ void compare(std::size_t segments, bool isR12, const std::filesystem::path &fold
     for (const auto &block : drawing->blocks())
         count += block->entities().size();
     const auto each = static_cast<double>(count);
-    std::size_t opened = 0, asked = 0;
+    std::size_t opened = 0, sought = 0;
     const double opening = bestOf(25, [&] { opened = walk(*drawing, true); }) / each;
-    const double asking = bestOf(25, [&] { asked = walk(*drawing, false); }) / each;
-    if (opened != asked) {
-        std::fprintf(stderr, "%zu polylines were opened, %zu found by their class\n", opened, asked);
+    const double seeking = bestOf(25, [&] { sought = walk(*drawing, false); }) / each;
+    if (opened != sought) {
+        std::fprintf(stderr, "%zu polylines were opened, %zu found by their class\n", opened, sought);
         std::exit(3);
     }
 
@@ -226,8 +228,8 @@ void compare(std::size_t segments, bool isR12, const std::filesystem::path &fold
     if (python > 0.0)
         std::printf("  ezdxf reads in %.1f ms: ratio %.4f (0.05)\n", python * 1e3, load / python);
     std::printf("  memory %.1f MB: %.2f times the file (3)\n", memory / 1e6, memory / size);
-    std::printf("  walk over %zu entities: %.2f ns each opened (5), %.2f ns each asked\n", count, opening * 1e9,
-                asking * 1e9);
+    std::printf("  walk over %zu entities: %.2f ns each opened (5), %.2f ns each by seeking\n", count, opening * 1e9,
+                seeking * 1e9);
 }
 
 } // namespace

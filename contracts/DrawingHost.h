@@ -429,7 +429,7 @@ struct AcDbEntityTags {
     static constexpr std::uint8_t kErased = 1; ///< any other: neither erased nor open for writing, and of that class
     std::uint8_t at(std::size_t index) const { return bytes ? bytes[index] : kAsk; }
     const std::uint8_t *bytes = nullptr;       ///< as long as the list was when a walk began; null: all are to be asked
-    const AcRxClass *const *classes = nullptr; ///< by tag
+    const AcRxClass *const *classes = nullptr; ///< by tag; null behind the last
     std::uint64_t drawing = 0;                 ///< number of the record's drawing; 0: the objects know
 };
 
@@ -459,6 +459,14 @@ public:
         const std::uint8_t tag = m_tags.at(m_next);
         return tag > AcDbEntityTags::kErased ? m_tags.classes[tag] : readableClassAnyWay();
     }
+    /// From the entity where it stands on, that one included, to the first whose readable class is one of the two;
+    /// done() when there is none. All entities on the way are looked at.
+    void seek(const AcRxClass *kind, const AcRxClass *otherKind)
+    {
+        if (const AcRxClass *here = readableClass(); here != nullptr && (here == kind || here == otherKind))
+            return;
+        seekOn(kind, otherKind);
+    }
     Acad::ErrorStatus getEntity(AcDbEntity *&entity, AcDb::OpenMode mode) const
     {
         if (mode == AcDb::kForRead && m_next != m_size && openForRead(m_next)) {
@@ -477,6 +485,7 @@ public:
 
 private:
     void stepAnyWay(bool forward, bool skipErased);
+    void seekOn(const AcRxClass *kind, const AcRxClass *otherKind);
     const AcRxClass *readableClassAnyWay() const;
     Acad::ErrorStatus getEntityAnyWay(AcDbEntity *&entity, AcDb::OpenMode mode) const;
     Acad::ErrorStatus getEntityIdAnyWay(AcDbObjectId &id) const;
@@ -484,6 +493,8 @@ private:
     bool openForRead(std::size_t index) const;
     const AcArray<AcDbEntity *> &m_entities;
     const AcDbEntityTags &m_tags;
+    const AcRxClass *m_sought[2] = {nullptr, nullptr}; ///< last, and ...
+    std::uint8_t m_soughtTags[2] = {0, 0};             ///< ... their tags
     std::size_t m_next = 0;
     std::size_t m_size;
 };

@@ -5,9 +5,9 @@
 
 #include <memory>
 
-/// Steps through all entities of the working drawing that are not erased, model space, paper spaces and block
-/// definitions alike, and calls visit with the iterator at each of them. A record that can't be opened is passed over;
-/// false when the block table or an iterator can't be had, which ends the walk.
+/// Calls visit(iterator) for each block record of the working drawing: model space, paper spaces and block definitions.
+/// The iterator stands at the record's first entity and passes over erased ones. A record that can't be opened is
+/// passed over; false when the block table or an iterator can't be had, which ends the walk.
 template <class Visit>
 bool WalkRecords(Visit visit)
 {
@@ -31,34 +31,37 @@ bool WalkRecords(Visit visit)
         if (entityStatus != Acad::eOk)
             return false;
         const std::unique_ptr<AcDbBlockTableRecordIterator> entities(newEntities);
-        for (; !entities->done(); entities->step())
-            visit(*entities);
+        visit(*entities);
     }
     return true;
 }
 
-/// Calls visit(entity) with each of them, open for reading. One that can't be opened is passed over.
+/// Calls visit(entity) with each entity of them, open for reading. One that can't be opened is passed over.
 template <class Visit>
 bool WalkEntities(Visit visit)
 {
-    return WalkRecords([&visit](const AcDbBlockTableRecordIterator &at) {
-        AcDbEntity *entity = nullptr;
-        if (at.getEntity(entity, AcDb::kForRead) != Acad::eOk)
-            return;
-        visit(*entity);
-        entity->close();
+    return WalkRecords([&visit](AcDbBlockTableRecordIterator &entities) {
+        for (; !entities.done(); entities.step()) {
+            AcDbEntity *entity = nullptr;
+            if (entities.getEntity(entity, AcDb::kForRead) != Acad::eOk)
+                continue;
+            visit(*entity);
+            entity->close();
+        }
     });
 }
 
-/// Calls visit(id) with each that could be opened for reading and whose class isWanted(class) takes. No entity is
-/// opened, or touched at all, for that: in a large drawing the objects lie in no cache, so looking at each of them
-/// costs far more than asking the iterator.
-template <class IsWanted, class Visit>
-bool WalkEntityIds(IsWanted isWanted, Visit visit)
+/// Calls visit(id) with each entity of them that could be opened for reading and is of exactly one of the two classes.
+/// None is opened, or touched at all, for that: in a large drawing the objects lie in no cache, and looking at each of
+/// them costs far more than asking the iterator.
+template <class Visit>
+bool WalkEntityIds(const AcRxClass *kind, const AcRxClass *otherKind, Visit visit)
 {
-    return WalkRecords([&](const AcDbBlockTableRecordIterator &at) {
-        AcDbObjectId id;
-        if (const AcRxClass *kind = at.readableClass(); kind && isWanted(kind) && at.getEntityId(id) == Acad::eOk)
-            visit(id);
+    return WalkRecords([&](AcDbBlockTableRecordIterator &entities) {
+        for (entities.seek(kind, otherKind); !entities.done(); entities.step(), entities.seek(kind, otherKind)) {
+            AcDbObjectId id;
+            if (entities.getEntityId(id) == Acad::eOk)
+                visit(id);
+        }
     });
 }

@@ -30,12 +30,10 @@ IdSet &KnownPolylineIds()
 template <class Visit>
 bool WalkPolylines(Visit visit)
 {
-    const AcRxClass *const polyline = AcDbPolyline::desc(), *const polyline2d = AcDb2dPolyline::desc();
-    return WalkEntityIds([=](const AcRxClass *kind) { return kind == polyline || kind == polyline2d; }, visit);
+    return WalkEntityIds(AcDbPolyline::desc(), AcDb2dPolyline::desc(), visit);
 }
 
-/// Sorts ids that come in a few rising runs, as a walk gives them, by merging neighbours; far quicker than a sort that
-/// has to find that out.
+/// Sorts ids that come in a few rising runs, as a walk gives them; far quicker than a sort that has to find that out.
 void SortRuns(IdSet::sequence_type &ids)
 {
     std::vector<std::size_t> starts = {0};
@@ -43,14 +41,31 @@ void SortRuns(IdSet::sequence_type &ids)
         if (ids[i] < ids[i - 1])
             starts.push_back(i);
     }
+    if (starts.size() == 1)
+        return;
+    // What was read lies in blocks of memory that are whole runs, so one copy puts nearly all ids in their order.
+    std::vector<std::pair<std::size_t, std::size_t>> runs;
+    for (std::size_t run = 0; run < starts.size(); ++run)
+        runs.emplace_back(starts[run], run + 1 < starts.size() ? starts[run + 1] : ids.size());
+    std::sort(runs.begin(), runs.end(), [&ids](const auto &a, const auto &b) { return ids[a.first] < ids[b.first]; });
+    IdSet::sequence_type ordered;
+    ordered.reserve(ids.capacity());
+    starts.clear();
+    for (const auto &[begin, end] : runs) {
+        starts.push_back(ordered.size());
+        ordered.insert(ordered.end(), ids.data() + begin, ids.data() + end);
+    }
+    ids.swap(ordered);
+    // The others are merged, neighbour with neighbour.
     while (starts.size() > 1) {
         std::vector<std::size_t> merged;
         for (std::size_t run = 0; run < starts.size(); run += 2) {
             merged.push_back(starts[run]);
             if (run + 1 == starts.size())
                 break;
-            const std::size_t end = run + 2 < starts.size() ? starts[run + 2] : ids.size();
-            std::inplace_merge(ids.data() + starts[run], ids.data() + starts[run + 1], ids.data() + end);
+            const std::size_t middle = starts[run + 1], end = run + 2 < starts.size() ? starts[run + 2] : ids.size();
+            if (ids[middle] < ids[middle - 1])
+                std::inplace_merge(ids.data() + starts[run], ids.data() + middle, ids.data() + end);
         }
         starts.swap(merged);
     }

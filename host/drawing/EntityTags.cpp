@@ -4,16 +4,18 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 #include <functional>
 
 namespace velmor {
 
 namespace {
 
-/// The classes that have a tag of their own: their places. An entity of any other class is asked.
+/// The classes that have a tag of their own, which is their place here. An entity of any other class is asked.
 const auto &taggedClasses()
 {
-    static const std::array<const AcRxClass *, 17> classes = {
+    static const std::array<const AcRxClass *, 18> classes = {
         nullptr, // AcDbEntityTags::kAsk
         nullptr, // AcDbEntityTags::kErased
         AcDbLine::desc(),
@@ -31,23 +33,49 @@ const auto &taggedClasses()
         MTextEntity::desc(),
         AttributeDefinitionEntity::desc(),
         UnknownEntity::desc(),
+        nullptr,
     };
     return classes;
 }
 
-std::uint8_t tagOf(const AcDbEntity &entity)
+std::uint8_t tagNow(const AcDbEntity &entity)
 {
     if (entity.isErased())
         return AcDbEntityTags::kErased;
     // Nothing tells when it is closed.
     if (ObjectAccess::host(entity).readers < 0)
         return AcDbEntityTags::kAsk;
-    const auto &classes = taggedClasses();
-    const auto found = std::find(classes.begin() + AcDbEntityTags::kErased + 1, classes.end(), entity.isA());
-    return found == classes.end() ? AcDbEntityTags::kAsk : static_cast<std::uint8_t>(found - classes.begin());
+    return tagOf(*entity.isA(), taggedClasses().data());
 }
 
 } // namespace
+
+std::uint8_t tagOf(const AcRxClass &kind, const AcRxClass *const *classes)
+{
+    for (std::uint8_t tag = AcDbEntityTags::kErased + 1; classes[tag]; ++tag)
+        if (classes[tag] == &kind)
+            return tag;
+    return AcDbEntityTags::kAsk;
+}
+
+std::size_t findTag(const std::uint8_t *bytes, std::size_t from, std::size_t end, std::uint8_t tag, std::uint8_t other)
+{
+    // Eight at once: a byte is 0 where taking 1 from it borrows, and the lowest such place is exact.
+    constexpr std::uint64_t kOnes = 0x0101010101010101, kTops = 0x8080808080808080;
+    const auto zeros = [](std::uint64_t word) { return (word - kOnes) & ~word & kTops; };
+    if constexpr (std::endian::native == std::endian::little) {
+        for (; from + sizeof(std::uint64_t) <= end; from += sizeof(std::uint64_t)) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, bytes + from, sizeof word);
+            static_assert(AcDbEntityTags::kAsk == 0);
+            if (const std::uint64_t met = zeros(word) | zeros(word ^ tag * kOnes) | zeros(word ^ other * kOnes))
+                return from + static_cast<std::size_t>(std::countr_zero(met)) / 8;
+        }
+    }
+    while (from != end && bytes[from] != AcDbEntityTags::kAsk && bytes[from] != tag && bytes[from] != other)
+        ++from;
+    return from;
+}
 
 const AcDbEntityTags &EntityTags::settled(const BlockRecord &record)
 {
@@ -57,7 +85,7 @@ const AcDbEntityTags &EntityTags::settled(const BlockRecord &record)
     if (m_bytes.empty())
         m_bytes.reserve(entities.size());
     while (m_bytes.size() < entities.size())
-        m_bytes.push_back(tagOf(*entities[m_bytes.size()]));
+        m_bytes.push_back(tagNow(*entities[m_bytes.size()]));
     retag(entities);
     m_seen = {m_bytes.data(), taggedClasses().data(),
               ObjectAccess::drawingNumber(ObjectAccess::id(const_cast<BlockRecord *>(&record)))};
@@ -78,7 +106,7 @@ void EntityTags::retag(const std::vector<AcDbEntity *> &entities)
         if (before(entity, m_changed.front()) || before(m_changed.back(), entity) ||
             !std::binary_search(m_changed.begin(), m_changed.end(), entity, before))
             continue;
-        m_bytes[i - 1] = tagOf(*entity);
+        m_bytes[i - 1] = tagNow(*entity);
         --left;
     }
     m_changed.clear();

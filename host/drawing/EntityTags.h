@@ -29,4 +29,9 @@ private:
     std::vector<AcDbEntity *> m_changed; ///< since the bytes were right; some more than once
 };
 
+/// The tag of a class in a table of AcDbEntityTags; kAsk for one that has none.
+std::uint8_t tagOf(const AcRxClass &kind, const AcRxClass *const *classes);
+/// The first place from there on that has one of the two tags or kAsk; end when there is none.
+std::size_t findTag(const std::uint8_t *bytes, std::size_t from, std::size_t end, std::uint8_t tag, std::uint8_t other);
+
 } // namespace velmor

@@ -1,5 +1,6 @@
 // Opening, closing and walking the objects of a drawing.
 #include "host/drawing/DrawingData.h"
+#include "host/drawing/EntityTags.h"
 #include "host/drawing/Journal.h"
 #include "host/drawing/Transient.h"
 
@@ -222,6 +223,24 @@ Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntityAnyWay(AcDbEntity *&ent
     if (status == Acad::eOk)
         entity = target;
     return status;
+}
+
+void AcDbBlockTableRecordIterator::seekOn(const AcRxClass *kind, const AcRxClass *otherKind)
+{
+    if (m_tags.bytes && (kind != m_sought[0] || otherKind != m_sought[1])) {
+        m_sought[0] = kind;
+        m_sought[1] = otherKind;
+        for (const int i : {0, 1})
+            m_soughtTags[i] = m_sought[i] ? velmor::tagOf(*m_sought[i], m_tags.classes) : AcDbEntityTags::kAsk;
+    }
+    while (m_next != m_size) {
+        if (m_tags.bytes)
+            m_next = velmor::findTag(m_tags.bytes, m_next, m_size, m_soughtTags[0], m_soughtTags[1]);
+        if (const AcRxClass *here = readableClass(); here != nullptr && (here == kind || here == otherKind))
+            return;
+        if (m_next != m_size)
+            ++m_next;
+    }
 }
 
 const AcRxClass *AcDbBlockTableRecordIterator::readableClassAnyWay() const

@@ -57,6 +57,17 @@ std::vector<Seen> seenIn(const BlockRecord &record)
     return seenBy(*walkOf(record));
 }
 
+/// The ids of a class, by seeking it.
+std::vector<AcDbObjectId> soughtIn(const BlockRecord &record, const AcRxClass *kind, const AcRxClass *other = nullptr)
+{
+    std::vector<AcDbObjectId> ids;
+    const auto walk = walkOf(record);
+    for (walk->seek(kind, other); !walk->done(); walk->step(), walk->seek(kind, other)) {
+        EXPECT_EQ(walk->getEntityId(ids.emplace_back()), Acad::eOk);
+    }
+    return ids;
+}
+
 std::vector<Seen> saidIn(const BlockRecord &record)
 {
     std::vector<Seen> said;
@@ -64,6 +75,15 @@ std::vector<Seen> saidIn(const BlockRecord &record)
         if (!entity->isErased())
             said.push_back(saidBy(*entity));
     return said;
+}
+
+std::vector<AcDbObjectId> saidToBe(const BlockRecord &record, const AcRxClass *kind, const AcRxClass *other = nullptr)
+{
+    std::vector<AcDbObjectId> ids;
+    for (const Seen &said : saidIn(record))
+        if (said.kind && (said.kind == kind || said.kind == other))
+            ids.push_back(said.id);
+    return ids;
 }
 
 class TagsTest : public testing::Test {
@@ -215,6 +235,54 @@ TEST_F(TagsTest, AWalkBackwardsPassesOverWhatIsErased)
     EXPECT_THAT(seen, ElementsAre(saidBy(third), saidBy(first)));
 }
 
+TEST_F(TagsTest, SeekingFindsEveryEntityOfTheTwoClassesAtAnyPlace)
+{
+    // Runs of others of every length, in front, between and behind.
+    for (int others = 0; others < 40; ++others) {
+        for (int i = 0; i < others; ++i)
+            addLine(i);
+        others % 2 == 0 ? add(std::make_unique<CircleEntity>(AcGePoint3d(), 1.0))
+                        : add(std::make_unique<PointEntity>(AcGePoint3d()));
+        const auto *const circle = CircleEntity::desc(), *const point = PointEntity::desc();
+        EXPECT_EQ(soughtIn(model, circle, point), saidToBe(model, circle, point));
+        EXPECT_EQ(soughtIn(model, point), saidToBe(model, point));
+        EXPECT_THAT(soughtIn(model, AcDbHatch::desc()), IsEmpty());
+    }
+    EXPECT_THAT(soughtIn(model, CircleEntity::desc(), PointEntity::desc()), SizeIs(40));
+}
+
+TEST_F(TagsTest, SeekingStaysWhereItFoundAndGoesOnForOtherClasses)
+{
+    addLine(0);
+    AcDbEntity &circle = add(std::make_unique<CircleEntity>(AcGePoint3d(), 1.0));
+    AcDbEntity &point = add(std::make_unique<PointEntity>(AcGePoint3d()));
+    const auto walk = walkOf(model);
+    walk->seek(CircleEntity::desc(), nullptr);
+    walk->seek(CircleEntity::desc(), nullptr);
+    EXPECT_EQ(seenAt(*walk), saidBy(circle));
+    walk->seek(PointEntity::desc(), AcDbHatch::desc());
+    EXPECT_EQ(seenAt(*walk), saidBy(point));
+    walk->seek(AcDbLine::desc(), nullptr);
+    EXPECT_TRUE(walk->done());
+    walk->seek(AcDbLine::desc(), nullptr);
+    EXPECT_TRUE(walk->done());
+}
+
+TEST_F(TagsTest, SeekingPassesOverWhatChangedAheadOfIt)
+{
+    for (int i = 0; i < 20; ++i)
+        addLine(i);
+    EXPECT_THAT(seenIn(model), SizeIs(20));
+    const auto walk = walkOf(model);
+    AcDbEntity *open = openForWriting(*model.entities()[0]);
+    drawing->erase(*model.entities()[1]);
+    walk->seek(AcDbLine::desc(), nullptr);
+    EXPECT_EQ(seenAt(*walk), saidBy(*model.entities()[2]));
+    EXPECT_EQ(soughtIn(model, AcDbLine::desc()), saidToBe(model, AcDbLine::desc()));
+    open->close();
+    EXPECT_EQ(soughtIn(model, AcDbLine::desc()), saidToBe(model, AcDbLine::desc()));
+}
+
 TEST_F(TagsTest, AListOfNoRecordIsWalkedByAskingTheObjects)
 {
     AcDbEntity &first = addLine(0), &second = addLine(1);
@@ -230,7 +298,11 @@ TEST_F(TagsTest, AfterAnyChangesAWalkSeesWhatTheObjectsSay)
     std::mt19937 random(5);
     std::vector<AcDbEntity *> open;
     std::unique_ptr<AcDbBlockTableRecordIterator> underWay;
-    const auto look = [](const BlockRecord &record) { EXPECT_EQ(seenIn(record), saidIn(record)); };
+    const auto look = [](const BlockRecord &record) {
+        EXPECT_EQ(seenIn(record), saidIn(record));
+        const auto *const polyline = AcDbPolyline::desc(), *const polyline2d = AcDb2dPolyline::desc();
+        EXPECT_EQ(soughtIn(record, polyline, polyline2d), saidToBe(record, polyline, polyline2d));
+    };
     for (int round = 0; round < kRounds && !HasFailure(); ++round) {
         SCOPED_TRACE(round);
         switch (random() % 12) {
