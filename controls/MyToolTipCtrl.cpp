@@ -9,16 +9,11 @@
 
 #include <algorithm>
 
-namespace {
-
-/// Text that the toolkit shows as it is, whatever it looks like.
-QString plainTip(const std::wstring &text)
+QString PlainTip(const std::wstring &text)
 {
     const QString tip = ToQString(text);
     return Qt::mightBeRichText(tip) ? Qt::convertFromPlainText(tip, Qt::WhiteSpaceNormal) : tip;
 }
-
-} // namespace
 
 CMyToolTipCtrl::~CMyToolTipCtrl()
 {
@@ -32,7 +27,7 @@ bool CMyToolTipCtrl::AddWindowTool(QWidget *window, const std::wstring &text)
 {
     if (!window)
         return false;
-    const QString tip = plainTip(text);
+    const QString tip = PlainTip(text);
     const auto found =
         std::ranges::find_if(m_windowTools, [window](const WindowTool &tool) { return tool.window == window; });
     if (found != m_windowTools.end())
@@ -47,7 +42,7 @@ bool CMyToolTipCtrl::AddRectTool(QWidget *window, const std::wstring &text, cons
 {
     if (!window)
         return false;
-    const RectTool tool{window, plainTip(text), rect, id};
+    const RectTool tool{window, PlainTip(text), rect, id};
     const auto found = std::ranges::find_if(
         m_rectTools, [&](const RectTool &other) { return other.window == window && other.id == id; });
     if (found != m_rectTools.end())

@@ -11,6 +11,9 @@
 
 class QWidget;
 
+/// A tip's text that the toolkit shows as it is, whatever markup it looks like.
+QString PlainTip(const std::wstring &text);
+
 /// Each tool lives as long as this control and its window do: the dialog makes one of these at its start. Texts are
 /// plain. A tool added once more takes the new text.
 class CMyToolTipCtrl : public QObject {

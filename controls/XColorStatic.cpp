@@ -1,9 +1,13 @@
 #include "controls/XColorStatic.h"
 
+#include "controls/MyToolTipCtrl.h"
 #include "controls/ReadableColour.h"
+#include "controls/WideText.h"
 
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QToolTip>
 
 #include <algorithm>
 #include <string_view>
@@ -148,6 +152,24 @@ QColor CXColorStatic::TextColour() const
     if (m_crBackground)
         return m_crText ? ColourOf(*m_crText) : ReadableText(desktop, ColourOf(*m_crBackground));
     return m_crText ? ReadableColour(ColourOf(*m_crText), palette().color(backgroundRole())) : desktop;
+}
+
+bool CXColorStatic::IsCutOff() const
+{
+    return m_icon.isNull() && (TextFlags() & Qt::TextSingleLine) != 0 &&
+           fontMetrics().boundingRect(QRect(), TextFlags(), text()).width() > width() - m_nXMargin;
+}
+
+bool CXColorStatic::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
+        if (IsCutOff())
+            QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), PlainTip(ToWide(text())), this);
+        else
+            event->ignore();
+        return true;
+    }
+    return QLabel::event(event);
 }
 
 void CXColorStatic::paintEvent(QPaintEvent *)

@@ -15,6 +15,8 @@
 /// Alignment as of any label: centred vertically means one line, otherwise, and from the start, the text begins at the
 /// top and is broken between words. The text is plain.
 ///
+/// One line that is wider than the label shows whole in a tip, unless the label has a tip of its own.
+///
 /// Every setter has a redraw argument: true paints the label at once, false leaves that to the next paint.
 class CXColorStatic : public QLabel {
     Q_OBJECT
@@ -49,6 +51,7 @@ public:
     int heightForWidth(int width) const override;
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
@@ -56,6 +59,7 @@ private:
     QSize WithMargins(const QSize &ofText) const;
     int IconSize() const;
     int TextFlags() const;
+    bool IsCutOff() const;
     void Redraw(bool redraw);
 
     std::optional<ColorRef> m_crText; ///< none: the desktop's

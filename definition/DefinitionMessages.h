@@ -26,6 +26,7 @@ enum : unsigned {
     kEntityPrompt = 2006,
     kAutoCount = 2007,
     kParameterEmpty = 2155,
+    kCurrentSection = 2226,
     kInfoWord = 2666,
     kSaved = 3498,
     kLayerStatus = 3996,
@@ -40,5 +41,6 @@ enum : unsigned {
     kSettings = 60003,
     kZoomFactor = 60005,
     kExampleTable = 60006,
+    kStatus = 60007,
 };
 } // namespace MessageId

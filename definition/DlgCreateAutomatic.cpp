@@ -107,7 +107,7 @@ void CDlgCreateCatchmentArea::SearchWithIslands(const AcGePoint3d &point, AutoSe
 {
     AcDbObjectId boundary;
     AcDbObjectIdArray islands;
-    if (!CZEMCBoundary::CreateBoundary(point, boundary, islands, m_layerSelection))
+    if (!CZEMCBoundary::CreateBoundary(point, boundary, islands, m_layerSelection.Name()))
         return;
     AddTempBoundary(boundary);
     for (const AcDbObjectId &island : islands)
@@ -128,7 +128,7 @@ void CDlgCreateCatchmentArea::SearchWithIslands(const AcGePoint3d &point, AutoSe
 void CDlgCreateCatchmentArea::SearchWithoutIslands(const AcGePoint3d &point, AutoSearch &search)
 {
     AcDbObjectId boundary;
-    if (!CZEMCBoundary::CreateBoundary(point, boundary, m_layerSelection))
+    if (!CZEMCBoundary::CreateBoundary(point, boundary, m_layerSelection.Name()))
         return;
     AddTempBoundary(boundary);
     AcGePoint3d centre;

@@ -16,7 +16,9 @@
 #include "definition/CentreGrid.h"
 #include "definition/EnablingTable.h"
 #include "dialogs/CatchItemData.h"
+#include "dialogs/DefaultButtonDialog.h"
 #include "dialogs/DialogControls.h"
+#include "dialogs/EntitySet.h"
 
 #include <QString>
 
@@ -92,7 +94,6 @@ private:
     void LoadDefaultLabelBlock();
     void InsertLabelBlock();
     void BuildLayerSelection();
-    void FreeLayerSelection();
 
     // Members and controls
     void RefreshMembers();
@@ -208,6 +209,7 @@ private:
     void OnBtnInfoAreas();
 
     std::unique_ptr<Ui::DefinitionForm> m_ui;
+    std::unique_ptr<CFocusedDefault> m_focusedDefault;
 
     // Values bound to controls
     int m_bCatchmentType = 1;
@@ -232,9 +234,9 @@ private:
     AcDbObjectId m_lastBoundary;
     AcDbObjectIdArray m_lastIslands;
     AcDbObjectIdArray m_noIslandHatches;
-    AcDbObjectIdArray m_tempHatches;    ///< preview hatches to erase
-    AcDbObjectIdArray m_erased;         ///< both, once they were
-    ads_name m_layerSelection = {0, 0}; ///< entities on the boundary layers
+    AcDbObjectIdArray m_tempHatches; ///< preview hatches to erase
+    AcDbObjectIdArray m_erased;      ///< both, once they were
+    CEntitySet m_layerSelection;     ///< entities on the boundary layers
     CStringArray m_boundaryLayers;
     std::vector<AreaPtr> m_allAreas;
     std::set<std::wstring> m_usedNames;

@@ -2,6 +2,7 @@
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "controls/WideText.h"
+#include "definition/DefinitionMessages.h"
 #include "ui_definition.h"
 
 using namespace ControlId;
@@ -53,5 +54,5 @@ void CDlgCreateCatchmentArea::EnableControls(const CControlSet &controls, bool e
 
 void CDlgCreateCatchmentArea::SetStatus(const std::wstring &text, std::uint32_t colour)
 {
-    SetColouredText(m_ui->textStatus, text, colour);
+    SetNamedText(m_ui->textStatus, MessageId::kStatus, text, colour);
 }

@@ -99,7 +99,7 @@ void CDlgCreateCatchmentArea::OnBtnPickPoint()
     const auto askForPoint = [&] {
         // What a click would take is shown while the pointer rests.
         const CZEMCPointMonitor preview([this](const AcGePoint3d &at, std::vector<ZEMCRing> &rings) {
-            return acedTraceBoundary(at, m_bSearchSubCatchments != 0, m_layerSelection, rings);
+            return acedTraceBoundary(at, m_bSearchSubCatchments != 0, m_layerSelection.Name(), rings);
         });
         return getPoint(nullptr, MessageId::kPointPrompt, point);
     };
@@ -117,8 +117,8 @@ bool CDlgCreateCatchmentArea::DefineAroundPoint(const AcGePoint3d &point)
     AcDbObjectId boundary;
     AcDbObjectIdArray islands;
     const bool found = m_bSearchSubCatchments
-                           ? CZEMCBoundary::CreateBoundary(point, boundary, islands, m_layerSelection)
-                           : CZEMCBoundary::CreateBoundary(point, boundary, m_layerSelection);
+                           ? CZEMCBoundary::CreateBoundary(point, boundary, islands, m_layerSelection.Name())
+                           : CZEMCBoundary::CreateBoundary(point, boundary, m_layerSelection.Name());
     if (!found) {
         alertNoBoundary();
         return true;

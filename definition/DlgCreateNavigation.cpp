@@ -86,8 +86,7 @@ void CDlgCreateCatchmentArea::ShowCurrentSection()
 {
     if (const SectionPtr section = CurrentSection()) {
         const std::wstring name = section->GetName();
-        SetColouredText(m_ui->textSection, name, kColourPlain);
-        m_toolTip.AddWindowTool(m_ui->textSection, name); // a long name does not fit in
+        SetNamedText(m_ui->textSection, MessageId::kCurrentSection, name, kColourPlain);
         m_ui->editName->setText(ToQString(MakeAreaName(name)));
     }
     HighlightCurrentSection();

@@ -166,24 +166,12 @@ void CDlgCreateCatchmentArea::SaveSettings()
 
 void CDlgCreateCatchmentArea::BuildLayerSelection()
 {
-    FreeLayerSelection();
-    acedSSAdd(nullptr, nullptr, m_layerSelection);
+    m_layerSelection.Renew();
     if (m_boundaryLayers.empty())
         return;
     const std::set<std::wstring> layers(m_boundaryLayers.begin(), m_boundaryLayers.end());
     WalkEntities([&](const AcDbEntity &entity) {
-        if (!layers.contains(entity.layer()))
-            return;
-        ads_name name = {0, 0};
-        if (acdbGetAdsName(name, entity.objectId()) == Acad::eOk)
-            acedSSAdd(name, m_layerSelection, m_layerSelection);
+        if (layers.contains(entity.layer()))
+            m_layerSelection.Add(entity);
     });
-}
-
-void CDlgCreateCatchmentArea::FreeLayerSelection()
-{
-    if (m_layerSelection[0] == 0 && m_layerSelection[1] == 0)
-        return;
-    acedSSFree(m_layerSelection);
-    m_layerSelection[0] = m_layerSelection[1] = 0;
 }

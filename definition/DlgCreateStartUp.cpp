@@ -71,6 +71,7 @@ constexpr auto kAccessibleNames = std::to_array<CMessageRow>({
     {kComboMethod, 1979},
     {kSwatchDefined, 1986},
     {kSwatchCurrent, 1987},
+    {kTextSection, MessageId::kCurrentSection},
 });
 
 /// Who gets a keyboard letter, in the order in which they choose: what is used most comes first.
@@ -118,6 +119,7 @@ CDlgCreateCatchmentArea::CDlgCreateCatchmentArea(QWidget *parent)
     : CAdUiBaseDialog(parent), m_ui(std::make_unique<Ui::DefinitionForm>())
 {
     m_ui->setupUi(this);
+    m_focusedDefault = std::make_unique<CFocusedDefault>(*this);
     ConnectControls();
 }
 
@@ -137,7 +139,7 @@ CDlgCreateCatchmentArea::~CDlgCreateCatchmentArea()
     }
     atEnd([] { CCatchmentAreaManager::Instance()->UnMarkAllCatchments(ZEMGis::Sewage::kTypeAll); });
     atEnd([] { acedRedraw(nullptr, 4); });
-    atEnd([this] { FreeLayerSelection(); });
+    atEnd([this] { m_layerSelection.Free(); });
 }
 
 void CDlgCreateCatchmentArea::ConnectControls()

@@ -20,8 +20,7 @@ void CDlgCreateCatchmentArea::OnBtnLayers()
     if (dialog.DoModal() != kOk)
         return;
     m_boundaryLayers = dialog.m_chosenLayers;
-    FreeLayerSelection();
-    std::copy_n(dialog.m_selectionSet, 2, m_layerSelection);
+    m_layerSelection = std::move(dialog.m_selectionSet);
     ShowLayerSummary();
 }
 

@@ -28,7 +28,7 @@ constexpr auto kMarked = std::to_array<int>({kGroupLayers, kCheckSelectedOnly});
 } // namespace
 
 CCatchLayerDlg::CCatchLayerDlg(QWidget *parent)
-    : CAdUiBaseDialog(parent), m_ui(std::make_unique<Ui::CatchLayerForm>()),
+    : CDefaultButtonDialog(parent), m_ui(std::make_unique<Ui::CatchLayerForm>()),
       m_toolTip(std::make_unique<CMyToolTipCtrl>())
 {
     m_ui->setupUi(this);
@@ -98,7 +98,7 @@ void CCatchLayerDlg::ApplySelection()
 {
     m_selectedLayers.clear();
     m_chosenLayers.clear();
-    NewSelectionSet();
+    m_selectionSet.Renew(); // nobody but the dialog has the old one yet
     for (int row = 0; row < m_ui->listLayers->count(); ++row) {
         if (const QListWidgetItem *entry = m_ui->listLayers->item(row); entry->isSelected())
             m_selectedLayers.push_back(ToWide(entry->text()));
@@ -112,9 +112,7 @@ void CCatchLayerDlg::ApplySelection()
         if (!layers.contains(entity.layer()))
             return;
         m_entityIds.push_back(entity.objectId());
-        ads_name name = {0, 0};
-        if (acdbGetAdsName(name, entity.objectId()) == Acad::eOk)
-            acedSSAdd(name, m_selectionSet, m_selectionSet);
+        m_selectionSet.Add(entity);
     });
 }
 
@@ -165,20 +163,6 @@ void CCatchLayerDlg::OnOK()
 
 void CCatchLayerDlg::OnCancel()
 {
-    FreeSelectionSet();
+    m_selectionSet.Free();
     EndDialog(kCancel);
-}
-
-void CCatchLayerDlg::NewSelectionSet()
-{
-    FreeSelectionSet(); // nobody but the dialog has it yet
-    acedSSAdd(nullptr, nullptr, m_selectionSet);
-}
-
-void CCatchLayerDlg::FreeSelectionSet()
-{
-    if (m_selectionSet[0] == 0 && m_selectionSet[1] == 0)
-        return;
-    acedSSFree(m_selectionSet);
-    m_selectionSet[0] = m_selectionSet[1] = 0;
 }

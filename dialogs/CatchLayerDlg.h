@@ -1,7 +1,8 @@
 // Chooses the layers whose entities may bound a catchment area.
 #pragma once
 
-#include "contracts/HostDialog.h"
+#include "dialogs/DefaultButtonDialog.h"
+#include "dialogs/EntitySet.h"
 
 #include <memory>
 
@@ -14,7 +15,7 @@ class CatchLayerForm;
 /// host. Layer names compare exactly, case included. A name that the list does not have selects all its entries.
 ///
 /// Nothing is told here; what can't be opened is passed over.
-class CCatchLayerDlg : public CAdUiBaseDialog {
+class CCatchLayerDlg : public CDefaultButtonDialog {
     Q_OBJECT
 public:
     explicit CCatchLayerDlg(QWidget *parent = nullptr);
@@ -24,8 +25,8 @@ public:
     CStringArray m_chosenLayers;
     /// All entities on the chosen layers, of every space and block.
     AcDbObjectIdArray m_entityIds;
-    /// The same entities. After OK the caller's to free; otherwise the dialog has freed it.
-    ads_name m_selectionSet = {0, 0};
+    /// The same entities, for the caller to take over after OK; otherwise freed.
+    CEntitySet m_selectionSet;
 
 protected:
     bool OnInitDialog() override;
@@ -41,8 +42,6 @@ private:
     void ShowEntries(const CStringArray &names);
     void OnBtnPick();
     void OnCheckSelectedOnly();
-    void NewSelectionSet();
-    void FreeSelectionSet();
 
     std::unique_ptr<Ui::CatchLayerForm> m_ui;
     std::unique_ptr<CMyToolTipCtrl> m_toolTip;

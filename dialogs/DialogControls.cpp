@@ -24,6 +24,12 @@ void SetColouredText(CXColorStatic *label, const std::wstring &text, std::uint32
     label->SetBold(true, false);
 }
 
+void SetNamedText(CXColorStatic *label, unsigned message, const std::wstring &text, std::uint32_t colour)
+{
+    SetColouredText(label, text, colour);
+    label->setAccessibleName(ToQString(text.empty() ? Msg(message) : Msg(message) + L": " + text));
+}
+
 void SetUpNumericFields(const CAdUiBaseDialog &dialog, std::span<const CNumericField> fields)
 {
     for (const CNumericField &field : fields) {

@@ -21,6 +21,9 @@ void SetNumber(AMSEdit::CAMSNumericEdit *edit, double value);
 
 /// Bold, in a colour in blue, green, red byte order.
 void SetColouredText(CXColorStatic *label, const std::wstring &text, std::uint32_t colour);
+/// The same; who hears the dialog hears before the text the message that says what it is, and that alone when the text
+/// is empty.
+void SetNamedText(CXColorStatic *label, unsigned message, const std::wstring &text, std::uint32_t colour);
 
 /// A numeric edit: how many digits it takes before and behind the point, and whether a sign.
 struct CNumericField {

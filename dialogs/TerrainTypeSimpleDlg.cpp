@@ -8,7 +8,6 @@
 
 #include <QHeaderView>
 #include <QSignalBlocker>
-#include <QTextDocument>
 
 #include <algorithm>
 #include <array>
@@ -55,16 +54,10 @@ constexpr int kNameColumn = 0, kFlowColumn = 1;
 constexpr int kDecimalsAtStart = 4;
 constexpr int kDecimalsAfterChange = 2;
 
-/// A name that looks like markup is shown as it is.
-QString plainTip(const QString &name)
-{
-    return Qt::mightBeRichText(name) ? Qt::convertFromPlainText(name, Qt::WhiteSpaceNormal) : name;
-}
-
 } // namespace
 
 CTerrainTypeSimpleDlg::CTerrainTypeSimpleDlg(QWidget *parent)
-    : CAdUiBaseDialog(parent), m_ui(std::make_unique<Ui::TerrainTypeForm>()),
+    : CDefaultButtonDialog(parent), m_ui(std::make_unique<Ui::TerrainTypeForm>()),
       m_toolTip(std::make_unique<CMyToolTipCtrl>())
 {
     m_ui->setupUi(this);
@@ -133,7 +126,7 @@ void CTerrainTypeSimpleDlg::FillList(int decimals)
     for (std::size_t i = 0; i < names.size(); ++i) {
         auto *row = new QTreeWidgetItem(m_ui->listTerrains);
         row->setText(kNameColumn, ToQString(names[i]));
-        row->setToolTip(kNameColumn, plainTip(ToQString(names[i])));
+        row->setToolTip(kNameColumn, PlainTip(names[i]));
         row->setText(kFlowColumn, ToQString(FixedDecimals(flows[i], decimals)));
         row->setTextAlignment(kFlowColumn, Qt::AlignRight | Qt::AlignVCenter);
     }

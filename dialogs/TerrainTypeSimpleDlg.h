@@ -2,7 +2,7 @@
 #pragma once
 
 #include "catalog/ZEMTerrainTypeCatalog.h"
-#include "contracts/HostDialog.h"
+#include "dialogs/DefaultButtonDialog.h"
 
 #include <memory>
 #include <string>
@@ -14,7 +14,7 @@ class TerrainTypeForm;
 
 /// Works on a catalogue of its own, which goes into the drawing and into the file on OK alone. A save that fails is not
 /// told; it leaves the file as it was.
-class CTerrainTypeSimpleDlg : public CAdUiBaseDialog {
+class CTerrainTypeSimpleDlg : public CDefaultButtonDialog {
     Q_OBJECT
 public:
     explicit CTerrainTypeSimpleDlg(QWidget *parent = nullptr);

@@ -54,8 +54,8 @@ struct Desktop {
     QPalette tip = QToolTip::palette();
 };
 
-/// The style frames boxes and fields darker than the window, which in the dark nobody sees; there they get a frame in
-/// the weak colour of texts.
+/// The style frames boxes, fields and panels darker than the window, which in the dark nobody sees; there they get a
+/// frame in the weak colour of texts.
 class FramedStyle final : public QProxyStyle {
 public:
     FramedStyle() : QProxyStyle(QStringLiteral("fusion")) { setObjectName(QLatin1String(kStyleName)); }
@@ -66,16 +66,23 @@ public:
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         const bool isRound = element == PE_IndicatorRadioButton;
         const bool isField = element == PE_FrameLineEdit && !(option->state & State_HasFocus);
-        if ((!isRound && !isField && element != PE_IndicatorCheckBox && element != PE_IndicatorItemViewItemCheck) ||
+        const bool isPanel = element == PE_Frame; // round a list, a status line
+        if ((!isRound && !isField && !isPanel && element != PE_IndicatorCheckBox &&
+             element != PE_IndicatorItemViewItemCheck) ||
             option->palette.color(QPalette::Window).lightnessF() > 0.5)
             return;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(option->palette.color(QPalette::Disabled, QPalette::WindowText));
+        QColor pen = option->palette.color(QPalette::Disabled, QPalette::WindowText);
+        if (isPanel)
+            pen.setAlphaF(0.6F); // it holds much, and need not shout
+        painter->setPen(pen);
         painter->setBrush(Qt::NoBrush);
         const QRectF frame = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
         if (isRound)
             painter->drawEllipse(frame);
+        else if (isPanel)
+            painter->drawRect(frame);
         else
             painter->drawRoundedRect(frame, 1.5, 1.5);
         painter->restore();

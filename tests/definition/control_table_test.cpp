@@ -9,6 +9,7 @@
 #include <QLocale>
 #include <QRadioButton>
 #include <QScopeGuard>
+#include <QTest>
 
 using namespace ZEMGis;
 using AMSEdit::CAMSNumericEdit;
@@ -165,30 +166,76 @@ TEST_F(ControlTable, TextFromCodeIsHeldToTheEditsDigitsAndSign)
     });
 }
 
-TEST_F(ControlTable, EnterInAControlNeverEndsTheDialogAndPressesAButtonThatHasTheFocus)
+void pressEnter(QWidget *widget)
+{
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(widget, &event);
+    }
+}
+
+/// Numbers of the buttons that are drawn as the one that Enter presses.
+std::vector<int> ringed(const CDialogUnderTest &dialog)
+{
+    std::vector<int> buttons;
+    for (const QPushButton *button : dialog.findChildren<QPushButton *>())
+        if (button->isDefault())
+            buttons.push_back(button->property(kControlIdProperty).toInt());
+    return buttons;
+}
+
+TEST_F(ControlTable, TheDialogOpensWithTheSelectionOfSectionsAsItsDefaultButton)
 {
     run([](CDialogUnderTest &dialog) {
-        const auto enter = [](QWidget *widget) {
-            for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
-                QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-                QApplication::sendEvent(widget, &event);
-            }
-        };
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        EXPECT_TRUE(dialog.GetDlgItem(203)->hasFocus());
+        EXPECT_THAT(ringed(dialog), ElementsAre(203));
+    });
+}
+
+TEST_F(ControlTable, EnterInAFieldEndsNothingAndPressesNothingAndNoButtonIsRingedThere)
+{
+    run([](CDialogUnderTest &dialog) {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        int pressed = 0;
+        for (const QPushButton *button : dialog.findChildren<QPushButton *>())
+            QObject::connect(button, &QPushButton::clicked, button, [&] { ++pressed; });
         for (const Row &row : kRows) {
             QWidget *widget = dialog.GetDlgItem(row.control);
-            if (qobject_cast<QPushButton *>(widget))
+            if (qobject_cast<QPushButton *>(widget) || !widget->isVisible())
                 continue;
             widget->setEnabled(true);
-            enter(widget);
+            if (widget->focusPolicy() != Qt::NoFocus) {
+                widget->setFocus();
+                EXPECT_TRUE(widget->hasFocus()) << row.control;
+                EXPECT_THAT(ringed(dialog), testing::IsEmpty()) << row.control;
+            }
+            pressEnter(widget);
             EXPECT_TRUE(dialog.isVisible()) << row.control;
         }
-        int pressed = 0;
-        auto *next = dialog.Control<QPushButton>(205);
-        next->setEnabled(true);
-        QObject::connect(next, &QPushButton::clicked, next, [&] { ++pressed; });
-        const Notification::SetActiveCommand other(L"OTHER"); // its handler need not run
-        enter(next);
-        EXPECT_EQ(pressed, 2);
+        EXPECT_EQ(pressed, 0);
+    });
+}
+
+TEST_F(ControlTable, ThePushButtonWithTheFocusIsTheOneWithTheRingAndEnterPressesIt)
+{
+    run([&](CDialogUnderTest &dialog) {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        select(dialog, {L"D1", L"D2"});
+        const Notification::SetActiveCommand other(L"OTHER"); // no handler need run
+        for (QPushButton *button : dialog.findChildren<QPushButton *>()) {
+            const int control = button->property(kControlIdProperty).toInt();
+            // The picks ask without looking for another command, the last one closes, the first opens its menu.
+            if (!button->isVisible() || testing::Matches(testing::AnyOf(203, 208, 209, 239, 290, 2))(control))
+                continue;
+            int pressed = 0;
+            QObject::connect(button, &QPushButton::clicked, button, [&] { ++pressed; });
+            button->setEnabled(true);
+            button->setFocus();
+            EXPECT_THAT(ringed(dialog), ElementsAre(control));
+            pressEnter(button);
+            EXPECT_EQ(pressed, 2) << control;
+        }
     });
 }
 

@@ -4,6 +4,8 @@
 #include "controls/WideText.h"
 #include "definition/ReadableColour.h"
 
+#include <QHelpEvent>
+#include <QToolTip>
 #include <QTreeWidgetItem>
 
 #include <fstream>
@@ -263,16 +265,54 @@ TEST_F(StartUp, WithoutLayersTheSummarySaysSo)
     });
 }
 
-TEST_F(StartUp, EveryControlThatTakesTheFocusHasAnAccessibleName)
+TEST_F(StartUp, EveryControlHasAnAccessibleNameAtTheStartAndAfterASelection)
 {
-    run([](CDialogUnderTest &dialog) {
-        for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
-            if (widget->focusPolicy() == Qt::NoFocus || !widget->property(kControlIdProperty).isValid())
-                continue;
-            QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(const_cast<QWidget *>(widget));
-            ASSERT_NE(accessible, nullptr);
-            EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty()) << widget->property(kControlIdProperty).toInt();
-        }
+    for (const char *language : {"hr", "en"}) {
+        velmor::Services::instance().start({.language = language}, velmor::Services::instance().paths());
+        run([&](CDialogUnderTest &dialog) {
+            const auto nameOf = [&](int control) {
+                QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(dialog.GetDlgItem(control));
+                return accessible ? accessible->text(QAccessible::Name) : QString();
+            };
+            const auto allHaveNames = [&] {
+                int count = 0;
+                for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
+                    if (const QVariant number = widget->property(kControlIdProperty); number.isValid()) {
+                        ++count;
+                        EXPECT_FALSE(nameOf(number.toInt()).isEmpty()) << number.toInt();
+                    }
+                }
+                EXPECT_EQ(count, 61);
+            };
+            allHaveNames();
+            dialog.choose(257, 0);
+            select(dialog, {L"D1"});
+            EXPECT_EQ(dialog.text(281), ""); // which says nothing to those who see it
+            allHaveNames();
+            EXPECT_EQ(nameOf(266), ToQString(message(2226) + L": D1"));
+            EXPECT_EQ(nameOf(332), ToQString(message(1986)));
+            EXPECT_EQ(nameOf(333), ToQString(message(1987)));
+        });
+    }
+}
+
+TEST_F(StartUp, AStatusThatIsCutOffShowsWholeInItsTipAndAShortOneHasNone)
+{
+    run([&](CDialogUnderTest &dialog) {
+        auto *status = dialog.Control<QLabel>(281);
+        const auto tip = [&] {
+            QToolTip::hideText();
+            QHelpEvent help(QEvent::ToolTip, QPoint(3, 3), status->mapToGlobal(QPoint(3, 3)));
+            QApplication::sendEvent(status, &help);
+            return QToolTip::isVisible() ? QToolTip::text() : QString();
+        };
+        EXPECT_EQ(tip(), "");
+        const int height = status->height();
+        const QString text = QStringLiteral("Automatski definirano površina: 2000 <- ").repeated(20).trimmed();
+        status->setText(text);
+        QApplication::processEvents();
+        EXPECT_EQ(tip(), text);
+        EXPECT_EQ(status->height(), height); // it stays one line
     });
 }
 
@@ -337,15 +377,6 @@ TEST_F(StartUp, EscapeAndTheCloseButtonBothEndTheDialog)
         QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
         QApplication::sendEvent(&dialog, &escape);
         EXPECT_FALSE(dialog.isVisible());
-    });
-}
-
-TEST_F(StartUp, EnterInAnEditPressesNothing)
-{
-    run([](CDialogUnderTest &dialog) {
-        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-        QApplication::sendEvent(dialog.GetDlgItem(218), &enter);
-        EXPECT_TRUE(dialog.isVisible());
     });
 }
 

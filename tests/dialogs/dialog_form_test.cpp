@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QTest>
 
 namespace {
 
@@ -27,11 +28,11 @@ protected:
     }
 };
 
-TEST_F(SmallDialogForm, EveryControlThatTakesTheFocusHasAnAccessibleName)
+TEST_F(SmallDialogForm, EveryControlHasAnAccessibleName)
 {
     inEach([](CAdUiBaseDialog &dialog) {
         for (QWidget *widget : dialog.findChildren<QWidget *>()) {
-            if (widget->focusPolicy() == Qt::NoFocus || !widget->property(kControlIdProperty).isValid())
+            if (!widget->property(kControlIdProperty).isValid())
                 continue;
             QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(widget);
             ASSERT_NE(accessible, nullptr);
@@ -78,32 +79,79 @@ TEST_F(SmallDialogForm, NothingIsCutOffAtTwiceTheFontToo)
     QApplication::setFont(usual);
 }
 
-TEST_F(SmallDialogForm, EnterEndsNeitherAndEscapeEndsBoth)
+/// Controls besides the push buttons that take the focus.
+std::vector<int> fieldsOf(const CAdUiBaseDialog &dialog)
 {
-    inEach([](CAdUiBaseDialog &dialog) {
-        for (QWidget *widget : dialog.findChildren<QWidget *>()) {
-            if (widget->focusPolicy() == Qt::NoFocus || qobject_cast<QPushButton *>(widget))
-                continue;
-            QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-            QApplication::sendEvent(widget, &enter);
-            EXPECT_TRUE(dialog.isVisible()) << widget->objectName().toStdString();
-        }
-        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-        QApplication::sendEvent(&dialog, &escape);
-        EXPECT_FALSE(dialog.isVisible());
-    });
+    std::vector<int> fields;
+    for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
+        const QVariant number = widget->property(kControlIdProperty);
+        if (number.isValid() && widget->focusPolicy() != Qt::NoFocus && !qobject_cast<const QPushButton *>(widget))
+            fields.push_back(number.toInt());
+    }
+    return fields;
 }
 
-TEST_F(SmallDialogForm, EnterOnAButtonPressesIt)
+void press(QWidget *widget, int key)
+{
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(widget, &event);
+}
+
+template <class Dialog>
+class OkDialogForm : public SmallDialogTest {
+};
+using OkDialogs = testing::Types<CCatchLayerDlg, CTerrainTypeSimpleDlg>;
+TYPED_TEST_SUITE(OkDialogForm, OkDialogs);
+
+TYPED_TEST(OkDialogForm, EnterInAFieldOrAListPressesOkWhichIsTheDefaultButton)
+{
+    const std::vector<int> fields = fieldsOf(TypeParam());
+    ASSERT_GE(fields.size(), 2u);
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        for (const int field : fields) {
+            TypeParam dialog;
+            EXPECT_EQ(this->run(dialog,
+                                [&] {
+                                    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+                                    dialog.GetDlgItem(field)->setFocus();
+                                    for (const int button : {1, 2})
+                                        EXPECT_EQ(dialog.template Control<QPushButton>(button)->isDefault(),
+                                                  button == 1);
+                                    press(dialog.GetDlgItem(field), key);
+                                    EXPECT_FALSE(dialog.isVisible()) << field;
+                                }),
+                      CAdUiBaseDialog::kOk)
+                << field;
+        }
+    }
+}
+
+TYPED_TEST(OkDialogForm, EscapeEndsItWithCancelFromEachControl)
+{
+    for (const int field : fieldsOf(TypeParam())) {
+        TypeParam dialog;
+        EXPECT_EQ(this->run(dialog,
+                            [&] {
+                                press(dialog.GetDlgItem(field), Qt::Key_Escape);
+                                EXPECT_FALSE(dialog.isVisible()) << field;
+                            }),
+                  CAdUiBaseDialog::kCancel);
+    }
+}
+
+TYPED_TEST(OkDialogForm, EnterOnAButtonPressesThatOneWhichThenIsTheDefault)
 {
     for (const int control : {1, 2}) {
-        CTerrainTypeSimpleDlg dialog;
-        EXPECT_EQ(run(dialog,
-                      [&] {
-                          QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-                          QApplication::sendEvent(dialog.GetDlgItem(control), &enter);
-                          EXPECT_FALSE(dialog.isVisible()) << control;
-                      }),
+        TypeParam dialog;
+        EXPECT_EQ(this->run(dialog,
+                            [&] {
+                                ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+                                auto *button = dialog.template Control<QPushButton>(control);
+                                button->setFocus();
+                                EXPECT_TRUE(button->isDefault()) << control;
+                                press(button, Qt::Key_Return);
+                                EXPECT_FALSE(dialog.isVisible()) << control;
+                            }),
                   control);
     }
 }

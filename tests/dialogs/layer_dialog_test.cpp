@@ -25,7 +25,6 @@ protected:
         m_b = addLine(L"B");
         addLine(L"C");
     }
-    ~LayerDialog() override { acedSSFree(m_dialog.m_selectionSet); }
 
     QListWidget &list() { return *m_dialog.Control<QListWidget>(210); }
     QListWidgetItem *entry(const wchar_t *name)
@@ -57,7 +56,7 @@ protected:
     }
     AcDbObjectIdArray inSet()
     {
-        const velmor::SelectionSet *set = m_session.selectionSets().find(m_dialog.m_selectionSet);
+        const velmor::SelectionSet *set = m_session.selectionSets().find(m_dialog.m_selectionSet.Name());
         return set ? set->members() : AcDbObjectIdArray{AcDbObjectId()};
     }
     void pick(AcDbObjectIdArray ids)
@@ -290,6 +289,35 @@ TEST_F(LayerDialog, AfterOkTheSetIsTheCallers)
 TEST_F(LayerDialog, EscapeAndCancelEndItWithCancel)
 {
     EXPECT_EQ(run([&] { click(m_dialog, 2); }), CAdUiBaseDialog::kCancel);
+    EXPECT_EQ(run([&] {
+                  QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+                  QApplication::sendEvent(&list(), &escape);
+                  EXPECT_FALSE(m_dialog.isVisible());
+              }),
+              CAdUiBaseDialog::kCancel);
+}
+
+TEST_F(LayerDialog, AfterOkItsSetIsTheCallersAndOtherwiseItIsFreed)
+{
+    const std::size_t before = m_session.selectionSets().size();
+    CEntitySet taken;
+    {
+        CCatchLayerDlg dialog;
+        dialog.m_chosenLayers = {L"A"};
+        ASSERT_EQ(SmallDialogTest::run(dialog, [&] { click(dialog, 1); }), CAdUiBaseDialog::kOk);
+        taken = std::move(dialog.m_selectionSet);
+        EXPECT_TRUE(dialog.m_selectionSet.IsNone());
+    }
+    const velmor::SelectionSet *set = m_session.selectionSets().find(taken.Name());
+    ASSERT_NE(set, nullptr);
+    EXPECT_THAT(set->members(), UnorderedElementsAre(m_a1, m_a2));
+    {
+        CCatchLayerDlg dialog; // nobody takes what it has
+        SmallDialogTest::run(dialog, [&] { click(dialog, 1); });
+    }
+    EXPECT_EQ(m_session.selectionSets().size(), before + 1);
+    taken.Free();
+    EXPECT_EQ(m_session.selectionSets().size(), before);
 }
 
 TEST_F(LayerDialog, WithoutADrawingItOpensEmpty)

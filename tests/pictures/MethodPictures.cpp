@@ -27,7 +27,7 @@ namespace {
 
 using namespace ControlId;
 
-constexpr QSize kDialog(960, 700);
+constexpr QSize kDialog(960, 480);
 constexpr int kDrawingWidth = 560;
 
 void choose(CAdUiBaseDialog &dialog, int control, int itemData)

@@ -64,7 +64,7 @@ bool picturesOf(const std::filesystem::path &drawing, const QDir &folder, const 
     done = save(window, folder.filePath(QStringLiteral("network") + look)) && done;
 
     session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
-        dialog.resize(960, 700);
+        dialog.resize(960, 480);
         done = save(dialog, folder.filePath(QStringLiteral("definition") + look)) && done;
     });
     CDlgCreateCatchmentArea definition;
