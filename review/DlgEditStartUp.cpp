@@ -165,6 +165,7 @@ void CDlgEditCatchmentArea::ConnectControls()
     click(m_ui->btnPick, &Dialog::OnBtnPick);
     click(m_ui->btnPattern, &Dialog::OnBtnPattern);
     click(m_ui->btnLabel, &Dialog::OnBtnLabel);
+    click(m_ui->btnDefineLabel, &Dialog::OnBtnDefineLabel);
     click(m_ui->btnEraseLabels, &Dialog::OnBtnEraseLabels);
     CCatchmentTree *tree = m_ui->treeAreas;
     Handle(tree, &QTreeWidget::itemSelectionChanged, &Dialog::OnTreeSelectionChanged);

@@ -2,6 +2,7 @@
 
 #include "contracts/CoreServices.h"
 #include "definition/DlgCreateCatchmentArea.h"
+#include "dialogs/DlgCatchmentSections.h"
 
 namespace {
 
@@ -18,4 +19,11 @@ void RunSewageCreate()
 void RunSewageEdit()
 {
     acedAlert(ZEMGis::CModuleConfiguration::Instance()->GetMsg(kReviewNotAvailable).c_str());
+}
+
+void RunSectionShares(boost::shared_ptr<ZEMGis::Sewage::CCatchmentArea> area)
+{
+    CDlgCatchmentSections dialog(nullptr);
+    dialog.m_area = std::move(area);
+    dialog.DoModal();
 }

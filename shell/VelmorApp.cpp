@@ -1,5 +1,6 @@
 #include "shell/VelmorApp.h"
 
+#include "contracts/AreaDialogs.h"
 #include "shell/SewageCommands.h"
 
 namespace {
@@ -17,4 +18,17 @@ constexpr const CommandEntry *kCommands[] = {&kCreate, &kEdit};
 CommandTable CVelmorApp::Commands() const
 {
     return kCommands;
+}
+
+int CVelmorApp::On_kInitAppMsg(void *packet)
+{
+    const int result = AcRxArxApp::On_kInitAppMsg(packet);
+    ZEMGis::Sewage::SetSectionSharesDialog(RunSectionShares);
+    return result;
+}
+
+int CVelmorApp::On_kUnloadAppMsg(void *packet)
+{
+    ZEMGis::Sewage::SetSectionSharesDialog(nullptr);
+    return AcRxArxApp::On_kUnloadAppMsg(packet);
 }

@@ -26,7 +26,7 @@ const std::map<std::string, std::set<std::string>> &arrows()
         {"dialogs", {"controls", "controls/rules", "catalog", "geometry", "contracts"}},
         {"definition", {"dialogs", "controls", "controls/rules", "catalog", "geometry", "contracts"}},
         {"review", {"dialogs", "controls", "controls/rules", "catalog", "geometry", "contracts"}},
-        {"shell", {"contracts", "definition", "review"}},
+        {"shell", {"contracts", "dialogs", "definition", "review"}},
         {"overview", {"contracts"}},
         {"host", {"contracts"}},
         {"host/boundary", {}},
