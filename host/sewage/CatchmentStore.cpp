@@ -267,6 +267,17 @@ double CatchmentStore::netHectares(const StoredArea &area)
 
 // --- Changes ------------------------------------------------------------------------------------------------
 
+template <class Change>
+void CatchmentStore::orLookAgain(AcDbEntity &entity, Change change)
+{
+    try {
+        change();
+    } catch (...) { // what the drawing did not take is not the store's either
+        m_changed.insert(&entity);
+        throw;
+    }
+}
+
 std::optional<AreaRecord> CatchmentStore::newRecord(const std::wstring &name, int type, const PropertiesPtr &properties)
 {
     bringUpToDate();
@@ -370,13 +381,13 @@ void CatchmentStore::remove(StoredArea &area)
     eraseLabels(area);
     AcDbEntity &entity = *area.m_entity;
     leave(area);
-    m_drawing.erase(entity);
+    orLookAgain(entity, [&] { m_drawing.erase(entity); });
 }
 
 void CatchmentStore::write(StoredArea &area)
 {
     const OwnChange own(*this);
-    m_drawing.setData(*area.m_entity, kAreaDataKey, toItems(area.m_record));
+    orLookAgain(*area.m_entity, [&] { m_drawing.setData(*area.m_entity, kAreaDataKey, toItems(area.m_record)); });
 }
 
 void CatchmentStore::rename(StoredArea &area, const std::wstring &name)

@@ -97,6 +97,9 @@ private:
     void entityModified(AcDbEntity &entity) override;
     void entityErased(AcDbEntity &entity, bool erased) override;
 
+    /// Changes the entity; when that fails the entity is read anew by the next query.
+    template <class Change>
+    void orLookAgain(AcDbEntity &entity, Change change);
     void readEntity(AcDbEntity &entity);
     AreaPtr enter(AcDbEntity &entity, AreaRecord record);
     void leave(StoredArea &area);

@@ -119,7 +119,7 @@ TEST_F(Erasing, OnAnythingButYesAllStaysAndTheMarksComeBack)
         for (const wchar_t *text : {L"No", L"", L"perhaps"}) {
             answer(text);
             const JournalLines lines = recorded([&] { dialog.click(250); });
-            EXPECT_TRUE(asked(lines));
+            ASSERT_TRUE(asked(lines));
             EXPECT_THAT(only(lines, {"CCatchmentArea::Mark", "CCatchmentAreaManager::DeleteCA"}),
                         ElementsAre(StartsWith("CCatchmentArea::Mark(" + guid(a)),
                                     StartsWith("CCatchmentArea::Mark(" + guid(b))));
@@ -192,6 +192,7 @@ TEST_F(Erasing, TheDeleteKeyErasesTheFocusedAreaWithoutAQuestionThoughOthersAreC
         EXPECT_FALSE(asked(lines));
         EXPECT_THAT(names(), ElementsAre("A"));
         EXPECT_THAT(only(lines, {"SetActiveCommand", "~SetActiveCommand"}), IsEmpty());
+        ASSERT_FALSE(lines.empty());
         EXPECT_EQ(lines.back(), "acedUpdateDisplay()");
     });
 }

@@ -159,8 +159,8 @@ void CReviewUnderTest::editInTree(CCatchmentTreeItem *edited, const QString &tex
     ASSERT_NE(editor, nullptr);
     editor->setText(text);
     QTest::keyClick(editor, end);
+    runPosted(); // the editor tells the tree by a posted call
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    runPosted();
 }
 
 // --- The host and its drawing -----------------------------------------------------------------------------------

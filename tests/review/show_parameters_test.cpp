@@ -160,7 +160,7 @@ TEST_F(ParametersShown, ALongValueIsCutToWhatTheFieldTakes)
 {
     addArea(L"A", 3, 0, 0.123456789, 12.5);
     run([&](CReviewUnderTest &dialog) {
-        EXPECT_EQ(dialog.text(110), "0.1235");
+        EXPECT_EQ(dialog.text(110), "0.1234");
         EXPECT_EQ(dialog.text(220), "12.5");
     });
 }

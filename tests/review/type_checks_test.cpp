@@ -132,6 +132,7 @@ TEST_F(TypeChecks, WithCheckedAreasTheyAreDisabledAndNothingChanges)
 TEST_F(TypeChecks, WithoutAnAreaOnlyTheLastOneTurnsOnAgain)
 {
     run([&](CReviewUnderTest &dialog) {
+        dialog.EnableControl(106, true);
         dialog.click(106);
         dialog.click(106);
         EXPECT_TRUE(dialog.isChecked(106));
