@@ -1,14 +1,8 @@
 #include "shell/SewageCommands.h"
 
-#include "contracts/CoreServices.h"
 #include "definition/DlgCreateCatchmentArea.h"
 #include "dialogs/DlgCatchmentSections.h"
-
-namespace {
-
-constexpr unsigned kReviewNotAvailable = 60030;
-
-} // namespace
+#include "review/DlgEditCatchmentArea.h"
 
 void RunSewageCreate()
 {
@@ -18,7 +12,8 @@ void RunSewageCreate()
 
 void RunSewageEdit()
 {
-    acedAlert(ZEMGis::CModuleConfiguration::Instance()->GetMsg(kReviewNotAvailable).c_str());
+    CDlgEditCatchmentArea dialog(nullptr);
+    dialog.DoModal();
 }
 
 void RunSectionShares(boost::shared_ptr<ZEMGis::Sewage::CCatchmentArea> area)

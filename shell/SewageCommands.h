@@ -6,7 +6,7 @@
 
 /// zemsewage_create: the dialog in which catchment areas are defined.
 void RunSewageCreate();
-/// zemsewage_edit: the dialog in which they are reviewed. This version has none and says so.
+/// zemsewage_edit: the dialog in which they are reviewed.
 void RunSewageEdit();
 /// The dialog in which the shares of an area's sections are edited.
 void RunSectionShares(boost::shared_ptr<ZEMGis::Sewage::CCatchmentArea> area);

@@ -163,10 +163,21 @@ TEST_F(ModuleInHost, ADialogThatAnExceptionLeavesIsGoneAndGivesTheDocumentBack)
     EXPECT_EQ(runs, 1);
 }
 
-TEST_F(ModuleInHost, EditSaysThatTheReviewIsNotThereYet)
+TEST_F(ModuleInHost, EditOpensTheReviewModallyAndLeavesNothingBehind)
 {
     load();
-    session.commands().run(L"zemsewage_edit");
-    ASSERT_THAT(session.alerts(), SizeIs(1));
-    EXPECT_NE(session.alerts()[0].find(L"zemsewage_edit"), std::wstring::npos);
+    int runs = 0;
+    session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
+        ++runs;
+        EXPECT_EQ(dialog.windowTitle().toStdWString(),
+                  ZEMGis::CModuleConfiguration::Instance()->GetMsg(4578));
+        EXPECT_NE(dialog.GetDlgItem(107), nullptr);
+        EXPECT_GT(session.documentLocks(), 0);
+    });
+    const auto widgetsBefore = QApplication::topLevelWidgets().size();
+    EXPECT_TRUE(session.commands().run(L"zemsewage_edit"));
+    EXPECT_EQ(runs, 1);
+    EXPECT_EQ(QApplication::topLevelWidgets().size(), widgetsBefore);
+    EXPECT_EQ(session.documentLocks(), 0);
+    EXPECT_THAT(session.alerts(), testing::IsEmpty());
 }

@@ -1,0 +1,102 @@
+// What the review dialog leaves of itself in the drawing's history: what only shows is no step.
+#include "tests/review/review_fixture.h"
+
+#include "host/drawing/ChangeLog.h"
+#include "host/editor/Asker.h"
+#include "host/editor/CommandStack.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class HistoryOfTheReview : public ReviewDialogTest {
+protected:
+    HistoryOfTheReview()
+    {
+        addSection(L"D1", {0, 5}, {10, 5});
+        addArea(L"A1", 1, 0, 0.5, 100, {{L"D1", 1.0}});
+        addArea(L"A2", 2, 20);
+        log().begin(); // what was drawn so far is no step
+        log().keep();
+        log().forget();
+    }
+    velmor::ChangeLog &log() { return drawing().component<velmor::ChangeLog>(); }
+    /// The dialog as a person has it: a command opens it.
+    void runCommand(const Drive &drive)
+    {
+        m_session.commands().addWork(L"REVIEW", 0, [&](velmor::Asker &) {
+            run(drive);
+            return velmor::Command::Next::Commit;
+        });
+        EXPECT_EQ(m_session.commands().start(L"REVIEW"), velmor::RunStatus::Done);
+    }
+};
+
+TEST_F(HistoryOfTheReview, SelectionsTicksMarksAndPicksAreNoSteps)
+{
+    runCommand([&](CReviewUnderTest &dialog) {
+        const auto before = log().undoCount();
+        dialog.select(L"A2");
+        dialog.tick(L"A1");
+        dialog.click(124);
+        dialog.click(125);
+        dialog.click(129);
+        dialog.click(134);
+        dialog.type(352, "3");
+        dialog.click(253);
+        dialog.click(114);
+        dialog.click(115);
+        pickAt(25, 5);
+        endPicking();
+        dialog.click(209);
+        EXPECT_EQ(log().undoCount(), before);
+    });
+}
+
+TEST_F(HistoryOfTheReview, LabelsOfManyAreasAreOneStep)
+{
+    const auto count = [&] {
+        int standing = 0;
+        for (AcDbEntity *entity : drawing().modelSpace().entities())
+            standing += !entity->isErased();
+        return standing;
+    };
+    const int before = count();
+    runCommand([&](CReviewUnderTest &dialog) {
+        dialog.click(124);
+        const auto steps = log().undoCount();
+        dialog.click(252);
+        // What the command itself did before belongs to the step of the first handler that changes anything.
+        EXPECT_EQ(log().undoCount(), steps + 1);
+        EXPECT_GT(count(), before);
+        dialog.click(255);
+        EXPECT_EQ(log().undoCount(), steps + 2);
+        EXPECT_EQ(count(), before);
+    });
+    EXPECT_TRUE(log().undo());
+    EXPECT_GT(count(), before);
+    while (log().undo()) {
+    }
+    EXPECT_EQ(count(), before);
+}
+
+TEST_F(HistoryOfTheReview, AHandlerThatFailsIsTakenBackAndTheDialogIsInStepAgain)
+{
+    run([&](CReviewUnderTest &dialog) {
+        dialog.tick(L"A2");
+        dialog.select(L"A2");
+        dialog.RunHandler([&] {
+            areaNamed(L"A2")->SetName(L"other");
+            dialog.press(Qt::Key_Delete);
+            throw std::runtime_error("out of it");
+        });
+        EXPECT_THAT(dialog.treeNames(), ElementsAre(L"A1", L"A2"));
+        EXPECT_EQ(dialog.text(123), "2");
+        for (const CReviewUnderTest::AreaPtr &area : dialog.CheckedAreas())
+            EXPECT_EQ(area, areaNamed(area->GetName()));
+        EXPECT_EQ(dialog.CurrentArea(), areaNamed(dialog.currentName()));
+    });
+}
+
+} // namespace
