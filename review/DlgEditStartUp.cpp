@@ -103,10 +103,9 @@ constexpr auto kAccessibleNames = std::to_array<CMessageRow>({
 
 /// Who gets a keyboard letter, in the order in which they choose: what is used most comes first.
 constexpr auto kMnemonicOrder = std::to_array<int>({
-    kBtnWriteData,   kBtnErase,       kBtnRename,    kBtnLabel,      kGroupAreas,   kRadioCatchment,
-    kRadioHouse,     kRadioIndustry,  kRadioAll,     kLabelArea,     kLabelDensity, kLabelCoefficient,
-    kBtnEraseLabels, kGroupLabels,    kLabelPattern, kLabelScale,    kBtnHide,      kBtnInfo,
-    kCheckZoom,      kCheckCatchment, kCheckHouse,   kCheckIndustry,
+    kBtnWriteData, kBtnErase,         kBtnRename,    kBtnLabel,       kRadioCatchment, kRadioHouse,    kRadioIndustry,
+    kRadioAll,     kLabelCoefficient, kLabelDensity, kCheckCatchment, kCheckHouse,     kCheckIndustry, kBtnEraseLabels,
+    kLabelPattern, kLabelScale,       kBtnHide,      kBtnInfo,        kCheckZoom,      kGroupAreas,    kGroupLabels,
 });
 
 constexpr int kTreeImage = 24, kCheckImage = 16, kButtonImage = 18, kInfoImage = 16;

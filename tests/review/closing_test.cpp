@@ -37,8 +37,7 @@ TEST_F(Closing, OkWritesTheSixKeysInOrderThenTakesTheHighlightAwayAndEnds)
                   const JournalLines lines = recorded([&] { dialog.click(1); });
                   EXPECT_THAT(
                       lines,
-                      ElementsAre("CZEMCDictionaryPtr::upgradeOpen()",
-                                  "CZEMCDictionaryPtr::dctWrite(ZEMX_LSD2, ZEMX_CATCHMENT_m_edZoom, 3.5, 38)",
+                      ElementsAre("CZEMCDictionaryPtr::dctWrite(ZEMX_LSD2, ZEMX_CATCHMENT_m_edZoom, 3.5, 38)",
                                   "CZEMCDictionaryPtr::dctWrite(ZEMX_LSD2, ZEMX_CATCHMENT_m_checkZoom, 0, 60)",
                                   "CZEMCDictionaryPtr::dctWrite(ZEMX_LSD2, ZEMX_CATCHMENT_m_comboMode, 3, 60)",
                                   "CZEMCDictionaryPtr::dctWrite(ZEMX_LSD2, ZEMX_CATCHMENT_m_edHatchType, NET, 1)",

@@ -101,10 +101,11 @@ TEST_F(Highlight, WithTheZoomOnTheViewGoesToTheOldSelectionFirstAndThenToTheNewO
         EXPECT_THAT(recorded([&] { dialog.click(296); }), IsEmpty()); // the check alone does nothing
         // Off in the event, off in what applies it, on at its end.
         EXPECT_THAT(zooms(recorded([&] { dialog.select(L"A2"); })),
-                    ElementsAre("CZEMCEdit::zoom(2, 1.5, 0, 0, 10, 10)", "CZEMCEdit::zoom(2, 1.5, 0, 0, 10, 10)",
-                                "CZEMCEdit::zoom(1, 1.5, 20, 0, 30, 10)"));
+                    ElementsAre("CZEMCEdit::zoom(2, 1.5, -2.5, -2.5, 12.5, 12.5)",
+                                "CZEMCEdit::zoom(2, 1.5, -2.5, -2.5, 12.5, 12.5)",
+                                "CZEMCEdit::zoom(1, 1.5, 17.5, -2.5, 32.5, 12.5)"));
         const JournalLines lines = recorded([&] { dialog.click(1); });
-        EXPECT_THAT(zooms(lines), ElementsAre("CZEMCEdit::zoom(1, 1.5, 20, 0, 30, 10)"));
+        EXPECT_THAT(zooms(lines), ElementsAre("CZEMCEdit::zoom(1, 1.5, 17.5, -2.5, 32.5, 12.5)"));
     });
 }
 
@@ -118,7 +119,7 @@ TEST_F(Highlight, TheZoomComesBehindTheMarksAndBeforeTheDisplay)
         EXPECT_THAT(recorded([&] { dialog.type(352, "3"); }),
                     ElementsAre("AcDbEntity::highlight(" + entity + ")",
                                 "CCatchmentArea::Mark({A2}, " + colour() + ", 3, 0.7853981633974483, ANSI31, 0)",
-                                "CZEMCEdit::zoom(1, 2, 20, 0, 30, 10)", kFlush, kUpdate));
+                                "CZEMCEdit::zoom(1, 2, 15, -5, 35, 15)", kFlush, kUpdate));
     });
 }
 

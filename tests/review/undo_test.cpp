@@ -65,17 +65,20 @@ TEST_F(HistoryOfTheReview, LabelsOfManyAreasAreOneStep)
     const int before = count();
     runCommand([&](CReviewUnderTest &dialog) {
         dialog.click(124);
+        dialog.click(252); // with what the start of the dialog wrote
         const auto steps = log().undoCount();
-        dialog.click(252);
-        // What the command itself did before belongs to the step of the first handler that changes anything.
-        EXPECT_EQ(log().undoCount(), steps + 1);
-        EXPECT_GT(count(), before);
+        EXPECT_EQ(steps, 1u);
+        const int labelled = count();
+        EXPECT_GE(labelled, before + 2);
         dialog.click(255);
-        EXPECT_EQ(log().undoCount(), steps + 2);
+        EXPECT_EQ(log().undoCount(), steps + 1);
         EXPECT_EQ(count(), before);
+        dialog.click(252);
+        EXPECT_EQ(log().undoCount(), steps + 2);
+        EXPECT_EQ(count(), labelled);
     });
-    EXPECT_TRUE(log().undo());
-    EXPECT_GT(count(), before);
+    EXPECT_TRUE(log().undo()); // the labels of both areas go at once
+    EXPECT_EQ(count(), before);
     while (log().undo()) {
     }
     EXPECT_EQ(count(), before);
