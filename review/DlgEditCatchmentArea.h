@@ -11,6 +11,7 @@
 #include "contracts/HostDialog.h"
 #include "controls/MyToolTipCtrl.h"
 #include "dialogs/CatchItemData.h"
+#include "dialogs/DefaultButtonDialog.h"
 #include "review/CatchmentTree.h"
 #include "review/CheckedAreas.h"
 
@@ -18,6 +19,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -206,11 +208,13 @@ private:
     CStringArray m_labelAttributes;
     AcDbObjectId m_labelBlockId;
 
-    std::vector<boost::shared_ptr<CCatchItemData>> m_itemPayloads;       ///< keep those of the tree's items alive
-    std::unordered_map<std::wstring, CCatchmentTreeItem *> m_itemOfGuid; ///< the first one of each GUID
+    std::vector<boost::shared_ptr<CCatchItemData>> m_itemPayloads; ///< keep those of the tree's items alive
+    /// The first one of each GUID, whose text is the payload's.
+    std::unordered_map<std::wstring_view, CCatchmentTreeItem *> m_itemOfGuid;
     bool m_bTreeCheckPosted = false;
     bool m_bShownBefore = false;
     CMyToolTipCtrl m_toolTip;
+    std::unique_ptr<CFocusedDefault> m_focusedDefault;
     /// Built and attached to nothing: the tree has no icons.
     std::array<std::vector<void *>, 2> m_imageLists;
     /// Belongs to the family's dialogs; this one connects it to no control.

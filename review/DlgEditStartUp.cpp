@@ -143,6 +143,7 @@ CDlgEditCatchmentArea::CDlgEditCatchmentArea(QWidget *parent)
       m_selectionButton(std::make_unique<ZEMGis::Selection::CSelectionButton>())
 {
     m_ui->setupUi(this);
+    m_focusedDefault = std::make_unique<CFocusedDefault>(*this);
     ConnectControls();
     ConnectEditing();
 }

@@ -88,8 +88,8 @@ void CDlgEditCatchmentArea::FillTree()
 {
     CCatchmentTree &tree = *m_ui->treeAreas;
     tree.Empty();
-    m_itemPayloads.clear();
     m_itemOfGuid.clear();
+    m_itemPayloads.clear();
     const CatchmentAreas areas = FilteredAreas();
     m_itemPayloads.reserve(areas.size());
     m_itemOfGuid.reserve(areas.size());
