@@ -1,5 +1,5 @@
 // Where the run-off coefficient comes from: the terrain types, and the table of ATV 118.
-#include "tests/definition/dialog_fixture.h"
+#include "tests/definition/dialog_tools.h"
 
 #include "controls/WideText.h"
 
@@ -56,20 +56,12 @@ protected:
         combo->setCurrentIndex(index);
         Q_EMIT combo->activated(index);
     }
-    static QStringList terrains(const CDialogUnderTest &dialog)
-    {
-        const auto *combo = dialog.Control<QComboBox>(322);
-        QStringList names;
-        for (int i = 0; i < combo->count(); ++i)
-            names << combo->itemText(i);
-        return names;
-    }
 };
 
 TEST_F(Coefficients, TerrainTypesStandInTheirComboInTheCataloguesOrderAndTheFirstIsChosen)
 {
     run([](CDialogUnderTest &dialog) {
-        EXPECT_EQ(terrains(dialog), QStringList({"Roof", "Lawn"})); // a new drawing takes each entry in front
+        EXPECT_EQ(entryTexts(dialog, 322), QStringList({"Roof", "Lawn"})); // a new drawing takes each entry in front
         EXPECT_EQ(dialog.Control<QComboBox>(322)->currentIndex(), 0);
         EXPECT_TRUE(dialog.isChecked(343));
         EXPECT_FALSE(dialog.isChecked(344));
@@ -118,7 +110,7 @@ TEST_F(Coefficients, WithoutASupportFileTheComboStaysEmptyEvenIfTheDrawingHasALi
 {
     run([](CDialogUnderTest &) {}); // the drawing gets its list
     startWithoutSupportFiles();
-    run([](CDialogUnderTest &dialog) { EXPECT_EQ(terrains(dialog), QStringList()); });
+    run([](CDialogUnderTest &dialog) { EXPECT_EQ(entryTexts(dialog, 322), QStringList()); });
     EXPECT_TRUE(alerts().empty());
 }
 

@@ -1,5 +1,5 @@
 // What a person sets in the host's settings dialog, and what the definition dialog and its marks make of it.
-#include "tests/definition/dialog_fixture.h"
+#include "tests/definition/dialog_tools.h"
 
 #include "controls/WideText.h"
 #include "definition/ReadableColour.h"
@@ -31,21 +31,11 @@ protected:
         CModuleConfiguration::Instance()->ShowGSDialog(group);
         m_session.setDialogDriver(nullptr);
     }
-    static int controlOf(const char *key)
-    {
-        int row = 0;
-        for (const velmor::SettingSpec &spec : velmor::settingTable()) {
-            if (spec.key == std::string_view(key))
-                return velmor::kControlSettings + row;
-            ++row;
-        }
-        return -1;
-    }
     static void setHatchAndName(CAdUiBaseDialog &dialog, int colour, double scale, const QString &prefix)
     {
-        dialog.Control<QSpinBox>(controlOf("CATCH_HATCH_COLOR_TEMP"))->setValue(colour);
-        dialog.Control<QDoubleSpinBox>(controlOf("CATCH_HATCH_SCALE"))->setValue(scale);
-        auto *edit = dialog.Control<QLineEdit>(controlOf("CATCH_NAME_PREFIX"));
+        dialog.Control<QSpinBox>(settingControl("CATCH_HATCH_COLOR_TEMP"))->setValue(colour);
+        dialog.Control<QDoubleSpinBox>(settingControl("CATCH_HATCH_SCALE"))->setValue(scale);
+        auto *edit = dialog.Control<QLineEdit>(settingControl("CATCH_NAME_PREFIX"));
         edit->clear();
         for (const QChar letter : prefix) {
             QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
@@ -108,7 +98,7 @@ TEST_F(SettingsRoad, TheNextHighlightHasTheColourThatWasSet)
         for (const wchar_t *group : {L"TCE1", L"TCE2"}) {
             const int wanted = group == std::wstring_view(L"TCE1") ? colour : colour + 10;
             settings(group, velmor::kControlOk, [&](CAdUiBaseDialog &dialog) {
-                dialog.Control<QSpinBox>(controlOf("HIGHLIGHT_COLOR"))->setValue(wanted);
+                dialog.Control<QSpinBox>(settingControl("HIGHLIGHT_COLOR"))->setValue(wanted);
             });
             const auto drawn = highlightColours();
             EXPECT_THAT(drawn, Not(IsEmpty()));

@@ -1,5 +1,5 @@
 // What the definition dialog keeps in the drawing's dictionaries, and what it makes of it.
-#include "tests/definition/dialog_fixture.h"
+#include "tests/definition/dialog_tools.h"
 
 #include "controls/WideText.h"
 #include "definition/ReadableColour.h"
@@ -21,18 +21,6 @@ protected:
     std::optional<DataItems> kept(const char *name)
     {
         return drawing().dictionaryEntry(kDictionary, std::string("ZEMX_CATCH_DEFINE_") + name);
-    }
-    /// Members of the one selection set that stands.
-    AcDbObjectIdArray selected()
-    {
-        EXPECT_EQ(m_session.selectionSets().size(), 1u);
-        constexpr std::int64_t kSearched = 100;
-        for (std::int64_t id = 0; id < kSearched; ++id) {
-            if (const velmor::SelectionSet *set = m_session.selectionSets().find(id))
-                return set->members();
-        }
-        ADD_FAILURE() << "no set";
-        return {};
     }
     void expectKept(const char *name, int code, const decltype(velmor::DataItem::value) &value)
     {
@@ -218,11 +206,11 @@ TEST_F(Settings, TheLayerSelectionHoldsTheEntitiesOfThoseLayersInAllBlocksNamesC
     addLine(0, 0, 3, 3, L"OTHER");
 
     setLayers({L"ONLY"});
-    run([&](CDialogUnderTest &) { EXPECT_THAT(selected(), SizeIs(2)); });
+    run([&](CDialogUnderTest &) { EXPECT_THAT(membersOfTheOnlySet(m_session), SizeIs(2)); });
     setLayers({L"only"});
-    run([&](CDialogUnderTest &) { EXPECT_THAT(selected(), IsEmpty()); });
+    run([&](CDialogUnderTest &) { EXPECT_THAT(membersOfTheOnlySet(m_session), IsEmpty()); });
     setLayers({L"OTHER", L"ONLY"});
-    run([&](CDialogUnderTest &) { EXPECT_THAT(selected(), SizeIs(3)); });
+    run([&](CDialogUnderTest &) { EXPECT_THAT(membersOfTheOnlySet(m_session), SizeIs(3)); });
 }
 
 TEST_F(Settings, TheDialogFreesItsSelectionSet)

@@ -1,5 +1,5 @@
 // The dialogs that the definition dialog opens, and what it takes from them.
-#include "tests/definition/dialog_fixture.h"
+#include "tests/definition/dialog_tools.h"
 
 #include "controls/WideText.h"
 #include "dialogs/CatchLayerDlg.h"
@@ -25,14 +25,6 @@ namespace {
 class SmallDialogs : public DefinitionDialogTest {
 protected:
     static void press(CAdUiBaseDialog &dialog, int control) { dialog.Control<QAbstractButton>(control)->click(); }
-    static QStringList terrains(const CDialogUnderTest &dialog)
-    {
-        const auto *combo = dialog.Control<QComboBox>(322);
-        QStringList names;
-        for (int i = 0; i < combo->count(); ++i)
-            names << combo->itemText(i);
-        return names;
-    }
     static void chooseLayers(CAdUiBaseDialog &dialog, const QStringList &names)
     {
         auto *list = dialog.Control<QListWidget>(210);
@@ -44,26 +36,6 @@ protected:
         std::filesystem::create_directories(m_userFolder / "support");
         std::ofstream(m_userFolder / "support" / "ZEMXTerrainType.cfg")
             << "<Terrains><Terrain name=\"Lawn\" flow=\"0.1000\"/><Terrain name=\"Roof\" flow=\"0.9000\"/></Terrains>";
-    }
-    static int settingControl(const char *key)
-    {
-        int row = 0;
-        for (const velmor::SettingSpec &spec : velmor::settingTable()) {
-            if (spec.key == std::string_view(key))
-                return velmor::kControlSettings + row;
-            ++row;
-        }
-        return -1;
-    }
-    /// Members of the one selection set that stands.
-    AcDbObjectIdArray selected()
-    {
-        EXPECT_EQ(m_session.selectionSets().size(), 1u);
-        constexpr std::int64_t kSearched = 100;
-        for (std::int64_t id = 0; id < kSearched; ++id)
-            if (const velmor::SelectionSet *set = m_session.selectionSets().find(id))
-                return set->members();
-        return {};
     }
 };
 
@@ -82,7 +54,7 @@ TEST_F(SmallDialogs, TheLayerDialogStartsWithTheDialogsLayersAndGivesItsChoiceBa
         dialog.click(207);
         EXPECT_EQ(dialog.text(363), "ONLY");
         EXPECT_EQ(dialog.GetDlgItem(363)->toolTip(), "ONLY");
-        EXPECT_THAT(selected(), ElementsAre(only)); // the former set is freed
+        EXPECT_THAT(membersOfTheOnlySet(m_session), ElementsAre(only)); // the former set is freed
     });
     EXPECT_EQ(m_session.selectionSets().size(), 0u);
     run([](CDialogUnderTest &dialog) { EXPECT_EQ(dialog.text(363), "ONLY"); }); // kept in the drawing
@@ -134,14 +106,14 @@ TEST_F(SmallDialogs, CancelOfTheLayerDialogLeavesLayersAndEntities)
 {
     run([&](CDialogUnderTest &dialog) {
         select(dialog, {L"D1"});
-        const AcDbObjectIdArray before = selected();
+        const AcDbObjectIdArray before = membersOfTheOnlySet(m_session);
         onNested([&](CAdUiBaseDialog &nested) {
             chooseLayers(nested, {});
             press(nested, 2);
         });
         dialog.click(207);
         EXPECT_EQ(dialog.text(363), "PARCELS");
-        EXPECT_EQ(selected(), before);
+        EXPECT_EQ(membersOfTheOnlySet(m_session), before);
     });
 }
 
@@ -150,7 +122,7 @@ TEST_F(SmallDialogs, OkOfTheTerrainDialogFillsTheComboAnewFromItsList)
     writeTerrains();
     run([&](CDialogUnderTest &dialog) {
         select(dialog, {L"D1"});
-        EXPECT_EQ(terrains(dialog), QStringList({"Roof", "Lawn"}));
+        EXPECT_EQ(entryTexts(dialog, 322), QStringList({"Roof", "Lawn"}));
         dialog.type(215, "0.5");
         onNested([&](CAdUiBaseDialog &nested) {
             ASSERT_NE(dynamic_cast<CTerrainTypeSimpleDlg *>(&nested), nullptr);
@@ -162,7 +134,7 @@ TEST_F(SmallDialogs, OkOfTheTerrainDialogFillsTheComboAnewFromItsList)
             press(nested, 1);
         });
         dialog.click(246);
-        EXPECT_EQ(terrains(dialog), QStringList({"Lawn", "Gravel"}));
+        EXPECT_EQ(entryTexts(dialog, 322), QStringList({"Lawn", "Gravel"}));
         EXPECT_EQ(dialog.Control<QComboBox>(322)->currentIndex(), 0);
         EXPECT_EQ(dialog.text(215), "0.1");
         auto *combo = dialog.Control<QComboBox>(322);
@@ -186,7 +158,7 @@ TEST_F(SmallDialogs, CancelOfTheTerrainDialogStillSelectsTheFirstEntryAndItsCoef
             press(nested, 2);
         });
         dialog.click(246);
-        EXPECT_EQ(terrains(dialog), QStringList({"Roof", "Lawn"}));
+        EXPECT_EQ(entryTexts(dialog, 322), QStringList({"Roof", "Lawn"}));
         EXPECT_EQ(combo->currentIndex(), 0);
         EXPECT_EQ(dialog.text(215), "0.9");
     });
@@ -207,7 +179,7 @@ TEST_F(SmallDialogs, AnEmptiedTerrainListLeavesTheCoefficient)
             press(nested, 1);
         });
         dialog.click(246);
-        EXPECT_EQ(terrains(dialog), QStringList());
+        EXPECT_EQ(entryTexts(dialog, 322), QStringList());
         EXPECT_EQ(dialog.text(215), "0.5");
     });
 }
