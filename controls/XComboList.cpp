@@ -98,7 +98,8 @@ void CXComboList::ShowAt(const QRect &cell, int rows)
     const int wanted = rows * cell.height() - 2;
     QRect place(cell.left(), cell.bottom(), cell.width() - 1, std::max(wanted, RowHeight() + kEdges));
     const QRect free = m_owner.screen()->availableGeometry();
-    if (place.bottom() > free.bottom() && cell.top() - place.height() >= free.top())
+    m_bAbove = place.bottom() > free.bottom() && cell.top() - place.height() >= free.top();
+    if (m_bAbove)
         place.moveBottom(cell.top());
     setGeometry(place);
     show();
@@ -113,8 +114,7 @@ void CXComboList::Activate()
     const int rowHeight = std::max(RowHeight(), 1);
     const int rows = std::max((height() - kEdges) / rowHeight, 1);
     const int cut = height() - (rows * rowHeight + kEdges);
-    const bool above = m_owner.mapToGlobal(QPoint()).y() > geometry().bottom();
-    setGeometry(x(), above ? y() + cut : y(), width(), height() - cut);
+    setGeometry(x(), m_bAbove ? y() + cut : y(), width(), height() - cut);
     LayOut();
     m_keys.Start(rows, m_list->currentRow());
     m_bar->setRange(0, m_keys.GetScroll().maximum);

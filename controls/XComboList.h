@@ -61,6 +61,7 @@ private:
     QListWidget *m_list;
     QScrollBar *m_bar;
     bool m_bFirstActivation = true;
+    bool m_bAbove = false; ///< the screen ends below the cell
     bool m_bPressed = false;
     bool m_bClosing = false;
 };

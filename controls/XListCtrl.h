@@ -104,6 +104,8 @@ public:
     bool GetBold(int row, int column) const { return m_cells.GetBold(row, column); }
     bool SetEnabled(int row, bool enabled) { return m_cells.SetEnabled(row, enabled); }
     bool GetEnabled(int row) const { return m_cells.GetEnabled(row); }
+    /// Leaves a cell undrawn.
+    bool SetNoDraw(int row, int column, bool noDraw) { return m_cells.SetNoDraw(row, column, noDraw); }
     /// The in-place editor takes numbers within the limits only.
     bool SetCellNumeric(int row, int column, bool numeric = true)
     {
@@ -269,6 +271,7 @@ private:
     QPointer<CXComboList> m_popup;
     QPointer<QPushButton> m_colorButton, m_hatchButton, m_layerButton;
     QPointer<QListWidget> m_layers;
+    Cell m_layersOf; ///< the cell that the layer list was dropped for
     bool m_bClosingLayers = false;
     bool m_bClickGoesOn = false; ///< the button is down, and the press was passed on
     QPoint m_pressedAt;

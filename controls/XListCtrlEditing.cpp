@@ -34,6 +34,7 @@ bool CXListCtrl::EditCell(int row, int column)
     m_cells.m_nCurrentRow = row;
     m_cells.m_nCurrentColumn = column;
     OpenEditBox(row, column);
+    ShowBrowseButtons();
     return true;
 }
 
@@ -97,14 +98,14 @@ void CXListCtrl::EndEditing()
     m_bEndingEdit = true;
     const QPointer<QLineEdit> edit = m_edit;
     const auto end = m_cells.EndEditing(ToWide(edit->text()), [this](std::wstring &text) { return Normalise(text); });
+    if (end != CListCells::EditEnd::NoRecord && edit) {
+        // Who was told may have opened another editor.
+        if (edit == m_edit && window()->focusWidget() == edit)
+            setFocus(Qt::OtherFocusReason);
+        edit->hide();
+        viewport()->update();
+    }
     m_bEndingEdit = false;
-    if (end == CListCells::EditEnd::NoRecord || !edit)
-        return;
-    // Who was told may have opened another editor.
-    if (edit == m_edit && window()->focusWidget() == edit)
-        setFocus(Qt::OtherFocusReason);
-    edit->hide();
-    viewport()->update();
 }
 
 bool CXListCtrl::TakeText(int row, int column, const std::wstring &text)
@@ -112,10 +113,11 @@ bool CXListCtrl::TakeText(int row, int column, const std::wstring &text)
     if (!m_cells.CanEdit(row, column) || m_cells.TargetOf(row, column) == CListCells::Target::Refused)
         return false;
     CommitEditing();
-    m_cells.m_nCurrentRow = row;
-    m_cells.m_nCurrentColumn = column;
-    return m_cells.EndEditing(text, [this](std::wstring &typed) { return Normalise(typed); }) ==
-           CListCells::EditEnd::Written;
+    const Cell clicked{std::exchange(m_cells.m_nCurrentRow, row), std::exchange(m_cells.m_nCurrentColumn, column)};
+    const auto end = m_cells.EndEditing(text, [this](std::wstring &typed) { return Normalise(typed); });
+    m_cells.m_nCurrentRow = clicked.row;
+    m_cells.m_nCurrentColumn = clicked.column;
+    return end == CListCells::EditEnd::Written;
 }
 
 bool CXListCtrl::CommitEditing()

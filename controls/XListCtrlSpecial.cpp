@@ -159,6 +159,7 @@ void CXListCtrl::DropLayers()
         return;
     CStringArray names;
     CZEMCLayerTablePtr().allLayerNames(names);
+    m_layersOf = {m_cells.m_nCurrentRow, m_cells.m_nCurrentColumn};
     m_layers = new QListWidget(this);
     m_layers->setWindowFlags(Qt::Popup);
     m_layers->setProperty(kControlIdProperty, kLayerList);
@@ -190,5 +191,5 @@ void CXListCtrl::CloseLayers(bool take)
     layers->deleteLater();
     m_bClosingLayers = false;
     if (chosen)
-        m_cells.WriteChoice(m_cells.m_nCurrentRow, m_cells.m_nCurrentColumn, name);
+        m_cells.WriteChoice(m_layersOf.row, m_layersOf.column, name);
 }
