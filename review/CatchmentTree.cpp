@@ -25,10 +25,19 @@ CCatchmentTreeItem::CCatchmentTreeItem(const QString &name) : m_name(name)
     setFlags(kAreaFlags);
 }
 
-CCatchmentTreeItem::CCatchmentTreeItem(const QString &name, const AcDbObjectId &section)
-    : m_sectionId(section), m_name(name)
+CCatchmentTreeItem::CCatchmentTreeItem(SectionPtr section) : m_section(std::move(section))
 {
     setFlags(kSectionFlags);
+}
+
+QString CCatchmentTreeItem::Name() const
+{
+    return m_section ? ToQString(m_section->GetName()) : m_name;
+}
+
+AcDbObjectId CCatchmentTreeItem::SectionId() const
+{
+    return m_section ? m_section->GetObjectId() : AcDbObjectId();
 }
 
 QVariant CCatchmentTreeItem::data(int column, int role) const
@@ -38,7 +47,7 @@ QVariant CCatchmentTreeItem::data(int column, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
-        return m_name;
+        return Name();
     case Qt::CheckStateRole:
         return m_bChecked ? Qt::Checked : Qt::Unchecked;
     default:
@@ -138,7 +147,7 @@ CCatchmentTreeItem *CCatchmentTree::CheckBoxAt(const QPoint &point) const
     initViewItemOption(&option);
     option.rect = visualItemRect(item);
     option.features |= QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
-    option.text = item->m_name;
+    option.text = item->Name();
     option.checkState = item->m_bChecked ? Qt::Checked : Qt::Unchecked;
     option.widget = this;
     return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this).contains(point) ? item

@@ -4,31 +4,36 @@
 // check box still stands as it did.
 #pragma once
 
+#include "contracts/NetworkTopology.h"
 #include "dialogs/CatchItemData.h"
 
 #include <QTreeWidget>
 
-/// A row: an area or, beneath one, a section. Texts and ticks stand in the item itself, so tens of thousands are cheap.
+/// A row: an area or, beneath one, a section. What it holds stands in the item itself, so tens of thousands are cheap.
 class CCatchmentTreeItem : public QTreeWidgetItem {
 public:
+    using SectionPtr = boost::shared_ptr<ZEMGis::Topology::CSection>;
+
     /// For an area; it has no payload at first.
     explicit CCatchmentTreeItem(const QString &name);
-    /// For a section.
-    CCatchmentTreeItem(const QString &name, const AcDbObjectId &section);
+    /// For a section, whose name is asked for when it is shown: most sections of a large network never are.
+    explicit CCatchmentTreeItem(SectionPtr section);
 
     QVariant data(int column, int role) const override;
     void setData(int column, int role, const QVariant &value) override;
 
     bool IsChecked() const { return m_bChecked; }
-    const QString &Name() const { return m_name; }
+    QString Name() const;
+    /// A section's; null for an area.
+    AcDbObjectId SectionId() const;
     CCatchmentTreeItem *Parent() const { return static_cast<CCatchmentTreeItem *>(parent()); }
 
     CCatchItemData *m_pPayload = nullptr; ///< an area's; not owned
-    AcDbObjectId m_sectionId;             ///< a section's
 
 private:
     friend class CCatchmentTree;
-    QString m_name;
+    QString m_name; ///< an area's
+    SectionPtr m_section;
     bool m_bChecked = false;
 };
 

@@ -17,10 +17,8 @@
 
 #include <array>
 #include <memory>
-#include <set>
 #include <string>
-#include <string_view>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Ui {
@@ -43,6 +41,7 @@ protected:
     using SectionPtr = boost::shared_ptr<ZEMGis::Topology::CSection>;
     using AreaPtr = boost::shared_ptr<ZEMGis::Sewage::CCatchmentArea>;
     using CatchmentAreas = ZEMGis::Sewage::CatchmentAreas;
+    using CGuids = std::unordered_set<std::wstring>;
 
     bool OnInitDialog() override;
     void OnOK() override;
@@ -53,7 +52,7 @@ protected:
     // What tests look at
     const AreaPtr &CurrentArea() const { return m_currentArea; }
     const CCheckedAreas &CheckedAreas() const { return m_checkedAreas; }
-    const std::set<std::wstring> &CheckedGuids() const { return m_checkedGuids; }
+    const CGuids &CheckedGuids() const { return m_checkedGuids; }
     const AcDbObjectIdArray &HighlightIds() const { return m_highlightIds; }
     const AcDbObjectId &LabelBlock() const { return m_labelBlockId; }
     const CStringArray &LabelAttributes() const { return m_labelAttributes; }
@@ -102,9 +101,10 @@ private:
     void FillTree();
     /// FillTree while the tree's selection is not listened to.
     void RefillTree();
-    /// The item's payload and its sections; the item may stand in the tree already.
-    void CompleteItem(CCatchmentTreeItem &item, const AreaPtr &area);
+    /// Gives the item its payload and its sections; it may stand in the tree already.
+    static void CompleteItem(CCatchmentTreeItem &item, const AreaPtr &area, CCatchItemData &payload);
     void FillSectionList();
+    /// The first one whose payload has that GUID; null when there is none.
     CCatchmentTreeItem *FindTreeItem(const std::wstring &guid) const;
 
     // Selection
@@ -130,7 +130,14 @@ private:
 
     // Highlight, pattern, labels
     void SetHighlight(int on);
-    void MarkArea(const AreaPtr &area);
+    /// How areas are marked now.
+    struct CMarkLook {
+        int m_nColour;
+        double m_scale;
+        std::wstring m_strPattern;
+    };
+    CMarkLook MarkLook() const;
+    static void MarkArea(const AreaPtr &area, const CMarkLook &look);
     void OnBtnPattern();
     void OnBtnLabel();
     void OnBtnEraseLabels();
@@ -198,7 +205,7 @@ private:
     CatchmentAreas m_industryAreas;
     std::shared_ptr<CAreaOrder> m_order = std::make_shared<CAreaOrder>(); ///< of m_allAreas as it was loaded
     CCheckedAreas m_checkedAreas{CInAreaOrder{m_order}};
-    std::set<std::wstring> m_checkedGuids;
+    CGuids m_checkedGuids;
     AreaPtr m_currentArea;
     AcDbObjectIdArray m_highlightIds; ///< entities that are highlighted now
     int m_treeRefilling = 1;          ///< while it is not 0 the tree's selection change is ignored
@@ -209,8 +216,6 @@ private:
     AcDbObjectId m_labelBlockId;
 
     std::vector<boost::shared_ptr<CCatchItemData>> m_itemPayloads; ///< keep those of the tree's items alive
-    /// The first one of each GUID, whose text is the payload's.
-    std::unordered_map<std::wstring_view, CCatchmentTreeItem *> m_itemOfGuid;
     bool m_bTreeCheckPosted = false;
     bool m_bShownBefore = false;
     CMyToolTipCtrl m_toolTip;

@@ -39,13 +39,13 @@ void CDlgEditCatchmentArea::SetHighlight(int on)
         }
         if (m_currentArea)
             m_currentArea->UnMark();
-    } else if (m_checkedAreas.empty()) {
-        if (m_currentArea)
-            MarkArea(m_currentArea);
     } else {
+        const CMarkLook look = MarkLook();
+        if (m_checkedAreas.empty() && m_currentArea)
+            MarkArea(m_currentArea, look);
         for (const AreaPtr &area : m_checkedAreas) {
             if (area)
-                MarkArea(area);
+                MarkArea(area, look);
         }
     }
     // Off as well as on: a new selection shows the old one first.
@@ -56,11 +56,15 @@ void CDlgEditCatchmentArea::SetHighlight(int on)
     RefreshDrawingDisplay();
 }
 
-void CDlgEditCatchmentArea::MarkArea(const AreaPtr &area)
+CDlgEditCatchmentArea::CMarkLook CDlgEditCatchmentArea::MarkLook() const
 {
-    const int colour = ZEMGis::CModuleConfiguration::Instance()->GetHighlightColor();
-    const std::wstring pattern = ToWide(m_ui->editPattern->text());
-    area->Mark(colour, GetNumber(m_ui->editScale), kMarkAngle, pattern.c_str(), 0);
+    return {ZEMGis::CModuleConfiguration::Instance()->GetHighlightColor(), GetNumber(m_ui->editScale),
+            ToWide(m_ui->editPattern->text())};
+}
+
+void CDlgEditCatchmentArea::MarkArea(const AreaPtr &area, const CMarkLook &look)
+{
+    area->Mark(look.m_nColour, look.m_scale, kMarkAngle, look.m_strPattern.c_str(), 0);
 }
 
 void CDlgEditCatchmentArea::OnBtnPattern()

@@ -44,7 +44,7 @@ void CDlgEditCatchmentArea::TogglePicked(const AreaPtr &area, const std::wstring
         if (!area)
             return;
         m_checkedAreas.insert(area);
-        MarkArea(area);
+        MarkArea(area, MarkLook());
     } else {
         m_checkedGuids.erase(guid);
         if (!area)

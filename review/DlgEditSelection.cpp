@@ -71,7 +71,7 @@ void CDlgEditCatchmentArea::ApplyTreeSelection()
         m_highlightIds.push_back(area->GetObjectId());
     }
     if (parent) {
-        m_highlightIds.push_back(item->m_sectionId);
+        m_highlightIds.push_back(item->SectionId());
     } else if (area) {
         SectionShares sections;
         area->GetConnectedSections(sections);
@@ -92,7 +92,7 @@ void CDlgEditCatchmentArea::CollectCheckedAreas()
         if (!item->IsChecked() || !item->m_pPayload)
             continue;
         const std::wstring &guid = item->m_pPayload->m_text;
-        m_checkedAreas.insert(manager->GetCatchmentAreaByGuid(guid));
+        m_checkedAreas.insert(m_checkedAreas.end(), manager->GetCatchmentAreaByGuid(guid)); // mostly in order
         m_checkedGuids.insert(guid);
     }
 }
@@ -128,7 +128,7 @@ void CDlgEditCatchmentArea::SetAllChecks(int state)
         const CCatchItemData *payload = tree.AreaItem(row)->m_pPayload;
         if (!payload)
             continue;
-        m_checkedAreas.insert(manager->GetCatchmentAreaByGuid(payload->m_text));
+        m_checkedAreas.insert(m_checkedAreas.end(), manager->GetCatchmentAreaByGuid(payload->m_text));
         m_checkedGuids.insert(payload->m_text);
     }
 }

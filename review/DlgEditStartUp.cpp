@@ -10,6 +10,7 @@
 #include "review/ReviewMessages.h"
 #include "ui_review.h"
 
+#include <QHeaderView>
 #include <QScreen>
 #include <QScrollBar>
 
@@ -221,6 +222,13 @@ void CDlgEditCatchmentArea::SetUpSectionList()
     list.InsertColumn(0, Msg(ReviewMessage::kSectionWord), kSectionWidth);
     list.InsertColumn(1, Msg(ReviewMessage::kShareWord) + L" [%]", CXListCtrl::kSizedToHeader, kFormatRight);
     list.AddEditColumn(1);
+    // These widths, or more where there is room for it and where a share needs it.
+    constexpr int kCellMargins = 20;
+    const int share = list.fontMetrics().horizontalAdvance(QStringLiteral("100.0000")) + kCellMargins;
+    if (list.GetColumnWidth(1) < share)
+        list.SetColumnWidth(1, share);
+    list.horizontalHeader()->setMinimumSectionSize(std::min(kSectionWidth, share));
+    list.horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 void CDlgEditCatchmentArea::SetUpNumericEdits()
@@ -286,7 +294,7 @@ void CDlgEditCatchmentArea::OnCancel()
 void CDlgEditCatchmentArea::OnHandlerFailed()
 {
     // Areas that were erased and came back are other objects than before, so all of them are fetched anew.
-    const std::set<std::wstring> checked = m_checkedGuids;
+    const CGuids checked = m_checkedGuids;
     const std::wstring current = m_currentArea ? m_currentArea->GetGuid() : std::wstring();
     m_currentArea.reset();
     LoadAreas();

@@ -88,25 +88,26 @@ void CDlgEditCatchmentArea::FillTree()
 {
     CCatchmentTree &tree = *m_ui->treeAreas;
     tree.Empty();
-    m_itemOfGuid.clear();
     m_itemPayloads.clear();
     const CatchmentAreas areas = FilteredAreas();
     m_itemPayloads.reserve(areas.size());
-    m_itemOfGuid.reserve(areas.size());
+    const auto payloads = boost::make_shared<CCatchItemData[]>(areas.size()); // each keeps all of them alive
     std::vector<std::unique_ptr<CCatchmentTreeItem>> others; // all but the first go into the tree at once
     others.reserve(areas.size());
     for (const AreaPtr &area : areas) {
         if (!area)
             continue;
         auto item = std::make_unique<CCatchmentTreeItem>(ToQString(area->GetName()));
+        CCatchItemData &payload = payloads[static_cast<std::ptrdiff_t>(m_itemPayloads.size())];
+        m_itemPayloads.emplace_back(payloads, &payload);
         if (tree.topLevelItemCount() == 0) {
             // Selected before it has its payload, so that whoever hears of it here takes no area from it.
             CCatchmentTreeItem &first = *item;
             tree.addTopLevelItem(item.release());
             tree.SelectItem(&first);
-            CompleteItem(first, area);
+            CompleteItem(first, area, payload);
         } else {
-            CompleteItem(*item, area);
+            CompleteItem(*item, area, payload);
             others.push_back(std::move(item));
         }
     }
@@ -132,26 +133,24 @@ void CDlgEditCatchmentArea::RefillTree()
     m_treeRefilling = 0;
 }
 
-void CDlgEditCatchmentArea::CompleteItem(CCatchmentTreeItem &item, const AreaPtr &area)
+void CDlgEditCatchmentArea::CompleteItem(CCatchmentTreeItem &item, const AreaPtr &area, CCatchItemData &payload)
 {
     constexpr int kAreaKind = 1;
-    auto payload = boost::make_shared<CCatchItemData>();
-    payload->m_bIsland = kAreaKind;
-    payload->m_id = area->GetObjectId();
-    payload->m_text = area->GetGuid();
-    payload->m_area = area->GetArea();
-    payload->m_coefficient = area->GetFlowCoeff();
-    payload->m_slope = area->GetPopulation();
-    m_itemPayloads.push_back(payload);
-    item.m_pPayload = payload.get();
-    m_itemOfGuid.emplace(payload->m_text, &item);
+    payload.m_bIsland = kAreaKind;
+    payload.m_id = area->GetObjectId();
+    payload.m_text = area->GetGuid();
+    payload.m_area = area->GetArea();
+    payload.m_coefficient = area->GetFlowCoeff();
+    payload.m_slope = area->GetPopulation();
+    item.m_pPayload = &payload;
 
     SectionShares sections;
     area->GetConnectedSections(sections);
     QList<QTreeWidgetItem *> children;
-    for (const auto &[section, share] : sections) {
+    children.reserve(static_cast<qsizetype>(sections.size()));
+    for (auto &[section, share] : sections) {
         if (section)
-            children.push_back(new CCatchmentTreeItem(ToQString(section->GetName()), section->GetObjectId()));
+            children.push_back(new CCatchmentTreeItem(std::move(section)));
     }
     if (!children.isEmpty())
         item.addChildren(children);
@@ -159,8 +158,13 @@ void CDlgEditCatchmentArea::CompleteItem(CCatchmentTreeItem &item, const AreaPtr
 
 CCatchmentTreeItem *CDlgEditCatchmentArea::FindTreeItem(const std::wstring &guid) const
 {
-    const auto found = m_itemOfGuid.find(guid);
-    return found == m_itemOfGuid.end() ? nullptr : found->second;
+    const CCatchmentTree &tree = *m_ui->treeAreas;
+    for (int row = 0; row < tree.topLevelItemCount(); ++row) {
+        CCatchmentTreeItem *item = tree.AreaItem(row);
+        if (item->m_pPayload && item->m_pPayload->m_text == guid)
+            return item;
+    }
+    return nullptr;
 }
 
 void CDlgEditCatchmentArea::FillSectionList()

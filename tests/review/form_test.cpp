@@ -199,7 +199,8 @@ TEST_F(Form, EveryLetterReachesOneControlInEachLanguage)
                     continue;
                 const QKeySequence letter = QKeySequence::mnemonic(shown);
                 if (letter.isEmpty()) {
-                    EXPECT_TRUE(control == 1 || control == 253)
+                    // 111 belongs to a field that only shows, 358 is without where the letters don't suffice.
+                    EXPECT_TRUE(control == 1 || control == 253 || control == 111 || control == 358)
                         << control << ' ' << shown.toStdString() << ' ' << language;
                     continue;
                 }

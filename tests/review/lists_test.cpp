@@ -64,7 +64,7 @@ TEST_F(Lists, SectionsStandBeneathTheirAreaInTheStoresOrderWithACheckBoxOfTheirO
         EXPECT_THAT(children(dialog, L"rain"), ElementsAre(L"D2", L"D1"));
         EXPECT_THAT(children(dialog, L"house"), IsEmpty());
         CCatchmentTreeItem *section = dialog.item(L"rain", L"D1");
-        EXPECT_EQ(section->m_sectionId, network().sectionByName(L"D1")->GetObjectId());
+        EXPECT_EQ(section->SectionId(), network().sectionByName(L"D1")->GetObjectId());
         EXPECT_EQ(section->data(0, Qt::CheckStateRole).toInt(), Qt::Unchecked);
         EXPECT_TRUE(section->flags() & Qt::ItemIsUserCheckable);
         EXPECT_EQ(dialog.item(L"rain")->data(0, Qt::CheckStateRole).toInt(), Qt::Unchecked);
