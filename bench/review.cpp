@@ -19,9 +19,13 @@
 #include "host/network/NetworkData.h"
 #include "host/services/Services.h"
 #include "host/sewage/CatchmentStore.h"
+#include "review/DlgEditCatchmentArea.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QTreeWidget>
 
+#include <malloc.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -59,6 +63,13 @@ double timeOf(const std::function<void()> &work)
     const double start = now();
     work();
     return now() - start;
+}
+
+/// Megabytes that are in use now.
+double usedMegabytes()
+{
+    const auto info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd) / 1e6;
 }
 
 bool isGood = true;
@@ -117,7 +128,7 @@ void defineAreas(Drawing &drawing, int count)
 {
     const auto sections = drawing.component<Network>().sections();
     for (int i = 0; i < count; ++i) {
-        const auto area = manager().CreateCA(polygonAt(i), L"MH" + std::to_wstring(i) + L"_1", 1 + i % 7, {});
+        const auto area = manager().CreateCA(polygonAt(i), L"MH" + std::to_wstring(i) + L"_1", 1 + i % 3, {});
         area->SetFlowCoeff(0.4 + i % 5 * 0.1);
         area->SetPopulation(80.0 + i % 3);
         const auto at = static_cast<std::size_t>(2 * i);
@@ -306,6 +317,137 @@ void benchFrames()
     }
 }
 
+// --- The dialog ---------------------------------------------------------------------------------------------
+
+class Dialog : public CDlgEditCatchmentArea {
+public:
+    void click(int control)
+    {
+        Control<QAbstractButton>(control)->click();
+        settle();
+    }
+    QTreeWidget &tree() { return *Control<QTreeWidget>(kTree); }
+    void select(int row)
+    {
+        tree().setCurrentItem(tree().topLevelItem(row));
+        settle();
+    }
+    /// What was posted runs, and what changed is painted.
+    static void settle()
+    {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
+    static constexpr int kTree = 107, kCheckAll = 124, kUncheckAll = 125, kWriteData = 127, kIndustry = 133, kAll = 134;
+};
+
+/// The rows of the dialog's tree, for the plain one.
+struct Row {
+    QString name;
+    QStringList sections;
+};
+
+std::vector<Row> rowsOf(QTreeWidget &tree)
+{
+    std::vector<Row> rows;
+    for (int i = 0; i < tree.topLevelItemCount(); ++i) {
+        const QTreeWidgetItem &item = *tree.topLevelItem(i);
+        rows.push_back({item.text(0), {}});
+        for (int k = 0; k < item.childCount(); ++k)
+            rows.back().sections.append(item.child(k)->text(0));
+    }
+    return rows;
+}
+
+void fillPlain(QTreeWidget &tree, const std::vector<Row> &rows)
+{
+    QList<QTreeWidgetItem *> items;
+    const auto made = [](const QString &text) {
+        auto *item = new QTreeWidgetItem({text});
+        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+        item->setCheckState(0, Qt::Unchecked);
+        return item;
+    };
+    for (const Row &row : rows) {
+        items.append(made(row.name));
+        for (const QString &section : row.sections)
+            items.back()->addChild(made(section));
+    }
+    tree.addTopLevelItems(items);
+    Dialog::settle();
+}
+
+void benchDialog()
+{
+    Host host;
+    host.open(kAreas);
+    std::printf("the dialog with %d areas and %d sections\n", kAreas, 2 * kAreas);
+    const double before = usedMegabytes();
+    double opened = 0.0;
+    const auto atTheDialog = [&](const std::function<void(Dialog &)> &work) {
+        const double start = now();
+        host.session().setDialogDriver([&](CAdUiBaseDialog &shown) {
+            Dialog::settle();
+            opened = now() - start;
+            work(static_cast<Dialog &>(shown));
+        });
+        Dialog dialog;
+        dialog.DoModal();
+    };
+    atTheDialog([&](Dialog &) {
+        figure("opening it for the first time", opened, "ms", 1500.0);
+        figure("memory above the drawing", usedMegabytes() - before, "MB", 200.0);
+    });
+    double closed = now();
+    atTheDialog([&](Dialog &dialog) {
+        figure("opening it once more", opened, "ms", 1500.0);
+        if (dialog.tree().topLevelItemCount() != kAreas) {
+            std::printf("  the tree has %d areas\n", dialog.tree().topLevelItemCount());
+            isGood = false;
+            return;
+        }
+        const std::vector<Row> rows = rowsOf(dialog.tree());
+        QTreeWidget plain;
+        plain.setUniformRowHeights(true);
+        plain.setHeaderHidden(true);
+        plain.resize(dialog.tree().size());
+        plain.show();
+        double ours = 1e300, others = 1e300;
+        for (int i = 0; i < 5; ++i) {
+            dialog.click(Dialog::kIndustry); // there are none
+            ours = std::min(ours, timeOf([&] { dialog.click(Dialog::kAll); }));
+            plain.clear();
+            others = std::min(others, timeOf([&] { fillPlain(plain, rows); }));
+        }
+        std::printf("  filling the tree %.1f ms, a plain one %.1f ms\n", ours, others);
+        figure("filling the tree over filling a plain one", ours / others, "", 1.5);
+
+        const auto slowest = [&] {
+            double worst = 0.0;
+            for (int i = 0; i < 40; ++i)
+                worst = std::max(worst, timeOf([&] { dialog.select(i * 7919 % kAreas); }));
+            return worst;
+        };
+        figure("selecting an item, the slowest of 40", slowest(), "ms", 50.0);
+        const double checked = timeOf([&] { dialog.click(Dialog::kCheckAll); });
+        const double written = timeOf([&] { dialog.click(Dialog::kWriteData); });
+        std::printf("  checking all %.1f ms, writing to all %.1f ms\n", checked, written);
+        figure("checking all and writing to all", checked + written, "ms", 2000.0);
+        figure("writing to all once more, over the labels that stand",
+               timeOf([&] { dialog.click(Dialog::kWriteData); }), "ms", 2000.0);
+        figure("selecting an item with all checked, the slowest of 40", slowest(), "ms", 50.0);
+        figure("unchecking all", timeOf([&] { dialog.click(Dialog::kUncheckAll); }), "ms", 500.0);
+        std::printf("  memory above the drawing with all labels and the step that takes them back: %.1f MB\n",
+                    usedMegabytes() - before);
+        closed = now();
+    });
+    if (!host.session().alerts().empty()) {
+        std::printf("  an alert: %ls\n", host.session().alerts().front().c_str());
+        isGood = false;
+    }
+    figure("closing it", now() - closed, "ms", 500.0);
+}
+
 /// Runs a part in a child process.
 void apart(const std::function<void()> &part)
 {
@@ -331,5 +473,7 @@ int main(int argc, char **argv)
         apart(benchStore);
     if (wanted("--frames"))
         apart(benchFrames);
+    if (wanted("--dialog"))
+        apart(benchDialog);
     return isGood ? 0 : 1;
 }

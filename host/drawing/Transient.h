@@ -5,7 +5,6 @@
 
 #include "host/drawing/Drawing.h"
 
-#include <map>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -47,7 +46,8 @@ public:
     void setMark(const std::wstring &key, TransientMark mark);
     void removeMark(const std::wstring &key);
     void clearMarks();
-    const std::map<std::wstring, TransientMark> &marks() const { return m_marks; }
+    /// In no certain order.
+    const std::unordered_map<std::wstring, TransientMark> &marks() const { return m_marks; }
 
     /// Costs the same for any number of them.
     void setHighlighted(const AcDbEntity &entity, bool on);
@@ -69,7 +69,7 @@ public:
 
 private:
     std::vector<TransientPath> m_temporary;
-    std::map<std::wstring, TransientMark> m_marks;
+    std::unordered_map<std::wstring, TransientMark> m_marks;
     std::vector<const AcDbEntity *> m_highlighted;
     std::unordered_map<const AcDbEntity *, std::size_t> m_highlightPlaces; ///< where each stands in the vector
     std::unordered_set<const AcDbEntity *> m_blanked;
