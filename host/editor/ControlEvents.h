@@ -37,7 +37,7 @@ public:
     Problem clickItem(int control, const ItemPath &item);
     /// Turns the item's check box with the space bar, after a click on the item, when it stands otherwise.
     Problem tickItem(int control, const ItemPath &item, bool on);
-    /// A cell edited in place: a click, F2 when that opens no editor, the text in place of what stands there, Enter.
+    /// A cell edited in place: a click or F2, whichever opens an editor, the text in place of what stands there, Enter.
     Problem editCell(int control, int row, int column, const std::wstring &text);
     /// A key by its name: space, delete, enter, escape, f2, up, down, left, right, home, end.
     Problem pressKey(int control, const std::wstring &key);

@@ -104,12 +104,21 @@ ControlEvents::Problem ControlEvents::editCell(int control, int row, int column,
     const QAbstractItemModel *model = view->model();
     if (!model || row < 0 || row >= model->rowCount() || column < 0 || column >= model->columnCount())
         return uiMessage("control.noCell", {std::to_wstring(control)});
-    clickAt(*view, model->index(row, column));
-    QPointer<QLineEdit> edit = editorIn(*view);
-    if (!edit) {
-        sendKey(*view, Qt::Key_F2, {});
+    const QModelIndex index = model->index(row, column);
+    QPointer<QLineEdit> edit;
+    const auto open = [&](bool byKey) {
+        if (edit)
+            return;
+        if (byKey)
+            sendKey(*view, Qt::Key_F2, {});
+        else
+            clickAt(*view, index);
         edit = editorIn(*view);
-    }
+    };
+    // A click on the item that is selected already begins the wait for a double click, and F2 does nothing in it.
+    const bool isCurrent = view->currentIndex() == index;
+    open(isCurrent);
+    open(!isCurrent);
     if (!edit)
         return uiMessage("control.noEditor", {std::to_wstring(control)});
     typeText(*edit, text);

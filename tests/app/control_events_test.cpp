@@ -151,6 +151,9 @@ TEST_F(ControlEventsTest, ACellIsEditedInPlace)
         EXPECT_EQ(dialog.table->item(2, 1)->text(), QStringLiteral("12,5"));
         EXPECT_EQ(events.editCell(23, 0, 0, L"renamed"), std::nullopt);
         EXPECT_EQ(dialog.tree->topLevelItem(0)->text(0), QStringLiteral("renamed"));
+        EXPECT_EQ(events.clickItem(23, {L"second"}), std::nullopt);
+        EXPECT_EQ(events.editCell(23, 1, 0, L"at once"), std::nullopt); // it is the current one already
+        EXPECT_EQ(dialog.tree->topLevelItem(1)->text(0), QStringLiteral("at once"));
         EXPECT_THAT(events.editCell(17, 3, 1, L"x"), Optional(HasSubstr(L"no such cell")));
         dialog.table->setEditTriggers(QAbstractItemView::NoEditTriggers);
         EXPECT_THAT(events.editCell(17, 0, 1, L"x"), Optional(HasSubstr(L"edited")));

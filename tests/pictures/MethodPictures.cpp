@@ -16,7 +16,6 @@
 #include <QComboBox>
 #include <QDockWidget>
 #include <QLineEdit>
-#include <QPainter>
 
 #include <cstdio>
 #include <functional>
@@ -40,18 +39,6 @@ void choose(CAdUiBaseDialog &dialog, int control, int itemData)
 void click(CAdUiBaseDialog &dialog, int control)
 {
     dialog.Control<QAbstractButton>(control)->click();
-}
-
-/// The drawing and the dialog side by side, the drawing in the middle of the dialog's height.
-QImage sideBySide(const QImage &left, const QImage &right)
-{
-    constexpr int kGap = 8;
-    QImage both(left.width() + kGap + right.width(), std::max(left.height(), right.height()), QImage::Format_RGB32);
-    both.fill(Qt::white);
-    QPainter painter(&both);
-    painter.drawImage(0, 0, left);
-    painter.drawImage(left.width() + kGap, 0, right);
-    return both;
 }
 
 class MethodRun {

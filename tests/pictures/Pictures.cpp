@@ -2,6 +2,7 @@
 
 #include <QEventLoop>
 #include <QHash>
+#include <QPainter>
 #include <QTimer>
 #include <QWidget>
 
@@ -41,6 +42,17 @@ QImage pictureOf(QWidget &widget)
     QTimer::singleShot(60, &settled, &QEventLoop::quit);
     settled.exec();
     return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+QImage sideBySide(const QImage &left, const QImage &right)
+{
+    constexpr int kGap = 8;
+    QImage both(left.width() + kGap + right.width(), std::max(left.height(), right.height()), QImage::Format_RGB32);
+    both.fill(Qt::white);
+    QPainter painter(&both);
+    painter.drawImage(0, 0, left);
+    painter.drawImage(left.width() + kGap, 0, right);
+    return both;
 }
 
 } // namespace velmor

@@ -12,5 +12,7 @@ namespace velmor {
 bool savePicture(const QImage &picture, const QString &file);
 /// The widget as it is painted.
 QImage pictureOf(QWidget &widget);
+/// The drawing and the dialog side by side.
+QImage sideBySide(const QImage &left, const QImage &right);
 
 } // namespace velmor

@@ -11,6 +11,7 @@
 #include "host/services/Services.h"
 #include "tests/pictures/MethodPictures.h"
 #include "tests/pictures/Pictures.h"
+#include "tests/pictures/ReviewPictures.h"
 
 #include <QApplication>
 #include <QDir>
@@ -70,7 +71,7 @@ bool picturesOf(const std::filesystem::path &drawing, const QDir &folder, const 
     CDlgCreateCatchmentArea definition;
     definition.DoModal();
     session.setDialogDriver(nullptr);
-    return done;
+    return reviewPicture(session, folder, look) && done;
 }
 
 } // namespace
@@ -90,5 +91,6 @@ int main(int argc, char *argv[])
         for (const velmor::Theme theme : {velmor::Theme::Light, velmor::Theme::Dark})
             done = velmor::picturesOf(argv[1], folder, language, theme) && done;
     done = velmor::methodPictures(argv[2], folder) && done;
+    done = velmor::reviewRoadPictures(argv[1], folder) && done;
     return done ? 0 : 1;
 }
