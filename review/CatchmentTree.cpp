@@ -59,13 +59,15 @@ void CCatchmentTreeItem::setData(int column, int role, const QVariant &value)
 {
     if (column != 0)
         return;
-    if (role == Qt::DisplayRole || role == Qt::EditRole)
+    if (role == Qt::DisplayRole || role == Qt::EditRole) {
         m_name = value.toString();
-    else if (role == Qt::CheckStateRole)
+        emitDataChanged();
+    } else if (role == Qt::CheckStateRole) {
         m_bChecked = value.toInt() == Qt::Checked;
-    else
-        return;
-    emitDataChanged();
+        emitDataChanged();
+        if (auto *tree = static_cast<CCatchmentTree *>(treeWidget()))
+            tree->TellTicked(this);
+    }
 }
 
 // --- Editing names ----------------------------------------------------------------------------------------------
@@ -103,10 +105,6 @@ CCatchmentTree::CCatchmentTree(QWidget *parent) : QTreeWidget(parent)
     setEditTriggers(SelectedClicked | EditKeyPressed);
     setExpandsOnDoubleClick(true);
     setItemDelegate(new NameDelegate(*this));
-    connect(this, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem *item) {
-        if (!m_bOwnToggle)
-            Q_EMIT Ticked(static_cast<CCatchmentTreeItem *>(item));
-    });
 }
 
 CCatchmentTreeItem *CCatchmentTree::SelectedItem() const
@@ -125,6 +123,12 @@ void CCatchmentTree::Empty()
 {
     const QSignalBlocker silence(selectionModel());
     clear();
+}
+
+void CCatchmentTree::TellTicked(CCatchmentTreeItem *item)
+{
+    if (!m_bOwnToggle)
+        Q_EMIT Ticked(item);
 }
 
 void CCatchmentTree::ShowChecks()

@@ -80,6 +80,8 @@ protected:
 
 private:
     class NameDelegate;
+    friend class CCatchmentTreeItem;
+    void TellTicked(CCatchmentTreeItem *item);
     void ShowChecks();
     /// The item whose check box holds the point of the viewport; null elsewhere.
     CCatchmentTreeItem *CheckBoxAt(const QPoint &point) const;

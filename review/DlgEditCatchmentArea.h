@@ -216,6 +216,7 @@ private:
     AcDbObjectId m_labelBlockId;
 
     std::vector<boost::shared_ptr<CCatchItemData>> m_itemPayloads; ///< keep those of the tree's items alive
+    int m_fillings = 0;                                            ///< of the tree so far
     bool m_bTreeCheckPosted = false;
     bool m_bShownBefore = false;
     CMyToolTipCtrl m_toolTip;

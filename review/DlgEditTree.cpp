@@ -18,6 +18,19 @@ namespace {
 constexpr int kSharePlaces = 4;
 constexpr double kPercent = 100.0;
 
+/// A number that is one thing as long as this lives and another one behind it, however that comes.
+class CNumberWhile {
+public:
+    CNumberWhile(int &number, int meanwhile, int behind) : m_number(number), m_behind(behind) { m_number = meanwhile; }
+    ~CNumberWhile() { m_number = m_behind; }
+    CNumberWhile(const CNumberWhile &) = delete;
+    CNumberWhile &operator=(const CNumberWhile &) = delete;
+
+private:
+    int &m_number;
+    int m_behind;
+};
+
 void showCount(AMSEdit::CAMSNumericEdit *edit, const CatchmentAreas &areas)
 {
     SetNumber(edit, static_cast<double>(areas.size()));
@@ -87,6 +100,7 @@ const CatchmentAreas &CDlgEditCatchmentArea::FilteredAreas() const
 void CDlgEditCatchmentArea::FillTree()
 {
     CCatchmentTree &tree = *m_ui->treeAreas;
+    const int filling = ++m_fillings;
     tree.Empty();
     m_itemPayloads.clear();
     const CatchmentAreas areas = FilteredAreas();
@@ -105,6 +119,8 @@ void CDlgEditCatchmentArea::FillTree()
             CCatchmentTreeItem &first = *item;
             tree.addTopLevelItem(item.release());
             tree.SelectItem(&first);
+            if (filling != m_fillings)
+                return; // what heard of it failed, and the tree was filled anew
             CompleteItem(first, area, payload);
         } else {
             CompleteItem(*item, area, payload);
@@ -128,9 +144,8 @@ void CDlgEditCatchmentArea::FillTree()
 
 void CDlgEditCatchmentArea::RefillTree()
 {
-    m_treeRefilling = 1;
+    const CNumberWhile refilling(m_treeRefilling, 1, 0);
     FillTree();
-    m_treeRefilling = 0;
 }
 
 void CDlgEditCatchmentArea::CompleteItem(CCatchmentTreeItem &item, const AreaPtr &area, CCatchItemData &payload)

@@ -135,6 +135,7 @@ TEST_F(Pick, AnAreaThatTheFilterHidesStaysInTheSetsUntilTheSelectionIsAppliedNex
         pickAt(45, 5);
         endPicking();
         dialog.click(209);
+        EXPECT_THAT(recorded([] { CReviewUnderTest::runPosted(); }), IsEmpty());
         EXPECT_THAT(dialog.CheckedGuids(), ElementsAre(L"{A3}"));
         EXPECT_THAT(dialog.checkedNames(), ElementsAre(L"A3"));
         EXPECT_FALSE(dialog.item(L"A1")->IsChecked());

@@ -102,4 +102,23 @@ TEST_F(HistoryOfTheReview, AHandlerThatFailsIsTakenBackAndTheDialogIsInStepAgain
     });
 }
 
+TEST_F(HistoryOfTheReview, WhenWhatHearsOfTheFirstItemFailsTheTreeIsFilledOnce)
+{
+    addArea(L"A3", 2, 40);
+    run([&](CReviewUnderTest &dialog) {
+        bool armed = true;
+        QObject::connect(dialog.Control<QLineEdit>(109), &QLineEdit::textChanged, &dialog, [&] {
+            if (std::exchange(armed, false))
+                throw std::runtime_error("out of it");
+        });
+        dialog.press(Qt::Key_Delete); // the tree's event runs inside of it
+        EXPECT_FALSE(armed);
+        EXPECT_THAT(dialog.treeNames(), ElementsAre(L"A2", L"A3"));
+        EXPECT_EQ(dialog.currentName(), dialog.selectedName());
+        dialog.select(L"A3"); // it still hears
+        EXPECT_EQ(dialog.currentName(), L"A3");
+    });
+    EXPECT_EQ(alerts().size(), 1u);
+}
+
 } // namespace
