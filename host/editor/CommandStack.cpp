@@ -4,6 +4,7 @@
 #include "host/drawing/Journal.h"
 #include "host/editor/Asker.h"
 #include "host/editor/CommandTable.h"
+#include "host/editor/EditorHold.h"
 #include "host/editor/Guarded.h"
 #include "host/editor/LeakMarks.h"
 #include "host/editor/ProgressMeter.h"
@@ -151,15 +152,39 @@ bool CommandStack::run(const std::wstring &line, std::wstring *reason)
     return false;
 }
 
+namespace {
+
+/// Name of the command whose open dialog forbids this command of a module to start, empty for a dialog that no command
+/// opened: over a dialog that is hidden for a pick it would open a second one on the same half-done work, its own once
+/// more, or another one that changes what the first one has in hand.
+std::optional<std::wstring> openDialogUnder(const CommandStack &stack, const CommandEntry &command)
+{
+    const auto &running = stack.running();
+    if (std::ranges::find(running, command.globalName) != running.end())
+        return command.localName;
+    if (!isEditorHandedOver())
+        return std::nullopt;
+    for (auto name = running.rbegin(); name != running.rend(); ++name) {
+        for (const CommandEntry &entry : stack.entries()) {
+            if (entry.function && entry.globalName == *name)
+                return entry.localName;
+        }
+    }
+    return std::wstring();
+}
+
+} // namespace
+
 RunStatus CommandStack::start(std::wstring_view name, std::span<const Answer> answers)
 {
     const CommandEntry *entry = find(name);
     if (!entry)
         return RunStatus::Unknown;
-    // Over its own hidden dialog a module's command would open a second one on the same half-done work.
-    if (entry->function && std::ranges::find(m_running, entry->globalName) != m_running.end()) {
-        m_session.status(uiMessage("ui.run.inItself", {entry->localName}));
-        return RunStatus::Busy;
+    if (entry->function) {
+        if (const std::optional<std::wstring> open = openDialogUnder(*this, *entry)) {
+            m_session.status(open->empty() ? uiText("ui.run.locked") : uiMessage("ui.run.inItself", {*open}));
+            return RunStatus::Busy;
+        }
     }
     const bool isLocked = m_session.documentLocks() > 0;
     const bool isAtWork = isLookingForBreak(&m_session);

@@ -3,7 +3,8 @@
 
 namespace velmor {
 
-/// True while an open dialog has handed the editor over: between its BeginEditorCommand and CompleteEditorCommand.
+/// True while an open dialog has handed the editor over: between its BeginEditorCommand and CompleteEditorCommand. No
+/// command of a module can be started meanwhile.
 bool isEditorHandedOver();
 
 } // namespace velmor
