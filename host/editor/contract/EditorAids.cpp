@@ -40,11 +40,11 @@ Result quietly(Result fallback, Work work)
 
 int acedSetStatusBarProgressMeter(const wchar_t *label, int from, int to)
 {
-    journal("acedSetStatusBarProgressMeter", label, from, to);
-    Session *session = Session::currentOrNull();
-    if (!session || !label || !*label || from >= to)
-        return RTERROR;
     return quietly(RTERROR, [&] {
+        journal("acedSetStatusBarProgressMeter", label, from, to);
+        Session *session = Session::currentOrNull();
+        if (!session || !label || !*label || from >= to)
+            return RTERROR;
         if (session->drawing())
             session->drawing()->component<RegionMisses>().begin();
         if (velmor::ProgressMeter *meter = velmor::progressMeterOf(session))
@@ -55,22 +55,28 @@ int acedSetStatusBarProgressMeter(const wchar_t *label, int from, int to)
 
 int acedSetStatusBarProgressMeterPos(int position)
 {
-    if (velmor::ProgressMeter *meter = velmor::progressMeterOf(Session::currentOrNull()))
-        meter->setPosition(position);
-    return RTNORM;
+    return quietly(RTERROR, [&] {
+        if (velmor::ProgressMeter *meter = velmor::progressMeterOf(Session::currentOrNull()))
+            meter->setPosition(position);
+        return RTNORM;
+    });
 }
 
 void acedRestoreStatusBar()
 {
-    journal("acedRestoreStatusBar");
-    Session *session = Session::currentOrNull();
-    if (!session)
-        return;
-    if (velmor::ProgressMeter *meter = velmor::progressMeterOf(session))
-        meter->end();
-    if (!session->drawing())
-        return;
     quietly(0, [&] {
+        journal("acedRestoreStatusBar");
+        return 0;
+    });
+    Session *session = Session::currentOrNull();
+    quietly(0, [&] {
+        if (velmor::ProgressMeter *meter = velmor::progressMeterOf(session))
+            meter->end();
+        return 0;
+    });
+    quietly(0, [&] {
+        if (!session || !session->drawing())
+            return 0;
         auto &misses = session->drawing()->component<RegionMisses>();
         const std::wstring summary = misses.summary();
         misses.end();
@@ -82,8 +88,10 @@ void acedRestoreStatusBar()
 
 int acedUsrBrk()
 {
-    velmor::ProgressMeter *meter = velmor::progressMeterOf(Session::currentOrNull());
-    return quietly(0, [&] { return meter && meter->isBreakAsked() ? 1 : 0; });
+    return quietly(0, [] {
+        velmor::ProgressMeter *meter = velmor::progressMeterOf(Session::currentOrNull());
+        return meter && meter->isBreakAsked() ? 1 : 0;
+    });
 }
 
 int acedSetAid(const AcDbObjectId &id)
