@@ -111,10 +111,10 @@ TEST_F(AutomaticSteps, AnEqualKnownCentreIsDroppedWithoutAWord)
     EXPECT_THAT(alerts(), IsEmpty());
 }
 
-TEST_F(AutomaticSteps, KnownCentresAreThoseOfTheStartOfTheRun)
+TEST_F(AutomaticSteps, AnIslandAroundItsMainAreasCentreIsRefusedByTheSave)
 {
-    // Two parcels around the same centre: the outer one is saved first, so the save of the inner one finds its centre
-    // taken, though the run itself did not know it.
+    // Two parcels around the same centre: the outer one is saved first, so the save of its island, which no search
+    // tests, finds the centre taken.
     addBox(1000, 1000, 1100, 1100);
     addBox(1040, 1040, 1060, 1060);
     const AcDbObjectId outer = addSection(L"R", {1010, 1010}, {1020, 1010});

@@ -63,13 +63,19 @@ void applyMethod(States &states, int method, bool listIsEmpty)
         put(states, {204, 205}, false);
 }
 
-void applyTypes(States &states, int method, int mask)
+/// Where the coefficient comes from: the terrain (0) or the table (1).
+void applySource(States &states, int source)
+{
+    put(states, {322, 246}, source == 0);
+    put(states, {325, 349, 348, 345, 222, 347}, source == 1);
+}
+
+void applyTypes(States &states, int method, int mask, int source = 0)
 {
     const bool typed = method == 3;
     if (mask & 1) {
         put(states, {343, 344}, true);
-        put(states, {322, 246}, true); // the coefficient comes from the terrain
-        put(states, {325, 349, 348, 345, 222, 347}, false);
+        applySource(states, source);
         put(states, {327, 220}, false);
         put(states, {215}, true);
         put(states, {213}, typed);
@@ -114,6 +120,12 @@ void setTypes(CDialogUnderTest &dialog, int mask)
         dialog.Control<QAbstractButton>(control)->setChecked((mask & bit) != 0);
 }
 
+/// Chooses the coefficient's source without its handler.
+void setSource(CDialogUnderTest &dialog, int source)
+{
+    dialog.Control<QAbstractButton>(source == 0 ? 343 : 344)->setChecked(true);
+}
+
 std::string difference(const States &expected, const States &found)
 {
     std::string text;
@@ -130,16 +142,20 @@ TEST_F(Enabling, EachMethodWithEachCombinationOfTypesSetsTheControlsOfTheTables)
         select(dialog, {L"D1"});
         for (int method = 0; method < 4; ++method) {
             for (int mask = 1; mask <= 7; ++mask) {
-                for (const bool start : {false, true}) {
-                    setAll(dialog, start);
-                    setTypes(dialog, mask);
-                    States expected = statesOf(dialog);
-                    applyMethod(expected, method, true);
-                    put(expected, {204, 205}, false); // one section
-                    applyTypes(expected, method, mask);
-                    dialog.choose(257, method);
-                    EXPECT_EQ(difference(expected, statesOf(dialog)), "")
-                        << "method " << method << " types " << mask << " from all " << (start ? "on" : "off");
+                for (const int source : {0, 1}) {
+                    for (const bool start : {false, true}) {
+                        setAll(dialog, start);
+                        setTypes(dialog, mask);
+                        setSource(dialog, source);
+                        States expected = statesOf(dialog);
+                        applyMethod(expected, method, true);
+                        put(expected, {204, 205}, false); // one section
+                        applyTypes(expected, method, mask, source);
+                        dialog.choose(257, method);
+                        EXPECT_EQ(difference(expected, statesOf(dialog)), "")
+                            << "method " << method << " types " << mask << " source " << source << " from all "
+                            << (start ? "on" : "off");
+                    }
                 }
             }
         }
@@ -173,12 +189,15 @@ TEST_F(Enabling, TheHiddenTypeCombosHandlerRunsTheTypesAlone)
     run([&](CDialogUnderTest &dialog) {
         select(dialog, {L"D1"});
         for (int mask = 1; mask <= 7; ++mask) {
-            setAll(dialog, true);
-            setTypes(dialog, mask);
-            States expected = statesOf(dialog);
-            applyTypes(expected, 1, mask);
-            dialog.choose(256, 1);
-            EXPECT_EQ(difference(expected, statesOf(dialog)), "") << "types " << mask;
+            for (const int source : {0, 1}) {
+                setAll(dialog, true);
+                setTypes(dialog, mask);
+                setSource(dialog, source);
+                States expected = statesOf(dialog);
+                applyTypes(expected, 1, mask, source);
+                dialog.choose(256, 1);
+                EXPECT_EQ(difference(expected, statesOf(dialog)), "") << "types " << mask << " source " << source;
+            }
         }
     });
 }
@@ -204,22 +223,24 @@ TEST_F(Enabling, ClickingTheCatchmentCheckLooksOnlyAtItsOwnType)
     run([&](CDialogUnderTest &dialog) {
         select(dialog, {L"D1"});
         for (const int method : {1, 3}) {
-            for (const bool start : {false, true}) {
-                dialog.choose(257, method);
-                setTypes(dialog, 2);
-                setAll(dialog, start);
-                dialog.GetDlgItem(106)->setEnabled(true);
-                States expected = statesOf(dialog);
-                put(expected, {343, 344, 215, 324}, true);
-                put(expected, {322, 246}, true);
-                put(expected, {325, 349, 348, 345, 222, 347}, false);
-                put(expected, {213, 301}, method == 3);
-                dialog.click(106);
-                EXPECT_EQ(difference(expected, statesOf(dialog)), "") << method;
-                put(expected, {343, 344, 215, 324}, false);
-                put(expected, {322, 246, 325, 349, 348, 345, 222, 347}, false);
-                dialog.click(106);
-                EXPECT_EQ(difference(expected, statesOf(dialog)), "") << method;
+            for (const int source : {0, 1}) {
+                for (const bool start : {false, true}) {
+                    dialog.choose(257, method);
+                    setTypes(dialog, 2);
+                    setSource(dialog, source);
+                    setAll(dialog, start);
+                    dialog.GetDlgItem(106)->setEnabled(true);
+                    States expected = statesOf(dialog);
+                    put(expected, {343, 344, 215, 324}, true);
+                    applySource(expected, source);
+                    put(expected, {213, 301}, method == 3);
+                    dialog.click(106);
+                    EXPECT_EQ(difference(expected, statesOf(dialog)), "") << method << " source " << source;
+                    put(expected, {343, 344, 215, 324}, false);
+                    put(expected, {322, 246, 325, 349, 348, 345, 222, 347}, false);
+                    dialog.click(106);
+                    EXPECT_EQ(difference(expected, statesOf(dialog)), "") << method << " source " << source;
+                }
             }
         }
     });

@@ -7,6 +7,8 @@
 #include "host/drawing/ChangeLog.h"
 #include "host/drawing/ObjectAccess.h"
 #include "host/drawing/Transient.h"
+#include "host/editor/Asker.h"
+#include "host/editor/CommandStack.h"
 #include "host/editor/Prompts.h"
 
 /// Answers the prompts from a function and keeps them.
@@ -103,6 +105,25 @@ protected:
         return ids;
     }
     velmor::ChangeLog &log() { return drawing().component<velmor::ChangeLog>(); }
+    /// What the fixture drew is no step.
+    void forgetSteps()
+    {
+        log().begin();
+        log().keep();
+        log().forget();
+    }
+    /// Runs the dialog as a person has it: a command opens it.
+    void runCommand(const Drive &drive)
+    {
+        m_drive = drive;
+        if (!m_session.commands().find(L"DEFINE"))
+            m_session.commands().addWork(L"DEFINE", 0, [this](velmor::Asker &) {
+                run(m_drive);
+                return velmor::Command::Next::Commit;
+            });
+        EXPECT_EQ(m_session.commands().start(L"DEFINE"), velmor::RunStatus::Done);
+    }
+    Drive m_drive; ///< of the command
     /// The calls of one click as "operation arguments", those of the given names.
     template <class Click>
     static std::vector<std::string> record(std::initializer_list<std::string_view> operations, Click click)

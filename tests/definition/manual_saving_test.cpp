@@ -2,9 +2,6 @@
 // back.
 #include "tests/definition/manual_fixture.h"
 
-#include "host/editor/Asker.h"
-#include "host/editor/CommandStack.h"
-
 using namespace ZEMGis;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -14,7 +11,11 @@ namespace {
 
 class ManualSaving : public ManualDefinitionTest {
 protected:
-    ManualSaving() { addSecondCourtyard(); }
+    ManualSaving()
+    {
+        addSecondCourtyard();
+        forgetSteps();
+    }
     void pickThree(CDialogUnderTest &dialog, int method, std::initializer_list<const wchar_t *> sections)
     {
         prepare(dialog, method, sections);
@@ -187,80 +188,61 @@ TEST_F(ManualSaving, ThreeSectionsOneByOneEachWithItsWay)
     EXPECT_NEAR(areas()[1]->GetArea(), 0.5, 1e-12);
 }
 
-TEST_F(ManualSaving, APickIsOneStepAndASaveOfAMainAreaWithTwoIslandsIsOneStep)
+TEST_F(ManualSaving, ASaveOfAMainAreaWithTwoIslandsIsOneStep)
 {
-    run([&](CDialogUnderTest &dialog) {
-        prepare(dialog, 1, {L"D4"});
-        dialog.check(268, true);
-        dialog.check(274, true);
-        const std::size_t before = log().undoCount();
-        pickPoint(dialog, 240, 20);
-        EXPECT_EQ(log().undoCount(), before + 1);
-        dialog.selectRows({0, 1, 2});
-        const std::size_t chosen = log().undoCount();
-        dialog.click(221);
-        ASSERT_THAT(areas(), SizeIs(3));
-        EXPECT_EQ(log().undoCount(), chosen + 1);
-        EXPECT_EQ(log().undoName(), dialog.windowTitle().toStdWString());
-    });
-}
-
-TEST_F(ManualSaving, UndoTakesAreasStampsAndLabelsBackAndRedoBringsThemAgain)
-{
-    AcDbObjectIdArray islands;
-    run([&](CDialogUnderTest &dialog) {
+    runCommand([&](CDialogUnderTest &dialog) {
         pickThree(dialog, 1, {L"D4"});
         dialog.check(274, true);
         dialog.selectRows({0, 1, 2});
         dialog.click(221);
         ASSERT_THAT(areas(), SizeIs(3));
-        islands = dialog.LastIslands();
+        EXPECT_EQ(log().undoCount(), 1u) << "with what the start of the dialog wrote";
+        EXPECT_EQ(log().undoName(), dialog.windowTitle().toStdWString());
     });
-    ASSERT_EQ(labels(), 3u);
-    const auto step = [&](const wchar_t *command) {
-        EXPECT_EQ(m_session.commands().start(command), velmor::RunStatus::Done);
+    EXPECT_EQ(log().undoCount(), 1u) << "with what its end wrote";
+}
+
+TEST_F(ManualSaving, OneUndoTakesASaveWithItsLabelsAndStampsBackAndRedoBringsThemAgain)
+{
+    runCommand([&](CDialogUnderTest &dialog) {
+        pickThree(dialog, 1, {L"D4"});
+        dialog.check(274, true);
+        dialog.selectRows({0, 1, 2});
+        dialog.click(221);
+    });
+    const auto islandsOnEntity = [] {
+        CStringArray islands;
+        attached(areas().at(0)->GetObjectId(), L"SLIV_ISLANDS").GetArrayCopy(islands);
+        return islands;
     };
-    step(L"U"); // the end of the dialog: its settings, and the outlines that it erased come back
-    EXPECT_THAT(areas(), SizeIs(3));
-    ASSERT_THAT(loosePolylines(), SizeIs(3));
-    EXPECT_TRUE(attached(islands.at(0), L"SLIV_MAIN_AREA").IsNotNull());
-    step(L"U");
-    EXPECT_THAT(areas(), IsEmpty());
-    EXPECT_EQ(labels(), 0u);
-    ASSERT_THAT(loosePolylines(), SizeIs(3));
-    for (const AcDbObjectId &island : islands)
-        EXPECT_FALSE(attached(island, L"SLIV_MAIN_AREA").IsNotNull());
-    step(L"REDO");
     ASSERT_THAT(areas(), SizeIs(3));
     EXPECT_EQ(labels(), 3u);
-    for (const AcDbObjectId &island : islands)
-        EXPECT_EQ(static_cast<std::wstring>(attached(island, L"SLIV_MAIN_AREA")), areas()[0]->GetGuid());
-    step(L"REDO");
+    const CStringArray islands = islandsOnEntity();
+    EXPECT_THAT(islands, ElementsAre(areas()[1]->GetGuid(), areas()[2]->GetGuid()));
+    EXPECT_EQ(m_session.commands().start(L"U"), velmor::RunStatus::Done);
+    EXPECT_THAT(areas(), IsEmpty());
+    EXPECT_EQ(labels(), 0u);
     EXPECT_THAT(loosePolylines(), IsEmpty());
-    EXPECT_THAT(areas(), SizeIs(3));
+    EXPECT_EQ(m_session.commands().start(L"REDO"), velmor::RunStatus::Done);
+    ASSERT_THAT(areas(), SizeIs(3));
+    EXPECT_EQ(labels(), 3u);
+    EXPECT_EQ(islandsOnEntity(), islands);
+    EXPECT_THAT(loosePolylines(), IsEmpty());
 }
 
 TEST_F(ManualSaving, AfterTheDialogOneUndoTakesTheLastSaveAndNoOutlineEverComesBack)
 {
-    // As a person has it: a command opens the dialog.
-    m_session.commands().addWork(L"DEFINE", 0, [&](velmor::Asker &) {
-        run([&](CDialogUnderTest &dialog) {
-            pickThree(dialog, 1, {L"D4"});
-            dialog.check(274, true);
-            dialog.click(221);
-            dialog.selectRows({1, 2});
-            dialog.click(221);
-            pickPoint(dialog, 50, 50);
-            dialog.selectRows({});
-            dialog.selectRows({0});
-        });
-        return velmor::Command::Next::Commit;
-    });
-    log().begin(); // what the fixture drew
-    log().keep();
-    log().forget();
     const std::string before = drawing().write();
-    m_session.commands().start(L"DEFINE");
+    runCommand([&](CDialogUnderTest &dialog) {
+        pickThree(dialog, 1, {L"D4"});
+        dialog.check(274, true);
+        dialog.click(221);
+        dialog.selectRows({1, 2});
+        dialog.click(221);
+        pickPoint(dialog, 50, 50);
+        dialog.selectRows({});
+        dialog.selectRows({0});
+    });
     ASSERT_THAT(areas(), SizeIs(3));
     const std::string after = drawing().write();
     const auto nothingElse = [&] { return loosePolylines().empty() && hatches().empty(); };
@@ -284,15 +266,15 @@ TEST_F(ManualSaving, AfterTheDialogOneUndoTakesTheLastSaveAndNoOutlineEverComesB
 
 TEST_F(ManualSaving, NamesAndCentresOfASaveThatWasUndoneAreFreeForTheNextDialog)
 {
-    run([&](CDialogUnderTest &dialog) {
+    runCommand([&](CDialogUnderTest &dialog) {
         prepare(dialog, 1, {L"D1"});
         pickPoint(dialog, 50, 50);
         dialog.click(221);
     });
     ASSERT_THAT(names(), ElementsAre(L"S-D1_1"));
-    m_session.commands().start(L"UNDO", std::vector{velmor::Answer{std::wstring(L"2")}}); // the dialog's end, the save
+    m_session.commands().start(L"U");
     ASSERT_THAT(areas(), IsEmpty());
-    run([&](CDialogUnderTest &dialog) {
+    runCommand([&](CDialogUnderTest &dialog) {
         prepare(dialog, 1, {L"D1"});
         EXPECT_EQ(dialog.text(329), "S-D1_1");
         pickPoint(dialog, 50, 50);
@@ -315,15 +297,16 @@ TEST_F(ManualSaving, WhileTheDialogIsOpenNobodyUndoesBesideIt)
 
 TEST_F(ManualSaving, ATypedAreaIsOneStepToo)
 {
-    run([&](CDialogUnderTest &dialog) {
+    runCommand([&](CDialogUnderTest &dialog) {
         prepare(dialog, 3, {L"D1"});
         dialog.type(213, "2");
-        const std::size_t before = log().undoCount();
         dialog.click(221);
-        EXPECT_EQ(log().undoCount(), before + 1);
     });
     ASSERT_THAT(areas(), SizeIs(1));
     EXPECT_NEAR(areas()[0]->GetArea(), 2.0, 1e-12);
+    EXPECT_EQ(log().undoCount(), 1u);
+    m_session.commands().start(L"U");
+    EXPECT_THAT(areas(), IsEmpty());
 }
 
 TEST_F(ManualSaving, TheSavedAreaIsMarkedAndTheNextPickShowsIt)

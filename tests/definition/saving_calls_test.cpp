@@ -181,6 +181,38 @@ TEST_F(SavingCalls, AnIslandRowIsLabelledFromTheBlockAndThenItsMainAreaFromTheCa
     });
 }
 
+TEST_F(SavingCalls, AfterARowIsSavedItsLabelTheSectionAndTheMainAreasLabelFollowInThisOrder)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog);
+        const auto follows = [] {
+            std::vector<std::string> found;
+            bool assigned = false;
+            for (const velmor::JournalEntry &entry : Journal::instance().entries()) {
+                if (entry.operation == "CCatchmentArea::Mark")
+                    break; // the marks, once for the whole save
+                assigned = assigned || entry.operation == "CCatchmentAreaManager::AssignCA";
+                if (assigned && (entry.operation == kLabel || entry.operation == "acedRedraw" ||
+                                 entry.operation == "CEntity::DrawTemporary" ||
+                                 entry.operation == "CCatchmentAreaManager::GetCatchmentAreaByGuid"))
+                    found.push_back(entry.operation.substr(entry.operation.rfind(':') + 1) + " " +
+                                    entry.arguments.front());
+            }
+            return found;
+        };
+        const std::string section = journalText(network().sectionByName(L"D1")->GetObjectId());
+        saveRow(dialog, 0);
+        ASSERT_THAT(areas(), SizeIs(1));
+        const std::string main = journalText(areas()[0]->GetGuid());
+        EXPECT_THAT(follows(), ElementsAre("WriteCatchmentLabel " + main, "acedRedraw 4", "DrawTemporary " + section));
+        saveRow(dialog, 1);
+        ASSERT_THAT(areas(), SizeIs(2));
+        EXPECT_THAT(follows(), ElementsAre("WriteCatchmentLabel " + journalText(areas()[1]->GetGuid()), "acedRedraw 4",
+                                           "DrawTemporary " + section, "GetCatchmentAreaByGuid " + main,
+                                           "WriteCatchmentLabel " + main));
+    });
+}
+
 TEST_F(SavingCalls, WithoutTheLabelCheckOnlyTheIslandsMainAreaIsLabelled)
 {
     run([&](CDialogUnderTest &dialog) {

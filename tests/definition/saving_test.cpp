@@ -97,6 +97,30 @@ TEST_F(Saving, Method0WithoutSectionsCreatesTheAreaAndAssignsItToNothing)
     EXPECT_THAT(sharesOf(*areas().front()), IsEmpty());
 }
 
+TEST_F(Saving, Method2SavesByItselfAndTheSaveOnlyClearsTheStatusAndRedrawsTheMarks)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.Control<QComboBox>(257)->setCurrentIndex(2); // without its handler, which would take the rows away
+        dialog.GetDlgItem(221)->setEnabled(true);
+        dialog.GetDlgItem(210)->setEnabled(true);
+        dialog.selectRows({0, 1});
+        ASSERT_THAT(dialog.list()->selectedItems(), SizeIs(2));
+        Journal::instance().setRecording(true);
+        dialog.click(221);
+        Journal::instance().setRecording(false);
+        EXPECT_EQ(dialog.text(281), "");
+        EXPECT_EQ(dialog.colour(281), 23551u);
+        EXPECT_THAT(entriesOf("CCatchmentAreaManager::CreateCA"), IsEmpty());
+        EXPECT_THAT(entriesOf("CCatchmentAreaManager::SetHiddenCA"), IsEmpty());
+        EXPECT_THAT(
+            calls({"CCatchmentAreaManager::UnMarkAllCatchments", "acedUpdateDisplay"}),
+            ElementsAre("CCatchmentAreaManager::UnMarkAllCatchments", "acedUpdateDisplay", "acedUpdateDisplay"));
+    });
+    EXPECT_THAT(areas(), IsEmpty());
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
 TEST_F(Saving, Method1SharesTheAreaByLength)
 {
     m_session.setDrawing(velmor::Drawing::createNew());
@@ -232,6 +256,31 @@ TEST_F(Saving, AnIslandWhoseMainAreaWasNeverSavedHasAnEmptyMainArea)
     const auto box = property(*areas().front(), L"CA_MAIN_AREA");
     EXPECT_TRUE(box.IsNotNull());
     EXPECT_EQ(static_cast<std::wstring>(box), L"");
+}
+
+TEST_F(Saving, AnIslandWhoseMainAreaIsGoneKeepsItsGuidAndChangesNoOtherArea)
+{
+    std::wstring gone;
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        dialog.selectRows({0});
+        dialog.click(221);
+        ASSERT_THAT(areas(), SizeIs(1));
+        gone = areas().front()->GetGuid();
+        Sewage::CCatchmentAreaManager::Instance()->DeleteCA(areas().front());
+        ASSERT_THAT(areas(), IsEmpty());
+        dialog.selectRows({1});
+        Journal::instance().setRecording(true);
+        dialog.click(221);
+        Journal::instance().setRecording(false);
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_EQ(static_cast<std::wstring>(property(*areas().front(), L"CA_MAIN_AREA")), gone);
+    EXPECT_THAT(entriesOf("CCatchmentArea::SetPropertyData"), IsEmpty());
+    ASSERT_THAT(entriesOf("CCatchmentAreaManager::WriteCatchmentLabel"), SizeIs(1));
+    EXPECT_EQ(entriesOf("CCatchmentAreaManager::WriteCatchmentLabel").front().arguments.front(),
+              velmor::journalText(areas().front()->GetGuid()));
+    EXPECT_THAT(alerts(), IsEmpty());
 }
 
 TEST_F(Saving, AnIslandIsLabelledFromTheBlockAndItsMainAreaAnewFromTheCatalogue)
@@ -496,6 +545,22 @@ TEST_F(TypedArea, TwoHectaresAreTakenAsTwentyThousandSquareMetres)
     EXPECT_NE(area.IsHidden(), 0);
     EXPECT_DOUBLE_EQ(area.GetArea(), 2.0);
     EXPECT_THAT(sharesOf(area), ElementsAre(std::pair(std::wstring(L"D1"), 1.0)));
+}
+
+TEST_F(TypedArea, TheAreaGoesToTheCurrentSectionWhicheverThatIs)
+{
+    run([&](CDialogUnderTest &dialog) {
+        dialog.choose(257, 3);
+        select(dialog, {L"D1", L"D2", L"D3"});
+        dialog.click(205);
+        EXPECT_EQ(dialog.text(326), "");
+        dialog.type(213, "2");
+        dialog.type(215, "0.35");
+        dialog.click(221);
+        EXPECT_EQ(dialog.list()->topLevelItemCount(), 0);
+    });
+    ASSERT_THAT(areas(), SizeIs(1));
+    EXPECT_THAT(sharesOf(*areas().front()), ElementsAre(std::pair(std::wstring(L"D2"), 1.0)));
 }
 
 TEST_F(TypedArea, TheBagHoldsWhatTheTypesNeed)

@@ -192,11 +192,12 @@ TEST_F(Settings, KeysOfTheLabelBlockAreWrittenEvenWhenEmptyAndThenNoBlockIsInser
 
 TEST_F(Settings, TheLayerSelectionHoldsTheEntitiesOfThoseLayersInAllBlocksNamesComparedExactly)
 {
-    auto &block = drawing().addBlock(L"PART");
-    auto inBlock = std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 0));
-    AcDbLine &inner = *inBlock;
-    drawing().append(std::move(inBlock), block);
-    drawing().setLayerOf(inner, drawing().ensureLayer(L"ONLY"));
+    for (velmor::BlockRecord *block : {&drawing().addBlock(L"PART"), drawing().findBlock(L"*Paper_Space")}) {
+        auto inBlock = std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 0));
+        AcDbLine &inner = *inBlock;
+        drawing().append(std::move(inBlock), *block);
+        drawing().setLayerOf(inner, drawing().ensureLayer(L"ONLY"));
+    }
     addLine(0, 0, 1, 1, L"ONLY");
     const AcDbObjectId gone = addLine(0, 0, 2, 2, L"ONLY");
     {
@@ -206,11 +207,11 @@ TEST_F(Settings, TheLayerSelectionHoldsTheEntitiesOfThoseLayersInAllBlocksNamesC
     addLine(0, 0, 3, 3, L"OTHER");
 
     setLayers({L"ONLY"});
-    run([&](CDialogUnderTest &) { EXPECT_THAT(membersOfTheOnlySet(m_session), SizeIs(2)); });
+    run([&](CDialogUnderTest &) { EXPECT_THAT(membersOfTheOnlySet(m_session), SizeIs(3)); });
     setLayers({L"only"});
     run([&](CDialogUnderTest &) { EXPECT_THAT(membersOfTheOnlySet(m_session), IsEmpty()); });
     setLayers({L"OTHER", L"ONLY"});
-    run([&](CDialogUnderTest &) { EXPECT_THAT(membersOfTheOnlySet(m_session), SizeIs(3)); });
+    run([&](CDialogUnderTest &) { EXPECT_THAT(membersOfTheOnlySet(m_session), SizeIs(4)); });
 }
 
 TEST_F(Settings, TheDialogFreesItsSelectionSet)

@@ -184,6 +184,35 @@ TEST_F(SmallDialogs, AnEmptiedTerrainListLeavesTheCoefficient)
     });
 }
 
+TEST_F(SmallDialogs, ADamagedRecordGivesAnEmptyListAndOkKeepsTheFileBesideTheNewOne)
+{
+    const auto support = m_userFolder / "support";
+    const auto contentOf = [&](const char *name) {
+        std::ifstream file(support / name);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    writeTerrains();
+    const std::string both = contentOf("ZEMXTerrainType.cfg");
+    drawing().setDictionaryEntry("ZEMX_TERRAINTYPE", "TT_DEFINITION", {{1, std::wstring(L"<Other/>")}});
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        EXPECT_EQ(entryTexts(dialog, 322), QStringList());
+        dialog.type(215, "0.5");
+        onNested([&](CAdUiBaseDialog &nested) {
+            EXPECT_EQ(nested.Control<QTreeWidget>(210)->topLevelItemCount(), 0);
+            press(nested, 1);
+        });
+        for (int i = 0; i < 2; ++i) {
+            dialog.click(246);
+            EXPECT_EQ(entryTexts(dialog, 322), QStringList());
+            EXPECT_EQ(dialog.text(215), "0.5");
+            EXPECT_EQ(contentOf("ZEMXTerrainType.cfg"), "<Other/>");
+            EXPECT_EQ(contentOf("ZEMXTerrainType.cfg.bak"), both);
+        }
+    });
+    EXPECT_THAT(alerts(), IsEmpty());
+}
+
 TEST_F(SmallDialogs, AfterTheSettingsTheirKeysAreReadAgainAndNoOthers)
 {
     run([&](CDialogUnderTest &dialog) {

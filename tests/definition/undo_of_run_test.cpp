@@ -1,8 +1,6 @@
 // What is left of a run of the dialog when it ends well, ends badly, or is cut off.
 #include "tests/definition/manual_fixture.h"
 
-#include "host/editor/Asker.h"
-#include "host/editor/CommandStack.h"
 #include "host/editor/Recovery.h"
 
 namespace fs = std::filesystem;
@@ -17,20 +15,7 @@ namespace {
 /// The dialog as a person has it: a command opens it.
 class RunOfTheDialog : public ManualDefinitionTest {
 protected:
-    RunOfTheDialog()
-    {
-        log().begin(); // what the fixture drew
-        log().keep();
-        log().forget();
-    }
-    void runCommand(const Drive &drive)
-    {
-        m_session.commands().addWork(L"DEFINE", 0, [&](velmor::Asker &) {
-            run(drive);
-            return velmor::Command::Next::Commit;
-        });
-        EXPECT_EQ(m_session.commands().start(L"DEFINE"), velmor::RunStatus::Done);
-    }
+    RunOfTheDialog() { forgetSteps(); }
     void expectNoLitter()
     {
         EXPECT_THAT(loosePolylines(), IsEmpty());
