@@ -100,6 +100,15 @@ TEST_P(RealLineworkForm, EverySectionEndsInAnAreaOrIsToldWithItsReason)
     EXPECT_EQ(areas.size(), wanted);
     EXPECT_THAT(outcome.out, HasSubstr("Areas defined automatically: " + std::to_string(areas.size())));
     EXPECT_THAT(outcome.out, HasSubstr("No closed region around " + std::to_string(missed) + " of 331 places"));
+    // Each reason is told with its number, and one that does not occur is not told.
+    for (const auto &[status, reason] : {std::pair(boundary::Status::Open, " in linework that is not closed ("),
+                                         std::pair(boundary::Status::NotEnclosed, " with nothing around ("),
+                                         std::pair(boundary::Status::OnEdge, " on the linework itself (")}) {
+        if (found[status] > 0)
+            EXPECT_THAT(outcome.out, HasSubstr(" " + std::to_string(found[status]) + reason));
+        else
+            EXPECT_THAT(outcome.out, testing::Not(HasSubstr(reason)));
+    }
 
     for (const AreaRow &row : areas) {
         double whole = 0.0;

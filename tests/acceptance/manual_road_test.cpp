@@ -17,7 +17,6 @@ namespace fs = std::filesystem;
 using test::AreaRow;
 using test::number;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
 
@@ -134,11 +133,14 @@ TEST_F(ManualRoad, CornersGiveAnArea)
     expectNothingElse("areas.dxf", 1, 0);
 }
 
-TEST_F(ManualRoad, EveryPromptCanBeLeftAndNothingIsLeftBehind)
+TEST_F(ManualRoad, EveryPromptCanBeLeftAndTheDialogThenStillDefinesAnArea)
 {
     EXPECT_EQ(runScript("cancelled"), "");
-    EXPECT_THAT(areasOf("cancelled.dxf"), IsEmpty());
-    expectNothingElse("cancelled.dxf", 0, 0);
+    const auto rows = areasOf("cancelled.dxf");
+    ASSERT_THAT(rows, SizeIs(1));
+    EXPECT_NEAR(number(rows[0].at("area_ha")), 1.0, 1e-9);
+    EXPECT_THAT(test::sharesOf(rows[0]), ElementsAre(Pair("A-B", 1.0)));
+    expectNothingElse("cancelled.dxf", 1, 0);
 }
 
 TEST_F(ManualRoad, ATakenNameAndATakenCentreAreRefused)

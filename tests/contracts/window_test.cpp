@@ -353,6 +353,85 @@ TEST_F(WindowContract, ACommandIsNotStartedOverItsOwnDialogThatHidesForAPick)
     session.commands().removeCmd(L"TEST", L"pickingsheet");
 }
 
+/// Another command of the same module.
+struct OtherCommand {
+    static void run()
+    {
+        ++s_opened;
+        Sheet().DoModal();
+    }
+    static inline int s_opened = 0;
+};
+
+TEST_F(WindowContract, NoModulesCommandIsStartedOverADialogThatHidesForAPick)
+{
+    showWindow();
+    const auto add = [&](const wchar_t *name, AcRxFunctionPtr function) {
+        ASSERT_EQ(session.commands().addCommand(L"TEST", name, name, CommandEntry::kTransparent, function, nullptr, -1,
+                                                nullptr, nullptr),
+                  Acad::eOk);
+    };
+    add(L"pickingsheet", PickingCommand::run);
+    add(L"othersheet", OtherCommand::run);
+    const int picked = PickingCommand::s_opened;
+    std::wstring told, reason;
+    bool ranOther = true, ranZoom = false;
+    then([] { return PickingCommand::s_dialog && PickingCommand::s_dialog->isVisible(); },
+         [&] {
+             ads_point point = {};
+             Sheet &dialog = *PickingCommand::s_dialog;
+             dialog.BeginEditorCommand();
+             acedGetPoint(nullptr, L"Point", point);
+             dialog.CompleteEditorCommand(1);
+             dialog.EndDialog(CAdUiBaseDialog::kOk);
+         });
+    atPrompt([&] {
+        auto *field = window->commandLine().findChild<QLineEdit *>();
+        field->insert(QStringLiteral("'othersheet"));
+        QTest::keyClick(field, Qt::Key_Return);
+        told = session.lastStatus();
+        ranOther = session.commands().run(L"othersheet", &reason);
+        ranZoom = session.commands().run(L"'ZOOM E");
+        EXPECT_TRUE(isPrompting()) << "the first one still asks";
+        click(50, 50);
+    });
+    EXPECT_TRUE(session.commands().run(L"pickingsheet"));
+    EXPECT_EQ(PickingCommand::s_opened, picked + 1);
+    EXPECT_EQ(OtherCommand::s_opened, 0);
+    EXPECT_FALSE(ranOther);
+    EXPECT_THAT(told, HasSubstr(L"pickingsheet is open already"));
+    EXPECT_EQ(reason, told);
+    EXPECT_TRUE(ranZoom) << "what the host does transparently goes on";
+    then([] { return dynamic_cast<Sheet *>(QApplication::activeModalWidget()) != nullptr; },
+         [] { dynamic_cast<Sheet *>(QApplication::activeModalWidget())->EndDialog(CAdUiBaseDialog::kOk); });
+    EXPECT_TRUE(session.commands().run(L"othersheet")) << "afterwards it starts";
+    EXPECT_EQ(OtherCommand::s_opened, 1);
+    for (const wchar_t *name : {L"pickingsheet", L"othersheet"})
+        session.commands().removeCmd(L"TEST", name);
+}
+
+TEST_F(WindowContract, NoModulesCommandIsStartedOverAPickOfADialogThatNoCommandOpened)
+{
+    showWindow();
+    ASSERT_EQ(session.commands().addCommand(L"TEST", L"othersheet", L"othersheet", CommandEntry::kTransparent,
+                                            OtherCommand::run, nullptr, -1, nullptr, nullptr),
+              Acad::eOk);
+    const int opened = OtherCommand::s_opened;
+    Sheet dialog;
+    std::wstring reason;
+    then([&] { return dialog.isVisible(); },
+         [&] {
+             dialog.BeginEditorCommand();
+             EXPECT_FALSE(session.commands().run(L"othersheet", &reason));
+             dialog.CompleteEditorCommand(1);
+             dialog.EndDialog(CAdUiBaseDialog::kOk);
+         });
+    dialog.DoModal();
+    EXPECT_EQ(OtherCommand::s_opened, opened);
+    EXPECT_THAT(reason, HasSubstr(L"locked by an open dialog"));
+    session.commands().removeCmd(L"TEST", L"othersheet");
+}
+
 // --- The screen ---------------------------------------------------------------------------------------------------
 
 TEST_F(WindowContract, TheScreenShowsTheNewHatchRightAfterTheHandler)

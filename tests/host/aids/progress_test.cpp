@@ -61,6 +61,25 @@ TEST_F(Progress, AMeterWithoutALabelOrARangeIsRefused)
     EXPECT_FALSE(window.progressMeter().isVisible());
 }
 
+TEST_F(Progress, AMeterThatCannotBeHadStopsNoWork)
+{
+    struct Broken final : SessionView, ProgressOwner {
+        void showDrawing(Drawing *) override {}
+        void redraw() override {}
+        void zoomTo(const Extents &) override {}
+        void showAlert(const std::wstring &) override {}
+        void showStatus(const std::wstring &) override {}
+        ProgressMeter &progressMeter() override { throw std::runtime_error("no status bar"); }
+    } broken;
+    SessionView *shown = session.view();
+    session.setView(&broken);
+    EXPECT_EQ(acedSetStatusBarProgressMeter(L"Work", 0, 10), RTERROR);
+    EXPECT_EQ(acedSetStatusBarProgressMeterPos(4), RTERROR);
+    EXPECT_EQ(acedUsrBrk(), 0);
+    EXPECT_NO_THROW(acedRestoreStatusBar());
+    session.setView(shown);
+}
+
 TEST_F(Progress, EscapeIsNotedUntilTheNextMeter)
 {
     acedSetStatusBarProgressMeter(L"Work", 0, 10);
