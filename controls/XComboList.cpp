@@ -5,6 +5,7 @@
 
 #include <QKeyEvent>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QScreen>
 #include <QScrollBar>
 
@@ -28,6 +29,12 @@ constexpr auto kKeys = std::to_array<std::pair<int, ComboKey>>({
     {Qt::Key_Up, ComboKey::Up},
     {Qt::Key_Down, ComboKey::Down},
 });
+
+/// True for an event of the left mouse button.
+bool IsLeft(const QEvent &event)
+{
+    return static_cast<const QMouseEvent &>(event).button() == Qt::LeftButton;
+}
 
 /// A list box that a letter takes to the next choice that begins with it.
 class ChoiceBox : public QListWidget {
@@ -202,10 +209,10 @@ bool CXComboList::eventFilter(QObject *watched, QEvent *event)
             Tell(m_keys.LoseFocus());
         return false;
     case QEvent::MouseButtonPress:
-        m_bPressed = watched == m_list->viewport();
+        m_bPressed = watched == m_list->viewport() && IsLeft(*event);
         return false;
     case QEvent::MouseButtonRelease:
-        if (watched != m_list->viewport())
+        if (watched != m_list->viewport() || !IsLeft(*event))
             return false;
         if (std::exchange(m_bPressed, false))
             Tell(ComboNotice::ButtonUp);
@@ -219,15 +226,16 @@ bool CXComboList::eventFilter(QObject *watched, QEvent *event)
 
 void CXComboList::mousePressEvent(QMouseEvent *event)
 {
-    if (rect().contains(event->position().toPoint()))
-        Tell(ComboNotice::ButtonUp);
-    else
+    if (!rect().contains(event->position().toPoint()))
         QFrame::mousePressEvent(event); // closes it
+    else if (IsLeft(*event))
+        Tell(ComboNotice::ButtonUp);
 }
 
-void CXComboList::mouseReleaseEvent(QMouseEvent *)
+void CXComboList::mouseReleaseEvent(QMouseEvent *event)
 {
-    m_owner.OnButtonUpOverPopup();
+    if (IsLeft(*event))
+        m_owner.OnButtonUpOverPopup();
 }
 
 #include "moc_XComboList.cpp"

@@ -30,6 +30,7 @@ class QPushButton;
 ///
 /// Keys: F2 edits the current cell, Space clicks its check box, Alt+Down or F4 opens its popup or its browse button.
 /// In the editor Enter commits, Escape abandons.
+/// In the editor of a numeric cell a comma that is typed or pasted becomes a decimal point.
 class CXListCtrl : public QTableView, private IListCellsView {
     Q_OBJECT
 

@@ -11,6 +11,21 @@
 
 #include <utility>
 
+namespace {
+
+/// The rule of numeric cells passes over a comma: 1,5 would become 15. Who types or pastes one means the decimal point.
+void TakeCommaAsPoint(QLineEdit &edit)
+{
+    QString text = edit.text();
+    if (!text.contains(QLatin1Char(',')))
+        return;
+    const int caret = edit.cursorPosition();
+    edit.setText(text.replace(QLatin1Char(','), QLatin1Char('.')));
+    edit.setCursorPosition(caret);
+}
+
+} // namespace
+
 QLineEdit *CXListCtrl::GetEditBox() const
 {
     return m_edit;
@@ -51,6 +66,8 @@ void CXListCtrl::OpenEditBox(int row, int column)
     m_edit->setFont(font());
     PlaceEditBox();
     m_edit->setText(ToQString(m_cells.GetItemText(row, column)));
+    if (const CellRecord *record = m_cells.GetRecord(row, column); record && record->numeric)
+        connect(m_edit, &QLineEdit::textEdited, m_edit, [edit = m_edit.data()] { TakeCommaAsPoint(*edit); });
     m_edit->installEventFilter(this);
     m_edit->show();
     m_edit->selectAll();

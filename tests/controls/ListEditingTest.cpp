@@ -301,7 +301,6 @@ TEST_F(ListEditing, ANumericCellWritesItsNumberWithThreeDecimals)
              {QStringLiteral("1000"), L"1000.000"},
              {QStringLiteral("1.23456"), L"1.234"}, // cut, not rounded
              {QStringLiteral("1'000"), L"1000.000"},
-             {QStringLiteral("12,5"), L"125.000"}, // the comma is no decimal point
              {QStringLiteral(" 7 m"), L"7.000"},
              {QStringLiteral("00042"), L"42.000"},
          }) {
@@ -312,6 +311,46 @@ TEST_F(ListEditing, ANumericCellWritesItsNumberWithThreeDecimals)
         list->InsertItem(0, L"a");
         list->SetCellNumeric(0, 1);
     }
+}
+
+TEST_F(ListEditing, ATypedCommaIsTheDecimalPointOfANumber)
+{
+    // Who types 1,5 must not find 15.
+    FillEdited({L"a"}, true);
+    clickCell(*list, 0, 1);
+    pressKey(*list->GetEditBox(), Qt::Key_1, QStringLiteral("1"));
+    pressKey(*list->GetEditBox(), Qt::Key_5, QStringLiteral("5"));
+    pressKey(*list->GetEditBox(), Qt::Key_Left);
+    pressKey(*list->GetEditBox(), Qt::Key_Comma, QStringLiteral(","));
+
+    EXPECT_EQ(list->GetEditBox()->text(), QStringLiteral("1.5"));
+    EXPECT_EQ(list->GetEditBox()->cursorPosition(), 2);
+    pressKey(*list->GetEditBox(), Qt::Key_Return);
+    EXPECT_EQ(Text(0, 1), L"1.500");
+}
+
+TEST_F(ListEditing, APastedCommaIsTheDecimalPointOfANumber)
+{
+    FillEdited({L"a"}, true);
+    ASSERT_TRUE(typeIntoCell(*list, 0, 1, QStringLiteral("12,5")));
+
+    EXPECT_EQ(Text(0, 1), L"12.500");
+}
+
+TEST_F(ListEditing, AWordKeepsItsComma)
+{
+    FillEdited({L"a"}, false);
+    ASSERT_TRUE(typeIntoCell(*list, 0, 1, QStringLiteral("12,5")));
+
+    EXPECT_EQ(Text(0, 1), L"12,5");
+}
+
+TEST_F(ListEditing, TheRuleItselfPassesOverAComma)
+{
+    FillEdited({L"a"}, true);
+    EXPECT_TRUE(list->TakeText(0, 1, L"12,5"));
+
+    EXPECT_EQ(Text(0, 1), L"125.000");
 }
 
 TEST_F(ListEditing, ANumberOutOfRangeIsSilentlyRefused)

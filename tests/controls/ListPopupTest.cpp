@@ -277,6 +277,20 @@ TEST_F(ListPopup, AClickOnTheFrameTakesTheSelectedChoice)
     EXPECT_THAT(told, ElementsAre(Place(0, 2)));
 }
 
+TEST_F(ListPopup, TheOtherButtonsTakeNothing)
+{
+    FillCombos(1);
+    clickArrow(*list, 0, 2);
+    QWidget &choices = *list->GetPopup()->GetListBox()->viewport();
+    sendMouse(choices, QEvent::MouseButtonPress, QPoint(3, 3), Qt::RightButton);
+    sendMouse(choices, QEvent::MouseButtonRelease, QPoint(3, 3), Qt::RightButton);
+    sendMouse(*list->GetPopup(), QEvent::MouseButtonPress, QPoint(0, 0), Qt::MiddleButton);
+
+    EXPECT_NE(list->GetPopup(), nullptr);
+    EXPECT_EQ(Text(0, 2), L"Brick");
+    EXPECT_THAT(told, IsEmpty());
+}
+
 TEST_F(ListPopup, AClickElsewhereIsAnEscape)
 {
     FillCombos(1);

@@ -210,6 +210,7 @@ void GalleryWindow::Rebuild()
     AddGroup(*grid, TextRows(setting));
     AddGroup(*grid, DateRows(setting));
     AddGroup(*grid, SmallRows());
+    AddGroup(*grid, ListRows(setting));
     grid->setColumnStretch(5, 1);
     column->addLayout(grid);
     column->addStretch(1);
@@ -231,17 +232,31 @@ void GalleryWindow::AddGroup(QGridLayout &grid, const Group &group)
         Shown shown{row, new QLabel(row.name), readoutLabel(kTextWidth), readoutLabel(kValueWidth), readoutLabel(50)};
         shown.name->setBuddy(row.control);
         shown.name->setMinimumWidth(110);
-        row.control->setFixedWidth(kControlWidth);
         const int at = grid.rowCount();
-        grid.addWidget(shown.name, at, 0);
+        grid.addWidget(shown.name, at, 0, row.wide ? Qt::AlignTop : Qt::Alignment());
+        if (row.wide) {
+            grid.addWidget(row.control, at, 1, 1, 4);
+            for (QLabel *readout : {shown.text, shown.value, shown.valid}) {
+                readout->setParent(m_page);
+                readout->hide();
+            }
+            AddShown(shown);
+            continue;
+        }
+        row.control->setFixedWidth(kControlWidth);
         grid.addWidget(row.control, at, 1);
         grid.addWidget(shown.text, at, 2);
         grid.addWidget(shown.value, at, 3);
         grid.addWidget(shown.valid, at, 4);
-        m_shown.push_back(shown);
-        m_options->addWidget(row.options);
-        m_optionsOf->addItem(row.name);
+        AddShown(shown);
     }
+}
+
+void GalleryWindow::AddShown(const Shown &shown)
+{
+    m_shown.push_back(shown);
+    m_options->addWidget(shown.row.options);
+    m_optionsOf->addItem(shown.row.name);
 }
 
 void GalleryWindow::Refresh()

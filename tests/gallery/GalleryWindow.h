@@ -37,6 +37,7 @@ private:
     /// All controls anew, with the settings of the region chosen.
     void Rebuild();
     void AddGroup(QGridLayout &grid, const Group &group);
+    void AddShown(const Shown &shown);
     void Refresh();
     void ShowOptionsOf(int row);
     void OnFocusChanged(QWidget *old, QWidget *now);

@@ -19,6 +19,7 @@ struct Row {
     std::function<QString()> text;
     std::function<QString()> value; ///< none: the control has no value beside its text
     std::function<bool()> valid;    ///< none: every text is valid
+    bool wide = false;              ///< stands over the readouts as well, which it has none of
 };
 
 /// Rows of one kind, in order.
@@ -38,5 +39,6 @@ Group NumberRows(const Setting &setting);
 Group TextRows(const Setting &setting);
 Group DateRows(const Setting &setting);
 Group SmallRows();
+Group ListRows(const Setting &setting);
 
 } // namespace gallery
