@@ -64,6 +64,9 @@ protected:
     /// Of the last definition; null and empty before.
     AcDbObjectId LastBoundary() const { return m_lastBoundary; }
     const AcDbObjectIdArray &LastIslands() const { return m_lastIslands; }
+    /// The block of labels, and its attributes that take values.
+    const AcDbObjectId &LabelBlock() const { return m_labelBlockId; }
+    const CStringArray &LabelAttributes() const { return m_labelAttributes; }
     /// Appends a row to the list of boundaries. text names the row, areaSquareMetres is shown in hectares.
     void AddBoundaryRow(boost::shared_ptr<CCatchItemData> item, const std::wstring &text, double areaSquareMetres);
 
@@ -203,6 +206,7 @@ private:
     // Small handlers
     void OnBtnLayers();
     void OnBtnTerrain();
+    void OnBtnLabelBlock();
     void OnBtnSettings();
     void OnBtnHide();
     void OnBtnInfoSections();

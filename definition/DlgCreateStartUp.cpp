@@ -164,6 +164,7 @@ void CDlgCreateCatchmentArea::ConnectControls()
     click(m_ui->btnCorners, &Dialog::OnBtnDrawArea);
     click(m_ui->btnLayers, &Dialog::OnBtnLayers);
     click(m_ui->btnTerrain, &Dialog::OnBtnTerrain);
+    click(m_ui->btnLabelBlock, &Dialog::OnBtnLabelBlock);
     click(m_ui->btnSettings, &Dialog::OnBtnSettings);
     click(m_ui->radioTerrain, &Dialog::OnCoeffSourceChanged);
     click(m_ui->radioAtv, &Dialog::OnCoeffSourceChanged);

@@ -2,6 +2,7 @@
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "definition/DefinitionMessages.h"
+#include "dialogs/CatchLabelDlg.h"
 #include "dialogs/CatchLayerDlg.h"
 #include "dialogs/TerrainTypeSimpleDlg.h"
 #include "ui_definition.h"
@@ -35,6 +36,22 @@ void CDlgCreateCatchmentArea::OnBtnTerrain()
         AddTerrainTypes(dialog.m_catalog);
     }
     SelectFirstTerrain();
+}
+
+void CDlgCreateCatchmentArea::OnBtnLabelBlock()
+{
+    if (CNotificationFramework::Instance()->IsCommandActive() != 0)
+        return;
+    const SetActiveCommand command(L"CA_DEFINE_LAB");
+    CCatchLabelDlg dialog(this);
+    dialog.m_strBlockName = m_strBlockName;
+    dialog.m_strBlockPath = m_strBlockPath;
+    if (dialog.DoModal() != kOk)
+        return;
+    m_labelBlockId = dialog.m_blockId;
+    m_labelAttributes = dialog.m_attributes;
+    m_strBlockName = dialog.m_strBlockName;
+    m_strBlockPath = dialog.m_strBlockPath;
 }
 
 void CDlgCreateCatchmentArea::OnBtnSettings()

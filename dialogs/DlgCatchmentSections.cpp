@@ -46,11 +46,11 @@ bool CDlgCatchmentSections::OnInitDialog()
     if (m_area) {
         m_ui->editArea->setText(ToQString(FourDecimals(m_area->GetArea())));
         FillSectionList();
-        FitColumn(*m_ui->listSections, kNameColumn, m_ui->listSections->GetColumnWidth(kNameColumn));
         // So that F2 edits the first share.
         m_ui->listSections->setCurrentIndex(m_ui->listSections->model()->index(0, kShareColumn));
     }
-    FitColumn(*m_ui->listSections, kShareColumn, m_ui->listSections->GetColumnWidth(kShareColumn));
+    for (const int column : {kNameColumn, kShareColumn})
+        FitColumn(*m_ui->listSections, column, m_ui->listSections->GetColumnWidth(column));
     ShowAllColumns(*m_ui->listSections);
     return true;
 }

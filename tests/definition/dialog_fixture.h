@@ -32,6 +32,8 @@
 class CDialogUnderTest : public CDlgCreateCatchmentArea {
 public:
     using CDlgCreateCatchmentArea::AddBoundaryRow;
+    using CDlgCreateCatchmentArea::LabelAttributes;
+    using CDlgCreateCatchmentArea::LabelBlock;
     using CDlgCreateCatchmentArea::LastBoundary;
     using CDlgCreateCatchmentArea::LastIslands;
     const AcDbObjectIdArray &tempBoundaries() const { return m_tempBoundaries; }

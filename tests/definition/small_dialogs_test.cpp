@@ -2,10 +2,12 @@
 #include "tests/definition/dialog_tools.h"
 
 #include "controls/WideText.h"
+#include "dialogs/CatchLabelDlg.h"
 #include "dialogs/CatchLayerDlg.h"
 #include "dialogs/TerrainTypeSimpleDlg.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/dialogs/HostDialogs.h"
+#include "tests/definition/journal_lines.h"
 
 #include <QDoubleSpinBox>
 #include <QKeyEvent>
@@ -36,6 +38,21 @@ protected:
         std::filesystem::create_directories(m_userFolder / "support");
         std::ofstream(m_userFolder / "support" / "ZEMXTerrainType.cfg")
             << "<Terrains><Terrain name=\"Lawn\" flow=\"0.1000\"/><Terrain name=\"Roof\" flow=\"0.9000\"/></Terrains>";
+    }
+    /// A block file with these attributes; its path.
+    std::wstring makeBlock(const char *name, const std::vector<std::wstring> &tags)
+    {
+        const auto block = velmor::Drawing::createNew();
+        for (const std::wstring &tag : tags)
+            block->append(std::make_unique<velmor::AttributeDefinitionEntity>(tag, tag, velmor::TextShape{}));
+        const std::filesystem::path file = m_userFolder / name;
+        EXPECT_TRUE(block->save(file));
+        return ToWide(QString::fromStdString(file.string()));
+    }
+    std::wstring kept(const char *name)
+    {
+        const auto items = drawing().dictionaryEntry("ZEMX_LSD2", std::string("ZEMX_CATCH_DEFINE_") + name);
+        return items && items->size() == 1 ? std::get<std::wstring>(items->front().value) : L"(none)";
     }
 };
 
@@ -252,31 +269,74 @@ TEST_F(SmallDialogs, NoneOpensWhileACommandIsActive)
         onNested([&](CAdUiBaseDialog &) { ++opened; });
         {
             const Notification::SetActiveCommand other(L"OTHER");
-            for (const int control : {207, 246, 219}) {
+            for (const int control : {207, 246, 219, 286}) {
                 ASSERT_TRUE(dialog.isEnabled(control)) << control;
                 dialog.click(control);
             }
             EXPECT_EQ(opened, 0);
         }
-        for (const int control : {207, 246, 219})
+        for (const int control : {207, 246, 219, 286})
             dialog.click(control);
-        EXPECT_EQ(opened, 3);
+        EXPECT_EQ(opened, 4);
     });
 }
 
-TEST_F(SmallDialogs, TheHiddenButtonsOpenNothing)
+TEST_F(SmallDialogs, TheHiddenHelpButtonOpensNothing)
 {
     run([&](CDialogUnderTest &dialog) {
         int opened = 0;
         onNested([&](CAdUiBaseDialog &) { ++opened; });
-        for (const int control : {286, 9}) {
-            EXPECT_FALSE(dialog.GetDlgItem(control)->isVisible()) << control;
-            dialog.GetDlgItem(control)->setEnabled(true);
-            dialog.click(control);
-        }
+        EXPECT_FALSE(dialog.GetDlgItem(9)->isVisible());
+        dialog.GetDlgItem(9)->setEnabled(true);
+        dialog.click(9);
         EXPECT_EQ(opened, 0);
         EXPECT_TRUE(dialog.isVisible());
     });
+}
+
+TEST_F(SmallDialogs, TheHiddenLabelButtonHandsItsBlockOnAndTakesBackWhatOkGives)
+{
+    const std::wstring path = makeBlock("Own.dxf", {L"FIRST", L"SECOND"});
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        EXPECT_FALSE(dialog.GetDlgItem(286)->isVisible());
+        onNested([&](CAdUiBaseDialog &nested) {
+            auto *label = dynamic_cast<CCatchLabelDlg *>(&nested);
+            ASSERT_NE(label, nullptr);
+            EXPECT_EQ(label->m_strBlockName, L"CatchLabel");
+            EXPECT_THAT(label->m_strBlockPath, testing::EndsWith(L"CatchLabel.dwg"));
+            m_session.answers().push({path});
+            press(nested, 250);
+            press(nested, 1);
+        });
+        const JournalLines lines = recorded([&] { dialog.click(286); });
+        ASSERT_THAT(lines, testing::Not(IsEmpty()));
+        EXPECT_EQ(lines.front(), "SetActiveCommand(CA_DEFINE_LAB)");
+        EXPECT_EQ(dialog.LabelBlock(), velmor::idOf(*drawing().findBlock(L"Own")));
+        EXPECT_THAT(dialog.LabelAttributes(), ElementsAre(L"FIRST", L"SECOND", L"", L""));
+    });
+    // The closing writes what was taken back.
+    EXPECT_EQ(kept("m_strBlockPath"), path);
+    EXPECT_EQ(kept("m_strBlockName"), L"Own");
+}
+
+TEST_F(SmallDialogs, CancelOfTheLabelDialogLeavesBlockAndAttributes)
+{
+    const std::wstring path = makeBlock("Own.dxf", {L"FIRST"});
+    run([&](CDialogUnderTest &dialog) {
+        select(dialog, {L"D1"});
+        const AcDbObjectId block = dialog.LabelBlock();
+        const CStringArray attributes = dialog.LabelAttributes();
+        onNested([&](CAdUiBaseDialog &nested) {
+            m_session.answers().push({path});
+            press(nested, 250);
+            press(nested, 2);
+        });
+        dialog.click(286);
+        EXPECT_EQ(dialog.LabelBlock(), block);
+        EXPECT_EQ(dialog.LabelAttributes(), attributes);
+    });
+    EXPECT_EQ(kept("m_strBlockName"), L"CatchLabel");
 }
 
 TEST_F(SmallDialogs, APickInTheLayerDialogPutsBothDialogsAwayAndBringsThemBack)

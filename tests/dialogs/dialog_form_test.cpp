@@ -1,12 +1,16 @@
-// What both small dialogs are as forms: names for those who hear them, letters, room for texts, keys.
+// What the small dialogs are as forms: names for those who hear them, letters, room for texts, keys.
 #include "tests/dialogs/small_dialog_fixture.h"
 
+#include "controls/XListCtrl.h"
+#include "dialogs/CatchLabelDlg.h"
 #include "dialogs/CatchLayerDlg.h"
+#include "dialogs/DlgCatchmentSections.h"
 #include "dialogs/TerrainTypeSimpleDlg.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QTest>
@@ -15,7 +19,7 @@ namespace {
 
 class SmallDialogForm : public SmallDialogTest {
 protected:
-    /// Runs each of the two dialogs in both languages.
+    /// Runs each of the dialogs in both languages.
     void inEach(const std::function<void(CAdUiBaseDialog &)> &look)
     {
         for (const char *language : {"hr", "en"}) {
@@ -24,6 +28,10 @@ protected:
             run(layers, [&] { look(layers); });
             CTerrainTypeSimpleDlg terrains;
             run(terrains, [&] { look(terrains); });
+            CCatchLabelDlg label;
+            run(label, [&] { look(label); });
+            CDlgCatchmentSections sections;
+            run(sections, [&] { look(sections); });
         }
     }
 };
@@ -56,7 +64,7 @@ TEST_F(SmallDialogForm, KeyboardLettersAreUnique)
             take(label->text());
         for (const QAbstractButton *button : dialog.findChildren<QAbstractButton *>())
             take(button->text());
-        EXPECT_EQ(letters.size(), 2);
+        EXPECT_EQ(letters.size(), dynamic_cast<const CDlgCatchmentSections *>(&dialog) ? 1 : 2);
     });
 }
 
@@ -69,10 +77,23 @@ TEST_F(SmallDialogForm, NothingIsCutOffAtTwiceTheFontToo)
         QApplication::setFont(font);
         inEach([&](CAdUiBaseDialog &dialog) {
             for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
-                if (!qobject_cast<const QLabel *>(widget) && !qobject_cast<const QAbstractButton *>(widget))
+                if (!widget->isVisible() ||
+                    (!qobject_cast<const QLabel *>(widget) && !qobject_cast<const QAbstractButton *>(widget)))
                     continue;
                 EXPECT_GE(widget->width(), widget->sizeHint().width()) << widget->objectName().toStdString();
                 EXPECT_GE(widget->height(), widget->minimumSizeHint().height()) << widget->objectName().toStdString();
+            }
+            for (const CXListCtrl *list : dialog.findChildren<CXListCtrl *>()) {
+                int width = 0;
+                for (int column = 0; column < list->GetColumnCount(); ++column) {
+                    EXPECT_GE(list->GetColumnWidth(column), list->horizontalHeader()->sectionSizeHint(column));
+                    for (int row = 0; row < list->GetItemCount(); ++row)
+                        EXPECT_GE(list->GetColumnWidth(column),
+                                  list->fontMetrics().horizontalAdvance(
+                                      QString::fromStdWString(list->GetItemText(row, column))));
+                    width += list->GetColumnWidth(column);
+                }
+                EXPECT_GE(list->viewport()->width(), width) << list->objectName().toStdString();
             }
         });
     }
@@ -100,7 +121,7 @@ void press(QWidget *widget, int key)
 template <class Dialog>
 class OkDialogForm : public SmallDialogTest {
 };
-using OkDialogs = testing::Types<CCatchLayerDlg, CTerrainTypeSimpleDlg>;
+using OkDialogs = testing::Types<CCatchLayerDlg, CTerrainTypeSimpleDlg, CCatchLabelDlg>;
 TYPED_TEST_SUITE(OkDialogForm, OkDialogs);
 
 TYPED_TEST(OkDialogForm, EnterInAFieldOrAListPressesOkWhichIsTheDefaultButton)

@@ -314,6 +314,16 @@ TEST_F(SectionsDialog, EnterWithoutAnEditorMovesTheFocusAndNeverEndsTheDialog)
     });
 }
 
+TEST_F(SectionsDialog, NoButtonLooksAsIfEnterPressedIt)
+{
+    runOver([&](CDlgCatchmentSections &dialog) {
+        dialog.GetDlgItem(1)->setFocus();
+        EXPECT_FALSE(dialog.Control<QPushButton>(1)->isDefault());
+        press(*dialog.GetDlgItem(1), Qt::Key_Return);
+        EXPECT_TRUE(dialog.isVisible());
+    });
+}
+
 TEST_F(SectionsDialog, ItKeepsTheFocusWhenTheHostAsks)
 {
     CDlgCatchmentSections dialog;

@@ -7,7 +7,9 @@
 #include "contracts/CoreServices.h"
 #include "contracts/HostDialog.h"
 #include "definition/DlgCreateCatchmentArea.h"
+#include "dialogs/CatchLabelDlg.h"
 #include "dialogs/CatchLayerDlg.h"
+#include "dialogs/DlgCatchmentSections.h"
 #include "dialogs/TerrainTypeSimpleDlg.h"
 #include "host/editor/Captions.h"
 #include "host/editor/CommandLine.h"
@@ -332,6 +334,10 @@ protected:
         session.setDialogDriver(
             [&](CAdUiBaseDialog &small) { look(QStringLiteral("terrain types dialog"), small, as); });
         CTerrainTypeSimpleDlg().DoModal();
+        session.setDialogDriver([&](CAdUiBaseDialog &small) { look(QStringLiteral("label dialog"), small, as); });
+        CCatchLabelDlg().DoModal();
+        session.setDialogDriver([&](CAdUiBaseDialog &small) { look(QStringLiteral("sections dialog"), small, as); });
+        CDlgCatchmentSections().DoModal();
         session.setDialogDriver(nullptr);
     }
 
@@ -398,10 +404,11 @@ TEST_F(Walk, TheWindowsThatMustBeThereWereMet)
     for (const PanelSpec &panel : panelSpecs())
         EXPECT_TRUE(s_seen.contains(QStringLiteral("main window with dock.") + QLatin1String(panel.name)));
     for (const char *name :
-         {"definition dialog", "boundary layers dialog", "terrain types dialog", "settings TCE1 dialog 1",
-          "settings TCE2 dialog 1", "hatch patterns dialog 1", "colours dialog 1", "selection tool menu 1",
-          "recovery dialog 1", "closing dialog 1", "alert dialog 1", "loading dialog 1", "damaged open dialog 1",
-          "damaged save dialog 1", "transcript", "open window after a switch", "open transcript after a switch"})
+         {"definition dialog", "boundary layers dialog", "terrain types dialog", "label dialog", "sections dialog",
+          "settings TCE1 dialog 1", "settings TCE2 dialog 1", "hatch patterns dialog 1", "colours dialog 1",
+          "selection tool menu 1", "recovery dialog 1", "closing dialog 1", "alert dialog 1", "loading dialog 1",
+          "damaged open dialog 1", "damaged save dialog 1", "transcript", "open window after a switch",
+          "open transcript after a switch"})
         EXPECT_TRUE(s_seen.contains(QString::fromLatin1(name))) << name;
 }
 
