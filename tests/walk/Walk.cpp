@@ -414,7 +414,7 @@ QStringList untranslated(const TextsByPlace &english, const TextsByPlace &croati
         QStringLiteral("Velmor"), QStringLiteral("English"), QStringLiteral("Hrvatski"), QStringLiteral("Info"),
         QStringLiteral("Auto"),   QStringLiteral("DXF"),     QStringLiteral("PDF"),      QStringLiteral("ACI"),
         QStringLiteral("velmor"), QStringLiteral("Zoom"),    QStringLiteral("ATV 118"),  QStringLiteral("SWMM"),
-        QStringLiteral("JSON"),   QStringLiteral("CSV"),
+        QStringLiteral("JSON"),   QStringLiteral("CSV"),     QStringLiteral("DEL"),
     };
     QStringList found;
     for (auto at = english.cbegin(); at != english.cend(); ++at) {
