@@ -8,6 +8,8 @@
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
+
 namespace {
 
 constexpr Qt::ItemFlags kSectionFlags =
@@ -83,6 +85,23 @@ public:
         if (editor)
             editor->setAccessibleName(m_tree.accessibleName());
         return editor;
+    }
+    void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                              const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::updateEditorGeometry(editor, option, index);
+        QRect whole = editor->geometry(); // a name may become longer than it is
+        whole.setRight(std::max(whole.right(), option.rect.right()));
+        whole.setTop(option.rect.top());
+        whole.setBottom(option.rect.bottom());
+        editor->setGeometry(whole);
+    }
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        constexpr int kRowPadding = 6; // room for the editor's frame
+        QSize size = QStyledItemDelegate::sizeHint(option, index);
+        size.setHeight(std::max(size.height(), option.fontMetrics.height() + kRowPadding));
+        return size;
     }
     void setModelData(QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const override
     {

@@ -218,6 +218,7 @@ private:
     std::vector<boost::shared_ptr<CCatchItemData>> m_itemPayloads; ///< keep those of the tree's items alive
     int m_fillings = 0;                                            ///< of the tree so far
     bool m_bTreeCheckPosted = false;
+    bool m_bEnded = false; ///< what is still posted comes too late
     bool m_bShownBefore = false;
     CMyToolTipCtrl m_toolTip;
     std::unique_ptr<CFocusedDefault> m_focusedDefault;

@@ -49,6 +49,8 @@ void CDlgEditCatchmentArea::PostTreeCheck(CCatchmentTreeItem *item)
         this,
         [this, address] {
             m_bTreeCheckPosted = false;
+            if (m_bEnded)
+                return;
             RunHandler([&] { OnWindowMessage(kTreeCheckMessage, ReviewControl::kTreeAreas, address); });
         },
         Qt::QueuedConnection);

@@ -282,11 +282,13 @@ void CDlgEditCatchmentArea::OnOK()
 {
     SaveSettings();
     SetHighlight(0);
+    m_bEnded = true;
     EndDialog(kOk);
 }
 
 void CDlgEditCatchmentArea::OnCancel()
 {
+    m_bEnded = true; // whatever comes of the rest
     SetHighlight(0);
     EndDialog(kCancel);
 }

@@ -2,6 +2,8 @@
 #include "tests/definition/journal_lines.h"
 #include "tests/review/review_fixture.h"
 
+#include "host/drawing/Transient.h"
+
 #include <QKeyEvent>
 
 using testing::ElementsAre;
@@ -94,6 +96,21 @@ TEST_F(Closing, TheWindowsCloseBoxDoesTheSame)
               }),
               CAdUiBaseDialog::kCancel);
     EXPECT_THAT(kept("m_comboMode"), IsEmpty());
+}
+
+TEST_F(Closing, ATickRightBeforeTheEndMarksNothingBehindIt)
+{
+    for (const bool byOk : {true, false}) {
+        run([&](CReviewUnderTest &dialog) {
+            dialog.clickCheckBox(dialog.item(L"A2"));
+            if (byOk)
+                dialog.click(1);
+            else
+                dialog.close();
+            EXPECT_THAT(recorded([] { CReviewUnderTest::runPosted(); }), IsEmpty());
+        });
+        EXPECT_THAT(drawing().component<velmor::TransientGraphics>().marks(), IsEmpty());
+    }
 }
 
 TEST_F(Closing, ChangesOfAreasStayWhenTheDialogIsCancelled)

@@ -255,13 +255,47 @@ TEST_F(EmptyHighlight, WithoutAnyAreaTheLabelCommandsOnlyRefreshTheDisplay)
     });
 }
 
+// --- The label's block --------------------------------------------------------------------------------------------
+
+TEST_F(Highlight, TheLabelDialogsBlockAndAttributesReplaceThoseOfTheStart)
+{
+    onNested([](CAdUiBaseDialog &dialog) {
+        EXPECT_EQ(dialog.windowTitle().toStdWString(), message(2013));
+        dialog.Control<QAbstractButton>(CAdUiBaseDialog::kOk)->click();
+    });
+    run([&](CReviewUnderTest &dialog) {
+        const JournalLines lines = recorded([&] { dialog.clickHidden(254); });
+        EXPECT_EQ(lines.front(), "SetActiveCommand(CA_DEFINE_LAB)");
+        EXPECT_EQ(lines.back(), "~SetActiveCommand(CA_DEFINE_LAB)");
+        EXPECT_THAT(dialog.LabelAttributes(), SizeIs(4));
+        EXPECT_FALSE(dialog.LabelBlock().isNull());
+        // Labels go by the catalogue all the same.
+        EXPECT_THAT(recorded([&] { dialog.click(252); }), Contains("CCatchmentAreaManager::WriteCatchmentLabel({A1}, " +
+                                                                   dialog.text(135).toStdString() + ")"));
+    });
+}
+
+TEST_F(Highlight, ACancelledLabelDialogLeavesBlockAndAttributes)
+{
+    bool opened = false;
+    onNested([&](CAdUiBaseDialog &) { opened = true; });
+    run([&](CReviewUnderTest &dialog) {
+        const CStringArray attributes = dialog.LabelAttributes();
+        const AcDbObjectId block = dialog.LabelBlock();
+        dialog.clickHidden(254);
+        EXPECT_TRUE(opened);
+        EXPECT_EQ(dialog.LabelAttributes(), attributes);
+        EXPECT_EQ(dialog.LabelBlock(), block);
+    });
+}
+
 // --- Guards -----------------------------------------------------------------------------------------------------
 
 TEST_F(Highlight, WhatIsGuardedDoesNothingAtAllUnderAnotherCommand)
 {
     run([&](CReviewUnderTest &dialog) {
         dialog.tick(L"A2");
-        for (const int control : {209, 253, 252, 255}) {
+        for (const int control : {209, 253, 252, 255, 254}) {
             ASSERT_TRUE(dialog.isEnabled(control)) << control;
             const Notification::SetActiveCommand other(L"OTHER");
             EXPECT_THAT(recorded([&] { dialog.click(control); }), IsEmpty()) << control;
