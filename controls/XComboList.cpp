@@ -211,6 +211,11 @@ bool CXComboList::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonPress:
         m_bPressed = watched == m_list->viewport() && IsLeft(*event);
         return false;
+    case QEvent::MouseMove:
+        // Drawn with the button down from the arrow to a choice.
+        if (watched == m_list->viewport() && static_cast<QMouseEvent *>(event)->buttons() & Qt::LeftButton)
+            m_bPressed = true;
+        return false;
     case QEvent::MouseButtonRelease:
         if (watched != m_list->viewport() || !IsLeft(*event))
             return false;

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int kMargin = 6;       // pixels beside a column's text
+constexpr int kRounding = 2;     // a text's width is told in whole pixels
 constexpr int kGrooveInset = 2;  // pixels above and below the lines between columns
 constexpr int kPlatformEdge = 2; // the platform's width of one border
 
@@ -53,7 +54,7 @@ QSize CXHeaderCtrl::sizeHint() const
 
 QSize CXHeaderCtrl::sectionSizeFromContents(int column) const
 {
-    int width = fontMetrics().horizontalAdvance(ToQString(m_cells.GetHeaderText(column))) + 2 * kMargin + 2;
+    int width = fontMetrics().horizontalAdvance(ToQString(m_cells.GetHeaderText(column))) + 2 * kMargin + 2 + kRounding;
     if (m_cells.GetHeaderCheckedState(column) != -1)
         width += ImageSize() + m_nSpacing;
     if (m_bWidened)

@@ -95,7 +95,7 @@ bool CXListCtrl::SetColumnWidth(int column, int width)
             const int text = QFontMetrics(m_delegate->FontOf(index)).horizontalAdvance(m_model->ShownText(row, column));
             constexpr int kAny = 1000;
             const QRect cell(0, 0, kAny, rowHeight(row));
-            width = std::max(width, text + 1 + kAny - m_delegate->TextPlace(cell, index).width());
+            width = std::max(width, text + 2 + kAny - m_delegate->TextPlace(cell, index).width());
         }
     }
     m_header->resizeSection(column, std::max(width, 0));

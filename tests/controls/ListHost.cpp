@@ -3,6 +3,8 @@
 #include "contracts/DrawingHost.h"
 #include "contracts/HostDialog.h"
 
+#include <iterator>
+
 ListHost &listHost()
 {
     static ListHost host;
@@ -21,7 +23,8 @@ bool acedHatchPalletteDialog(const wchar_t *, bool, std::wstring &result)
 
 std::uint32_t acedGetRGB(int colorIndex)
 {
-    return static_cast<std::uint32_t>(colorIndex) * 0x010305U & 0xFFFFFFU;
+    constexpr std::uint32_t kFirst[] = {0xFFFFFF, 0x0000FF, 0x00FFFF, 0x00FF00, 0xFFFF00, 0xFF0000, 0xFF00FF, 0xFFFFFF};
+    return kFirst[static_cast<std::uint32_t>(colorIndex) % std::size(kFirst)];
 }
 
 bool CZEMCLayerTablePtr::allLayerNames(CStringArray &names) const

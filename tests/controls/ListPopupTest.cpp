@@ -267,6 +267,23 @@ TEST_F(ListPopup, TheButtonsWayUpFromTheArrowTakesNoChoice)
     EXPECT_THAT(told, IsEmpty());
 }
 
+TEST_F(ListPopup, TheButtonMayBeDrawnFromTheArrowToAChoice)
+{
+    FillCombos(0);
+    const QRect cell = cellOf(*list, 1, 2);
+    sendMouse(*list->viewport(), QEvent::MouseButtonPress, QPoint(cell.right() - 3, cell.center().y()));
+    ASSERT_NE(list->GetPopup(), nullptr);
+    QListWidget *box = list->GetPopup()->GetListBox();
+    const QPoint at = box->visualItemRect(box->item(3)).center();
+    sendMouse(*box->viewport(), QEvent::MouseMove, at);
+    box->setCurrentRow(3);
+    sendMouse(*box->viewport(), QEvent::MouseButtonRelease, at);
+
+    EXPECT_EQ(list->GetPopup(), nullptr);
+    EXPECT_EQ(Text(1, 2), L"Dirt");
+    EXPECT_THAT(told, ElementsAre(Place(1, 2)));
+}
+
 TEST_F(ListPopup, AClickOnTheFrameTakesTheSelectedChoice)
 {
     FillCombos(1);

@@ -92,6 +92,18 @@ TEST_F(ListTable, AColumnSizedToItsHeaderShowsAllOfIt)
     EXPECT_FALSE(list->SetColumnWidth(1, 20));
 }
 
+TEST_F(ListTable, NoHeaderIsCutInAColumnSizedToIt)
+{
+    // Fractions of pixels differ from text to text: the sections' ends are looked at for an ellipsis by width alone.
+    for (const wchar_t *header : {L"On", L"Share [%]", L"Sections", L"W", L"ijl|"}) {
+        CXListCtrl one;
+        one.InsertColumn(0, header);
+        const QString text = QString::fromWCharArray(header);
+        const int room = one.GetColumnWidth(0) - 14;
+        EXPECT_EQ(one.GetHeader().fontMetrics().elidedText(text, Qt::ElideRight, room), text);
+    }
+}
+
 TEST_F(ListTable, AColumnSizedToItsTextsCutsNone)
 {
     Fill({L"a", L"A rather long name of a section"});

@@ -118,7 +118,7 @@ GalleryWindow::GalleryWindow(QWidget *parent) : QMainWindow(parent)
     connect(clock, &QTimer::timeout, this, &GalleryWindow::Refresh);
     clock->start(kRefreshMilliseconds);
     Rebuild();
-    resize(1200, 880);
+    resize(1240, 1000);
 }
 
 QWidget *GalleryWindow::MakeBar()
