@@ -48,6 +48,7 @@ protected:
     void OnCancel() override;
     void OnHandlerFailed() override;
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
     // What tests look at
     const AreaPtr &CurrentArea() const { return m_currentArea; }
@@ -80,6 +81,8 @@ private:
     void ReadConfiguration();
     void LoadLabelBlock();
     void FitToScreen();
+    /// Of the screen on which the program's window stands.
+    QRect RoomBeside() const;
 
     // Settings
     void RestoreSettings();
@@ -220,6 +223,7 @@ private:
     bool m_bTreeCheckPosted = false;
     bool m_bEnded = false; ///< what is still posted comes too late
     bool m_bShownBefore = false;
+    QSize m_wantedSize; ///< what letters and texts ask for
     CMyToolTipCtrl m_toolTip;
     std::unique_ptr<CFocusedDefault> m_focusedDefault;
     /// Built and attached to nothing: the tree has no icons.

@@ -129,6 +129,23 @@ constexpr auto kNumericFields = std::to_array<CNumericField>({
     {kEditZoom, 4, 4, false},
     {kEditScale, 4, 4, false},
 });
+/// Where a person left the dialog, for as long as the program runs.
+struct CLeftPlace {
+    QPoint m_corner;
+    QSize m_size;
+    int m_nTree = 0;
+    QSize m_wanted; ///< the size that its letters and texts asked for; empty: it was not shown yet
+};
+CLeftPlace leftPlace;
+/// Pixels of the dialog that stay within reach.
+constexpr int kLeastInView = 80;
+
+/// least also where there is no room.
+int Within(int value, int least, int greatest)
+{
+    return std::max(least, std::min(value, greatest));
+}
+
 /// They only show.
 constexpr auto kCountFields = std::to_array<CNumericField>({
     {kEditCountCatchment, 9, 4, false},
@@ -317,21 +334,44 @@ void CDlgEditCatchmentArea::showEvent(QShowEvent *event)
     CAdUiBaseDialog::showEvent(event);
 }
 
+void CDlgEditCatchmentArea::hideEvent(QHideEvent *event)
+{
+    if (m_bEnded)
+        leftPlace = {frameGeometry().topLeft(), size(), m_ui->splitter->sizes().value(0), m_wantedSize};
+    CAdUiBaseDialog::hideEvent(event);
+}
+
 void CDlgEditCatchmentArea::FitToScreen()
 {
     // The panel scrolls where the screen is too small for it; else it is shown whole. What a person makes wider goes
     // to the tree.
-    constexpr int kTreeWidthInLetters = 44;
+    constexpr int kTreeWidthInLetters = 40;
     const QSize panel = m_ui->panel->sizeHint().expandedTo(m_ui->panel->minimumSizeHint());
-    const int tree =
-        std::max(m_ui->paneAreas->sizeHint().width(), fontMetrics().averageCharWidth() * kTreeWidthInLetters);
+    int tree = std::max(m_ui->paneAreas->sizeHint().width(), fontMetrics().averageCharWidth() * kTreeWidthInLetters);
     m_ui->scrollPanel->setMinimumWidth(panel.width() + m_ui->scrollPanel->verticalScrollBar()->sizeHint().width());
     m_ui->splitter->setStretchFactor(0, 1);
     m_ui->splitter->setStretchFactor(1, 0);
-    const int panelWidth = m_ui->scrollPanel->minimumWidth();
     const QSize around = sizeHint() - m_ui->splitter->sizeHint();
-    const QSize wanted(tree + m_ui->splitter->handleWidth() + panelWidth + around.width(),
-                       panel.height() + around.height());
-    resize(wanted.expandedTo(minimumSizeHint()).boundedTo(screen()->availableSize() * 0.95));
-    m_ui->splitter->setSizes({tree, panelWidth});
+    const QSize content(tree + m_ui->splitter->handleWidth() + m_ui->scrollPanel->minimumWidth(), panel.height());
+    const QRect room = RoomBeside();
+    m_wantedSize = (content + around).expandedTo(minimumSizeHint()).boundedTo(room.size() * 0.95);
+    QSize shown = m_wantedSize;
+    if (leftPlace.m_wanted == m_wantedSize) { // letters and language are as they were
+        shown = leftPlace.m_size.boundedTo(room.size());
+        tree = leftPlace.m_nTree;
+    }
+    resize(shown);
+    m_ui->splitter->setSizes({tree, shown.width() - around.width() - m_ui->splitter->handleWidth() - tree});
+    // At the right of the window at first, where panels stand and not the areas that it is about; then where it was.
+    if (!leftPlace.m_wanted.isEmpty() && room.adjusted(0, 0, -kLeastInView, -kLeastInView).contains(leftPlace.m_corner))
+        move(leftPlace.m_corner);
+    else if (const QWidget *window = QApplication::activeWindow(); window && window != this)
+        move(Within(window->frameGeometry().right() - shown.width(), room.left(), room.right() - shown.width()),
+             Within(window->geometry().center().y() - shown.height() / 2, room.top(), room.bottom() - shown.height()));
+}
+
+QRect CDlgEditCatchmentArea::RoomBeside() const
+{
+    const QWidget *window = QApplication::activeWindow();
+    return (window ? window : this)->screen()->availableGeometry();
 }

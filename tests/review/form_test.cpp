@@ -291,4 +291,30 @@ TEST_F(Form, TheKeyboardStartsInTheTree)
     run([&](CReviewUnderTest &dialog) { EXPECT_EQ(dialog.focusWidget(), dialog.tree()); });
 }
 
+TEST_F(Form, ItOpensWhereAndAsItWasLeft)
+{
+    run([&](CReviewUnderTest &dialog) {
+        dialog.move(37, 41);
+        dialog.resize(dialog.width() - 10, dialog.height() - 20);
+        auto *splitter = dialog.findChild<QSplitter *>();
+        splitter->setSizes({splitter->sizes().at(0) - 30, splitter->sizes().at(1) + 30});
+        dialog.click(1);
+    });
+    QSize left;
+    int tree = 0;
+    run([&](CReviewUnderTest &dialog) {
+        EXPECT_EQ(dialog.frameGeometry().topLeft(), QPoint(37, 41));
+        left = dialog.size();
+        tree = dialog.findChild<QSplitter *>()->sizes().at(0);
+        dialog.resize(dialog.width() - 20, dialog.height());
+        QCoreApplication::processEvents();
+        dialog.close();
+    });
+    run([&](CReviewUnderTest &dialog) {
+        EXPECT_EQ(dialog.size(), QSize(left.width() - 20, left.height()));
+        EXPECT_EQ(dialog.findChild<QSplitter *>()->sizes().at(0), tree - 20);
+        dialog.resize(left);
+    });
+}
+
 } // namespace
