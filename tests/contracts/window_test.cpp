@@ -238,6 +238,24 @@ TEST_F(WindowContract, AMessageOfADialogsHandlerStandsOverThatDialog)
     EXPECT_TRUE(isOnTop);
 }
 
+TEST_F(WindowContract, AskedForABlockFileTheFileDialogOffersWhatStandsForIt)
+{
+    showWindow();
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    std::ofstream(folder / "CatchLabel.dxf") << "x";
+    const auto dialog = [] { return qobject_cast<QFileDialog *>(QApplication::activeModalWidget()); };
+    QString named;
+    then([&] { return dialog() != nullptr; },
+         [&] {
+             EXPECT_EQ(dialog()->nameFilters(), QStringList{QStringLiteral("*.dwg *.dxf")});
+             named = dialog()->findChild<QLineEdit *>()->text();
+             dialog()->reject();
+         });
+    resbuf file;
+    EXPECT_EQ(acedGetFileD(L"Blok", (folder / "CatchLabel.dwg").wstring().c_str(), L"dwg", 64, &file), RTCAN);
+    EXPECT_EQ(named, QStringLiteral("CatchLabel.dxf"));
+}
+
 TEST_F(WindowContract, TheFileDialogHasTitleFolderAndKindAndTellsTheChosenFile)
 {
     showWindow();

@@ -2,15 +2,17 @@
 #include "tests/dialogs/small_dialog_fixture.h"
 
 #include "controls/WideText.h"
+#include "controls/XComboList.h"
 #include "controls/XListCtrl.h"
 #include "dialogs/BlockFileTitle.h"
 #include "dialogs/CatchLabelDlg.h"
 #include "host/drawing/BlockSource.h"
 #include "host/drawing/Entities.h"
+#include "tests/controls/ListClicks.h"
 #include "tests/definition/journal_lines.h"
 
 #include <QLabel>
-#include <QPainter>
+#include <QListWidget>
 
 #include <fstream>
 
@@ -284,6 +286,28 @@ TEST_F(LabelDialog, ARowThatIsUntickedGivesAnEmptyTextWhateverItShows)
         press(dialog, 1);
     });
     EXPECT_THAT(dialog.m_attributes, ElementsAre(L"", L"SECOND", L"", L"FIRST"));
+}
+
+TEST_F(LabelDialog, ByClicksAndKeysRowsAreTickedAndTagsChosenInPlace)
+{
+    keep(makeBlock("Six.dxf", {L"A1", L"A2", L"A3", L"A4", L"A5", L"A6"}));
+    CCatchLabelDlg dialog;
+    run(dialog, [&] {
+        CXListCtrl &values = list(dialog);
+        list_clicks::clickCell(values, 1, 0);
+        list_clicks::clickCell(values, 3, 0);
+        list_clicks::clickCell(values, 3, 0);
+        list_clicks::clickArrow(values, 0, 1);
+        ASSERT_NE(values.GetPopup(), nullptr);
+        EXPECT_EQ(values.GetPopup()->GetListBox()->count(), 6);
+        list_clicks::pressKey(*values.GetPopup()->GetListBox(), Qt::Key_End);
+        list_clicks::pressKey(*values.GetPopup()->GetListBox(), Qt::Key_Return);
+        EXPECT_EQ(values.GetPopup(), nullptr);
+        EXPECT_TRUE(dialog.isVisible()) << "the popup's Enter is not the dialog's";
+        EXPECT_THAT(rows(dialog), ElementsAre(Row{1, L"A6"}, Row{0, L"A2"}, Row{1, L"A3"}, Row{1, L"A4"}));
+        press(dialog, 1);
+    });
+    EXPECT_THAT(dialog.m_attributes, ElementsAre(L"A6", L"", L"A3", L"A4"));
 }
 
 TEST_F(LabelDialog, BrowsingTakesTheChosenFile)

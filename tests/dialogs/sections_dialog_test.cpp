@@ -268,6 +268,43 @@ TEST_F(SectionsDialog, ByKeysAloneAShareIsEdited)
     EXPECT_EQ(share(L"D1"), 0.6);
 }
 
+TEST_F(SectionsDialog, ATypedDecimalCommaIsTakenToo)
+{
+    runOver([&](CDlgCatchmentSections &dialog) {
+        ASSERT_TRUE(list(dialog).EditCell(0, 1));
+        for (const auto &[key, letter] :
+             {std::pair{Qt::Key_1, "1"}, {Qt::Key_2, "2"}, {Qt::Key_Comma, ","}, {Qt::Key_5, "5"}})
+            press(*list(dialog).GetEditBox(), key, QString::fromLatin1(letter));
+        press(*list(dialog).GetEditBox(), Qt::Key_Return);
+        EXPECT_THAT(rows(dialog), ElementsAre(Row{L"D2", L"12.5000"}, Row{L"D1", L"50.0000"}));
+    });
+    EXPECT_EQ(share(L"D2"), 0.125);
+}
+
+TEST_F(SectionsDialog, ALongNameIsShownWholeAndAnEndlessOneDoesNotWidenTheDialogWithoutEnd)
+{
+    const auto widthWith = [&](const std::wstring &name) {
+        addSection(name);
+        SectionShares shares{{section(name.c_str()), 1.0}};
+        CCatchmentAreaManager::Instance()->AssignCA(shares, m_area);
+        int width = 0;
+        runOver([&](CDlgCatchmentSections &dialog) {
+            width = list(dialog).GetColumnWidth(0);
+            QFont bold = list(dialog).font();
+            bold.setBold(true);
+            const int text = QFontMetrics(bold).horizontalAdvance(ToQString(name));
+            if (name.size() < 30)
+                EXPECT_GE(width, text + 12);
+            else
+                EXPECT_LT(width, text / 4);
+        });
+        return width;
+    };
+    EXPECT_EQ(widthWith(L"S"), 100);
+    EXPECT_GT(widthWith(L"Collector of the old town"), 100);
+    widthWith(std::wstring(1000, L'W'));
+}
+
 TEST_F(SectionsDialog, EscapeInTheEditorAbandonsTheEntryAndLeavesTheDialogOpen)
 {
     runOver([&](CDlgCatchmentSections &dialog) {

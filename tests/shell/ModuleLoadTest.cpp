@@ -5,8 +5,10 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/ModuleLoader.h"
 #include "host/editor/Session.h"
+#include "host/sewage/AreaDialogs.h"
 
 #include <QApplication>
+#include <QLineEdit>
 
 #include <gmock/gmock.h>
 
@@ -169,8 +171,7 @@ TEST_F(ModuleInHost, EditOpensTheReviewModallyAndLeavesNothingBehind)
     int runs = 0;
     session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
         ++runs;
-        EXPECT_EQ(dialog.windowTitle().toStdWString(),
-                  ZEMGis::CModuleConfiguration::Instance()->GetMsg(4578));
+        EXPECT_EQ(dialog.windowTitle().toStdWString(), ZEMGis::CModuleConfiguration::Instance()->GetMsg(4578));
         EXPECT_NE(dialog.GetDlgItem(107), nullptr);
         EXPECT_GT(session.documentLocks(), 0);
     });
@@ -180,4 +181,23 @@ TEST_F(ModuleInHost, EditOpensTheReviewModallyAndLeavesNothingBehind)
     EXPECT_EQ(QApplication::topLevelWidgets().size(), widgetsBefore);
     EXPECT_EQ(session.documentLocks(), 0);
     EXPECT_THAT(session.alerts(), testing::IsEmpty());
+}
+
+TEST_F(ModuleInHost, WhileItIsThereTheHostHasItsDialogForTheSharesOfAnArea)
+{
+    EXPECT_EQ(velmor::sectionSharesDialog(), nullptr);
+    load();
+    const ZEMGis::Sewage::AreaDialog dialog = velmor::sectionSharesDialog();
+    ASSERT_NE(dialog, nullptr);
+    boost::shared_ptr<ZEMGis::Data::CProperties> properties(new ZEMGis::Data::CProperties);
+    const auto area = ZEMGis::Sewage::CCatchmentAreaManager::Instance()->CreateCA(
+        L"POLYGON ((0 0, 100 0, 100 50, 0 50, 0 0))", L"A", 1, properties);
+    ASSERT_TRUE(area);
+    QString shown;
+    session.setDialogDriver([&](CAdUiBaseDialog &opened) { shown = opened.Control<QLineEdit>(104)->text(); });
+    dialog(area);
+    EXPECT_EQ(shown, "0.5000") << "hectares of that area";
+    session.setDialogDriver(nullptr);
+    ASSERT_EQ(session.modules().unloadModule(VELMOR_MODULE_FILE), std::nullopt);
+    EXPECT_EQ(velmor::sectionSharesDialog(), nullptr);
 }
