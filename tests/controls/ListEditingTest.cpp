@@ -221,6 +221,33 @@ TEST_F(ListEditing, AnEditorWhoseRowIsGoneStaysAndChangesNothing)
     EXPECT_EQ(list->GetEditBox()->text(), list->IsEditing() ? QString::fromStdWString(Text(0, 1)) : QString());
 }
 
+TEST_F(ListEditing, AClickThatIsRefusedLeavesTheEditorOpen)
+{
+    FillEdited({L"a", L"b"}, false);
+    EXPECT_EQ(list->focusPolicy(), Qt::TabFocus); // a click brings the focus only where it goes on
+    list->SetEnabled(1, false);
+    clickCell(*list, 0, 1);
+    list->GetEditBox()->insert(QStringLiteral("half"));
+    clickCell(*list, 1, 0);
+
+    EXPECT_TRUE(list->IsEditing());
+    EXPECT_TRUE(list->GetEditBox()->hasFocus());
+    EXPECT_THAT(told, IsEmpty());
+}
+
+TEST_F(ListEditing, AClickOnACheckBoxIsToldBeforeTheOpenEditorIs)
+{
+    FillEdited({L"a", L"b"}, false);
+    list->SetCheckbox(1, 2, 0, false);
+    clickCell(*list, 0, 1);
+    list->GetEditBox()->insert(QStringLiteral("one"));
+    clickCell(*list, 1, 2);
+
+    EXPECT_THAT(told, ElementsAre(Place(1, 2), Place(0, 1)));
+    EXPECT_EQ(Text(0, 1), L"one");
+    EXPECT_FALSE(list->IsEditing());
+}
+
 // --- Refills inside the notice ---------------------------------------------------------------------------------------
 
 TEST_F(ListEditing, TheListMayBeFilledAnewInsideTheNotice)
@@ -311,6 +338,18 @@ TEST_F(ListEditing, ANumericCellWritesItsNumberWithThreeDecimals)
         list->InsertItem(0, L"a");
         list->SetCellNumeric(0, 1);
     }
+}
+
+TEST_F(ListEditing, TheDecimalPointIsAPointWhereverTheDesktopStands)
+{
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::Croatian, QLocale::Croatia));
+    FillEdited({L"a"}, true);
+    typeIntoCell(*list, 0, 1, QStringLiteral("1'012.5"));
+    EXPECT_EQ(Text(0, 1), L""); // beyond the limits
+    typeIntoCell(*list, 0, 1, QStringLiteral("12.5"));
+    EXPECT_EQ(Text(0, 1), L"12.500");
+    QLocale::setDefault(before);
 }
 
 TEST_F(ListEditing, ATypedCommaIsTheDecimalPointOfANumber)
