@@ -78,6 +78,12 @@ public:
     }
     Pointer byGuid(const std::wstring &guid) const { return find(m_byGuid, guid); }
     Pointer byName(const std::wstring &name) const { return find(m_byName, name); }
+    /// Grows whenever a question may get another answer.
+    std::uint64_t revision() const
+    {
+        refresh();
+        return m_revision;
+    }
 
 private:
     using Index = std::unordered_map<std::wstring, Pointer>;
@@ -117,6 +123,7 @@ private:
     /// The first of several with one GUID or name keeps its place.
     void enter(const boost::shared_ptr<Entity> &entity) const
     {
+        ++m_revision;
         m_list.push_back(entity);
         m_byGuid.emplace(entity->data().guid, entity);
         m_byName.emplace(entity->data().name, entity);
@@ -127,6 +134,7 @@ private:
         if (!m_stale)
             return;
         m_stale = false;
+        ++m_revision;
         if (m_unordered)
             sort();
         m_list.clear();
@@ -146,6 +154,7 @@ private:
     mutable bool m_stale = false; ///< the three below are to be made anew
     mutable std::vector<Pointer> m_list;
     mutable Index m_byGuid, m_byName;
+    mutable std::uint64_t m_revision = 0;
 };
 
 } // namespace
@@ -221,6 +230,18 @@ Network::NodePtr Network::nodeByName(const std::wstring &name) const
     return d->nodes.byName(name);
 }
 
+Network::SectionPtr Network::sectionByGuid(const std::wstring &guid) const
+{
+    d->build();
+    return guid.empty() ? SectionPtr() : d->sections.byGuid(guid);
+}
+
+std::uint64_t Network::sectionsRevision() const
+{
+    d->build();
+    return d->sections.revision();
+}
+
 Network::NodePtr Network::nodeByGuid(const std::wstring &guid) const
 {
     d->build();
@@ -252,8 +273,7 @@ Network::SectionPtr Network::GetSectionByHandle(const wchar_t *handleText) const
 
 Network::SectionPtr Network::GetSectionByGuid(const wchar_t *guid) const
 {
-    d->build();
-    return guid && *guid ? d->sections.byGuid(guid) : SectionPtr();
+    return guid ? sectionByGuid(guid) : SectionPtr();
 }
 
 } // namespace velmor

@@ -31,6 +31,9 @@ public:
     SectionPtr sectionByName(const std::wstring &name) const; ///< exact; the first of several
     NodePtr nodeByName(const std::wstring &name) const;
     NodePtr nodeByGuid(const std::wstring &guid) const;
+    SectionPtr sectionByGuid(const std::wstring &guid) const; ///< null for an empty one
+    /// Grows whenever a section came, went, or got another GUID or name.
+    std::uint64_t sectionsRevision() const;
     /// All sections that drain through the node, or through the section when no node has the name (that one first),
     /// nearest first by the number of sections between, each once.
     std::vector<SectionPtr> upstreamOf(const std::wstring &nodeOrSectionName) const;

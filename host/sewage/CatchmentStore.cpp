@@ -57,6 +57,7 @@ CatchmentStore::~CatchmentStore()
     for (const auto &[key, area] : m_areas) {
         area->m_store = nullptr;
         area->m_entity = nullptr;
+        area->m_sections.clear();
     }
 }
 
@@ -125,6 +126,7 @@ void CatchmentStore::readEntity(AcDbEntity &entity)
     } else if (!(*record == area->m_record)) {
         unindex(*area);
         area->m_record = std::move(*record);
+        area->m_areSectionsKnown = false;
         index(area);
     }
 }
@@ -175,6 +177,7 @@ void CatchmentStore::leave(StoredArea &area)
     m_byGuid.erase(area.m_record.guid);
     area.m_store = nullptr;
     area.m_entity = nullptr;
+    area.m_sections.clear();
 }
 
 void CatchmentStore::index(const AreaPtr &area)
@@ -358,6 +361,7 @@ void CatchmentStore::assign(StoredArea &area, const ZEMGis::Sewage::SectionShare
     unindex(area);
     auto &shares = area.m_record.shares;
     shares.clear();
+    area.m_areSectionsKnown = false;
     std::unordered_map<std::wstring, std::size_t> place;
     for (const auto &[section, share] : sections) {
         if (!section)
@@ -401,24 +405,28 @@ void CatchmentStore::rename(StoredArea &area, const std::wstring &name)
 
 // --- Sections -----------------------------------------------------------------------------------------------
 
-CatchmentStore::SectionPtr CatchmentStore::section(const std::wstring &guid)
-{
-    const JournalPause pause;
-    return m_drawing.component<Network>().GetSectionByGuid(guid.c_str());
-}
-
 void CatchmentStore::connectedSections(const StoredArea &area, ZEMGis::Sewage::SectionShares &sections)
 {
-    sections.reserve(area.m_record.shares.size());
-    for (const AreaRecord::Share &share : area.m_record.shares)
-        if (SectionPtr connected = section(share.sectionGuid))
-            sections.emplace_back(std::move(connected), share.share);
+    const auto &network = m_drawing.component<Network>();
+    const auto &shares = area.m_record.shares;
+    if (!area.m_areSectionsKnown || area.m_sectionsRevision != network.sectionsRevision()) {
+        area.m_sections.clear();
+        for (const AreaRecord::Share &share : shares)
+            area.m_sections.push_back(network.sectionByGuid(share.sectionGuid));
+        area.m_sectionsRevision = network.sectionsRevision();
+        area.m_areSectionsKnown = true;
+    }
+    sections.reserve(shares.size());
+    for (std::size_t i = 0; i < shares.size(); ++i)
+        if (area.m_sections[i])
+            sections.emplace_back(area.m_sections[i], shares[i].share);
 }
 
 std::optional<AcGePoint3d> CatchmentStore::middleOfSection(const StoredArea &area)
 {
+    const auto &network = m_drawing.component<Network>();
     for (const AreaRecord::Share &share : area.m_record.shares)
-        if (const SectionPtr connected = section(share.sectionGuid))
+        if (const SectionPtr connected = network.sectionByGuid(share.sectionGuid))
             return middleOf(*connected);
     return std::nullopt;
 }

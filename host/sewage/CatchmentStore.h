@@ -108,7 +108,6 @@ private:
     std::optional<AreaRecord> newRecord(const std::wstring &name, int type, const PropertiesPtr &properties);
     AreaPtr draw(std::unique_ptr<AcDbEntity> entity, AreaRecord record);
     std::wstring freeName(const std::wstring &base);
-    SectionPtr section(const std::wstring &guid);
     static Key keyOf(const StoredArea &area);
 
     Drawing &m_drawing;

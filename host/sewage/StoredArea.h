@@ -61,6 +61,10 @@ private:
     AcDbEntity *m_entity;
     std::uint64_t m_handle; ///< of the entity; an entity that was undone has none any more
     AreaRecord m_record;
+    /// Behind the shares in their order, null for a section that isn't there; as long as the network has this revision.
+    mutable std::vector<SectionPtr> m_sections;
+    mutable std::uint64_t m_sectionsRevision = 0;
+    mutable bool m_areSectionsKnown = false;
     mutable bool m_geometryKnown = false;
     mutable double m_squareMetres = 0.0;
     mutable AcGePoint3d m_centre;
