@@ -103,22 +103,39 @@ std::wstring polygonAt(int i)
            L", " + at(2, 30) + L", " + at(0, 0) + L"))";
 }
 
-/// Two sections for each area, the text of a drawing with nothing else.
+std::wstring guidOf(char kind, int number)
+{
+    return L"{" + std::wstring(1, static_cast<wchar_t>(kind)) + L"0000000-0000-0000-0000-" +
+           std::to_wstring(100000000000 + number) + L"}";
+}
+
+/// Two sections for each area, from node to node; the text of a drawing with nothing else.
 std::string networkOf(int areas)
 {
     auto drawing = Drawing::createNew();
     const std::size_t layer = drawing->ensureLayer(kSectionLayer);
-    for (int i = 0; i < 2 * areas; ++i) {
+    const auto add = [&](std::unique_ptr<AcDbEntity> made) -> AcDbEntity & {
+        AcDbEntity &entity = *made;
+        drawing->append(std::move(made));
+        drawing->setLayerOf(entity, layer);
+        return entity;
+    };
+    const auto placeOf = [](int i) {
         const int place = i / 2;
-        const double x = place % kPerRow * kPitch + 5.0, y = place / kPerRow * kPitch + 10.0 + i % 2 * 15.0;
-        auto line = std::make_unique<AcDbLine>(AcGePoint3d(x, y), AcGePoint3d(x + 30.0, y));
-        AcDbEntity &section = *line;
-        drawing->append(std::move(line));
-        drawing->setLayerOf(section, layer);
+        return AcGePoint3d(place % kPerRow * kPitch + 5.0, place / kPerRow * kPitch + 10.0 + i % 2 * 15.0);
+    };
+    for (int i = 0; i <= 2 * areas; ++i)
+        drawing->setData(add(std::make_unique<PointEntity>(placeOf(i))), kNodeKey,
+                         itemsOf(NodeData{guidOf('1', i), L"MH" + std::to_wstring(i)}));
+    for (int i = 0; i < 2 * areas; ++i) {
+        const AcGePoint3d from = placeOf(i);
         SectionData data;
         data.name = L"MH" + std::to_wstring(i) + L"-MH" + std::to_wstring(i + 1);
-        data.guid = L"{00000000-0000-0000-0000-" + std::to_wstring(100000000000 + i) + L"}";
-        drawing->setData(section, kSectionKey, itemsOf(data));
+        data.guid = guidOf('0', i);
+        data.startNode = guidOf('1', i);
+        data.endNode = guidOf('1', i + 1);
+        drawing->setData(add(std::make_unique<AcDbLine>(from, AcGePoint3d(from.x + 30.0, from.y))), kSectionKey,
+                         itemsOf(data));
     }
     return drawing->write();
 }
@@ -338,10 +355,11 @@ public:
         QCoreApplication::sendPostedEvents();
         QCoreApplication::processEvents();
     }
-    static constexpr int kTree = 107, kCheckAll = 124, kUncheckAll = 125, kWriteData = 127, kIndustry = 133, kAll = 134;
+    static constexpr int kTree = 107, kCheckAll = 124, kUncheckAll = 125, kWriteData = 127, kIndustry = 133, kAll = 134,
+                         kErase = 250, kRename = 260;
 };
 
-/// The rows of the dialog's tree, for the plain one.
+/// The rows of the dialog's tree, for the plain one, which gets ready texts and asks no store.
 struct Row {
     QString name;
     QStringList sections;
@@ -437,15 +455,30 @@ void benchDialog()
                timeOf([&] { dialog.click(Dialog::kWriteData); }), "ms", 2000.0);
         figure("selecting an item with all checked, the slowest of 40", slowest(), "ms", 50.0);
         figure("unchecking all", timeOf([&] { dialog.click(Dialog::kUncheckAll); }), "ms", 500.0);
+        figure("naming all by their nodes", timeOf([&] { dialog.click(Dialog::kRename); }), "ms", 1000.0);
+        if (allAreas().front()->GetName() != L"MH0") {
+            std::printf("  no area got the name of its node\n");
+            isGood = false;
+        }
         std::printf("  memory above the drawing with all labels and the step that takes them back: %.1f MB\n",
                     usedMegabytes() - before);
+        dialog.click(Dialog::kCheckAll);
+        host.session().answers().push({std::wstring(L"Yes")});
+        figure("erasing all", timeOf([&] { dialog.click(Dialog::kErase); }), "ms", 1000.0);
         closed = now();
     });
+    figure("closing it", now() - closed, "ms", 500.0);
+    const std::size_t left = allAreas().size();
+    auto &log = host.session().drawing()->component<ChangeLog>();
+    figure("taking the erasing back", timeOf([&] { log.undo(); }), "ms", 1000.0);
+    if (left != 0 || allAreas().size() != static_cast<std::size_t>(kAreas)) {
+        std::printf("  %zu areas were left, and %zu came back\n", left, allAreas().size());
+        isGood = false;
+    }
     if (!host.session().alerts().empty()) {
         std::printf("  an alert: %ls\n", host.session().alerts().front().c_str());
         isGood = false;
     }
-    figure("closing it", now() - closed, "ms", 500.0);
 }
 
 /// Runs a part in a child process.

@@ -2,6 +2,7 @@
 #include "tests/host/sewage/AreaWorld.h"
 
 #include "host/drawing/Transient.h"
+#include "host/network/NetworkData.h"
 #include "host/sewage/AreaRecord.h"
 
 namespace velmor::test {
@@ -53,6 +54,45 @@ TEST_F(Following, ARecordThatWasPutBackIsReadAnew)
     EXPECT_EQ(names(), Names{L"before"});
     EXPECT_TRUE(namesBySection(L"S1").empty());
     EXPECT_EQ(manager().GetCatchmentAreaByGuid(L"{G}"), area) << "the same area goes on";
+}
+
+TEST_F(Following, SectionsThatComeAndGoAreFoundAndMissed)
+{
+    const AreaPtr area = create(L"{G}", kSquare);
+    const auto sectionNames = [&] {
+        SectionShares connected;
+        area->GetConnectedSections(connected);
+        Names found;
+        for (const auto &[section, share] : connected)
+            found.push_back(section->GetName());
+        return found;
+    };
+    EXPECT_EQ(sectionNames(), Names{});
+    manager().AssignCA({{section(L"S1"), 0.5}, {section(L"S2"), 0.5}}, area);
+    EXPECT_EQ(sectionNames(), (Names{L"S1", L"S2"}));
+    AcDbObject *line = drawing().findByHandle(section(L"S1")->GetObjectId().handle().value());
+    AcDbEntity &entity = static_cast<AcDbEntity &>(*line);
+    drawing().erase(entity);
+    EXPECT_EQ(sectionNames(), Names{L"S2"});
+    drawing().erase(entity, false);
+    EXPECT_EQ(sectionNames(), (Names{L"S1", L"S2"}));
+
+    const DataItems old = *drawing().data(entity, kSectionKey);
+    drawing().setData(entity, kSectionKey, {});
+    EXPECT_EQ(sectionNames(), Names{L"S2"}) << "the line is no section any more";
+    drawing().setData(entity, kSectionKey, old);
+    EXPECT_EQ(sectionNames(), (Names{L"S1", L"S2"}));
+
+    // A record with other sections that was written elsewhere, with as many of them.
+    AreaRecord record = *recordFromItems(*drawing().data(entityOf(area), kAreaDataKey));
+    record.shares[1].sectionGuid = section(L"S3")->GetGuid();
+    drawing().setData(entityOf(area), kAreaDataKey, toItems(record));
+    EXPECT_EQ(names().size(), 1u);
+    EXPECT_EQ(sectionNames(), (Names{L"S1", L"S3"}));
+    manager().AssignCA({{section(L"S2"), 0.5}, {section(L"S1"), 0.5}}, area);
+    EXPECT_EQ(sectionNames(), (Names{L"S2", L"S1"}));
+    manager().DeleteCA(area);
+    EXPECT_EQ(sectionNames(), Names{});
 }
 
 TEST_F(Following, ANewValueIsNotWrittenOverARecordThatWasPutBack)
