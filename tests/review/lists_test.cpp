@@ -178,6 +178,17 @@ TEST_F(Lists, AFilterReadsNothingAnewFromTheStore)
     });
 }
 
+TEST_F(Lists, WhileTheTreeIsFilledItsSelectionIsNotListenedTo)
+{
+    run([&](CReviewUnderTest &dialog) {
+        dialog.select(L"both"); // under the filter it is the second, so the tree's selection changes twice
+        const JournalLines lines = recorded([&] { dialog.click(129); });
+        EXPECT_EQ(std::ranges::count(lines, "CCatchmentAreaManager::GetCatchmentAreaByGuid({both})"), 2);
+        EXPECT_EQ(std::ranges::count(lines, "CCatchmentArea::UnMark({both})"), 2);
+        EXPECT_EQ(std::ranges::count(lines, "acedUpdateDisplay()"), 4);
+    });
+}
+
 TEST_F(Lists, AHiddenAreaIsListedLikeAllOthers)
 {
     addHiddenArea(L"D1", 5000, 2)->SetName(L"hidden");
