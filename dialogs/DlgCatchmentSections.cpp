@@ -48,6 +48,7 @@ bool CDlgCatchmentSections::OnInitDialog()
         FillSectionList();
         // So that F2 edits the first share.
         m_ui->listSections->setCurrentIndex(m_ui->listSections->model()->index(0, kShareColumn));
+        m_ui->listSections->setFocus();
     }
     for (const int column : {kNameColumn, kShareColumn})
         FitColumn(*m_ui->listSections, column, m_ui->listSections->GetColumnWidth(column));
@@ -131,7 +132,7 @@ void CDlgCatchmentSections::OnHandlerFailed()
 
 bool CDlgCatchmentSections::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::KeyPress && !m_bKeyOnItsWay) {
+    if (event->type() == QEvent::KeyPress) {
         auto *target = qobject_cast<QWidget *>(watched);
         if (target && (target == this || isAncestorOf(target)))
             return TakeKey(*target, static_cast<QKeyEvent &>(*event));
@@ -144,11 +145,8 @@ bool CDlgCatchmentSections::TakeKey(QWidget &target, QKeyEvent &event)
     CXListCtrl &list = *m_ui->listSections;
     const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
     const bool isEscape = event.key() == Qt::Key_Escape;
-    const auto deliver = [&](QKeyEvent &key) {
-        m_bKeyOnItsWay = true;
-        QCoreApplication::sendEvent(&target, &key);
-        m_bKeyOnItsWay = false;
-    };
+    // Past all who watch the target and not on to its parents, unlike an event that is sent.
+    const auto deliver = [&target](QKeyEvent &key) { static_cast<QObject &>(target).event(&key); };
     if (list.IsEditing()) {
         if (!isEnter && !isEscape && !event.modifiers().testFlag(Qt::ControlModifier))
             return false;
@@ -157,11 +155,13 @@ bool CDlgCatchmentSections::TakeKey(QWidget &target, QKeyEvent &event)
             list.CommitEditing();
         else if (isEscape && list.IsEditing())
             list.AbandonEditing();
+        event.accept(); // else the toolkit offers it to the target's parents
         return true;
     }
     if (!isEnter)
         return false;
     QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier, QStringLiteral("\t"));
     deliver(tab);
+    event.accept();
     return true;
 }

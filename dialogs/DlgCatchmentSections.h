@@ -44,5 +44,4 @@ private:
 
     std::unique_ptr<Ui::CatchSectionsForm> m_ui;
     ZEMGis::Sewage::SectionShares m_sections; ///< keeps alive what the rows point to
-    bool m_bKeyOnItsWay = false;
 };
