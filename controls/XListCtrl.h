@@ -30,7 +30,8 @@ class QPushButton;
 ///
 /// Keys: F2 edits the current cell, Space clicks its check box, Alt+Down or F4 opens its popup or its browse button.
 /// In the editor Enter commits, Escape abandons.
-/// In the editor of a numeric cell a comma that is typed or pasted becomes a decimal point.
+/// In the editor of a numeric cell a comma that is typed or pasted becomes a decimal point. An editor whose text nobody
+/// changed ends like an abandoned one.
 class CXListCtrl : public QTableView, private IListCellsView {
     Q_OBJECT
 
@@ -157,7 +158,8 @@ public:
     QLineEdit *GetEditBox() const;
     /// Opens the editor as a click on the cell does. False for a cell that is not edited in place.
     bool EditCell(int row, int column);
-    /// Gives a cell that is edited in place a text as if it were typed there. False when it is refused.
+    /// Gives a cell that is edited in place a text as if it were typed there, a comma in a number included. False when
+    /// it is refused.
     bool TakeText(int row, int column, const std::wstring &text);
     /// Ends editing as if the focus had left: takes the text over and tells the parent. False when nothing is edited.
     bool CommitEditing();
@@ -247,6 +249,7 @@ private:
     /// The editor's text goes into the cell, by the rules of a lost focus.
     void EndEditing();
     bool Normalise(std::wstring &text);
+    bool IsNumeric(int row, int column) const;
     bool FilterEditBox(QEvent *event);
 
     // XListCtrlDropDown.cpp
@@ -268,6 +271,8 @@ private:
     class CXListDelegate *m_delegate = nullptr;
     CXHeaderCtrl *m_header = nullptr;
     QPointer<QLineEdit> m_edit;
+    QString m_strOpened; ///< the editor's text at first
+    bool m_bTyped = false;
     bool m_bEndingEdit = false;
     QPointer<CXComboList> m_popup;
     QPointer<QPushButton> m_colorButton, m_hatchButton, m_layerButton;

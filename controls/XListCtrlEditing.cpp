@@ -8,19 +8,24 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 
 #include <utility>
 
 namespace {
 
 /// The rule of numeric cells passes over a comma: 1,5 would become 15. Who types or pastes one means the decimal point.
+QString WithPoints(QString text)
+{
+    return text.replace(QLatin1Char(','), QLatin1Char('.'));
+}
+
 void TakeCommaAsPoint(QLineEdit &edit)
 {
-    QString text = edit.text();
-    if (!text.contains(QLatin1Char(',')))
+    if (!edit.text().contains(QLatin1Char(',')))
         return;
     const int caret = edit.cursorPosition();
-    edit.setText(text.replace(QLatin1Char(','), QLatin1Char('.')));
+    edit.setText(WithPoints(edit.text()));
     edit.setCursorPosition(caret);
 }
 
@@ -66,12 +71,21 @@ void CXListCtrl::OpenEditBox(int row, int column)
     m_edit->setFont(font());
     PlaceEditBox();
     m_edit->setText(ToQString(m_cells.GetItemText(row, column)));
-    if (const CellRecord *record = m_cells.GetRecord(row, column); record && record->numeric)
+    m_strOpened = m_edit->text();
+    m_bTyped = false;
+    connect(m_edit, &QLineEdit::textEdited, this, [this] { m_bTyped = true; });
+    if (IsNumeric(row, column))
         connect(m_edit, &QLineEdit::textEdited, m_edit, [edit = m_edit.data()] { TakeCommaAsPoint(*edit); });
     m_edit->installEventFilter(this);
     m_edit->show();
     m_edit->selectAll();
     m_edit->setFocus(Qt::OtherFocusReason);
+}
+
+bool CXListCtrl::IsNumeric(int row, int column) const
+{
+    const CellRecord *record = m_cells.GetRecord(row, column);
+    return record && record->numeric;
 }
 
 void CXListCtrl::PlaceEditBox()
@@ -112,9 +126,12 @@ void CXListCtrl::EndEditing()
 {
     if (!IsEditing() || m_bEndingEdit)
         return;
-    m_bEndingEdit = true;
+    const QScopedValueRollback<bool> ending(m_bEndingEdit, true);
     const QPointer<QLineEdit> edit = m_edit;
-    const auto end = m_cells.EndEditing(ToWide(edit->text()), [this](std::wstring &text) { return Normalise(text); });
+    // A text that nobody changed is no entry: the rule would write 33.3333 anew as 33.333.
+    const bool untouched = !m_bTyped && edit->text() == m_strOpened && m_cells.HasRecords(m_cells.m_nCurrentRow);
+    const auto rule = [this](std::wstring &text) { return Normalise(text); };
+    const auto end = untouched ? CListCells::EditEnd::Refused : m_cells.EndEditing(ToWide(edit->text()), rule);
     if (end != CListCells::EditEnd::NoRecord && edit) {
         // Who was told may have opened another editor.
         if (edit == m_edit && window()->focusWidget() == edit)
@@ -122,7 +139,6 @@ void CXListCtrl::EndEditing()
         edit->hide();
         viewport()->update();
     }
-    m_bEndingEdit = false;
 }
 
 bool CXListCtrl::TakeText(int row, int column, const std::wstring &text)
@@ -131,7 +147,8 @@ bool CXListCtrl::TakeText(int row, int column, const std::wstring &text)
         return false;
     CommitEditing();
     const Cell clicked{std::exchange(m_cells.m_nCurrentRow, row), std::exchange(m_cells.m_nCurrentColumn, column)};
-    const auto end = m_cells.EndEditing(text, [this](std::wstring &typed) { return Normalise(typed); });
+    const std::wstring entered = IsNumeric(row, column) ? ToWide(WithPoints(ToQString(text))) : text;
+    const auto end = m_cells.EndEditing(entered, [this](std::wstring &typed) { return Normalise(typed); });
     m_cells.m_nCurrentRow = clicked.row;
     m_cells.m_nCurrentColumn = clicked.column;
     return end == CListCells::EditEnd::Written;

@@ -384,10 +384,51 @@ TEST_F(ListEditing, AWordKeepsItsComma)
     EXPECT_EQ(Text(0, 1), L"12,5");
 }
 
+TEST_F(ListEditing, ACommaFromAProgramsAidIsTheDecimalPointOfANumber)
+{
+    FillEdited({L"a"}, true);
+    auto *model = list->model();
+
+    EXPECT_TRUE(model->setData(model->index(0, 1), QStringLiteral("12,5"), Qt::EditRole));
+    EXPECT_EQ(Text(0, 1), L"12.500");
+}
+
+TEST_F(ListEditing, AnEditorThatNobodyTypedIntoChangesNothing)
+{
+    // The rule would write 33.3333 anew as 33.333.
+    FillEdited({L"a", L"b"}, true);
+    list->SetItemText(0, 1, L"33.3333");
+    clickCell(*list, 0, 1);
+    clickCell(*list, 1, 1);
+    EXPECT_EQ(Text(0, 1), L"33.3333");
+    clickCell(*list, 0, 1);
+    other->setFocus();
+    EXPECT_EQ(Text(0, 1), L"33.3333");
+    clickCell(*list, 0, 1);
+    pressKey(*list->GetEditBox(), Qt::Key_Left);
+    pressKey(*list->GetEditBox(), Qt::Key_Return);
+    EXPECT_EQ(Text(0, 1), L"33.3333");
+    EXPECT_FALSE(list->IsEditing());
+    EXPECT_TRUE(list->hasFocus());
+    EXPECT_THAT(told, IsEmpty());
+}
+
+TEST_F(ListEditing, TheSameDigitsTypedAnewAreAnEntry)
+{
+    FillEdited({L"a"}, true);
+    list->SetItemText(0, 1, L"33.3333");
+    typeIntoCell(*list, 0, 1, QStringLiteral("33.3333"));
+
+    EXPECT_EQ(Text(0, 1), L"33.333");
+    EXPECT_THAT(told, ElementsAre(Place(0, 1)));
+}
+
 TEST_F(ListEditing, TheRuleItselfPassesOverAComma)
 {
     FillEdited({L"a"}, true);
-    EXPECT_TRUE(list->TakeText(0, 1, L"12,5"));
+    ASSERT_TRUE(list->EditCell(0, 1));
+    list->GetEditBox()->setText(QStringLiteral("12,5")); // as no person does
+    list->CommitEditing();
 
     EXPECT_EQ(Text(0, 1), L"125.000");
 }
