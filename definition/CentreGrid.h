@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <unordered_map>
 
-/// A set of centres for the tests of a boundary that is found or saved. Both give what a walk over all centres would
-/// give.
+/// A set of centres for the tests of a boundary that is found or saved. Holds and HoldsNear both give what a walk over
+/// all centres would give.
 class CCentreGrid {
 public:
     void Clear() { m_cells.clear(); }

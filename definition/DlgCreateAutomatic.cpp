@@ -14,13 +14,7 @@ using ZEMGis::Sewage::CCatchmentAreaManager;
 
 namespace {
 
-constexpr double kQuarterTurnText = 90.0; ///< passed as it stands; with a distance of 0 it has no effect
-
-void eraseEntity(AcDbObjectId id)
-{
-    if (const CZEMCEntityPtr entity(id, AcDb::kForWrite); entity.isOpen())
-        entity->erase(true);
-}
+constexpr double kRightAngle = 90.0; ///< passed as it stands; with a distance of 0 it has no effect
 
 void append(AcDbObjectIdArray &list, const AcDbObjectIdArray &more)
 {
@@ -68,8 +62,7 @@ void CDlgCreateCatchmentArea::OnBtnAuto()
     m_ui->editNumber->clear();
     if (!m_sections.empty()) {
         AutoSearch search;
-        for (const AcGePoint3d &centre : m_centers)
-            search.m_knownCentres.Add(centre);
+        search.m_knownCentres = m_centers;
         int count = 0;
         // A run that is stopped while it searches saves nothing: what it would save hangs on all that it finds.
         const bool finished = SearchBoundaries(search) && WriteFoundBoundaries(search, count);
@@ -91,7 +84,7 @@ bool CDlgCreateCatchmentArea::SearchBoundaries(AutoSearch &search)
         if (!section)
             continue;
         AcGePoint3d point;
-        SectionMiddle(point, section, kQuarterTurnText, 0.0);
+        SectionMiddle(point, section, kRightAngle, 0.0);
         if (m_bSearchSubCatchments)
             SearchWithIslands(point, search);
         else
@@ -117,7 +110,7 @@ void CDlgCreateCatchmentArea::SearchWithIslands(const AcGePoint3d &point, AutoSe
         return;
     if (search.m_knownCentres.Holds(centre) || search.m_foundCentres.Holds(centre)) {
         append(m_tempBoundaries, islands);
-        eraseEntity(boundary);
+        EraseEntity(boundary);
         return;
     }
     search.m_foundCentres.Add(centre);
@@ -135,7 +128,7 @@ void CDlgCreateCatchmentArea::SearchWithoutIslands(const AcGePoint3d &point, Aut
     if (!CZEMCBoundary::GetCentroid(centre, boundary))
         return;
     if (search.m_knownCentres.Holds(centre) || search.m_foundCentres.HoldsNear(centre)) {
-        eraseEntity(boundary);
+        EraseEntity(boundary);
         return;
     }
     search.m_islands.emplace_back();

@@ -4,7 +4,7 @@
 // The dialog keeps no area of its own. Its state is the set-up of one run plus what the boundary being defined needs;
 // areas live with the catchment store, settings in the drawing's dictionaries. One class, its source files by topic:
 // start-up and closing, settings, navigation with the enabling of controls, manual definition, automatic definition,
-// saving, naming and coefficients, preview.
+// saving with the names of areas, coefficients, preview.
 #pragma once
 
 #include "catalog/ATV118FlowTable.h"
@@ -131,14 +131,12 @@ private:
     void OnCheckIndustrial();
     SectionPtr CurrentSection() const;
 
-    // Coefficients and naming
+    // Coefficients
     void OnCoeffSourceChanged();
     void OnTerrainChanged();
     double ComputeAtvCoefficient();
     void AddTerrainTypes(CZEMTerrainTypeCatalog &catalog);
     void SelectFirstTerrain();
-    std::wstring MakeAreaName(const std::wstring &base) const;
-    bool IsNameUsed(const std::wstring &name) const;
 
     // Manual definition
     void OnBtnPickPoint();
@@ -171,12 +169,12 @@ private:
     void CreatePreviewHatch(AcDbObjectId &outId, AcDbObjectId boundaryId, const AcDbObjectIdArray &islandIds,
                             int colour, double angleDegrees);
     bool IsDuplicateCentre(AcDbObjectId boundaryId, bool showAlert) const;
-    void AddCentre(const AcGePoint3d &centre);
     void DeleteRows();
     void AddTempBoundary(AcDbObjectId boundary);
     void EraseTempBoundaries();
     void EraseTempHatches();
     void EraseEntities(AcDbObjectIdArray &ids);
+    void EraseEntity(AcDbObjectId id);
 
     // Automatic definition
     struct AutoSearch; ///< what one search found
@@ -200,6 +198,8 @@ private:
     static void TieIslandToMainArea(AcDbObjectId boundaryId, const std::wstring &guid, ZEMGis::Data::CProperties &bag);
     static void ListIslandsOnMainArea(const AreaPtr &area, const AcDbObjectIdArray &islandIds);
     void AssignSections(const AreaPtr &area, const CStringArray *sectionHandles);
+    std::wstring MakeAreaName(const std::wstring &base) const;
+    bool IsNameUsed(const std::wstring &name) const;
     ZEMGis::Data::CCatalogItem *LabelItem() const;
     static void GetBoundaryVertices(AcDbObjectId id, AcGePoint3dArray &points);
 
@@ -244,8 +244,7 @@ private:
     CStringArray m_boundaryLayers;
     std::vector<AreaPtr> m_allAreas;
     std::set<std::wstring> m_usedNames;
-    AcGePoint3dArray m_centers;
-    CCentreGrid m_centerGrid; ///< of the same
+    CCentreGrid m_centers; ///< of all areas
     std::set<int> m_usedNumbers;
     std::wstring m_lastMainName;
     CStringArray m_labelAttributes;

@@ -142,17 +142,11 @@ bool CDlgCreateCatchmentArea::IsDuplicateCentre(AcDbObjectId boundaryId, bool sh
 {
     AcGePoint3d centre;
     CZEMCBoundary::GetCentroid(centre, boundaryId);
-    if (!m_centerGrid.HoldsNear(centre))
+    if (!m_centers.HoldsNear(centre))
         return false;
     if (showAlert)
         acedAlert(Msg(MessageId::kCentreTaken).c_str());
     return true;
-}
-
-void CDlgCreateCatchmentArea::AddCentre(const AcGePoint3d &centre)
-{
-    m_centers.push_back(centre);
-    m_centerGrid.Add(centre);
 }
 
 void CDlgCreateCatchmentArea::DeleteRows()
@@ -181,9 +175,13 @@ void CDlgCreateCatchmentArea::EraseTempHatches()
 
 void CDlgCreateCatchmentArea::EraseEntities(AcDbObjectIdArray &ids)
 {
-    for (const AcDbObjectId &id : ids) {
-        if (const CZEMCEntityPtr entity(id, AcDb::kForWrite); entity.isOpen() && entity->erase(true) == Acad::eOk)
-            m_erased.push_back(id);
-    }
+    for (const AcDbObjectId &id : ids)
+        EraseEntity(id);
     ids.clear();
+}
+
+void CDlgCreateCatchmentArea::EraseEntity(AcDbObjectId id)
+{
+    if (const CZEMCEntityPtr entity(id, AcDb::kForWrite); entity.isOpen() && entity->erase(true) == Acad::eOk)
+        m_erased.push_back(id);
 }

@@ -1,4 +1,4 @@
-// Saving: what stands in the definition panel becomes catchment areas.
+// Saving: what stands in the definition panel becomes catchment areas, with names that are free.
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "controls/WideText.h"
@@ -222,7 +222,7 @@ CDlgCreateCatchmentArea::AreaPtr CDlgCreateCatchmentArea::WriteSlivData(AcDbObje
 
     ptrCA->SetName(name);
     m_usedNames.insert(name);
-    AddCentre(centre);
+    m_centers.Add(centre);
     m_ui->editName->setText(ToQString(MakeAreaName(isIsland ? m_lastMainName : name)));
     if (!isIsland && !islandIds->empty())
         ListIslandsOnMainArea(ptrCA, *islandIds);
@@ -297,6 +297,16 @@ void CDlgCreateCatchmentArea::AssignSections(const AreaPtr &area, const CStringA
     for (const SectionPtr &section : sections)
         pairs.emplace_back(section, shares.Of(section->GetName()));
     CCatchmentAreaManager::Instance()->AssignCA(pairs, area);
+}
+
+std::wstring CDlgCreateCatchmentArea::MakeAreaName(const std::wstring &base) const
+{
+    return NextFreeAreaName(m_nameParts, base, m_usedNames);
+}
+
+bool CDlgCreateCatchmentArea::IsNameUsed(const std::wstring &name) const
+{
+    return m_usedNames.contains(name);
 }
 
 CCatalogItem *CDlgCreateCatchmentArea::LabelItem() const

@@ -132,10 +132,7 @@ CDlgCreateCatchmentArea::~CDlgCreateCatchmentArea()
     // Boundaries are left only when the end of the dialog failed. One that can't be erased keeps no other.
     for (const AcDbObjectIdArray *left : {&m_tempHatches, &m_tempBoundaries}) {
         for (const AcDbObjectId &id : *left)
-            atEnd([&] {
-                AcDbObjectIdArray one{id};
-                EraseEntities(one);
-            });
+            atEnd([&] { EraseEntity(id); });
     }
     atEnd([] { CCatchmentAreaManager::Instance()->UnMarkAllCatchments(ZEMGis::Sewage::kTypeAll); });
     atEnd([] { acedRedraw(nullptr, 4); });
@@ -275,13 +272,12 @@ void CDlgCreateCatchmentArea::SetUpSelectionButton()
 void CDlgCreateCatchmentArea::LoadExistingAreas()
 {
     CCatchmentAreaManager::Instance()->GetAllCatchmentAreas(m_allAreas, ZEMGis::Sewage::kTypeAll);
-    m_centers.clear();
-    m_centerGrid.Clear();
+    m_centers.Clear();
     int number = 0;
     for (const AreaPtr &area : m_allAreas) {
         if (!area)
             continue;
-        AddCentre(area->GetCenterPoint());
+        m_centers.Add(area->GetCenterPoint());
         number = SmallestFreeNumber(m_usedNumbers, number + 1);
         m_usedNumbers.insert(m_usedNumbers.end(), number);
         m_usedNames.insert(area->GetName());

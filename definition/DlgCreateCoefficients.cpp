@@ -1,4 +1,4 @@
-// Where the definition dialog's coefficient comes from, and how an area's name is proposed.
+// Where the definition dialog's coefficient comes from.
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "controls/WideText.h"
@@ -58,14 +58,4 @@ void CDlgCreateCatchmentArea::SelectFirstTerrain()
 {
     m_ui->comboTerrain->setCurrentIndex(0);
     OnTerrainChanged();
-}
-
-std::wstring CDlgCreateCatchmentArea::MakeAreaName(const std::wstring &base) const
-{
-    return NextFreeAreaName(m_nameParts, base, m_usedNames);
-}
-
-bool CDlgCreateCatchmentArea::IsNameUsed(const std::wstring &name) const
-{
-    return m_usedNames.contains(name);
 }
