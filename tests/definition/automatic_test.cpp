@@ -1,5 +1,5 @@
 // Automatic definition: one click traces, drops doubles and saves.
-#include "tests/definition/dialog_fixture.h"
+#include "tests/definition/dialog_tools.h"
 
 #include "controls/WideText.h"
 #include "definition/AreaNaming.h"
@@ -36,15 +36,6 @@ protected:
         });
     }
     std::wstring count(int areas) { return FormatCount(message(2007), areas); }
-    static std::vector<std::pair<std::wstring, double>> sharesOf(const Sewage::CCatchmentArea &area)
-    {
-        Sewage::SectionShares pairs;
-        area.GetConnectedSections(pairs);
-        std::vector<std::pair<std::wstring, double>> shares;
-        for (const auto &[section, share] : pairs)
-            shares.emplace_back(section->GetName(), share);
-        return shares;
-    }
 
     std::wstring m_status, m_name;
     std::string m_labelItem;

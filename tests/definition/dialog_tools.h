@@ -7,7 +7,21 @@
 #include "host/services/Settings.h"
 #include "tests/definition/dialog_fixture.h"
 
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
+
+/// Names of the sections that an area drains to, each with its share, in the area's order.
+inline std::vector<std::pair<std::wstring, double>> sharesOf(const ZEMGis::Sewage::CCatchmentArea &area)
+{
+    ZEMGis::Sewage::SectionShares pairs;
+    area.GetConnectedSections(pairs);
+    std::vector<std::pair<std::wstring, double>> shares;
+    for (const auto &[section, share] : pairs)
+        shares.emplace_back(section->GetName(), share);
+    return shares;
+}
 
 /// Texts of a combo's entries.
 inline QStringList entryTexts(const CDialogUnderTest &dialog, int combo)

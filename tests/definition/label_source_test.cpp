@@ -1,5 +1,5 @@
 // Where labels come from: the block whose place the drawing keeps, the symbol folder, and the catalogue of label types.
-#include "tests/definition/dialog_fixture.h"
+#include "tests/definition/dialog_tools.h"
 
 #include "controls/WideText.h"
 #include "host/drawing/Entities.h"
@@ -88,14 +88,6 @@ protected:
         fs::create_directories(m_userFolder / "support");
         std::ofstream(m_userFolder / "support" / "CA_LABEL_CATALOG.cfg") << text;
     }
-    static QStringList labelTypes(const CDialogUnderTest &dialog)
-    {
-        const auto *combo = dialog.Control<QComboBox>(135);
-        QStringList names;
-        for (int i = 0; i < combo->count(); ++i)
-            names << combo->itemText(i);
-        return names;
-    }
 };
 
 TEST_F(LabelSource, TheKeptBlockIsInsertedFromItsPathUnderItsKeptName)
@@ -182,7 +174,7 @@ TEST_F(LabelSource, GroupsOfTheCatalogueAreNotOffered)
     ASSERT_TRUE(catalog);
     ASSERT_THAT(*catalog->GetAllElementsMap(), SizeIs(4));
     run([&](CDialogUnderTest &dialog) {
-        EXPECT_EQ(labelTypes(dialog), QStringList({"One", "Three"}));
+        EXPECT_EQ(entryTexts(dialog, 135), QStringList({"One", "Three"}));
         EXPECT_EQ(dialog.text(135), "One");
         EXPECT_EQ(mainLabelItem(dialog), "One");
     });
@@ -202,7 +194,7 @@ TEST_F(LabelSource, ACatalogueOfGroupsOnlyLeavesTheComboEmpty)
 {
     makeCatalog("[0]\ngroup = Group\n");
     run([&](CDialogUnderTest &dialog) {
-        EXPECT_THAT(labelTypes(dialog), IsEmpty());
+        EXPECT_THAT(entryTexts(dialog, 135), IsEmpty());
         EXPECT_EQ(mainLabelItem(dialog), "null");
     });
     EXPECT_EQ(textsInModelSpace(), 0u);
@@ -219,7 +211,7 @@ TEST_F(LabelSource, WithoutACatalogueTheComboIsEmptyAndAMainAreaIsSavedWithoutLa
     velmor::Services::instance().start({.language = "hr"}, velmor::Paths({resources}, m_userFolder));
     ASSERT_FALSE(Data::CCatalogManager::Instance()->GetCatalog(L"CA_LABEL_CATALOG", 1));
     run([&](CDialogUnderTest &dialog) {
-        EXPECT_THAT(labelTypes(dialog), IsEmpty());
+        EXPECT_THAT(entryTexts(dialog, 135), IsEmpty());
         EXPECT_EQ(dialog.Control<QComboBox>(135)->currentIndex(), -1);
         EXPECT_EQ(mainLabelItem(dialog), "null");
         EXPECT_EQ(dialog.text(281), ToQString(message(3498)));

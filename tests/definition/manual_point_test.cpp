@@ -12,6 +12,8 @@ namespace {
 
 /// How many of the next settings of a host variable the host refuses.
 int theRefusals = 0;
+/// Whether the next setting of a host variable to this value fails, with an exception; none at -1.
+int theFailing = -1;
 
 } // namespace
 
@@ -24,6 +26,10 @@ int acedSetVar(const wchar_t *name, const resbuf *value)
         --theRefusals;
         velmor::journal("refused", name, value->resval.rint);
         return RTERROR;
+    }
+    if (theFailing >= 0 && value->resval.rint == theFailing) {
+        theFailing = -1;
+        throw std::runtime_error("the variable is locked");
     }
     return host(name, value);
 }
@@ -166,6 +172,24 @@ TEST_F(PointPick, ItsCallsComeInOrder)
     });
 }
 
+TEST_F(PointPick, WhatItDrawsIsAnAidAsSoonAsItStandsInTheDrawing)
+{
+    addSecondCourtyard();
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D4"});
+        dialog.check(268, true);
+        answer(240, 20);
+        const auto found =
+            record({"acedCommand", "CZEMCDraw::appendToModelSpace", "acedSetAid"}, [&] { dialog.click(208); });
+        const auto aid = [](AcDbObjectId id) { return "acedSetAid " + velmor::journalText(id); };
+        ASSERT_THAT(hatches(), SizeIs(1)); // the row's own; the one of the pick went when the row was chosen
+        EXPECT_THAT(found, ElementsAre(testing::StartsWith("acedCommand _-BOUNDARY "), "appendToModelSpace AcDbHatch",
+                                       testing::StartsWith("acedSetAid "), aid(dialog.LastBoundary()),
+                                       aid(dialog.LastIslands().at(0)), aid(dialog.LastIslands().at(1)),
+                                       "appendToModelSpace AcDbHatch", aid(hatches().front())));
+    });
+}
+
 TEST_F(PointPick, TheLastStepsAreTheDialogTheDisplayAndTheSnaps)
 {
     run([&](CDialogUnderTest &dialog) {
@@ -188,6 +212,41 @@ TEST_F(PointPick, SnapsThatCannotBeSwitchedOffAreWrittenBackAtOnceAndOnceMoreAtT
                                 "acedSetVar OSMODE 37"));
         EXPECT_EQ(theRefusals, 0);
         EXPECT_EQ(snaps(), kSnaps);
+    });
+}
+
+TEST_F(PointPick, SnapsWhoseSwitchingBackFailsAreToldByNameAndEndNothing)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        answerEscape();
+        theFailing = kSnaps;
+        dialog.click(208);
+        EXPECT_EQ(theFailing, -1);
+        ASSERT_THAT(alerts(), SizeIs(1));
+        EXPECT_THAT(velmor::journalText(alerts().front()),
+                    testing::AllOf(testing::HasSubstr("OSMODE"), testing::HasSubstr("the variable is locked")));
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_FALSE(dialog.IsEditorCommandRunning());
+        pickPoint(dialog, 50, 50);
+        EXPECT_THAT(rows(dialog), SizeIs(1));
+    });
+}
+
+TEST_F(PointPick, SnapsWhoseSwitchingBackFailsOnTheWayOutOfAnotherFailureLeaveThatOneToBeTold)
+{
+    run([&](CDialogUnderTest &dialog) {
+        prepare(dialog, 1, {L"D1"});
+        CPromptsUnderTest prompts;
+        prompts.m_answer = [](const velmor::Prompt &) -> velmor::Answer { throw std::runtime_error("no hand"); };
+        m_session.setPromptSource(&prompts);
+        theFailing = kSnaps;
+        dialog.click(208);
+        m_session.setPromptSource(nullptr);
+        EXPECT_EQ(theFailing, -1);
+        ASSERT_THAT(alerts(), SizeIs(1));
+        EXPECT_THAT(velmor::journalText(alerts().front()), testing::HasSubstr("no hand"));
+        EXPECT_TRUE(dialog.isVisible());
     });
 }
 

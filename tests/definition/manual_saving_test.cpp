@@ -1,5 +1,6 @@
 // Saving what was defined by hand: from a pick to areas with their ties, shares and labels, and what one undo takes
 // back.
+#include "tests/definition/dialog_tools.h"
 #include "tests/definition/manual_fixture.h"
 
 using namespace ZEMGis;
@@ -29,15 +30,6 @@ protected:
         for (const auto &area : areas())
             found.push_back(area->GetName());
         return found;
-    }
-    static std::vector<std::pair<std::wstring, double>> sharesOf(const Sewage::CCatchmentArea &area)
-    {
-        Sewage::SectionShares pairs;
-        area.GetConnectedSections(pairs);
-        std::vector<std::pair<std::wstring, double>> shares;
-        for (const auto &[section, share] : pairs)
-            shares.emplace_back(section->GetName(), share);
-        return shares;
     }
     static std::wstring text(const Sewage::CCatchmentArea &area, const wchar_t *tag)
     {

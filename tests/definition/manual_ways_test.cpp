@@ -285,17 +285,18 @@ TEST_F(Corners, ItsCallsComeInOrderTheDisplayBeforeTheDialog)
         for (const auto &[x, y] : {std::pair(1000, 0), std::pair(1100, 0), std::pair(1000, 40)})
             answer(x, y);
         answerEnter();
-        const auto found =
-            record({kBegin, kComplete, kUnMark, "acedSetVar", "CCatchmentAreaManager::GetCABySection", "acedGetPoint",
-                    "CZEMCDraw::line", "CZEMCDraw::polylineLW", "CZEMCDraw::appendToModelSpace", "acedUpdateDisplay"},
-                   [&] { dialog.click(239); });
+        const auto found = record({kBegin, kComplete, kUnMark, "acedSetVar", "CCatchmentAreaManager::GetCABySection",
+                                   "acedGetPoint", "CZEMCDraw::line", "CZEMCDraw::polylineLW",
+                                   "CZEMCDraw::appendToModelSpace", "acedSetAid", "acedUpdateDisplay"},
+                                  [&] { dialog.click(239); });
         std::vector<std::string> names;
         for (const std::string &call : found)
             names.push_back(call.substr(0, call.find(' ')));
         EXPECT_THAT(names, ElementsAre("GetCABySection", "BeginEditorCommand", "acedGetPoint", "acedGetPoint", "line",
-                                       "acedGetPoint", "line", "acedGetPoint", "polylineLW", "appendToModelSpace",
-                                       "UnMarkAllCatchments", "appendToModelSpace", "acedUpdateDisplay",
-                                       "acedUpdateDisplay", "CompleteEditorCommand"));
+                                       "acedSetAid", "acedGetPoint", "line", "acedSetAid", "acedGetPoint", "polylineLW",
+                                       "acedSetAid", "appendToModelSpace", "acedSetAid", "UnMarkAllCatchments",
+                                       "appendToModelSpace", "acedSetAid", "acedUpdateDisplay", "acedUpdateDisplay",
+                                       "CompleteEditorCommand"));
     });
 }
 

@@ -1,5 +1,5 @@
 // Saving: rows of the list, typed areas, what is checked before and what stays behind.
-#include "tests/definition/dialog_fixture.h"
+#include "tests/definition/dialog_tools.h"
 
 #include "controls/WideText.h"
 
@@ -33,15 +33,6 @@ protected:
         dialog.addIslandRow(m_first, 100);
         dialog.addIslandRow(m_second, 200);
         dialog.GetDlgItem(221)->setEnabled(true);
-    }
-    static std::vector<std::pair<std::wstring, double>> sharesOf(const Sewage::CCatchmentArea &area)
-    {
-        Sewage::SectionShares pairs;
-        area.GetConnectedSections(pairs);
-        std::vector<std::pair<std::wstring, double>> shares;
-        for (const auto &[section, share] : pairs)
-            shares.emplace_back(section->GetName(), share);
-        return shares;
     }
     AcDbObjectId m_outer, m_first, m_second;
 };
