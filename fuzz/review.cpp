@@ -135,6 +135,7 @@ public:
             Do(bytes);
             m_session.answers().clear();
             QApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             if (isVisible())
                 Check();
         }

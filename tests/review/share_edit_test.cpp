@@ -1,5 +1,8 @@
 // Shares edited in the section list.
+#include "tests/controls/ListClicks.h"
 #include "tests/review/editing_fixture.h"
+
+#include <QTest>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -63,6 +66,22 @@ TEST_F(ShareEdit, TwelveCommaFiveIsTakenAsTwelvePointFive)
         notice(dialog, 1, L"12,5");
         EXPECT_THAT(shares(m_area), ElementsAre("D1 0.25", "D2 0.125"));
         EXPECT_THAT(rows(dialog), ElementsAre("D1 25.0000", "D2 12.5000"));
+    });
+}
+
+/// A person with a decimal comma must not store 15 % for 1,5.
+TEST_F(ShareEdit, ACommaThatIsTypedIsADecimalPoint)
+{
+    run([&](CReviewUnderTest &dialog) {
+        for (const auto &[typed, stored] :
+             {std::pair("12,5", "D1 0.125"), std::pair("1,5", "D1 0.015"), std::pair("1.5", "D1 0.015")}) {
+            list_clicks::clickCell(*dialog.list(), 0, 1);
+            ASSERT_TRUE(dialog.list()->IsEditing());
+            QTest::keyClicks(dialog.list()->GetEditBox(), typed);
+            QTest::keyClick(dialog.list()->GetEditBox(), Qt::Key_Return);
+            EXPECT_THAT(shares(m_area), testing::Contains(stored)) << typed;
+        }
+        EXPECT_THAT(rows(dialog), testing::Contains("D1 1.5000"));
     });
 }
 

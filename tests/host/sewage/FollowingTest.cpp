@@ -5,6 +5,8 @@
 #include "host/network/NetworkData.h"
 #include "host/sewage/AreaRecord.h"
 
+#include <stdexcept>
+
 namespace velmor::test {
 namespace {
 
@@ -105,6 +107,44 @@ TEST_F(Following, ANewValueIsNotWrittenOverARecordThatWasPutBack)
     area->SetFlowCoeff(0.5);
     EXPECT_EQ(area->GetName(), L"before");
     EXPECT_EQ(area->GetFlowCoeff(), 0.5);
+}
+
+/// Refuses every change of data.
+class Refusing final : public DrawingObserver {
+public:
+    explicit Refusing(Drawing &drawing) : m_drawing(drawing) { m_drawing.addObserver(*this); }
+    ~Refusing() override { m_drawing.removeObserver(*this); }
+    Refusing(const Refusing &) = delete;
+    Refusing &operator=(const Refusing &) = delete;
+
+private:
+    void dataChanging(AcDbObject &, const std::string &) override { throw std::runtime_error("refused"); }
+    Drawing &m_drawing;
+};
+
+TEST_F(Following, WhatTheDrawingDidNotTakeIsNotTheStoresEither)
+{
+    const AreaPtr area = create(L"{G}", kSquare, L"before");
+    manager().AssignCA({{section(L"S1"), 0.5}}, area);
+    area->SetFlowCoeff(0.25);
+    const int type = area->GetType();
+    {
+        const Refusing refusing(drawing());
+        EXPECT_THROW(area->SetName(L"after"), std::runtime_error);
+        EXPECT_THROW(area->SetFlowCoeff(0.75), std::runtime_error);
+        EXPECT_THROW(area->SetType(type ^ 7), std::runtime_error);
+        EXPECT_THROW(area->SetConnectedSectionShare(section(L"S1"), 0.75, 1), std::runtime_error);
+        EXPECT_THROW(manager().AssignCA({{section(L"S2"), 1.0}}, area), std::runtime_error);
+    }
+    EXPECT_EQ(names(), Names{L"before"});
+    EXPECT_EQ(area->GetFlowCoeff(), 0.25);
+    EXPECT_EQ(area->GetType(), type);
+    SectionShares shares;
+    area->GetConnectedSections(shares);
+    ASSERT_EQ(shares.size(), 1u);
+    EXPECT_EQ(shares[0].second, 0.5);
+    EXPECT_EQ(namesBySection(L"S1"), Names{L"before"});
+    EXPECT_TRUE(namesBySection(L"S2").empty());
 }
 
 TEST_F(Following, AnAreaWhoseRecordWasTakenAwayIsGone)
