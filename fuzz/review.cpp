@@ -10,6 +10,7 @@
 #include "host/drawing/ChangeLog.h"
 #include "host/drawing/Drawing.h"
 #include "host/drawing/Entities.h"
+#include "host/drawing/Transient.h"
 #include "host/editor/Session.h"
 #include "host/network/NetworkData.h"
 #include "host/services/Services.h"
@@ -25,6 +26,7 @@
 #include <boost/make_shared.hpp>
 
 #include <filesystem>
+#include <set>
 
 namespace {
 
@@ -211,7 +213,30 @@ private:
     }
     void Do(Bytes &bytes)
     {
-        switch (bytes.Below(14)) {
+        const unsigned choice = bytes.Below(64);
+        if (choice == 63)
+            End(bytes);
+        else
+            DoInside(choice % 14, bytes);
+    }
+    /// In the midst of whatever is open: an editor, what is posted.
+    void End(Bytes &bytes)
+    {
+        switch (bytes.Below(3)) {
+        case 0:
+            Control<QAbstractButton>(ReviewControl::kBtnOk)->click();
+            break;
+        case 1:
+            Press(*this, Qt::Key_Escape);
+            break;
+        default:
+            close();
+            break;
+        }
+    }
+    void DoInside(unsigned choice, Bytes &bytes)
+    {
+        switch (choice) {
         case 0:
         case 1:
             TreeKey(bytes);
@@ -357,7 +382,7 @@ private:
             kBtnHide,        kBtnInfo,     kCheckCatchment, kCheckHouse,   kCheckIndustry,  kBtnExpand,
             kBtnCollapse,    kBtnCheckAll, kBtnUncheckAll,  kBtnWriteData, kRadioCatchment, kRadioHouse,
             kRadioIndustry,  kRadioAll,    kBtnPick,        kBtnErase,     kBtnLabel,       kBtnPattern,
-            kBtnEraseLabels, kBtnRename,   kCheckZoom};
+            kBtnEraseLabels, kBtnRename,   kCheckZoom,      kBtnSettings,  kBtnDefineLabel};
         const int control = kButtons[bytes.Below(std::size(kButtons))];
         PrepareAnswer(bytes);
         Control<QAbstractButton>(control)->click();
@@ -422,7 +447,7 @@ private:
     void CheckChecked()
     {
         CCatchmentTree &tree = Tree();
-        std::set<std::wstring> ticked;
+        CGuids ticked;
         for (int row = 0; row < tree.topLevelItemCount(); ++row) {
             if (tree.AreaItem(row)->IsChecked())
                 ticked.insert(tree.AreaItem(row)->m_pPayload->m_text);
@@ -501,11 +526,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
         if (auto *review = dynamic_cast<CDialog *>(&dialog))
             review->Drive(bytes);
+        else if (auto *ok = dialog.Control<QAbstractButton>(CAdUiBaseDialog::kOk); ok && bytes.Below(2) == 0)
+            ok->click(); // of a pattern, of settings, of a label; else it is cancelled
     });
-    {
+    do {
         CDialog dialog(session);
         dialog.DoModal();
-    }
+        QApplication::processEvents();
+        require(drawing.component<velmor::TransientGraphics>().highlighted().empty(),
+                "no highlight outlives the dialog");
+    } while (!bytes.AtEnd());
     require(session.failures() == 0, "no handler failed");
     while (log.undo()) {
     }

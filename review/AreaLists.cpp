@@ -8,8 +8,7 @@ using AreaPtr = boost::shared_ptr<CCatchmentArea>;
 
 namespace {
 
-/// No GUID stands twice in a list, so the object itself is looked for first: that compares addresses only, and all of
-/// ten thousand areas are erased in no time.
+/// No GUID stands twice in a list, so the object itself is looked for first: that compares addresses only.
 CatchmentAreas::iterator PlaceOf(CatchmentAreas &areas, const CCatchmentArea &area)
 {
     const auto itself = std::ranges::find(areas, &area, &AreaPtr::get);
@@ -28,6 +27,11 @@ bool TakeOutOfList(CatchmentAreas &areas, const CCatchmentArea &area)
         return false;
     areas.erase(place);
     return true;
+}
+
+void TakeOutOfList(CatchmentAreas &areas, const std::unordered_set<std::wstring> &guids)
+{
+    std::erase_if(areas, [&](const AreaPtr &area) { return area && guids.contains(area->GetGuid()); });
 }
 
 void KeepInList(CatchmentAreas &areas, const AreaPtr &area, bool belongs)

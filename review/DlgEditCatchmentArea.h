@@ -180,8 +180,6 @@ private:
     void EraseCurrentArea();
     void RefreshAfterErase();
     void RemoveFromLists(const AreaPtr &area);
-    /// The same without new counts.
-    void TakeOutOfLists(const AreaPtr &area);
 
     // Naming
     void OnBtnRename();

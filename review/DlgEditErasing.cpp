@@ -2,7 +2,10 @@
 #include "review/DlgEditCatchmentArea.h"
 
 #include "contracts/QuestionBox.h"
+#include "review/AreaLists.h"
 #include "review/ReviewMessages.h"
+
+#include <unordered_set>
 
 using ZEMGis::Notification::CNotificationFramework;
 using ZEMGis::Notification::SetActiveCommand;
@@ -59,17 +62,21 @@ bool CDlgEditCatchmentArea::AgreesToErase() const
 
 void CDlgEditCatchmentArea::EraseCheckedAreas()
 {
+    std::unordered_set<std::wstring> erased;
     for (const AreaPtr &area : m_checkedAreas) {
         if (!area)
             continue;
         const std::wstring guid = area->GetGuid();
         area->UnMark();
-        TakeOutOfLists(area);
+        erased.insert(guid);
         EraseFromStore(guid);
         if (m_currentArea && m_currentArea->GetGuid() == guid)
             m_currentArea.reset();
     }
-    UpdateCounts(); // once for all of them
+    // Nobody looks at the lists meanwhile, so that one pass takes all of them out.
+    for (CatchmentAreas *areas : {&m_allAreas, &m_catchAreas, &m_houseAreas, &m_industryAreas})
+        TakeOutOfList(*areas, erased);
+    UpdateCounts();
     m_checkedAreas.clear();
     m_checkedGuids.clear();
 }

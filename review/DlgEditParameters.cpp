@@ -5,6 +5,7 @@
 #include "controls/WideText.h"
 #include "dialogs/DialogControls.h"
 #include "review/ParametersOfMany.h"
+#include "review/ReviewColours.h"
 #include "review/ReviewMessages.h"
 #include "ui_review.h"
 
@@ -14,7 +15,6 @@ namespace {
 
 // In blue, green, red byte order.
 constexpr AMSEdit::ColorRef kWhite = 0xffffff, kRed = 255;
-constexpr std::uint32_t kColourOfOne = 0xff0000, kColourOfMany = 0xff00ff;
 
 /// Shown as long as it lives.
 class CWaitCursor {

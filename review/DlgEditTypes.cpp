@@ -23,7 +23,10 @@ void CDlgEditCatchmentArea::OnShareChanged(int row)
     const auto *section = reinterpret_cast<const CSection *>(m_ui->listSections->GetItemData(row));
     if (section && m_currentArea)
         WriteShare(section->GetGuid(), ParseNumber(m_ui->listSections->GetItemText(row, kShareColumn)));
+    const QModelIndex current = m_ui->listSections->currentIndex();
     FillSectionList(); // a rejected entry goes by it
+    // The next share is entered from where this one was.
+    m_ui->listSections->setCurrentIndex(m_ui->listSections->model()->index(current.row(), current.column()));
 }
 
 void CDlgEditCatchmentArea::WriteShare(const std::wstring &sectionGuid, double percent)
@@ -85,17 +88,12 @@ void CDlgEditCatchmentArea::RemoveFromLists(const AreaPtr &area)
 {
     if (!area)
         return;
-    TakeOutOfLists(area);
-    UpdateCounts();
-}
-
-void CDlgEditCatchmentArea::TakeOutOfLists(const AreaPtr &area)
-{
     TakeOutOfList(m_allAreas, *area);
     for (const auto &[bit, areas] : TypeLists()) {
         if ((area->GetType() & bit) != 0)
             TakeOutOfList(*areas, *area);
     }
+    UpdateCounts();
 }
 
 std::array<CDlgEditCatchmentArea::CTypeList, 3> CDlgEditCatchmentArea::TypeLists()

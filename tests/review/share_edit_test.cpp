@@ -102,6 +102,25 @@ TEST_F(ShareEdit, ZeroAndAHundredAreTaken)
     });
 }
 
+TEST_F(ShareEdit, ByKeysTheNextShareIsEnteredFromWhereTheLastOneWas)
+{
+    run([&](CReviewUnderTest &dialog) {
+        CXListCtrl &list = *dialog.list();
+        list.setFocus();
+        const auto enter = [&](const char *text) {
+            list_clicks::pressKey(list, Qt::Key_F2);
+            ASSERT_TRUE(list.IsEditing());
+            QTest::keyClicks(list.GetEditBox(), text);
+            QTest::keyClick(list.GetEditBox(), Qt::Key_Return);
+        };
+        list.setCurrentIndex(list.model()->index(0, 1));
+        enter("40");
+        list_clicks::pressKey(list, Qt::Key_Down);
+        enter("60");
+        EXPECT_THAT(shares(m_area), ElementsAre("D1 0.4", "D2 0.6"));
+    });
+}
+
 TEST_F(ShareEdit, ARejectedShareIsSilentlyReplacedByTheStoredOne)
 {
     run([&](CReviewUnderTest &dialog) {
