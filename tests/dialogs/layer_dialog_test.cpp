@@ -151,21 +151,25 @@ TEST_F(LayerDialog, EachClickTakesTheEntitiesOfTheSelectedLayersAnew)
     });
 }
 
-TEST_F(LayerDialog, EntitiesOfBlocksAreTakenAndErasedOnesAreNot)
+TEST_F(LayerDialog, EntitiesOfBlocksAndPaperSpacesAreTakenAndErasedOnesAreNot)
 {
-    auto &block = drawing().addBlock(L"PART");
-    auto line = std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 0));
-    AcDbLine &inner = *line;
-    const AcDbObjectId inBlock = drawing().append(std::move(line), block);
-    drawing().setLayerOf(inner, drawing().ensureLayer(L"B"));
+    const auto addTo = [&](velmor::BlockRecord &block) {
+        auto line = std::make_unique<AcDbLine>(AcGePoint3d(0, 0), AcGePoint3d(1, 0));
+        AcDbLine &inner = *line;
+        const AcDbObjectId id = drawing().append(std::move(line), block);
+        drawing().setLayerOf(inner, drawing().ensureLayer(L"B"));
+        return id;
+    };
+    const AcDbObjectId inBlock = addTo(drawing().addBlock(L"PART"));
+    const AcDbObjectId onPaper = addTo(*drawing().findBlock(L"*Paper_Space"));
     {
         const CZEMCEntityPtr gone(m_b, AcDb::kForWrite);
         gone->erase(true);
     }
     m_dialog.m_chosenLayers = {L"B"};
     run([&] {
-        EXPECT_THAT(m_dialog.m_entityIds, ElementsAre(inBlock));
-        EXPECT_THAT(inSet(), ElementsAre(inBlock));
+        EXPECT_THAT(m_dialog.m_entityIds, UnorderedElementsAre(inBlock, onPaper));
+        EXPECT_EQ(inSet(), m_dialog.m_entityIds);
     });
 }
 

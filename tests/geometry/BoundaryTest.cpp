@@ -276,6 +276,24 @@ TEST_F(Boundary, OnlyTheTwoPlanePolylineClassesCountAndNoClassDerivedFromThem)
     EXPECT_THAT(found, ElementsAre(old));
 }
 
+TEST_F(Boundary, PolylinesOfPaperSpacesAreKnownAndFoundLikeThoseOfModelSpace)
+{
+    velmor::BlockRecord &paper = *host.drawing().findBlock(L"*Paper_Space");
+    const auto add = [&] {
+        return host.drawing().append(
+            std::make_unique<AcDbPolyline>(std::vector<AcDbPolyline::Vertex>{{0, 0}, {8, 0}, {8, 8}, {0, 8}}, true),
+            paper);
+    };
+    add();
+    CZEMCBoundary::RememberPolylines();
+    AcDbObjectIdArray found;
+    EXPECT_TRUE(CZEMCBoundary::FindNewPoly(found));
+    EXPECT_THAT(found, IsEmpty());
+    const AcDbObjectId fresh = add();
+    EXPECT_TRUE(CZEMCBoundary::FindNewPoly(found));
+    EXPECT_THAT(found, ElementsAre(fresh));
+}
+
 TEST_F(Boundary, PolylinesOfBlocksAreFoundInBlockTableOrder)
 {
     velmor::BlockRecord &block = host.drawing().addBlock(L"HOUSE");
