@@ -431,7 +431,7 @@ void benchDialog()
         plain.resize(dialog.tree().size());
         plain.show();
         double ours = 1e300, others = 1e300;
-        for (int i = 0; i < 5; ++i) {
+        for (int i = 0; i < 15; ++i) {
             dialog.click(Dialog::kIndustry); // there are none
             ours = std::min(ours, timeOf([&] { dialog.click(Dialog::kAll); }));
             plain.clear();
