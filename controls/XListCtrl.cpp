@@ -78,6 +78,8 @@ void CXListCtrl::SetRowHeight()
 int CXListCtrl::InsertColumn(int column, const std::wstring &text, int width, int format)
 {
     const int made = m_model->InsertColumn(column, text, format);
+    if (made >= 0)
+        m_header->OnColumnInserted(made);
     SetColumnWidth(made, width);
     return made;
 }

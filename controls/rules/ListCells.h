@@ -28,8 +28,13 @@ struct CellRecord {
     std::uint64_t itemData = 0;  ///< the owner's value, in the record of column 0
 };
 
-/// How a column's texts stand; the value of the platform's column formats.
-enum ListColumnFormat : int { kFormatLeft = 0, kFormatRight = 1, kFormatCenter = 2 };
+/// How a column's texts stand; the values of the platform's column formats.
+enum ListColumnFormat : int {
+    kFormatLeft = 0,
+    kFormatRight = 1,
+    kFormatCenter = 2,
+    kFormatOwnerDraw = 0x8000, ///< beside one of the others: the owner paints the column's header
+};
 
 /// What numbers a numeric cell takes.
 struct ListNumericLimits {

@@ -223,6 +223,41 @@ TEST_F(ListPaint, TheHeaderShowsItsTextAndItsCheckBox)
     EXPECT_NE(empty, picture());
 }
 
+TEST_F(ListPaint, TheHeaderShowsAPictureAtTheRightOfItsText)
+{
+    SetDesktop(Qt::white, Qt::white, Qt::black);
+    QPixmap red(8, 8);
+    red.fill(Qt::red);
+    Fill({});
+    Show();
+    CXHeaderCtrl &header = list->GetHeader();
+    const int before = header.WidthOf(1);
+    EXPECT_TRUE(header.SetItemBitmap(1, red));
+    EXPECT_FALSE(header.SetItemBitmap(3, red));
+    EXPECT_EQ(header.WidthOf(1), before + 8 + header.GetSpacing());
+    list->InsertColumn(0, L"New", 50); // the picture goes with its column
+
+    const QImage picture = header.viewport()->grab().toImage();
+    const int right = header.sectionViewportPosition(2) + header.sectionSize(2);
+    EXPECT_EQ(picture.pixelColor(right - 12, header.height() / 2), QColor(Qt::red));
+}
+
+TEST_F(ListPaint, TheOwnerPaintsAHeaderOfItsOwn)
+{
+    SetDesktop(Qt::white, Qt::white, Qt::black);
+    list->InsertColumn(0, L"Text", 100, kFormatLeft | kFormatOwnerDraw);
+    std::vector<int> drawn;
+    list->GetHeader().SetDrawItem([&](QPainter &painter, const QRect &rect, int column) {
+        drawn.push_back(column);
+        painter.fillRect(rect.adjusted(10, 4, -10, -4), Qt::blue);
+    });
+    Show();
+    const QImage picture = list->GetHeader().viewport()->grab().toImage();
+
+    EXPECT_FALSE(drawn.empty());
+    EXPECT_EQ(picture.pixelColor(50, picture.height() / 2), QColor(Qt::blue));
+}
+
 TEST_F(ListPaint, RowsAreHighEnoughForALargeFont)
 {
     Fill({L"a"});
