@@ -129,6 +129,14 @@ constexpr auto kNumericFields = std::to_array<CNumericField>({
     {kEditZoom, 4, 4, false},
     {kEditScale, 4, 4, false},
 });
+/// They only show.
+constexpr auto kCountFields = std::to_array<CNumericField>({
+    {kEditCountCatchment, 9, 4, false},
+    {kEditCountHouse, 9, 4, false},
+    {kEditCountIndustry, 9, 4, false},
+    {kEditCountAll, 9, 4, false},
+});
+
 /// Where a person left the dialog, for as long as the program runs.
 struct CLeftPlace {
     QPoint m_corner;
@@ -136,7 +144,11 @@ struct CLeftPlace {
     int m_nTree = 0;
     QSize m_wanted; ///< the size that its letters and texts asked for; empty: it was not shown yet
 };
-CLeftPlace leftPlace;
+CLeftPlace &LeftPlace()
+{
+    static CLeftPlace place;
+    return place;
+}
 /// Pixels of the dialog that stay within reach.
 constexpr int kLeastInView = 80;
 
@@ -145,14 +157,6 @@ int Within(int value, int least, int greatest)
 {
     return std::max(least, std::min(value, greatest));
 }
-
-/// They only show.
-constexpr auto kCountFields = std::to_array<CNumericField>({
-    {kEditCountCatchment, 9, 4, false},
-    {kEditCountHouse, 9, 4, false},
-    {kEditCountIndustry, 9, 4, false},
-    {kEditCountAll, 9, 4, false},
-});
 
 } // namespace
 
@@ -337,7 +341,7 @@ void CDlgEditCatchmentArea::showEvent(QShowEvent *event)
 void CDlgEditCatchmentArea::hideEvent(QHideEvent *event)
 {
     if (m_bEnded)
-        leftPlace = {frameGeometry().topLeft(), size(), m_ui->splitter->sizes().value(0), m_wantedSize};
+        LeftPlace() = {frameGeometry().topLeft(), size(), m_ui->splitter->sizes().value(0), m_wantedSize};
     CAdUiBaseDialog::hideEvent(event);
 }
 
@@ -345,6 +349,7 @@ void CDlgEditCatchmentArea::FitToScreen()
 {
     // The panel scrolls where the screen is too small for it; else it is shown whole. What a person makes wider goes
     // to the tree.
+    const CLeftPlace &left = LeftPlace();
     constexpr int kTreeWidthInLetters = 40;
     const QSize panel = m_ui->panel->sizeHint().expandedTo(m_ui->panel->minimumSizeHint());
     int tree = std::max(m_ui->paneAreas->sizeHint().width(), fontMetrics().averageCharWidth() * kTreeWidthInLetters);
@@ -356,15 +361,15 @@ void CDlgEditCatchmentArea::FitToScreen()
     const QRect room = RoomBeside();
     m_wantedSize = (content + around).expandedTo(minimumSizeHint()).boundedTo(room.size() * 0.95);
     QSize shown = m_wantedSize;
-    if (leftPlace.m_wanted == m_wantedSize) { // letters and language are as they were
-        shown = leftPlace.m_size.boundedTo(room.size());
-        tree = leftPlace.m_nTree;
+    if (left.m_wanted == m_wantedSize) { // letters and language are as they were
+        shown = left.m_size.boundedTo(room.size());
+        tree = left.m_nTree;
     }
     resize(shown);
     m_ui->splitter->setSizes({tree, shown.width() - around.width() - m_ui->splitter->handleWidth() - tree});
     // At the right of the window at first, where panels stand and not the areas that it is about; then where it was.
-    if (!leftPlace.m_wanted.isEmpty() && room.adjusted(0, 0, -kLeastInView, -kLeastInView).contains(leftPlace.m_corner))
-        move(leftPlace.m_corner);
+    if (!left.m_wanted.isEmpty() && room.adjusted(0, 0, -kLeastInView, -kLeastInView).contains(left.m_corner))
+        move(left.m_corner);
     else if (const QWidget *window = QApplication::activeWindow(); window && window != this)
         move(Within(window->frameGeometry().right() - shown.width(), room.left(), room.right() - shown.width()),
              Within(window->geometry().center().y() - shown.height() / 2, room.top(), room.bottom() - shown.height()));
