@@ -318,13 +318,13 @@ TEST_F(DialogContract, EveryFieldOfThePaletteStandsOutAgainstTheWindow)
             auto *grid = dialog.Control<ColorGrid>(kControlColours);
             QPalette colours = grid->palette();
             colours.setColor(QPalette::Window, window);
-            colours.setColor(QPalette::Mid, Qt::gray);
+            colours.setColor(QPalette::WindowText, window == Qt::white ? Qt::black : Qt::white);
             grid->setPalette(colours);
             const QImage image = grid->grab().toImage();
             for (int index = 1; index <= 255; ++index) {
                 const QRect field = grid->fieldOf(index);
-                EXPECT_EQ(image.pixelColor(field.left(), field.center().y()), QColor(Qt::gray)) << index;
-                EXPECT_EQ(image.pixelColor(field.right() + 1, field.center().y()), QColor(Qt::gray)) << index;
+                for (const int x : {field.left(), field.right() + 1})
+                    EXPECT_NEAR(image.pixelColor(x, field.center().y()).lightness(), 128, 40) << index;
             }
         });
         int color = 256; // by layer, so that no field is framed

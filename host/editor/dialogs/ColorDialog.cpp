@@ -23,6 +23,7 @@ namespace {
 constexpr int kField = 18, kColumns = 24, kMixedRows = 10, kGap = 8;
 constexpr int kFirstMixed = 10, kFirstGrey = 250, kLast = 255, kNamed = 9;
 constexpr int kByLayer = 256, kByBlock = 0;
+constexpr float kBorderStrength = 0.4F; ///< of the fields' borders, between the window and its text
 
 QColor screenColor(int index)
 {
@@ -116,8 +117,13 @@ void ColorGrid::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     // A border around each field, or white ones would be lost on a light window and black ones on a dark one.
-    for (int index = 1; index <= kLast; ++index)
-        painter.fillRect(fieldOf(index).adjusted(0, 0, 1, 1), palette().color(QPalette::Mid));
+    QColor border = palette().color(QPalette::WindowText);
+    border.setAlphaF(kBorderStrength);
+    for (int index = 1; index <= kLast; ++index) {
+        const QRect field = fieldOf(index).adjusted(0, 0, 1, 1);
+        painter.fillRect(field, palette().color(QPalette::Window));
+        painter.fillRect(field, border);
+    }
     for (int index = 1; index <= kLast; ++index)
         painter.fillRect(fieldOf(index).adjusted(1, 1, 0, 0), screenColor(index));
     if (m_index < 1 || m_index > kLast)
