@@ -2,6 +2,7 @@
 #include "review/DlgEditCatchmentArea.h"
 
 #include "catalog/NumberText.h"
+#include "controls/ReadableColour.h"
 #include "controls/WideText.h"
 #include "dialogs/DialogControls.h"
 #include "review/ParametersOfMany.h"
@@ -9,12 +10,25 @@
 #include "review/ReviewMessages.h"
 #include "ui_review.h"
 
+#include <QGuiApplication>
+#include <QPalette>
+
 using namespace ZEMGis::Sewage;
 
 namespace {
 
 // In blue, green, red byte order.
 constexpr AMSEdit::ColorRef kWhite = 0xffffff, kRed = 255;
+
+/// White; on a dark desktop the ground of its fields, where white would stand out as much as the red that means
+/// something.
+AMSEdit::ColorRef PaperColour()
+{
+    const QColor ground = QGuiApplication::palette().color(QPalette::Active, QPalette::Base);
+    if (ContrastOf(ground, Qt::black) >= ContrastOf(ground, Qt::white))
+        return kWhite;
+    return static_cast<AMSEdit::ColorRef>(ground.red() | ground.green() << 8 | ground.blue() << 16);
+}
 
 /// Shown as long as it lives.
 class CWaitCursor {
@@ -32,7 +46,7 @@ void ShowArea(QLineEdit *edit, double hectares)
 
 void ShowValue(AMSEdit::CAMSNumericEdit *edit, double value)
 {
-    edit->SetBackgroundColor(kWhite);
+    edit->SetBackgroundColor(PaperColour());
     SetNumber(edit, value);
 }
 

@@ -36,6 +36,23 @@ TEST_F(ParametersShown, OneAreaShowsItsHeadAreaAndValuesOnWhite)
     });
 }
 
+TEST_F(ParametersShown, OnADarkDesktopWhiteIsTheGroundOfItsFieldsAndRedStaysRed)
+{
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(0x20, 0x22, 0x24)));
+    const QColor ground = QApplication::palette().color(QPalette::Base);
+    addArea(L"A", 1, 0, 0.35);
+    addArea(L"B", 1, 20, 0.75);
+    run([&](CReviewUnderTest &dialog) {
+        expectField(dialog, 110, "0.35",
+                    static_cast<unsigned>(ground.red() | ground.green() << 8 | ground.blue() << 16));
+        dialog.tick(L"A");
+        dialog.tick(L"B");
+        expectField(dialog, 110, "0.35", kRed);
+    });
+    QApplication::setPalette(before);
+}
+
 TEST_F(ParametersShown, AFieldAndItsLabelAreEnabledExactlyWhenTheTypeOfTheOneAreaHasThem)
 {
     addArea(L"catch", 1, 0);
