@@ -25,6 +25,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 
@@ -38,6 +39,8 @@ unsigned long long g_events = 0;
 
 constexpr int kSections = 8;
 constexpr double kPitch = 20.0;
+constexpr unsigned kPaintedDoing = 16;   ///< painting takes most of the time: the window is painted after each 16th
+constexpr std::size_t kMostBytes = 1024; ///< some 300 doings, so that no input takes long under the sanitizers
 
 Sewage::CatchmentAreas StoredAreas()
 {
@@ -132,8 +135,9 @@ public:
 
     void Drive(Bytes &bytes)
     {
-        while (!bytes.AtEnd() && isVisible()) {
+        for (unsigned doing = 1; !bytes.AtEnd() && isVisible(); ++doing) {
             ++g_events;
+            setUpdatesEnabled(doing % kPaintedDoing == 0);
             Do(bytes);
             m_session.answers().clear();
             QApplication::processEvents();
@@ -512,7 +516,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    Bytes bytes(data, size);
+    Bytes bytes(data, std::min(size, kMostBytes));
     velmor::Session session;
     session.setMessageSink({});
     session.setDrawing(MakeDrawing());
