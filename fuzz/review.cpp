@@ -482,17 +482,6 @@ private:
 
 } // namespace
 
-/// What the window system's libraries keep to the end of a program.
-extern "C" const char *__lsan_default_suppressions()
-{
-    return "leak:libfontconfig\nleak:libglib\nleak:libdbus\n";
-}
-
-extern "C" const char *__lsan_default_options()
-{
-    return "print_suppressions=0";
-}
-
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
