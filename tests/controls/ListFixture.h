@@ -45,14 +45,18 @@ protected:
         other = new QPushButton(QStringLiteral("Other"));
         column->addWidget(list);
         column->addWidget(other);
-        QObject::connect(list, &CXListCtrl::CellChanged, list, [this](int row, int cell) {
+        m_telling = QObject::connect(list, &CXListCtrl::CellChanged, list, [this](int row, int cell) {
             told.emplace_back(row, cell);
             if (onTold)
                 onTold();
         });
         window.resize(420, 360);
     }
-    ~ListWidgetTest() override { QApplication::setPalette(m_desktop); }
+    ~ListWidgetTest() override
+    {
+        QObject::disconnect(m_telling); // a window that goes ends what is edited in it
+        QApplication::setPalette(m_desktop);
+    }
 
     /// Name (120), value (100, at the right) and kind (100, centred), and rows of these names.
     void Fill(const std::vector<std::wstring> &names)
@@ -100,5 +104,6 @@ protected:
     std::function<void()> onTold;
 
 private:
+    QMetaObject::Connection m_telling;
     QPalette m_desktop = QApplication::palette();
 };
