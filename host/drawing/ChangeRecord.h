@@ -86,4 +86,24 @@ void exchange(Drawing &drawing, Change &change, bool undoing);
 RecordState recordState(Drawing::Private &d, AcDbObject *object, const std::string &dictionary, const std::string &key);
 LayerState layerState(const Drawing::Private &d, std::size_t index);
 
+/// A change of that kind with the flags that the object has now, and what leads back.
+template <class State>
+Change changeOf(ChangeKind kind, AcDbObject *object, State state)
+{
+    Change change{kind};
+    change.object = object;
+    if (object)
+        change.flags = static_cast<std::uint16_t>(ObjectAccess::host(*object).flags & kPatchFlags);
+    if constexpr (!std::is_same_v<State, std::monostate>) {
+        change.extra = std::make_unique<Change::Extra>();
+        change.extra->state = std::move(state);
+    }
+    return change;
+}
+
+inline Change changeOf(ChangeKind kind, AcDbObject *object)
+{
+    return changeOf(kind, object, std::monostate());
+}
+
 } // namespace velmor
