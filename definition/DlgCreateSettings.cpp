@@ -2,6 +2,7 @@
 #include "definition/DlgCreateCatchmentArea.h"
 
 #include "definition/DefinitionMessages.h"
+#include "dialogs/DrawingSettings.h"
 #include "geometry/EntityWalk.h"
 #include "ui_definition.h"
 
@@ -10,7 +11,6 @@ using ZEMGis::Utility::CUtility;
 
 namespace {
 
-constexpr const wchar_t *kDictionary = L"ZEMX_LSD2";
 constexpr const wchar_t *kKeyLayers = L"ZEMX_CATCH_DEFINE_LAYERS";
 constexpr const wchar_t *kKeyCatchment = L"ZEMX_CATCH_DEFINE_m_bCatchmentType";
 constexpr const wchar_t *kKeyHouse = L"ZEMX_CATCH_DEFINE_m_bHouseType";
@@ -19,10 +19,6 @@ constexpr const wchar_t *kKeyPopulation = L"ZEMX_CATCH_DEFINE_POPULATION";
 constexpr const wchar_t *kKeySlope = L"ZEMX_CATCH_DEFINE_SLOPE";
 constexpr const wchar_t *kKeyBlockPath = L"ZEMX_CATCH_DEFINE_m_strBlockPath";
 constexpr const wchar_t *kKeyBlockName = L"ZEMX_CATCH_DEFINE_m_strBlockName";
-
-constexpr short kCodeText = 1;
-constexpr short kCodeDouble = 38;
-constexpr short kCodeInt = 60;
 
 /// The texts of a chain, whether its items are marked as host texts or by a text's group code.
 CStringArray textsOf(const resbuf *chain)
@@ -74,9 +70,9 @@ void CDlgCreateCatchmentArea::RestoreSettings()
 
     const CZEMCDictionaryPtr dictionary(AcDb::kForRead);
     double value = 0.0;
-    if (dictionary.dctRead(kDictionary, kKeyPopulation, value, false))
+    if (dictionary.dctRead(kSettingsDictionary, kKeyPopulation, value, false))
         SetNumber(m_ui->editDensity, value);
-    if (dictionary.dctRead(kDictionary, kKeySlope, value, false))
+    if (dictionary.dctRead(kSettingsDictionary, kKeySlope, value, false))
         SetNumber(m_ui->editSlope, value);
     RestoreLabelBlock();
 }
@@ -84,7 +80,7 @@ void CDlgCreateCatchmentArea::RestoreSettings()
 void CDlgCreateCatchmentArea::RestoreLayers()
 {
     resbuf *chain = nullptr;
-    if (!CZEMCDictionaryPtr(AcDb::kForRead).dctRead(kDictionary, kKeyLayers, chain, false))
+    if (!CZEMCDictionaryPtr(AcDb::kForRead).dctRead(kSettingsDictionary, kKeyLayers, chain, false))
         return;
     m_boundaryLayers = textsOf(chain);
     acutRelRb(chain);
@@ -93,9 +89,9 @@ void CDlgCreateCatchmentArea::RestoreLayers()
 void CDlgCreateCatchmentArea::RestoreType()
 {
     const CZEMCDictionaryPtr dictionary(AcDb::kForRead);
-    dictionary.dctRead(kDictionary, kKeyCatchment, m_bCatchmentType, false);
-    dictionary.dctRead(kDictionary, kKeyHouse, m_bHouseType, false);
-    dictionary.dctRead(kDictionary, kKeyIndustrial, m_bIndustrialType, false);
+    dictionary.dctRead(kSettingsDictionary, kKeyCatchment, m_bCatchmentType, false);
+    dictionary.dctRead(kSettingsDictionary, kKeyHouse, m_bHouseType, false);
+    dictionary.dctRead(kSettingsDictionary, kKeyIndustrial, m_bIndustrialType, false);
     ShowMembers();
     if (m_bCatchmentType)
         OnCheckCatch();
@@ -108,8 +104,8 @@ void CDlgCreateCatchmentArea::RestoreType()
 void CDlgCreateCatchmentArea::RestoreLabelBlock()
 {
     const CZEMCDictionaryPtr dictionary(AcDb::kForRead);
-    const bool pathRead = dictionary.dctRead(kDictionary, kKeyBlockPath, m_strBlockPath, false);
-    const bool nameRead = dictionary.dctRead(kDictionary, kKeyBlockName, m_strBlockName, false);
+    const bool pathRead = dictionary.dctRead(kSettingsDictionary, kKeyBlockPath, m_strBlockPath, false);
+    const bool nameRead = dictionary.dctRead(kSettingsDictionary, kKeyBlockName, m_strBlockName, false);
     if (!pathRead || !nameRead) {
         LoadDefaultLabelBlock();
         return;
@@ -152,16 +148,16 @@ void CDlgCreateCatchmentArea::SaveSettings()
     RefreshMembers();
     if (!m_boundaryLayers.empty()) {
         resbuf *chain = chainOf(m_boundaryLayers);
-        dictionary.dctWrite(kDictionary, kKeyLayers, chain, false, true);
+        dictionary.dctWrite(kSettingsDictionary, kKeyLayers, chain, false, true);
         acutRelRb(chain);
     }
-    dictionary.dctWrite(kDictionary, kKeyPopulation, GetNumber(m_ui->editDensity), false, true, kCodeDouble);
-    dictionary.dctWrite(kDictionary, kKeySlope, GetNumber(m_ui->editSlope), false, true, kCodeDouble);
-    dictionary.dctWrite(kDictionary, kKeyBlockPath, m_strBlockPath, false, true, kCodeText);
-    dictionary.dctWrite(kDictionary, kKeyBlockName, m_strBlockName, false, true, kCodeText);
-    dictionary.dctWrite(kDictionary, kKeyCatchment, m_bCatchmentType, false, true, kCodeInt);
-    dictionary.dctWrite(kDictionary, kKeyHouse, m_bHouseType, false, true, kCodeInt);
-    dictionary.dctWrite(kDictionary, kKeyIndustrial, m_bIndustrialType, false, true, kCodeInt);
+    dictionary.dctWrite(kSettingsDictionary, kKeyPopulation, GetNumber(m_ui->editDensity), false, true, kCodeDouble);
+    dictionary.dctWrite(kSettingsDictionary, kKeySlope, GetNumber(m_ui->editSlope), false, true, kCodeDouble);
+    dictionary.dctWrite(kSettingsDictionary, kKeyBlockPath, m_strBlockPath, false, true, kCodeText);
+    dictionary.dctWrite(kSettingsDictionary, kKeyBlockName, m_strBlockName, false, true, kCodeText);
+    dictionary.dctWrite(kSettingsDictionary, kKeyCatchment, m_bCatchmentType, false, true, kCodeInt);
+    dictionary.dctWrite(kSettingsDictionary, kKeyHouse, m_bHouseType, false, true, kCodeInt);
+    dictionary.dctWrite(kSettingsDictionary, kKeyIndustrial, m_bIndustrialType, false, true, kCodeInt);
 }
 
 void CDlgCreateCatchmentArea::BuildLayerSelection()

@@ -4,6 +4,7 @@
 #include "definition/DefinitionMessages.h"
 #include "dialogs/CatchLabelDlg.h"
 #include "dialogs/CatchLayerDlg.h"
+#include "dialogs/SharedHandlers.h"
 #include "dialogs/TerrainTypeSimpleDlg.h"
 #include "ui_definition.h"
 
@@ -65,23 +66,12 @@ void CDlgCreateCatchmentArea::OnBtnSettings()
 
 void CDlgCreateCatchmentArea::OnBtnHide()
 {
-    if (CNotificationFramework::Instance()->IsCommandActive() != 0)
-        return;
-    const SetActiveCommand command(L"CA_HIDE");
-    BeginEditorCommand();
-    std::wstring answer;
-    acedGetString(0, Msg(MessageId::kWaitForKey).c_str(), answer);
-    CompleteEditorCommand(1);
+    HideUntilAnswered(*this, MessageId::kWaitForKey);
 }
 
 void CDlgCreateCatchmentArea::OnBtnInfoSections()
 {
-    if (CNotificationFramework::Instance()->IsCommandActive() != 0)
-        return;
-    const SetActiveCommand command(L"CA_INFO");
-    BeginEditorCommand();
-    CCatchmentAreaManager::StartCAInfoTooltipSections();
-    CompleteEditorCommand(1);
+    ShowSectionInfo(*this);
 }
 
 void CDlgCreateCatchmentArea::OnBtnInfoAreas()

@@ -3,22 +3,18 @@
 
 #include "controls/WideText.h"
 #include "dialogs/DialogControls.h"
+#include "dialogs/DrawingSettings.h"
 #include "review/ReviewControls.h"
 #include "ui_review.h"
 
 namespace {
 
-constexpr const wchar_t *kDictionary = L"ZEMX_LSD2";
 constexpr const wchar_t *kKeyZoomFactor = L"ZEMX_CATCHMENT_m_edZoom";
 constexpr const wchar_t *kKeyZoom = L"ZEMX_CATCHMENT_m_checkZoom";
 constexpr const wchar_t *kKeyFilter = L"ZEMX_CATCHMENT_m_comboMode";
 constexpr const wchar_t *kKeyPattern = L"ZEMX_CATCHMENT_m_edHatchType";
 constexpr const wchar_t *kKeyScale = L"ZEMX_CATCHMENT_m_edHScale";
 constexpr const wchar_t *kKeyLabel = L"ZEMX_CATCHMENT_m_cmbLabel";
-
-constexpr short kCodeText = 1;
-constexpr short kCodeDouble = 38;
-constexpr short kCodeInt = 60;
 
 } // namespace
 
@@ -28,12 +24,12 @@ void CDlgEditCatchmentArea::RestoreSettings()
     double zoomFactor = GetNumber(m_ui->editZoom), scale = GetNumber(m_ui->editScale);
     std::wstring pattern = ToWide(m_ui->editPattern->text());
     int label = m_ui->comboLabel->currentIndex();
-    dictionary.dctRead(kDictionary, kKeyZoomFactor, zoomFactor, false);
-    dictionary.dctRead(kDictionary, kKeyZoom, m_checkZoom, false);
-    dictionary.dctRead(kDictionary, kKeyFilter, m_comboMode, false);
-    dictionary.dctRead(kDictionary, kKeyPattern, pattern, false);
-    dictionary.dctRead(kDictionary, kKeyScale, scale, false);
-    dictionary.dctRead(kDictionary, kKeyLabel, label, false);
+    dictionary.dctRead(kSettingsDictionary, kKeyZoomFactor, zoomFactor, false);
+    dictionary.dctRead(kSettingsDictionary, kKeyZoom, m_checkZoom, false);
+    dictionary.dctRead(kSettingsDictionary, kKeyFilter, m_comboMode, false);
+    dictionary.dctRead(kSettingsDictionary, kKeyPattern, pattern, false);
+    dictionary.dctRead(kSettingsDictionary, kKeyScale, scale, false);
+    dictionary.dctRead(kSettingsDictionary, kKeyLabel, label, false);
     ShowMembers();
     SetNumber(m_ui->editZoom, zoomFactor);
     m_ui->editPattern->setText(ToQString(pattern));
@@ -47,12 +43,12 @@ void CDlgEditCatchmentArea::SaveSettings()
     CZEMCDictionaryPtr dictionary(AcDb::kForRead);
     dictionary.upgradeOpen();
     RefreshMembers();
-    dictionary.dctWrite(kDictionary, kKeyZoomFactor, GetNumber(m_ui->editZoom), false, true, kCodeDouble);
-    dictionary.dctWrite(kDictionary, kKeyZoom, m_checkZoom, false, true, kCodeInt);
-    dictionary.dctWrite(kDictionary, kKeyFilter, m_comboMode, false, true, kCodeInt);
-    dictionary.dctWrite(kDictionary, kKeyPattern, ToWide(m_ui->editPattern->text()), false, true, kCodeText);
-    dictionary.dctWrite(kDictionary, kKeyScale, GetNumber(m_ui->editScale), false, true, kCodeDouble);
-    dictionary.dctWrite(kDictionary, kKeyLabel, m_ui->comboLabel->currentIndex(), false, true, kCodeInt);
+    dictionary.dctWrite(kSettingsDictionary, kKeyZoomFactor, GetNumber(m_ui->editZoom), false, true, kCodeDouble);
+    dictionary.dctWrite(kSettingsDictionary, kKeyZoom, m_checkZoom, false, true, kCodeInt);
+    dictionary.dctWrite(kSettingsDictionary, kKeyFilter, m_comboMode, false, true, kCodeInt);
+    dictionary.dctWrite(kSettingsDictionary, kKeyPattern, ToWide(m_ui->editPattern->text()), false, true, kCodeText);
+    dictionary.dctWrite(kSettingsDictionary, kKeyScale, GetNumber(m_ui->editScale), false, true, kCodeDouble);
+    dictionary.dctWrite(kSettingsDictionary, kKeyLabel, m_ui->comboLabel->currentIndex(), false, true, kCodeInt);
 }
 
 void CDlgEditCatchmentArea::RefreshMembers()

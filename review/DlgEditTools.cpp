@@ -2,13 +2,13 @@
 #include "review/DlgEditCatchmentArea.h"
 
 #include "controls/XListCtrl.h"
+#include "dialogs/SharedHandlers.h"
 #include "review/ReviewMessages.h"
 #include "ui_review.h"
 
 using ZEMGis::CModuleConfiguration;
 using ZEMGis::Notification::CNotificationFramework;
 using ZEMGis::Notification::SetActiveCommand;
-using ZEMGis::Sewage::CCatchmentAreaManager;
 
 void CDlgEditCatchmentArea::ConnectEditing()
 {
@@ -52,21 +52,10 @@ void CDlgEditCatchmentArea::OnBtnSettings()
 
 void CDlgEditCatchmentArea::OnBtnHide()
 {
-    if (CNotificationFramework::Instance()->IsCommandActive() != 0)
-        return;
-    const SetActiveCommand command(L"CA_HIDE");
-    BeginEditorCommand();
-    std::wstring answer;
-    acedGetString(0, Msg(ReviewMessage::kWaitForKey).c_str(), answer);
-    CompleteEditorCommand(1);
+    HideUntilAnswered(*this, ReviewMessage::kWaitForKey);
 }
 
 void CDlgEditCatchmentArea::OnBtnInfo()
 {
-    if (CNotificationFramework::Instance()->IsCommandActive() != 0)
-        return;
-    const SetActiveCommand command(L"CA_INFO");
-    BeginEditorCommand();
-    CCatchmentAreaManager::StartCAInfoTooltipSections();
-    CompleteEditorCommand(1);
+    ShowSectionInfo(*this);
 }
