@@ -3,36 +3,13 @@
 #include "controls/Mnemonics.h"
 #include "controls/WideText.h"
 #include "host/network/NetworkData.h"
+#include "tests/dialogs/DialogProgram.h"
 
 #include <cmath>
 #include <cstdlib>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 using namespace ZEMGis;
-
-namespace {
-
-QApplication &application()
-{
-    static int count = 1;
-    static char name[] = "definition_test";
-    static char *arguments[] = {name, nullptr};
-    // Never destroyed: at the program's end its devices would outlive what the toolkit keeps of them.
-    static auto *app = new QApplication(count, arguments);
-    return *app;
-}
-
-fs::path newFolder()
-{
-    static int number = 0;
-    const fs::path folder =
-        fs::temp_directory_path() / ("velmor_definition_" + std::to_string(getpid()) + "_" + std::to_string(++number));
-    fs::create_directories(folder);
-    return folder;
-}
-
-} // namespace
 
 QString CDialogUnderTest::text(int control) const
 {
@@ -49,9 +26,9 @@ QString CDialogUnderTest::text(int control) const
     return ToQString(WithoutMnemonic(ToWide(shown)));
 }
 
-DefinitionDialogTest::DefinitionDialogTest() : m_userFolder(newFolder())
+DefinitionDialogTest::DefinitionDialogTest() : m_userFolder(newDialogFolder("velmor_definition_"))
 {
-    application();
+    dialogApplication();
     const char *source = std::getenv("VELMOR_SOURCE_DIR");
     velmor::Services::instance().start({.language = "hr"},
                                        velmor::Paths({fs::path(source ? source : ".") / "resources"}, m_userFolder));

@@ -1,5 +1,7 @@
 #include "tests/dialogs/small_dialog_fixture.h"
 
+#include "tests/dialogs/DialogProgram.h"
+
 #include "controls/Mnemonics.h"
 #include "controls/WideText.h"
 #include "host/drawing/Entities.h"
@@ -10,16 +12,6 @@
 #include <cstdlib>
 
 namespace {
-
-QApplication &application()
-{
-    static int count = 1;
-    static char name[] = "dialogs_test";
-    static char *arguments[] = {name, nullptr};
-    // Never destroyed: at the program's end its devices would outlive what the toolkit keeps of them.
-    static auto *app = new QApplication(count, arguments);
-    return *app;
-}
 
 /// The shipped resources without the support files. One folder for all tests: pictures are remembered by their paths.
 const std::filesystem::path &resources()
@@ -40,7 +32,7 @@ const std::filesystem::path &resources()
 
 SmallDialogTest::SmallDialogTest()
 {
-    application();
+    dialogApplication();
     start("hr");
     m_session.setMessageSink([](velmor::MessageKind, const std::wstring &) {});
     m_session.setDrawing(velmor::Drawing::createNew());

@@ -3,36 +3,17 @@
 #include "controls/Mnemonics.h"
 #include "controls/WideText.h"
 #include "host/network/NetworkData.h"
+#include "tests/dialogs/DialogProgram.h"
 
 #include <QStyleOptionViewItem>
 #include <QTest>
 
 #include <cstdlib>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 using namespace ZEMGis;
 
 namespace {
-
-QApplication &application()
-{
-    static int count = 1;
-    static char name[] = "review_test";
-    static char *arguments[] = {name, nullptr};
-    // Never destroyed: at the program's end its devices would outlive what the toolkit keeps of them.
-    static auto *app = new QApplication(count, arguments);
-    return *app;
-}
-
-fs::path newFolder()
-{
-    static int number = 0;
-    const fs::path folder =
-        fs::temp_directory_path() / ("velmor_review_" + std::to_string(getpid()) + "_" + std::to_string(++number));
-    fs::create_directories(folder);
-    return folder;
-}
 
 boost::shared_ptr<Data::CProperty> propertyOf(const wchar_t *tag, const Data::CDataBox &value)
 {
@@ -165,9 +146,9 @@ void CReviewUnderTest::editInTree(CCatchmentTreeItem *edited, const QString &tex
 
 // --- The host and its drawing -----------------------------------------------------------------------------------
 
-ReviewDialogTest::ReviewDialogTest() : m_userFolder(newFolder())
+ReviewDialogTest::ReviewDialogTest() : m_userFolder(newDialogFolder("velmor_review_"))
 {
-    application();
+    dialogApplication();
     const char *source = std::getenv("VELMOR_SOURCE_DIR");
     velmor::Services::instance().start({.language = "hr"},
                                        velmor::Paths({fs::path(source ? source : ".") / "resources"}, m_userFolder));
