@@ -23,6 +23,7 @@ const std::map<std::string, std::set<std::string>> &arrows()
         {"geometry", {"contracts"}},
         {"controls", {"controls/rules", "contracts"}},
         {"controls/rules", {}},
+        {"controls/treelist", {"controls", "controls/rules", "contracts"}},
         {"dialogs", {"controls", "controls/rules", "catalog", "geometry", "contracts"}},
         {"definition", {"dialogs", "controls", "controls/rules", "catalog", "geometry", "contracts"}},
         {"review", {"dialogs", "controls", "controls/rules", "catalog", "geometry", "contracts"}},

@@ -1,0 +1,324 @@
+// The tree list: a tree of rows with columns of texts, check boxes, locks and images, with rows that are edited in
+// place and dragged.
+//
+// The header that other modules make one with. Rows, columns, selection, expansion and the rules of editing are
+// CTreeListModel's.
+#pragma once
+
+#include "controls/rules/TreeListGeometry.h"
+#include "controls/rules/TreeListModel.h"
+
+#include <QAbstractScrollArea>
+#include <QColor>
+#include <QIcon>
+#include <QPointer>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+class CTLCDragWnd;
+class CTLCDropWnd;
+class CTreeListComboCtrl;
+class CTreeListCtrl;
+class CTreeListEditCtrl;
+class CTreeListGlyphs;
+class CTreeListHeaderCtrl;
+class CTreeListStaticCtrl;
+class CTreeListTipCtrl;
+
+/// A notice of a control to its owner.
+struct TreeListNotice {
+    CTreeListCtrl *control = nullptr;
+    int code = 0; ///< TreeListNotify
+    CTreeListItem *item = nullptr;
+    int column = 0;
+    /// Where dragged rows come from; of the notices of dragging only.
+    CTreeListCtrl *source = nullptr;
+};
+
+/// Who owns a control's rows: is told what happens and may refuse it.
+class TREELIST_API CTreeListOwner {
+public:
+    virtual ~CTreeListOwner() = default;
+    /// 0: go on. What refuses stands with each code.
+    virtual std::int64_t OnTreeListNotify(const TreeListNotice &notice) = 0;
+};
+
+/// Colours, in the order of their table; numbers in blue, green, red byte order.
+enum TreeListColor : int {
+    colorTreeBk,
+    colorBk,
+    colorAltEven,
+    colorAltOdd,
+    colorDisabledTreeBk,
+    colorDisabledBk,
+    colorDisabledAltEven,
+    colorDisabledAltOdd,
+    colorSelectedOther,
+    colorSelected,
+    colorSelectedActive,
+    colorSelectedNoFocus,
+    colorSelectedOtherText,
+    colorSelectedText,
+    colorSelectedActiveText,
+    colorSelectedNoFocusText,
+    colorTextNormal,
+    colorReserved, ///< read by nothing
+    colorGrid,
+    colorTreeLine,
+    kTreeListColors,
+};
+
+/// Points and rectangles are pixels of the viewport, whose origin is the client's: the header stands above it. The
+/// vertical scroll position counts rows, the horizontal one pixels.
+///
+/// The control owns its items, header, tip and editors; the owner is not owned and outlives the control or is taken
+/// back by SetOwner(nullptr). A control that stands in a CAdUiBaseDialog tells its owner within the dialog's
+/// RunHandler; a notice that fails there counts as refused (-1).
+class TREELIST_API CTreeListCtrl : public QAbstractScrollArea, public CTreeListModel {
+    Q_OBJECT
+
+public:
+    /// Names of the windows.
+    static constexpr char kClassName[] = "Morvane.TreeListCtrl";
+    static constexpr char kHeaderClassName[] = "Morvane.TreeListHeaderCtrl";
+    static constexpr char kTipClassName[] = "Morvane.TreeListTipCtrl";
+
+    /// With one column and no rows; Create comes next.
+    explicit CTreeListCtrl(QWidget *parent = nullptr);
+    ~CTreeListCtrl() override;
+
+    /// Sets style and place, makes header, tip and editors. rect may be null: a layout places the control. Not 0 when
+    /// all of it stands.
+    int Create(std::uint32_t style, const QRect &rect, QWidget *parent, int id);
+    void SetOwner(CTreeListOwner *owner) { m_pOwner = owner; }
+    CTreeListOwner *GetOwner() const { return m_pOwner; }
+
+    // --- The model's, with what the view has to do: TreeListCtrl.cpp, TreeListScroll.cpp, TreeListWidths.cpp ---
+
+    std::uint32_t SetStyle(std::uint32_t style) override;
+    std::int64_t Notify(int code, CTreeListItem *item, int column) override;
+    /// Scrolls as little as needed.
+    int EnsureVisible(CTreeListItem *item, int column) override;
+    int GetTopIndex() const override;
+    /// Whole rows in the client, at least 1.
+    int GetCountPerPage() const override;
+    int SetColumnWidth(int column, int width, int min = 0) override;
+
+    // --- Parts ---
+
+    CTreeListHeaderCtrl *GetHeader() const { return m_pHeader; }
+    CTreeListTipCtrl *GetTip() const { return m_pTip; }
+    CTreeListEditCtrl *GetEdit() const { return m_pEdit; }
+    CTreeListComboCtrl *GetCombo() const { return m_pCombo; }
+    CTreeListStaticCtrl *GetStatic() const { return m_pStatic; }
+    /// The client: the viewport's rectangle.
+    QRect GetClient() const;
+    int GetHorzScroll() const;
+    int GetVertScroll() const;
+
+    // --- Colours and images: TreeListColors.cpp ---
+
+    /// code 0 colorBk, 1 colorAltEven, 2 colorAltOdd, any other colorTreeBk. The old one.
+    std::uint32_t SetBkColor(std::uint32_t color, int code = 0);
+    std::uint32_t GetBkColor(int code = 0) const;
+    std::uint32_t SetTextColor(std::uint32_t color);
+    std::uint32_t GetTextColor() const;
+    /// Any of the colours, by its number.
+    std::uint32_t SetColor(TreeListColor which, std::uint32_t color);
+    std::uint32_t GetColor(TreeListColor which) const;
+    /// What is painted: on a dark or high-contrast desktop a colour that nobody set is the desktop's.
+    QColor GetShownColor(TreeListColor which) const;
+    /// In place of the default pictures of the items and of the columns.
+    void SetItemImages(std::vector<QIcon> images);
+    void SetHeaderImages(std::vector<QIcon> images);
+
+    // --- Hit testing and places: TreeListHitTest.cpp ---
+
+    /// flag: TreeListHit; 0 beside all parts. column: -1 beside all. Null when no row or no column is hit; rect is the
+    /// part's.
+    CTreeListItem *HitTest(const QPoint &point, int *flag = nullptr, int *column = nullptr,
+                           QRect *rect = nullptr) const;
+    /// False for an item that is in no shown row.
+    bool GetItemRect(const CTreeListItem *item, QRect &rect) const;
+    bool GetItemRect(const CTreeListItem *item, int column, QRect &rect, bool textOnly) const;
+    bool GetItemRectTree(const CTreeListItem *item, QRect &rect, bool textOnly) const;
+    bool GetItemRectMain(const CTreeListItem *item, QRect &rect, bool textOnly) const;
+    /// What geometry depends on of an item in a column.
+    TreeListCell GetCell(const CTreeListItem *item, int column) const;
+
+    // --- Scroll bars: TreeListScroll.cpp ---
+
+    void SetAllScroll();
+    bool SetVertScroll();
+    bool SetHorzScroll();
+
+    // --- Editors: TreeListEditors.cpp ---
+
+    int BeginEdit(CTreeListItem *item, int column, const QRect &rect);
+    int CancelEdit(CTreeListItem *item, int column);
+    int RestoreEdit(CTreeListItem *item, int column, const QRect &rect);
+    int BeginCombo(CTreeListItem *item, int column, const QRect &rect);
+    int CancelCombo(CTreeListItem *item, int column);
+    int RestoreCombo(CTreeListItem *item, int column, const QRect &rect);
+    int BeginStatic(CTreeListItem *item, int column, const QRect &rect);
+    int CancelStatic(CTreeListItem *item, int column);
+    int RestoreStatic(CTreeListItem *item, int column, const QRect &rect);
+    /// Focus to the editor of the cell in edit, else to the control.
+    void SetCtrlFocus();
+    int BeginControl(CTreeListItem *item, int column) override;
+    int CancelControl(CTreeListItem *item, int column) override;
+    int RestoreControl(CTreeListItem *item, int column) override;
+
+    // --- Keys: TreeListKeys.cpp ---
+
+    /// True when the key was taken.
+    bool PreTranslateMessage(QKeyEvent *event);
+    bool PreTranslateKeyDownMessage(QKeyEvent *event);
+    bool PreTranslateKeyDownMessage2(QKeyEvent *event);
+
+    // --- Dragging: TreeListDragging.cpp ---
+
+    int BeginDraging(const QPoint &point);
+    int DoDraging(const QPoint &point);
+    /// drop false: ended without one.
+    int EndDraging(const QPoint &point, bool drop = true);
+    void DragEnter(CTreeListCtrl *source);
+    void DragLeave(CTreeListCtrl *source);
+    /// 0 refused, 1 neutral, 2 on an item, 3 at the root.
+    int DragOver(CTreeListCtrl *source, const QPoint &point, CTreeListItem **item);
+    int Drop(CTreeListCtrl *source, const QPoint &point);
+    void SetTargetItem(CTreeListItem *item);
+    void SetHoverItem(CTreeListItem *item);
+    CTreeListItem *GetTargetItem() const { return m_pTargetItem; }
+    CTreeListItem *GetHoverItem() const { return m_pHoverItem; }
+    /// Numbers of the timers: expand the hovered item; scroll at the edges.
+    enum Timer : int { kTimerExpand = 1, kTimerScroll = 2 };
+    /// What a timer does when its time has come.
+    void OnTimer(int timer);
+    /// Milliseconds of a timer; -1 when it doesn't run.
+    int GetTimerInterval(int timer) const;
+    /// Ends a drag without a drop.
+    void OnCancelMode();
+    /// Windows of a drag; null when there is none.
+    CTLCDragWnd *GetDragWnd() const;
+    CTLCDropWnd *GetDropWnd() const;
+    /// Paints the selected rows, as the drag window shows them.
+    QPixmap GetDragImage(const QSize &size) const;
+
+    // --- Painting: TreeListPainting.cpp ---
+
+    /// Paints what stands in clip.
+    void DrawCtrl(QPainter &painter, const QRect &clip) const;
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// A sortable column's header was clicked, under StyleHeaderSort. Nothing is sorted by the control.
+    void ColumnClicked(int column);
+
+protected:
+    // Model: TreeListCtrl.cpp
+    void SetRedraw(bool on) override;
+    void Invalidate() override;
+    void InvalidateItem(const CTreeListItem *item) override;
+    int GetFontHeight() const override;
+    void OnItemDeleted(const CTreeListItem *item) override;
+    void OnTextChanged(const CTreeListItem *item, int column) override;
+    void OnStateChanged(const CTreeListItem *item, std::uint32_t changed) override;
+    void OnColumnsChanged() override;
+    // TreeListScroll.cpp
+    void Layout() override;
+    void resizeEvent(QResizeEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void wheelEvent(QWheelEvent *event) override;
+    // TreeListCtrl.cpp
+    bool event(QEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    // TreeListPainting.cpp
+    void paintEvent(QPaintEvent *event) override;
+    // TreeListMouse.cpp
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    // TreeListKeys.cpp
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    // TreeListDragging.cpp
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    friend class CTreeListHeaderCtrl;
+    friend class CTreeListAccessible;
+
+    // TreeListPainting.cpp
+    struct RowLook;
+    void DrawBkgnd(QPainter &painter, const QRect &clip) const;
+    void DrawBkgndBmp(QPainter &painter, const QRect &clip) const;
+    void DrawItems(QPainter &painter, const QRect &clip) const;
+    void DrawItem(QPainter &painter, const QRect &row, CTreeListItem *item) const;
+    void DrawItemBkgnd(QPainter &painter, const QRect &row, CTreeListItem *item) const;
+    void DrawItemExclude(QPainter &painter, const QRect &row, CTreeListItem *item) const;
+    void DrawItemTree(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
+    void DrawItemMain(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
+    void DrawItemList(QPainter &painter, const QRect &cell, CTreeListItem *item, int column) const;
+    void DrawItemTreeLine(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
+    void DrawItemTreeButton(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
+    void DrawItemTreeText(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
+    void DrawItemListText(QPainter &painter, const QRect &cell, CTreeListItem *item, int column) const;
+    void DrawItemText(QPainter &painter, const QRect &text, CTreeListItem *item, int column, const QColor &color) const;
+    void DrawGrid(QPainter &painter, const QRect &row) const;
+
+    // TreeListHitTest.cpp
+    CTreeListItem *HitTest(const QPoint &point, const QRect &row, CTreeListItem *item, int *flag, int *column,
+                           QRect *rect) const;
+    int HitTestTree(const QPoint &point, const QRect &cell, const CTreeListItem *item, QRect *rect) const;
+    int HitTestMain(const QPoint &point, const QRect &cell, const CTreeListItem *item, QRect *rect) const;
+    int HitTestList(const QPoint &point, const QRect &cell, const CTreeListItem *item, int column, QRect *rect) const;
+
+    // TreeListScroll.cpp
+    void LayoutNow();
+    /// Shows the tip of a cut text under the pointer, or hides it.
+    void ShowTip(const QPoint &point);
+    void HideTip();
+
+    // TreeListEditors.cpp
+    void PlaceEditor();
+
+    // TreeListMouse.cpp
+    void SetPartCursor(const QPoint &point);
+
+    // TreeListDragging.cpp
+    void StopTimers();
+
+    CTreeListOwner *m_pOwner = nullptr;
+    CTreeListCtrl *m_pNoticeSource = nullptr; ///< while a notice of dragging is told
+    CTreeListHeaderCtrl *m_pHeader = nullptr;
+    CTreeListTipCtrl *m_pTip = nullptr;
+    CTreeListStaticCtrl *m_pStatic = nullptr;
+    CTreeListEditCtrl *m_pEdit = nullptr;
+    CTreeListComboCtrl *m_pCombo = nullptr;
+    int m_nRedrawOff = 0;
+    bool m_bLayoutDue = false, m_bPaintDue = false;
+
+    std::array<std::uint32_t, kTreeListColors> m_colors;
+    std::uint32_t m_nSetColors = 0; ///< bit n: somebody set colour n
+    std::unique_ptr<CTreeListGlyphs> m_glyphs;
+
+    QPoint m_dragStart, m_dragOffset;
+    QPointer<CTLCDragWnd> m_pDragWnd;
+    QPointer<CTLCDropWnd> m_pDropWnd;
+    QPointer<CTreeListCtrl> m_pDragTarget;
+    CTreeListItem *m_pTargetItem = nullptr, *m_pHoverItem = nullptr;
+    std::array<int, 3> m_timerIds = {}; ///< of the event system, by Timer
+    std::array<int, 3> m_timerIntervals = {-1, -1, -1};
+};
