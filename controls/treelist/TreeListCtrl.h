@@ -206,8 +206,13 @@ public:
     /// Windows of a drag; null when there is none.
     CTLCDragWnd *GetDragWnd() const;
     CTLCDropWnd *GetDropWnd() const;
-    /// Paints the selected rows, as the drag window shows them.
+    /// Control that the dragged rows are over; null when there is none.
+    CTreeListCtrl *GetDragTarget() const;
+    /// The selected rows as they stand around the point of the press, half transparent and fading at the edges.
     QPixmap GetDragImage(const QSize &size) const;
+    /// Number of the shown cursor: 8005 button, 8006 check box, 8007 lock, 8015 drop allowed, 8016 refused; 0 the
+    /// arrow.
+    int GetCursorNumber() const { return m_nCursor; }
 
     // --- Painting: TreeListPainting.cpp ---
 
@@ -295,10 +300,37 @@ private:
     void PlaceEditor();
 
     // TreeListMouse.cpp
+    void OnLeftDown(const QPoint &point, Qt::KeyboardModifiers keys);
+    void OnRightDown(const QPoint &point);
+    /// Steps 3 of a click: what the part does. False for a part that does nothing of its own.
+    bool ClickPart(CTreeListItem *item, int flag, int column);
+    /// False when the click may not go on: a row in edit refused to end.
+    bool ClickTextInEdit(CTreeListItem *item, int column);
     void SetPartCursor(const QPoint &point);
+    void ShowCursor(int number);
 
     // TreeListDragging.cpp
+    class DragWatch;
+    void WatchPress();
+    void UnwatchPress();
+    bool HasLostCapture() const;
+    bool OpenDragWindows(const QPoint &point);
+    void MoveDragWindow(const QPoint &point);
+    void PlaceDropWindow(const CTreeListCtrl &target, const CTreeListItem *item);
+    bool EnterTarget(CTreeListCtrl *target);
+    void LeaveTarget();
+    bool CanTakeDrop() const;
+    int AnswerDragOver(CTreeListCtrl *source, CTreeListItem *item);
+    std::int64_t NotifyDrag(int code, CTreeListItem *item, int column, CTreeListCtrl *source);
+    QImage PaintSelectedRows(QRegion &rows) const;
+    QPixmap GetPlainDragImage() const;
+    void BeginTimer(int timer, int interval, bool anew);
+    void StopTimer(int timer);
     void StopTimers();
+    /// The control goes: it drags no more.
+    void AbandonDrag();
+    /// An item goes.
+    void ForgetDragged(const CTreeListItem *item);
 
     CTreeListOwner *m_pOwner = nullptr;
     CTreeListCtrl *m_pNoticeSource = nullptr; ///< while a notice of dragging is told
@@ -314,7 +346,11 @@ private:
     std::uint32_t m_nSetColors = 0; ///< bit n: somebody set colour n
     std::unique_ptr<CTreeListGlyphs> m_glyphs;
 
+    int m_nCursor = 0;
     QPoint m_dragStart, m_dragOffset;
+    QPoint m_dragOverPoint;           ///< where dragged rows were last told over this control
+    QPointer<QObject> m_pDragWatch;   ///< while the button is down
+    CTreeListItem *m_pOver = nullptr; ///< under the dragged rows while the owner is asked
     QPointer<CTLCDragWnd> m_pDragWnd;
     QPointer<CTLCDropWnd> m_pDropWnd;
     QPointer<CTreeListCtrl> m_pDragTarget;
