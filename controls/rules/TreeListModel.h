@@ -303,21 +303,45 @@ public:
     int GetTotalWidth() const;
 
     // --- Editing a row: TreeListEditing.cpp ---
+    //
+    // One row is in edit at a time (kControlEditing), in one of its columns; a shadow keeps all its texts from before.
+    // The end of an edit (kControlEndingEdit) is told step by step: NotifyColumnChanging, NotifyRowChanging,
+    // NotifyEndEdit. From inside of these notices FinishModify, UpdateModify and the like answer 1 and do nothing,
+    // BeginModify answers 0, and CancelModify ends the edit at once. A failed handler counts as a veto.
+    //
+    // A row in edit that is deleted, by a notice or otherwise, ends its edit as CancelModify does, before the row goes:
+    // NotifyEndEdit with -1. When the column in edit is deleted its text goes, and the edit of the row ends as by
+    // UpdateModify with the texts of the other columns. NotifyColumnChanging comes for the column that is left,
+    // NotifyRowChanging with the column that was last in edit.
 
+    /// Not 0 when the cell is in edit behind it. A row that is in edit moves on to the column, unless the owner refuses
+    /// the text of the old one; another row in edit ends by UpdateModify. 0: StyleReadOnly, no such cell, a refusal.
     int BeginModify(CTreeListItem *item, int column);
+    /// The user is done with the row. 1: it ended. 0: nothing is in edit, or the owner refused. A refused column keeps
+    /// the row in edit, its editor comes back with what was typed; a refused row has its old texts again.
     int FinishModify();
+    /// The row's old texts come back. 0 when nothing is in edit.
     int CancelModify();
+    /// Ends the row's edit, whatever the owner says: 1 accepted or nothing changed, 0 refused (the row has its old
+    /// texts again) or nothing in edit.
     int UpdateModify();
+    /// Hides the editor and asks for its column alone; the row stays in edit. 0 when it is refused: the column has its
+    /// old text again, RestoreControl brings what was typed.
     int UpdateModifyColumn();
+    /// As UpdateModify, save that a refused column leaves the row in edit, as UpdateModifyColumn does.
     int UpdateModifyColumns();
+    /// The first column whose text is not that of the shadow; -1 when there is none.
     int GetModifiedColumnIndex() const;
-    /// Editable columns of the row in edit in showOrder; -1 when there is none.
+    /// Editable columns of the row in edit in showOrder, before and behind the one in edit; those of width 0 are passed
+    /// over. -1 when there is none.
     int GetNextModifyCol() const;
     int GetPrevModifyCol() const;
-    /// Kind of a cell's editor: TreeListEditor.
+    /// Kind of a cell's editor: TreeListEditor. The item's own, or when that is -1 the column's.
     int GetControl(const CTreeListItem *item, int column) const;
     CTreeListItem *GetModifyItem() const { return m_pModifyItem; }
     int GetModifyColumn() const { return m_nModifyColumn; }
+    /// The text that a column of the row in edit had before the edit.
+    std::wstring GetModifyShadow(int column) const;
 
     /// Tells the owner; his answer, 0 without one.
     virtual std::int64_t Notify(int code, CTreeListItem *item, int column) = 0;
@@ -341,9 +365,12 @@ protected:
     virtual void OnStateChanged(const CTreeListItem *item, std::uint32_t changed) = 0;
     /// Number, order, width or format of columns changed.
     virtual void OnColumnsChanged() = 0;
-    /// Shows, hides and brings back the editor of a cell. Not 0 when it is done.
+    /// Shows the editor of a cell, between NotifyBeginControl and the user. Not 0 when it stands.
     virtual int BeginControl(CTreeListItem *item, int column) = 0;
+    /// Writes what was typed to the cell and hides the editor, then NotifyEndControl. column -1: the column is gone,
+    /// nothing is written. Does nothing when no editor has begun.
     virtual int CancelControl(CTreeListItem *item, int column) = 0;
+    /// Brings the editor back as it was, without a notice.
     virtual int RestoreControl(CTreeListItem *item, int column) = 0;
 
     // --- The counts ---
@@ -360,7 +387,24 @@ private:
     friend class CTreeListItemGuard;
     struct Private;
 
+    // TreeListEditing.cpp
+    struct EndingScope;
+    int StartModify(CTreeListItem *item, int column);
+    int MoveModify(int column);
+    int EndRow(bool keepRefused);
+    bool AskColumn();
+    void RestoreShadow(int column);
+    void CloseModify(int how);
     void ClearModify();
+    int StepModifyCol(int step) const;
+    /// Before an item is unlinked with its descendants (null: all): an edit of one of these rows is cancelled. Tells
+    /// notices.
+    void EndModifyWithin(const CTreeListItem *item);
+    /// An item is about to be destroyed and can't be saved by a notice any more.
+    void ForgetModify(const CTreeListItem *item);
+    /// Behind the change of columns, texts and orders. The second tells notices.
+    void OnModifyColumnInserted(int column);
+    void OnModifyColumnDeleted(int column);
 
     std::uint32_t m_nStyle = 0;
     std::uint32_t m_nControlState = 0;
@@ -372,6 +416,8 @@ private:
     CTreeListItem *m_pModifyItem = nullptr;
     std::vector<std::wstring> m_modifyShadow; ///< texts of the row before its edit
     int m_nModifyColumn = -1;
+    std::uint64_t m_nModifySerial = 0;  ///< another one with each begin and end of an edit
+    std::uint64_t m_nEndToldSerial = 0; ///< of the edit whose end was told
     std::unique_ptr<Private> d;
 };
 

@@ -157,27 +157,47 @@ public:
     bool SetHorzScroll();
 
     // --- Editors: TreeListEditors.cpp ---
+    //
+    // They stand over the cell as long as its row is in edit, and go along when rows, columns or the window move. A row
+    // that is hidden by a collapsed parent, or a column of no width, ends the edit as FinishModify does; what is
+    // refused then waits in the editor until the cell is shown again.
+    //
+    // When the focus leaves the control and its editors, FinishModify ends the edit. Popups and menus are no such
+    // place: the focus comes back from them.
 
+    /// rect: the cell's text area. 0 for an empty one. When it is narrower than the column's least width or than the
+    /// text it becomes as wide as the column; the grid's lines stay free. All of the text is selected.
     int BeginEdit(CTreeListItem *item, int column, const QRect &rect);
+    /// The box's text goes to the item's column, unless the box is hidden; the box is hidden and disabled.
     int CancelEdit(CTreeListItem *item, int column);
+    /// Shows the box with what it held, after a refusal.
     int RestoreEdit(CTreeListItem *item, int column, const QRect &rect);
+    /// The same with the list that the owner filled at NotifyBeginControl: GetCombo()->AddString. A text that is not in
+    /// the list stays until another one is chosen.
     int BeginCombo(CTreeListItem *item, int column, const QRect &rect);
     int CancelCombo(CTreeListItem *item, int column);
     int RestoreCombo(CTreeListItem *item, int column, const QRect &rect);
+    /// The control takes the focus, nothing else.
     int BeginStatic(CTreeListItem *item, int column, const QRect &rect);
     int CancelStatic(CTreeListItem *item, int column);
     int RestoreStatic(CTreeListItem *item, int column, const QRect &rect);
     /// Focus to the editor of the cell in edit, else to the control.
     void SetCtrlFocus();
+    /// Of the row in edit only. Empties the editors, tells NotifyBeginControl, scrolls the cell into view and begins
+    /// the editor of its kind.
     int BeginControl(CTreeListItem *item, int column) override;
     int CancelControl(CTreeListItem *item, int column) override;
     int RestoreControl(CTreeListItem *item, int column) override;
 
     // --- Keys: TreeListKeys.cpp ---
 
-    /// True when the key was taken.
+    /// A key that goes down in the control or in an editor. True when it was taken. With no columns shown all keys but
+    /// Tab are taken and do nothing; Alt and its likes belong to the desktop.
     bool PreTranslateMessage(QKeyEvent *event);
+    /// Keys of the rows. The page keys bring a focus item that lies off the page into view and do nothing else.
     bool PreTranslateKeyDownMessage(QKeyEvent *event);
+    /// Keys of a row in edit: Tab, Enter, Escape. In a cell without an editor they count as long as it is the focus
+    /// item's, and Tab goes on to the next widget when there is no editable column.
     bool PreTranslateKeyDownMessage2(QKeyEvent *event);
 
     // --- Dragging: TreeListDragging.cpp ---
@@ -243,8 +263,6 @@ protected:
     bool event(QEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     // TreeListPainting.cpp
@@ -254,10 +272,12 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    // TreeListEditors.cpp
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     // TreeListKeys.cpp
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
-    bool focusNextPrevChild(bool next) override;
     // TreeListDragging.cpp
     void timerEvent(QTimerEvent *event) override;
 
@@ -297,7 +317,27 @@ private:
     void HideTip();
 
     // TreeListEditors.cpp
+    bool CreateEditors();
+    /// The editor follows its cell: behind scrolling, layout and changes of columns.
     void PlaceEditor();
+    QWidget *ShownEditor() const;
+    QRect EditorRect(int column, const QRect &rect, const QWidget &editor, const QString &text) const;
+    QRect TextAreaOf(CTreeListItem *item, int column) const;
+    void PrepareEditor(QWidget &editor, int column);
+    void ShowEditor(QWidget &editor, const QRect &rect);
+    void HideEditor(QWidget &editor);
+    bool HoldsFocus() const;
+    void OnFocusLeft(Qt::FocusReason reason);
+    void FinishHiddenEdit();
+
+    // TreeListKeys.cpp
+    bool IsKeyForEditor() const;
+    bool TakesKey(const QKeyEvent &event) const;
+    CTreeListItem *RowForKeys() const;
+    void SelectByKey(CTreeListItem *item);
+    void MoveByRow(bool down);
+    void MoveByPage(bool down);
+    void MoveByColumn(bool right);
 
     // TreeListMouse.cpp
     void OnLeftDown(const QPoint &point, Qt::KeyboardModifiers keys);
@@ -339,6 +379,8 @@ private:
     CTreeListStaticCtrl *m_pStatic = nullptr;
     CTreeListEditCtrl *m_pEdit = nullptr;
     CTreeListComboCtrl *m_pCombo = nullptr;
+    bool m_bControlBegun = false; ///< NotifyBeginControl was told, NotifyEndControl not yet
+    bool m_bRestoreDue = false;   ///< a refused text waits for its cell to be shown
     int m_nRedrawOff = 0;
     bool m_bLayoutDue = false, m_bPaintDue = false;
 
