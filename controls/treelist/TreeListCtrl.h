@@ -21,6 +21,7 @@
 
 class CTLCDragWnd;
 class CTLCDropWnd;
+class CTreeListAccessible;
 class CTreeListComboCtrl;
 class CTreeListCtrl;
 class CTreeListEditCtrl;
@@ -115,6 +116,8 @@ public:
     CTreeListEditCtrl *GetEdit() const { return m_pEdit; }
     CTreeListComboCtrl *GetCombo() const { return m_pCombo; }
     CTreeListStaticCtrl *GetStatic() const { return m_pStatic; }
+    /// What tells a screen reader of the control; null while it is destroyed.
+    CTreeListAccessible *GetAccessible() const { return m_accessible.get(); }
     /// The client: the viewport's rectangle.
     QRect GetClient() const;
     int GetHorzScroll() const;
@@ -399,4 +402,5 @@ private:
     CTreeListItem *m_pTargetItem = nullptr, *m_pHoverItem = nullptr;
     std::array<int, 3> m_timerIds = {}; ///< of the event system, by Timer
     std::array<int, 3> m_timerIntervals = {-1, -1, -1};
+    std::unique_ptr<CTreeListAccessible> m_accessible;
 };

@@ -1,0 +1,352 @@
+#include "controls/treelist/TreeListAccessible.h"
+
+#include "controls/WideText.h"
+#include "controls/treelist/TreeListAccessibleParts.h"
+#include "controls/treelist/TreeListCtrl.h"
+
+#include <QScrollBar>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+/// More changed items than these are told as one change of all.
+constexpr std::size_t kMostChanges = 256;
+
+int s_nControls = 0;
+
+QAccessibleInterface *makeInterface(const QString &, QObject *object)
+{
+    auto *control = qobject_cast<CTreeListCtrl *>(object);
+    return control ? new CTreeListTable(*control) : nullptr;
+}
+
+void sendState(QAccessibleInterface *cell, const QAccessible::State &changed)
+{
+    QAccessibleStateChangeEvent event(cell, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+void send(QAccessibleInterface *cell, QAccessible::Event what)
+{
+    QAccessibleEvent event(cell, what);
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace
+
+CTreeListAccessible::CTreeListAccessible(CTreeListCtrl &control) : m_control(control)
+{
+    if (s_nControls++ == 0)
+        QAccessible::installFactory(makeInterface);
+}
+
+CTreeListAccessible::~CTreeListAccessible()
+{
+    DropAll();
+    DestroyGone();
+    if (--s_nControls == 0)
+        QAccessible::removeFactory(makeInterface);
+}
+
+// --- Cells ---
+
+QAccessibleInterface *CTreeListAccessible::Part(Ids &ids, int column, const std::function<CTreeListPart *()> &make)
+{
+    const auto found = std::find_if(ids.begin(), ids.end(), [column](const auto &id) { return id.first == column; });
+    if (found != ids.end()) {
+        if (QAccessibleInterface *part = QAccessible::accessibleInterface(found->second))
+            return part;
+        ids.erase(found);
+    }
+    CTreeListPart *part = make();
+    ids.emplace_back(column, QAccessible::registerAccessibleInterface(part));
+    return part;
+}
+
+QAccessibleInterface *CTreeListAccessible::Cell(const CTreeListItem *item, int column)
+{
+    if (!item || item == m_control.GetRootItem() || PlaceOf(column) < 0)
+        return nullptr;
+    return Part(m_cells[item], column, [&] { return new CTreeListCell(*this, *item, column); });
+}
+
+QAccessibleInterface *CTreeListAccessible::CellAt(int row, int place)
+{
+    return Cell(m_control.GetFirstShowItem(row), ColumnAt(place));
+}
+
+QAccessibleInterface *CTreeListAccessible::Header(int column)
+{
+    if (!HasHeader() || PlaceOf(column) < 0)
+        return nullptr;
+    return Part(m_headers, column, [&] { return new CTreeListHeaderCell(*this, column); });
+}
+
+QAccessibleInterface *CTreeListAccessible::FocusCell()
+{
+    const CTreeListItem *item = m_control.GetFocusItem();
+    if (m_control.GetShowIndex(item) < 0)
+        return nullptr;
+    const int column = m_control.GetSelectColumn();
+    return Cell(item, PlaceOf(column) >= 0 ? column : ColumnAt(0));
+}
+
+QWidget *CTreeListAccessible::Editor() const
+{
+    QWidget *editor = m_control.GetState(kControlEditing) ? m_control.focusWidget() : nullptr;
+    return editor && editor != &m_control && editor != m_control.viewport() && editor->isVisible() ? editor : nullptr;
+}
+
+bool CTreeListAccessible::EnterText(CTreeListItem *item, int column, const QString &text)
+{
+    const CTreeListItemGuard guard(m_control, item);
+    CTreeListCtrl &control = m_control; // this may go with a notice
+    if (control.BeginModify(item, column) == 0 || !guard.Get())
+        return false;
+    QAccessibleInterface *editor = QAccessible::queryAccessibleInterface(Editor());
+    if (!editor || editor->object() == &control) {
+        control.CancelModify();
+        return false;
+    }
+    editor->setText(QAccessible::Value, text);
+    control.FinishModify();
+    return guard.Get() && ToQString(control.GetItemText(guard.Get(), column)) == text;
+}
+
+bool CTreeListAccessible::HasHeader() const
+{
+    return m_control.HasStyle(StyleHeader);
+}
+
+int CTreeListAccessible::ColumnCount() const
+{
+    return static_cast<int>(m_control.GetColumnOrderArray().size());
+}
+
+int CTreeListAccessible::RowCount() const
+{
+    return m_control.GetVisibleCount();
+}
+
+int CTreeListAccessible::ColumnAt(int place) const
+{
+    const std::vector<int> &order = m_control.GetColumnOrderArray();
+    return place >= 0 && place < std::ssize(order) ? order[static_cast<std::size_t>(place)] : -1;
+}
+
+int CTreeListAccessible::PlaceOf(int column) const
+{
+    const std::vector<int> &order = m_control.GetColumnOrderArray();
+    const auto found = std::find(order.begin(), order.end(), column);
+    return found == order.end() ? -1 : static_cast<int>(found - order.begin());
+}
+
+QRect CTreeListAccessible::CellRect(const CTreeListItem *item, int column) const
+{
+    QRect rect;
+    if (!m_control.GetItemRect(item, column, rect, false))
+        return {};
+    return {m_control.viewport()->mapToGlobal(rect.topLeft()), rect.size()};
+}
+
+QRect CTreeListAccessible::HeaderRect(int column) const
+{
+    const int height = m_control.viewportMargins().top();
+    int left = -m_control.GetHorzScroll();
+    for (const int shown : m_control.GetColumnOrderArray()) {
+        const int width = m_control.GetColumnWidth(shown);
+        if (shown == column)
+            return {m_control.viewport()->mapToGlobal(QPoint(left, -height)), QSize(width, height)};
+        left += width;
+    }
+    return {};
+}
+
+void CTreeListAccessible::Drop(const Ids &ids)
+{
+    for (const auto &[column, id] : ids) {
+        if (auto *part = static_cast<CTreeListPart *>(QAccessible::accessibleInterface(id))) {
+            part->Gone();
+            m_gone.push_back(id);
+        }
+    }
+}
+
+void CTreeListAccessible::DropAll()
+{
+    for (const auto &[item, ids] : m_cells)
+        Drop(ids);
+    m_cells.clear();
+    Drop(m_headers);
+    m_headers.clear();
+}
+
+void CTreeListAccessible::Forget(const CTreeListItem *item)
+{
+    m_changes.erase(item);
+    const auto found = m_cells.find(item);
+    if (found == m_cells.end())
+        return;
+    Drop(found->second);
+    m_cells.erase(found);
+    Later();
+}
+
+void CTreeListAccessible::DestroyGone()
+{
+    for (const QAccessible::Id id : std::exchange(m_gone, {}))
+        QAccessible::deleteAccessibleInterface(id);
+}
+
+// --- Notices ---
+
+void CTreeListAccessible::Later()
+{
+    if (std::exchange(m_bLater, true))
+        return;
+    // Nothing of the list may be asked in the middle of its changes.
+    QMetaObject::invokeMethod(
+        &m_control,
+        [this] {
+            m_bLater = false;
+            DestroyGone();
+            Tell();
+        },
+        Qt::QueuedConnection);
+}
+
+CTreeListAccessible::Change *CTreeListAccessible::Note(const CTreeListItem *item)
+{
+    Later();
+    if (m_bMany || (m_changes.size() >= kMostChanges && !m_changes.contains(item))) {
+        m_bMany = true;
+        return nullptr;
+    }
+    return &m_changes[item];
+}
+
+void CTreeListAccessible::TextChanged(const CTreeListItem *item, int column)
+{
+    if (!QAccessible::isActive())
+        return;
+    Change *change = Note(item);
+    if (change && std::find(change->columns.begin(), change->columns.end(), column) == change->columns.end())
+        change->columns.push_back(column);
+}
+
+void CTreeListAccessible::StateChanged(const CTreeListItem *item, std::uint32_t changed)
+{
+    if (!QAccessible::isActive())
+        return;
+    if (Change *change = Note(item))
+        change->state |= changed;
+}
+
+void CTreeListAccessible::ColumnsChanged()
+{
+    // Columns beyond a deleted one have other numbers now: what stood for a number stands for it no more.
+    if (!m_cells.empty() || !m_headers.empty()) {
+        DropAll();
+        Later();
+    }
+    RowsChanged();
+}
+
+void CTreeListAccessible::RowsChanged()
+{
+    if (QAccessible::isActive())
+        Later();
+}
+
+void CTreeListAccessible::FocusIn()
+{
+    if (!QAccessible::isActive())
+        return;
+    m_bFocusDue = true;
+    Later();
+}
+
+void CTreeListAccessible::Tell()
+{
+    if (!QAccessible::isActive())
+        return;
+    // A screen reader may answer by acting on the list, which notes anew.
+    const auto changes = std::exchange(m_changes, {});
+    TellRows();
+    if (std::exchange(m_bMany, false)) {
+        QAccessibleTableModelChangeEvent event(&m_control, QAccessibleTableModelChangeEvent::DataChanged);
+        QAccessible::updateAccessibility(&event);
+    }
+    std::vector<const CTreeListItem *> selected;
+    for (const auto &[item, change] : changes) {
+        if ((change.state & kItemSelected) != 0)
+            selected.push_back(item);
+        TellChange(item, change);
+    }
+    TellSelection(selected);
+    TellFocus();
+}
+
+void CTreeListAccessible::TellRows()
+{
+    const int rows = RowCount(), columns = ColumnCount();
+    if (rows == m_nRows && columns == m_nColumns)
+        return;
+    m_nRows = rows;
+    m_nColumns = columns;
+    QAccessibleTableModelChangeEvent event(&m_control, QAccessibleTableModelChangeEvent::ModelReset);
+    QAccessible::updateAccessibility(&event);
+}
+
+void CTreeListAccessible::TellChange(const CTreeListItem *item, const Change &change)
+{
+    if (m_control.GetShowIndex(item) < 0)
+        return;
+    for (const int column : change.columns) {
+        if (QAccessibleInterface *cell = Cell(item, column))
+            send(cell, QAccessible::NameChanged);
+    }
+    QAccessible::State changed;
+    changed.expanded = changed.collapsed = (change.state & kItemExpanded) != 0;
+    changed.checked = changed.checkStateMixed = (change.state & (kItemChecked | kItemUnchecked)) != 0;
+    QAccessibleInterface *first = Cell(item, 0);
+    if (first && !(changed == QAccessible::State()))
+        sendState(first, changed);
+    if (first && (change.state & (kItemLocked | kItemUnlocked)) != 0)
+        send(first, QAccessible::DescriptionChanged);
+}
+
+void CTreeListAccessible::TellSelection(const std::vector<const CTreeListItem *> &items)
+{
+    const bool isMulti = m_control.HasStyle(StyleMultiSelect);
+    for (const CTreeListItem *item : items) {
+        const int column = PlaceOf(m_control.GetSelectColumn()) >= 0 ? m_control.GetSelectColumn() : ColumnAt(0);
+        QAccessibleInterface *cell = m_control.GetShowIndex(item) >= 0 ? Cell(item, column) : nullptr;
+        if (!cell)
+            continue;
+        QAccessible::State changed;
+        changed.selected = true;
+        sendState(cell, changed);
+        if (item->Has(kItemSelected))
+            send(cell, isMulti ? QAccessible::SelectionAdd : QAccessible::Selection);
+        else if (isMulti)
+            send(cell, QAccessible::SelectionRemove);
+    }
+}
+
+void CTreeListAccessible::TellFocus()
+{
+    if (!m_control.hasFocus() || Editor())
+        return;
+    QAccessibleInterface *cell = FocusCell();
+    const QAccessible::Id id = cell ? QAccessible::uniqueId(cell) : 0;
+    const bool isDue = std::exchange(m_bFocusDue, false);
+    if (!cell || (id == m_focusCell && !isDue)) {
+        m_focusCell = id;
+        return;
+    }
+    m_focusCell = id;
+    send(cell, QAccessible::Focus);
+}
