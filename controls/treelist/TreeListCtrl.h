@@ -108,6 +108,8 @@ public:
     /// Whole rows in the client, at least 1.
     int GetCountPerPage() const override;
     int SetColumnWidth(int column, int width, int min = 0) override;
+    /// Width that SetColumnWidth takes for an automatic one (code -1 to -4); column is one that there is.
+    int GetFittedWidth(int column, int code, int min = 0) const;
 
     // --- Parts ---
 
@@ -122,6 +124,14 @@ public:
     QRect GetClient() const;
     int GetHorzScroll() const;
     int GetVertScroll() const;
+
+    // --- The arrow of the header: TreeListHeaderCtrl.cpp ---
+
+    /// The column with the arrow; -1 when there is none. A click on a column puts it there, pointing upward, and turns
+    /// it over when it stands there already.
+    int GetSortColumn() const;
+    bool IsSortDescending() const;
+    void SetSortColumn(int column, bool descending = false);
 
     // --- Colours and images: TreeListColors.cpp ---
 
@@ -244,7 +254,8 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// A sortable column's header was clicked, under StyleHeaderSort. Nothing is sorted by the control.
+    /// A sortable column's header was clicked, under StyleHeaderSort; its arrow stands already. Nothing is sorted by
+    /// the control.
     void ColumnClicked(int column);
 
 protected:
