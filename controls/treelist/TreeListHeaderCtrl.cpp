@@ -316,7 +316,8 @@ std::unique_ptr<QMenu> CTreeListHeaderCtrl::MakeMenu(int column)
         action->setChecked(!hidden);
         action->setEnabled(hidden || shown > 1); // a list without columns could not be brought back
         connect(action, &QAction::triggered, this, [this, each](bool show) {
-            m_list.SetColumnFormat(each, show ? 0 : kColumnHidden, show ? kColumnHidden : 0);
+            const std::uint32_t bit = kColumnHidden;
+            m_list.SetColumnFormat(each, show ? 0 : bit, show ? bit : 0);
         });
     }
     menu->addSeparator();
