@@ -301,21 +301,43 @@ private:
 
     // TreeListPainting.cpp
     struct RowLook;
+    /// Which of the selection's colours a row or a cell has.
+    enum class Selection { None, Other, Selected, Active, NoFocus };
     void DrawBkgnd(QPainter &painter, const QRect &clip) const;
     void DrawBkgndBmp(QPainter &painter, const QRect &clip) const;
     void DrawItems(QPainter &painter, const QRect &clip) const;
-    void DrawItem(QPainter &painter, const QRect &row, CTreeListItem *item) const;
-    void DrawItemBkgnd(QPainter &painter, const QRect &row, CTreeListItem *item) const;
-    void DrawItemExclude(QPainter &painter, const QRect &row, CTreeListItem *item) const;
-    void DrawItemTree(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
-    void DrawItemMain(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
-    void DrawItemList(QPainter &painter, const QRect &cell, CTreeListItem *item, int column) const;
-    void DrawItemTreeLine(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
-    void DrawItemTreeButton(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
-    void DrawItemTreeText(QPainter &painter, const QRect &cell, CTreeListItem *item) const;
-    void DrawItemListText(QPainter &painter, const QRect &cell, CTreeListItem *item, int column) const;
-    void DrawItemText(QPainter &painter, const QRect &text, CTreeListItem *item, int column, const QColor &color) const;
+    RowLook LookOf(const QRect &row, int index, CTreeListItem *item, const QRect &clip) const;
+    TreeListColor RowColor(int index) const;
+    void DrawRowBkgnd(QPainter &painter, const RowLook &row) const;
+    void DrawItem(QPainter &painter, const RowLook &row) const;
+    /// True when the row was filled in a colour of the selection.
+    bool DrawItemBkgnd(QPainter &painter, const RowLook &row) const;
+    /// Check box, lock and image of column 0, which stay on the row's own background; from left to right.
+    std::array<QRect, 3> DrawItemExclude(const RowLook &row) const;
+    /// Paints one row as it looks, its first column at a place.
+    void DrawItemAt(QPainter &painter, const QPoint &at, CTreeListItem *item) const;
+    void DrawFocus(QPainter &painter, const RowLook &row) const;
+    /// The 3-D frame of a control without the client edge.
+    void DrawNcFrame();
+    // TreeListPaintingCells.cpp
+    void DrawItemTree(QPainter &painter, const RowLook &row, const QRect &cell) const;
+    void DrawItemMain(QPainter &painter, const RowLook &row, const QRect &cell) const;
+    void DrawItemList(QPainter &painter, const RowLook &row, const QRect &cell, int column) const;
+    void DrawItemTreeLine(QPainter &painter, const RowLook &row, const QRect &button) const;
+    void DrawItemTreeButton(QPainter &painter, const RowLook &row, const QRect &button) const;
+    void DrawItemGlyphs(QPainter &painter, const RowLook &row, const TreeListParts &parts) const;
+    void DrawItemTreeText(QPainter &painter, const RowLook &row, const QRect &cell, const QRect &text) const;
+    void DrawItemListText(QPainter &painter, const RowLook &row, const QRect &cell, const QRect &text,
+                          int column) const;
+    void DrawItemText(QPainter &painter, const RowLook &row, const QRect &cell, const QRect &text, int column) const;
+    /// Lines at a cell's bottom, and by its style at its right.
+    void DrawCellGrid(QPainter &painter, const QRect &cell, bool bottom) const;
+    /// Grid of an empty row.
     void DrawGrid(QPainter &painter, const QRect &row) const;
+    /// column -1: of the row as a whole.
+    Selection SelectionOf(const CTreeListItem *item, int column) const;
+    static TreeListColor ColorOf(Selection selection);
+    static TreeListColor TextColorOf(Selection selection);
 
     // TreeListHitTest.cpp
     CTreeListItem *HitTest(const QPoint &point, const QRect &row, CTreeListItem *item, int *flag, int *column,
