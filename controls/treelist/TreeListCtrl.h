@@ -7,6 +7,7 @@
 
 #include "controls/rules/TreeListGeometry.h"
 #include "controls/rules/TreeListModel.h"
+#include "controls/treelist/TreeListEditors.h"
 
 #include <QAbstractScrollArea>
 #include <QColor>
@@ -22,12 +23,9 @@
 class CTLCDragWnd;
 class CTLCDropWnd;
 class CTreeListAccessible;
-class CTreeListComboCtrl;
 class CTreeListCtrl;
-class CTreeListEditCtrl;
 class CTreeListGlyphs;
 class CTreeListHeaderCtrl;
-class CTreeListStaticCtrl;
 class CTreeListTipCtrl;
 
 /// A notice of a control to its owner.

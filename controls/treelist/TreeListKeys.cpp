@@ -1,0 +1,244 @@
+// The keyboard of the tree list: keys of its rows and of a row in edit.
+#include "controls/treelist/TreeListCtrl.h"
+#include "controls/treelist/TreeListEditors.h"
+
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace {
+
+bool IsEnter(int key)
+{
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+bool IsTab(int key)
+{
+    return key == Qt::Key_Tab || key == Qt::Key_Backtab;
+}
+
+} // namespace
+
+// --- Ways in ---------------------------------------------------------------------------------------------------------
+
+bool CTreeListCtrl::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool editor = m_pEdit && (watched == m_pEdit || watched == m_pCombo->GetList());
+    if (!editor && watched != this)
+        return QAbstractScrollArea::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::ShortcutOverride: // the keys of the list go before shortcuts of its window
+        if (TakesKey(*static_cast<QKeyEvent *>(event))) {
+            event->accept();
+            return true;
+        }
+        break;
+    case QEvent::KeyPress:
+        if (PreTranslateMessage(static_cast<QKeyEvent *>(event))) {
+            event->accept();
+            return true;
+        }
+        break;
+    case QEvent::FocusIn:
+        if (editor) {
+            SetState(kControlFocused, 0);
+            Invalidate();
+        }
+        break;
+    case QEvent::FocusOut:
+        if (editor)
+            OnFocusLeft(static_cast<QFocusEvent *>(event)->reason());
+        break;
+    default:
+        break;
+    }
+    return QAbstractScrollArea::eventFilter(watched, event);
+}
+
+void CTreeListCtrl::keyPressEvent(QKeyEvent *event)
+{
+    event->ignore(); // what PreTranslateMessage left is not for the scroll bars either
+}
+
+bool CTreeListCtrl::IsKeyForEditor() const
+{
+    if (!GetState(kControlEditing))
+        return false;
+    return ShownEditor() || (GetModifyItem() == GetFocusItem() && GetModifyColumn() == GetSelectColumn());
+}
+
+bool CTreeListCtrl::TakesKey(const QKeyEvent &event) const
+{
+    if (event.modifiers() & (Qt::AltModifier | Qt::MetaModifier))
+        return false;
+    const int key = event.key();
+    if (IsKeyForEditor() && (IsEnter(key) || IsTab(key) || key == Qt::Key_Escape))
+        return true;
+    if (ShownEditor())
+        return false;
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        return true;
+    case Qt::Key_Plus:
+    case Qt::Key_Minus:
+        return event.modifiers().testFlag(Qt::KeypadModifier);
+    case Qt::Key_Escape:
+        return GetState(kControlDragging);
+    default:
+        return false;
+    }
+}
+
+bool CTreeListCtrl::PreTranslateMessage(QKeyEvent *event)
+{
+    if (event->type() != QEvent::KeyPress || event->modifiers() & (Qt::AltModifier | Qt::MetaModifier))
+        return false;
+    if (GetState(kControlDragging) && event->key() == Qt::Key_Escape) {
+        OnCancelMode();
+        return true;
+    }
+    if (IsKeyForEditor()) {
+        const bool shown = ShownEditor();
+        if (PreTranslateKeyDownMessage2(event))
+            return true;
+        if (shown)
+            return false;
+    }
+    if (GetColumnOrderArray().empty())
+        return !IsTab(event->key());
+    return PreTranslateKeyDownMessage(event);
+}
+
+// --- A row in edit ---------------------------------------------------------------------------------------------------
+
+bool CTreeListCtrl::PreTranslateKeyDownMessage2(QKeyEvent *event)
+{
+    const int key = event->key();
+    if (IsEnter(key)) {
+        FinishModify();
+        return true;
+    }
+    if (key == Qt::Key_Escape)
+        return CancelModify();
+    if (!IsTab(key) || event->modifiers() & Qt::ControlModifier)
+        return false;
+    const bool back = key == Qt::Key_Backtab || event->modifiers() & Qt::ShiftModifier;
+    const int column = back ? GetPrevModifyCol() : GetNextModifyCol();
+    if (column < 0)
+        return ShownEditor();
+    BeginModify(GetModifyItem(), column);
+    return true;
+}
+
+// --- Rows ------------------------------------------------------------------------------------------------------------
+
+bool CTreeListCtrl::PreTranslateKeyDownMessage(QKeyEvent *event)
+{
+    const bool shift = event->modifiers().testFlag(Qt::ShiftModifier);
+    const bool keypad = event->modifiers().testFlag(Qt::KeypadModifier);
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        BeginModify(GetFocusItem(), GetSelectColumn());
+        return true;
+    case Qt::Key_Space:
+        Expand(GetFocusItem(), kToggle, GetSelectColumn());
+        return true;
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        MoveByPage(event->key() == Qt::Key_PageDown);
+        return true;
+    case Qt::Key_Home:
+        SelectByKey(GetFirstVisibleItem());
+        return true;
+    case Qt::Key_End:
+        SelectByKey(GetLastVisibleItem());
+        return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        MoveByRow(event->key() == Qt::Key_Down);
+        return true;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        if (shift && HasStyle(StyleTree))
+            Expand(GetFocusItem(), event->key() == Qt::Key_Left ? kCollapse : kExpand, GetSelectColumn());
+        else
+            MoveByColumn(event->key() == Qt::Key_Right);
+        return true;
+    case Qt::Key_Plus:
+    case Qt::Key_Minus:
+        if (keypad)
+            Expand(GetFocusItem(), event->key() == Qt::Key_Plus ? kExpand : kCollapse, GetSelectColumn());
+        return keypad;
+    default:
+        return false;
+    }
+}
+
+CTreeListItem *CTreeListCtrl::RowForKeys() const
+{
+    CTreeListItem *item = GetFocusItem();
+    while (item && GetShowIndex(item) < 0)
+        item = GetParentItem(item);
+    return item;
+}
+
+void CTreeListCtrl::SelectByKey(CTreeListItem *item)
+{
+    if (item) // none would clear the selection
+        SelectItem(item, GetSelectColumn(), true);
+}
+
+void CTreeListCtrl::MoveByRow(bool down)
+{
+    CTreeListItem *from = RowForKeys();
+    if (!from)
+        SelectByKey(GetFirstVisibleItem());
+    else if (from != GetFocusItem()) // it lies in a collapsed branch
+        SelectByKey(from);
+    else
+        SelectByKey(down ? GetNextVisibleItem(from) : GetPrevVisibleItem(from));
+}
+
+void CTreeListCtrl::MoveByPage(bool down)
+{
+    const int more = GetCountPerPage(); // rows of a full page, less one
+    const auto edge = [&] {
+        const int row = down ? GetTopIndex() + more : GetTopIndex();
+        return GetFirstShowItem(std::clamp(row, 0, std::max(GetVisibleCount() - 1, 0)));
+    };
+    CTreeListItem *focus = GetFocusItem();
+    const int row = focus ? GetShowIndex(focus) : -1;
+    if (row >= 0 && (row < GetTopIndex() || row > GetTopIndex() + more)) {
+        EnsureVisible(focus, GetSelectColumn());
+        return;
+    }
+    if (focus && focus == edge())
+        verticalScrollBar()->setValue(GetTopIndex() + (down ? more : -more));
+    SelectByKey(edge());
+}
+
+void CTreeListCtrl::MoveByColumn(bool right)
+{
+    const std::vector<int> &order = GetColumnOrderArray();
+    if (order.empty())
+        return;
+    const auto found = std::find(order.begin(), order.end(), GetSelectColumn());
+    const int at = found == order.end() ? -1 : static_cast<int>(found - order.begin());
+    const int to = std::clamp(right ? at + 1 : at - 1, 0, static_cast<int>(order.size()) - 1);
+    CTreeListItem *item = GetFocusItem() ? GetFocusItem() : GetFirstVisibleItem();
+    if (item)
+        SelectItem(item, order[to], true);
+}
