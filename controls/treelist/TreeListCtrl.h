@@ -100,10 +100,12 @@ public:
 
     std::uint32_t SetStyle(std::uint32_t style) override;
     std::int64_t Notify(int code, CTreeListItem *item, int column) override;
-    /// Scrolls as little as needed.
+    /// Scrolls as little as needed. 0 for an item that is in no shown row. A column that is not shown moves nothing
+    /// sideways.
     int EnsureVisible(CTreeListItem *item, int column) override;
     int GetTopIndex() const override;
-    /// Whole rows in the client, at least 1.
+    /// Rows that fit into the client, less one when there are any: the last row that is seen whole is so many below the
+    /// first.
     int GetCountPerPage() const override;
     int SetColumnWidth(int column, int width, int min = 0) override;
     /// Width that SetColumnWidth takes for an automatic one (code -1 to -4); column is one that there is.
@@ -163,7 +165,9 @@ public:
 
     // --- Scroll bars: TreeListScroll.cpp ---
 
+    /// Ranges and pages of both bars; each takes room that the other may then need.
     void SetAllScroll();
+    /// In the client as it is; true when the bar is needed.
     bool SetVertScroll();
     bool SetHorzScroll();
 
@@ -344,8 +348,15 @@ private:
     int HitTestMain(const QPoint &point, const QRect &cell, const CTreeListItem *item, QRect *rect) const;
     int HitTestList(const QPoint &point, const QRect &cell, const CTreeListItem *item, int column, QRect *rect) const;
 
+    // TreeListCtrl.cpp
+    void SetOwnHeight();
+
     // TreeListScroll.cpp
     void LayoutNow();
+    /// The work that Layout only noted, before its outcome is asked for. Nobody can tell when it was done.
+    void UpToDate() const;
+    /// Left edge of a column over all columns, not scrolled; -1 when it is not shown.
+    int ColumnLeft(int column) const;
     /// Shows the tip of a cut text under the pointer, or hides it.
     void ShowTip(const QPoint &point);
     void HideTip();
@@ -417,6 +428,12 @@ private:
     bool m_bRestoreDue = false;   ///< a refused text waits for its cell to be shown
     int m_nRedrawOff = 0;
     bool m_bLayoutDue = false, m_bPaintDue = false;
+    bool m_bLayingOut = false;
+    int m_nItemsDue = 0;     ///< single rows marked since the last paint
+    int m_nHeaderHeight = 0; ///< the margin over the viewport
+    int m_nOwnHeight = 0;    ///< item height as it came from the font
+    int m_nWheel = 0;        ///< what the wheel turned since the last whole notch
+    QSize m_client;          ///< what the bars leave; right before the first show as well
 
     std::array<std::uint32_t, kTreeListColors> m_colors;
     std::uint32_t m_nSetColors = 0; ///< bit n: somebody set colour n
