@@ -1,5 +1,7 @@
 #include "controls/treelist/TreeListCtrl.h"
 
+#include <QMouseEvent>
+
 void CTreeListCtrl::mousePressEvent(QMouseEvent *event)
 {
     QAbstractScrollArea::mousePressEvent(event);
@@ -15,5 +17,9 @@ void CTreeListCtrl::mouseReleaseEvent(QMouseEvent *event)
 void CTreeListCtrl::mouseMoveEvent(QMouseEvent *event)
 {
     QAbstractScrollArea::mouseMoveEvent(event);
+    if (event->buttons() == Qt::NoButton)
+        ShowTip(event->position().toPoint());
+    else
+        HideTip();
 }
 void CTreeListCtrl::SetPartCursor(const QPoint &) {}

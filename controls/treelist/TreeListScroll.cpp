@@ -69,7 +69,6 @@ void CTreeListCtrl::LayoutNow()
     if (m_pHeader) {
         const QRect client = viewport()->geometry();
         m_pHeader->setGeometry(client.left(), client.top() - headerHeight, client.width(), headerHeight);
-        m_pHeader->setVisible(headerHeight > 0);
     }
     m_bLayingOut = false;
     PlaceEditor();
@@ -179,8 +178,6 @@ int CTreeListCtrl::EnsureVisible(CTreeListItem *item, int column)
 void CTreeListCtrl::scrollContentsBy(int dx, int dy)
 {
     HideTip();
-    if (dx != 0 && m_pHeader)
-        m_pHeader->update();
     const std::int64_t down = std::int64_t{dy} * GetItemHeight();
     // The background picture goes sideways with the columns and stands still up and down.
     const bool picture = HasStyle(StyleBkBitmap) && dy != 0;
