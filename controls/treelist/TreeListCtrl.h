@@ -404,11 +404,10 @@ private:
     void PlaceDropWindow(const CTreeListCtrl &target, const CTreeListItem *item);
     bool EnterTarget(CTreeListCtrl *target);
     void LeaveTarget();
-    bool CanTakeDrop() const;
     int AnswerDragOver(CTreeListCtrl *source, CTreeListItem *item);
     std::int64_t NotifyDrag(int code, CTreeListItem *item, int column, CTreeListCtrl *source);
     QImage PaintSelectedRows(QRegion &rows) const;
-    QPixmap GetPlainDragImage() const;
+    QPixmap GetPlainDragImage(QRegion &shape) const;
     void BeginTimer(int timer, int interval, bool anew);
     void StopTimer(int timer);
     void StopTimers();
@@ -443,6 +442,7 @@ private:
     QPoint m_dragStart, m_dragOffset;
     QPoint m_dragOverPoint;           ///< where dragged rows were last told over this control
     QPointer<QObject> m_pDragWatch;   ///< while the button is down
+    int m_nDragLeaves = 0;            ///< how often DragLeave was called
     CTreeListItem *m_pOver = nullptr; ///< under the dragged rows while the owner is asked
     QPointer<CTLCDragWnd> m_pDragWnd;
     QPointer<CTLCDropWnd> m_pDropWnd;

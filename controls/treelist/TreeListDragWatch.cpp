@@ -1,0 +1,64 @@
+#include "controls/treelist/TreeListDragWatch.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+
+CTreeListCtrl::DragWatch::DragWatch(CTreeListCtrl &control) : QObject(&control), m_control(control)
+{
+    qApp->installEventFilter(this);
+}
+
+bool CTreeListCtrl::DragWatch::eventFilter(QObject *watched, QEvent *event)
+{
+    if (m_bLost)
+        return false;
+    if (LosesCapture(watched, *event)) {
+        m_bLost = true;
+        m_control.OnCancelMode();
+        return false;
+    }
+    if (LosesTarget(watched, *event)) {
+        m_control.LeaveTarget();
+        return false;
+    }
+    return TakesKey(*event);
+}
+
+bool CTreeListCtrl::DragWatch::LosesCapture(const QObject *watched, const QEvent &event) const
+{
+    switch (event.type()) {
+    case QEvent::Show:
+        return watched->isWidgetType() && static_cast<const QWidget *>(watched)->windowType() == Qt::Popup;
+    case QEvent::WindowBlocked:
+        return watched == m_control.window();
+    case QEvent::WindowDeactivate:
+    case QEvent::Hide:
+        return watched == &m_control;
+    case QEvent::UngrabMouse:
+        return watched == m_control.viewport();
+    case QEvent::EnabledChange:
+        return watched == &m_control && !m_control.isEnabled();
+    default:
+        return false;
+    }
+}
+
+bool CTreeListCtrl::DragWatch::LosesTarget(const QObject *watched, const QEvent &event) const
+{
+    const CTreeListCtrl *const target = m_control.GetDragTarget();
+    if (target == nullptr || watched != target || target == &m_control)
+        return false;
+    return event.type() == QEvent::Hide || (event.type() == QEvent::EnabledChange && !target->isEnabled());
+}
+
+bool CTreeListCtrl::DragWatch::TakesKey(QEvent &event)
+{
+    if (event.type() != QEvent::KeyPress && event.type() != QEvent::ShortcutOverride)
+        return false;
+    if (static_cast<QKeyEvent &>(event).key() != Qt::Key_Escape || m_control.GetDragWnd() == nullptr)
+        return false;
+    event.accept();
+    if (event.type() == QEvent::KeyPress)
+        m_control.OnCancelMode();
+    return true;
+}
