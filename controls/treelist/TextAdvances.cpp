@@ -1,5 +1,7 @@
 #include "controls/treelist/TextAdvances.h"
 
+#include "controls/treelist/TreeListTexts.h"
+
 #include <QChar>
 
 #include <algorithm>
@@ -20,19 +22,6 @@ bool isSimple(unsigned letter)
 }
 
 } // namespace
-
-QString ToQString(const TreeListText &text)
-{
-    const auto length = static_cast<qsizetype>(text.length);
-    switch (text.bytesEach) {
-    case 1:
-        return QString::fromLatin1(static_cast<const char *>(text.characters), length);
-    case 2:
-        return QString::fromUtf16(static_cast<const char16_t *>(text.characters), length);
-    default:
-        return QString::fromUcs4(static_cast<const char32_t *>(text.characters), length);
-    }
-}
 
 TextAdvances::TextAdvances(const QFontMetrics &metrics)
     : m_metrics(metrics), m_fractions(metrics),
@@ -84,5 +73,5 @@ void TextAdvances::Take(int before, const TreeListText &text)
     if (within)
         return;
     ++m_nMeasured;
-    m_nWidest = std::max(m_nWidest, before + m_metrics.horizontalAdvance(ToQString(text)));
+    m_nWidest = std::max(m_nWidest, before + m_metrics.horizontalAdvance(OneLine(text)));
 }

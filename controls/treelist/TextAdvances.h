@@ -5,13 +5,9 @@
 
 #include <QFontMetrics>
 #include <QFontMetricsF>
-#include <QString>
 
 #include <cstddef>
 #include <vector>
-
-/// A text of the tree list as the toolkit's.
-QString ToQString(const TreeListText &text);
 
 /// Takes texts one by one, each with the pixels that stand before it, and keeps the greatest of both together. A text
 /// is as wide as QFontMetrics::horizontalAdvance tells, in whole pixels. Only a text that might be wider than all

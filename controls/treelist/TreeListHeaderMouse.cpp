@@ -1,4 +1,5 @@
 // Sizing and dragging the columns of the tree list's header.
+#include "controls/treelist/TreeListGlyphs.h"
 #include "controls/treelist/TreeListHeaderCtrl.h"
 #include "controls/treelist/TreeListHeaderWindows.h"
 
@@ -186,7 +187,7 @@ void CTreeListHeaderCtrl::DragTo(const QPoint &at)
     const auto place = PlaceAt(at);
     if (!place) {
         m_pDropWnd->hide();
-        setCursor(Qt::ForbiddenCursor);
+        setCursor(tree_list_glyphs::Cursor(tree_list_glyphs::kCursorRefused, devicePixelRatioF()));
         return;
     }
     const std::vector<Section> sections = Sections();

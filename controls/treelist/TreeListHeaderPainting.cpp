@@ -1,4 +1,5 @@
 // What the header of the tree list looks like.
+#include "controls/treelist/TreeListGlyphs.h"
 #include "controls/treelist/TreeListHeaderCtrl.h"
 
 #include "controls/ReadableColour.h"
@@ -121,6 +122,10 @@ void CTreeListHeaderCtrl::PaintSection(QPainter &painter, int column, const QRec
     const Parts parts = PartsIn(column, rect);
     const CTreeListColumnInfo &info = *m_list.GetColumns(column);
     const QColor text = ReadableText(ink, face);
+    if (!parts.image.isEmpty()) {
+        m_list.m_glyphs->Prepare(m_list.palette(), devicePixelRatioF());
+        m_list.m_glyphs->DrawHeaderImage(painter, parts.image.topLeft(), info.image, !isEnabled());
+    }
     if (!parts.text.isEmpty()) {
         painter.setPen(text);
         painter.drawText(parts.text, parts.alignment | Qt::AlignVCenter | Qt::TextSingleLine,
