@@ -1,6 +1,8 @@
 #include "controls/treelist/TreeListColors.h"
 
 #include "controls/ReadableColour.h"
+#include "controls/treelist/TreeListGlyphs.h"
+#include "controls/treelist/TreeListHeaderCtrl.h"
 
 namespace tree_list_colors {
 
@@ -216,4 +218,17 @@ QColor CTreeListCtrl::GetShownColor(TreeListColor which) const
     if (!inTable(which))
         return {};
     return tree_list_colors::ShownColor(which, m_colors, m_nSetColors, palette());
+}
+
+void CTreeListCtrl::SetItemImages(std::vector<QIcon> images)
+{
+    m_glyphs->SetItemImages(std::move(images));
+    Invalidate();
+}
+
+void CTreeListCtrl::SetHeaderImages(std::vector<QIcon> images)
+{
+    m_glyphs->SetHeaderImages(std::move(images));
+    if (m_pHeader)
+        m_pHeader->update();
 }

@@ -1,5 +1,7 @@
 #include "controls/treelist/TreeListTexts.h"
 
+#include "controls/treelist/TextAdvances.h"
+
 #include <QFontMetrics>
 #include <QPainter>
 
@@ -23,17 +25,7 @@ char sizeMark(const TreeListText &text)
 
 QString OneLine(const TreeListText &text)
 {
-    QString line;
-    switch (text.bytesEach) {
-    case 1:
-        line = QString::fromLatin1(static_cast<const char *>(text.characters), text.length);
-        break;
-    case 2:
-        line = QString::fromUtf16(static_cast<const char16_t *>(text.characters), text.length);
-        break;
-    default:
-        line = QString::fromUcs4(static_cast<const char32_t *>(text.characters), text.length);
-    }
+    QString line = ToQString(text);
     for (QChar &character : line) {
         if (character < u' ' || character == QChar::LineSeparator || character == QChar::ParagraphSeparator)
             character = u' ';
@@ -86,7 +78,8 @@ CTreeListTexts::Entry &CTreeListTexts::Find(const TreeListText &text)
         return m_young.insert(m_old.extract(found)).position->second;
     Entry entry;
     entry.whole = LaidOut(OneLine(text));
-    entry.width = static_cast<int>(std::ceil(entry.whole.size().width()));
+    // Rounded as the widths of columns that are fitted to their texts.
+    entry.width = qRound(entry.whole.size().width());
     entry.height = static_cast<int>(std::ceil(entry.whole.size().height()));
     std::string key(1, sizeMark(text));
     key += bytesOf(text);
