@@ -257,7 +257,7 @@ QByteArray fontFile()
     lines.U16(1).U16(0).U16(0).Zeros(8).U16(0).U16(count);
     most.U32(0x00010000).U16(count).U16(200).U16(50).U16(0).U16(0).U16(2).Zeros(16);
     post.U32(0x00030000).Zeros(28);
-    os2.U16(4).U16(kAdvance).U16(400).U16(5).U16(0).Zeros(20).U16(0).U16(0).Zeros(10);
+    os2.U16(4).U16(kAdvance).U16(400).U16(5).U16(0).Zeros(20).U16(0).Zeros(10);
     os2.U32(0x7).U32(0).U32(0).U32(0).U32(0x56454C4D).U16(0x40).U16(0x20).U16(0x2026);
     os2.U16(kAscent).U16(-kDescent).U16(0).U16(kAscent).U16(kDescent).U32(0x3).U32(0);
     os2.U16(5 * kPixel).U16(kRows * kPixel).U16(0).U16(0x20).U16(1);
