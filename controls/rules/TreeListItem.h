@@ -42,6 +42,8 @@ struct TreeListImages {
     std::int32_t expandedSelected = 0; ///< kept for the owner
 };
 
+struct TreeListOrderNode;
+
 /// Made, changed and destroyed by CTreeListModel only; a pointer is valid until its item is deleted.
 class TREELIST_API CTreeListItem {
 public:
@@ -78,7 +80,7 @@ private:
     friend class CTreeListItemPool;
     friend class CTreeListOrder;
     CTreeListItem() = default;
-    ~CTreeListItem();
+    ~CTreeListItem() = default;
 
     struct Extras; ///< what few items have: images, spare texts, kinds of editors
 
@@ -90,7 +92,10 @@ private:
     std::int32_t m_nShownBelow = 0; ///< sum of the children's show counts, expanded or not
     std::uint32_t m_nState = kItemDefaultState;
     std::uint32_t m_nData = 0;
-    void *m_pTexts = nullptr; ///< all texts in one block
+    std::int32_t m_nChildren = 0;    ///< direct ones
+    std::int32_t m_nSelectSlot = -1; ///< place among the selected items; -1: not selected
+    void *m_pTexts = nullptr;        ///< all texts in one block
     Extras *m_pExtras = nullptr;
-    void *m_pOrder = nullptr; ///< place in the index over many siblings
+    TreeListOrderNode *m_pOrder = nullptr; ///< where the item stands in its parent's index
+    TreeListOrderNode *m_pIndex = nullptr; ///< index over the children; only when they are many
 };

@@ -140,16 +140,25 @@ struct CTreeListColumnInfo {
     std::uint32_t reserved1 = 0, reserved2 = 0;
 };
 
-/// Place in the list of selected items; -1: at its end.
+class CTreeListAllocator;
+class CTreeListItemGuard;
+
+/// Place in the list of selected items; -1: at its end. It stays good while items are deleted or unselected, and is
+/// spoilt by selecting more.
 using TreeListPosition = std::ptrdiff_t;
 
-/// Operations answer 0, null, -1 or an empty text for arguments that name nothing. Columns count from 0. Item arguments
-/// are pointers of this model's items; a pointer to an item that was deleted may not be given.
+/// Operations answer 0, null, -1 or an empty text for arguments that name nothing, and change nothing then; what needs
+/// no other answer is 1. Columns count from 0. Item arguments are pointers of this model's items or TreeListRoot(),
+/// which stands for the root; an item of another model, or one that is just being deleted, is refused by whatever would
+/// change it. A pointer to an item that was deleted may not be given.
 ///
 /// Notices may change anything, delete items and fill the list anew; every operation looks again at what it holds.
 class TREELIST_API CTreeListModel {
 public:
+    /// With one column and no items.
     CTreeListModel();
+    /// The memory of items comes from there; it outlives the model.
+    explicit CTreeListModel(CTreeListAllocator &allocator);
     virtual ~CTreeListModel();
     CTreeListModel(const CTreeListModel &) = delete;
     CTreeListModel &operator=(const CTreeListModel &) = delete;
@@ -169,24 +178,28 @@ public:
     /// A new item with the text in column 0; null when it can't be had.
     CTreeListItem *InsertItem(const std::wstring &text, CTreeListItem *parent = TreeListRoot(),
                               CTreeListItem *after = TreeListLast());
-    /// In a list taken as flat: index 0 first, at or past the count last, else in front of that row. The new index, -1
-    /// on failure.
+    /// In a list taken as flat: index 0 first, at or past the count of rows last, else in front of that row. The new
+    /// index; -1 on failure and for a negative one.
     int InsertItem(int index, const std::wstring &text);
-    /// As the only child, as the first child, behind a sibling.
+    /// As the only child (null when there are children), as the first child, behind a sibling.
     CTreeListItem *InsertItemNew(const std::wstring &text, CTreeListItem *parent);
     CTreeListItem *InsertItemFirst(const std::wstring &text, CTreeListItem *parent);
     CTreeListItem *InsertItemNext(const std::wstring &text, CTreeListItem *sibling);
     /// Null or the root: all items.
     int DeleteItem(CTreeListItem *item);
-    /// Unlinks, takes the counts off upward and destroys the item with its descendants.
+    /// Unlinks, takes the counts off upward and destroys the item with its descendants, children before their parents.
+    /// Each leaves the selection and the focus, then NotifySelChanging is sent with it and column -1.
     int DeleteItemX(CTreeListItem *item);
-    /// Destroys an item that is unlinked already, with its descendants.
+    /// The last part of DeleteItemX, for an item that is unlinked already; 0 for one that stands in the tree.
     int DeleteItemFast(CTreeListItem *item);
+    /// What notices insert meanwhile stays.
     int DeleteAllItems();
+    /// True for an item that stands in this tree, the root too.
+    bool OwnsItem(const CTreeListItem *item) const;
     /// Two items, each with its descendants, take each other's places. 0 when one stands within the other.
     int ExchangeItem(CTreeListItem *one, CTreeListItem *other);
-    /// Moves an item with its descendants under a parent, behind one of its children (or TreeListFirst, TreeListLast).
-    /// 0 when the parent stands within the item.
+    /// Moves an item with its descendants under a parent; after as in InsertItem. 0 when the parent stands within the
+    /// item.
     int MoveAfterItem(CTreeListItem *item, CTreeListItem *parent, CTreeListItem *after = TreeListLast());
     int SetItemText(CTreeListItem *item, int column, const std::wstring &text);
     std::wstring GetItemText(const CTreeListItem *item, int column = 0) const;
@@ -197,6 +210,7 @@ public:
     int GetItemImage(const CTreeListItem *item, TreeListImages &images) const;
     /// Kind of the editor of one cell; -1: the column's own.
     int SetItemModify(CTreeListItem *item, int column, int kind);
+    /// Counts and selection follow the bits, without notices. The root stays expanded.
     int SetItemState(CTreeListItem *item, std::uint32_t add, std::uint32_t remove);
     std::uint32_t GetItemState(const CTreeListItem *item, std::uint32_t mask) const;
     /// The item's own check, nothing else; TreeListCheck.
@@ -204,8 +218,8 @@ public:
     int GetCheck(const CTreeListItem *item) const;
     int SetLock(CTreeListItem *item, int lock);
     int GetLock(const CTreeListItem *item) const;
-    /// Asks the owner; with toggle flips the check; then the descendants and the parents follow, if the style lets
-    /// them.
+    /// Asks the owner; with toggle flips the check (mixed becomes on); then all descendants get the item's check and
+    /// the parents that of their children who show a check box, unless the style forbids it. 0 when refused.
     int SetItemCheck(CTreeListItem *item, bool toggle);
     int SetItemLock(CTreeListItem *item, bool toggle);
 
@@ -245,9 +259,12 @@ public:
 
     // --- Selection ---
 
+    /// Null: nothing is selected any more. clear false, in multi-selection only: the item's selection flips. 0 when
+    /// refused.
     int SelectItem(CTreeListItem *item, int column = 0, bool clear = true);
     /// Selects or unselects without notices.
     int Select(CTreeListItem *item, bool select = true);
+    /// Makes it the focus item in that column and shows it; in multi-selection a selected item becomes the newest.
     int ActiveItem(CTreeListItem *item, int column);
     /// The newest; null when there is none.
     CTreeListItem *GetSelectedItem() const;
@@ -257,6 +274,7 @@ public:
     CTreeListItem *GetNextSelectedItem(TreeListPosition &position) const;
     int GetSelectColumn() const { return m_nSelectColumn; }
     CTreeListItem *GetSelectionMark() const { return m_pFocusItem; }
+    /// The old one.
     CTreeListItem *SetSelectionMark(CTreeListItem *item);
     /// True for a selected item and for a descendant of one.
     bool IsInSelectsTree(const CTreeListItem *item) const;
@@ -264,20 +282,22 @@ public:
 
     // --- Expansion and view ---
 
-    /// code: TreeListExpand. 0 when something changed or was refused, 1 when there was nothing to do.
+    /// code: TreeListExpand. 0 when something changed or was refused, 1 when there was nothing to do. After
+    /// kCollapseAndDelete the item counts as never expanded.
     int Expand(CTreeListItem *item, int code, int column = 0);
     virtual int EnsureVisible(CTreeListItem *item, int column) = 0;
     virtual int GetTopIndex() const = 0;
     virtual int GetCountPerPage() const = 0;
-    /// -1: from the font. The old height; a row's height is always even.
+    /// -1: from the font. The old height; a row's height is always even, an odd one gets one more.
     int SetItemHeight(int height);
     int GetItemHeight() const { return m_nItemHeight; }
 
     // --- Columns ---
 
-    /// The new column's number, or -1.
+    /// The new column's number: it is the last.
     int InsertColumn(const std::wstring &text, std::uint32_t format = kColumnDefaultFormat, int width = 30,
                      int image = -1, int minWidth = 0, int maxWidth = 0);
+    /// With its texts. Ends the edit of a row.
     int DeleteColumn(int column);
     int GetColumnCount() const { return static_cast<int>(m_columns.size()); }
     /// Null for a number that there isn't.
@@ -295,7 +315,7 @@ public:
     int GetColumnModify(int column) const;
     int SetColumnDefaultText(int column, const std::wstring &text);
     std::wstring GetColumnDefaultText(int column) const;
-    /// Columns in the order in which they are shown, hidden ones left out.
+    /// Columns in the order in which they are shown: each that is not hidden once; hidden ones are passed over.
     int SetColumnOrderArray(const std::vector<int> &order);
     const std::vector<int> &GetColumnOrderArray() const { return m_showOrder; }
     const std::vector<int> &GetSortOrderArray() const { return m_sortOrder; }
@@ -379,7 +399,9 @@ protected:
     void StatChildDel(CTreeListItem *item, int del, int delShown);
     void StatExpand(CTreeListItem *item);
     void StatCollapse(CTreeListItem *item);
-    void SetItemParentStatus(CTreeListItem *item);
+    /// Bits and box of a three-state mark: check or lock.
+    struct Mark;
+    void SetItemParentStatus(CTreeListItem *item, const Mark &mark);
 
     std::vector<std::unique_ptr<CTreeListColumnInfo>> m_columns;
 
@@ -405,6 +427,28 @@ private:
     /// Behind the change of columns, texts and orders. The second tells notices.
     void OnModifyColumnInserted(int column);
     void OnModifyColumnDeleted(int column);
+
+    CTreeListItem *ItemOf(CTreeListItem *item) const;
+    CTreeListItem *PlaceBehind(CTreeListItem *parent, CTreeListItem *after) const;
+    CTreeListItem *NewItem(const std::wstring &text, const CTreeListItem *parent);
+    CTreeListItem *InsertBehind(const std::wstring &text, CTreeListItem *parent, CTreeListItem *previous);
+    void Link(CTreeListItem *item, CTreeListItem *parent, CTreeListItem *previous);
+    void Unlink(CTreeListItem *item);
+    void SetLevels(CTreeListItem *top, int level);
+    void AddShownAbove(CTreeListItem *item, int shown);
+    void Bury(CTreeListItem &grave, CTreeListItem *parent);
+    void DestroyBuried(CTreeListItem &grave);
+    void DestroyLeaf(CTreeListItem *item);
+    void RowsChanged();
+    void ChangeState(CTreeListItem *item, std::uint32_t state);
+    int SetMark(CTreeListItem *item, int value, const Mark &mark);
+    int SetMarkWithOthers(CTreeListItem *item, bool toggle, const Mark &mark);
+    bool AddSelected(CTreeListItem *item);
+    void RemoveSelected(CTreeListItem *item);
+    void UnselectAll();
+    void SetFocusItem(CTreeListItem *item);
+    void ColumnsChanged();
+    void EnterOrders(int column);
 
     std::uint32_t m_nStyle = 0;
     std::uint32_t m_nControlState = 0;
