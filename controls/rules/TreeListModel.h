@@ -297,7 +297,7 @@ public:
     /// The new column's number: it is the last.
     int InsertColumn(const std::wstring &text, std::uint32_t format = kColumnDefaultFormat, int width = 30,
                      int image = -1, int minWidth = 0, int maxWidth = 0);
-    /// With its texts. Ends the edit of a row.
+    /// With its texts.
     int DeleteColumn(int column);
     int GetColumnCount() const { return static_cast<int>(m_columns.size()); }
     /// Null for a number that there isn't.

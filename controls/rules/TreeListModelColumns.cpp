@@ -67,8 +67,7 @@ int CTreeListModel::InsertColumn(const std::wstring &text, std::uint32_t format,
     m_columns.push_back(std::move(info));
     const int column = GetColumnCount() - 1;
     EnterOrders(column);
-    if (m_pModifyItem)
-        m_modifyShadow.resize(m_columns.size());
+    OnModifyColumnInserted(column);
     ColumnsChanged();
     return column;
 }
@@ -77,16 +76,7 @@ int CTreeListModel::DeleteColumn(int column)
 {
     if (column < 0 || column >= GetColumnCount())
         return 0;
-    if (GetState(kControlEditing) && !GetState(kControlEndingEdit)) {
-        CancelModify();
-        if (column >= GetColumnCount()) // the owner was told
-            return 0;
-    }
-    const auto at = static_cast<std::size_t>(column);
-    if (at < m_modifyShadow.size())
-        m_modifyShadow.erase(m_modifyShadow.begin() + column);
-    for (int *held : {&m_nModifyColumn, &m_nSelectColumn})
-        *held = *held == column ? -1 : *held - (*held > column);
+    m_nSelectColumn = m_nSelectColumn == column ? -1 : m_nSelectColumn - (m_nSelectColumn > column);
     m_columns.erase(m_columns.begin() + column);
     takeOut(m_showOrder, column);
     takeOut(m_sortOrder, column);
@@ -101,6 +91,7 @@ int CTreeListModel::DeleteColumn(int column)
             item = item->m_pParent;
         item = item ? item->m_pNext : nullptr;
     }
+    OnModifyColumnDeleted(column);
     ColumnsChanged();
     return 1;
 }

@@ -6,6 +6,7 @@ int CTreeListModel::DeleteItem(CTreeListItem *item)
 {
     if (item && ItemOf(item) != m_pRoot)
         return DeleteItemX(item);
+    EndModifyWithin(nullptr);
     CTreeListItem grave;
     Bury(grave, m_pRoot);
     DestroyBuried(grave);
@@ -17,9 +18,13 @@ int CTreeListModel::DeleteItemX(CTreeListItem *item)
 {
     if (item == m_pRoot || !OwnsItem(item))
         return 0;
-    Unlink(item);
-    DeleteItemFast(item);
-    RowsChanged();
+    const CTreeListItemGuard guard(*this, item);
+    EndModifyWithin(item);
+    if (OwnsItem(guard.Get())) { // the owner was told of the edit's end
+        Unlink(item);
+        DeleteItemFast(item);
+        RowsChanged();
+    }
     return 1;
 }
 
@@ -64,12 +69,11 @@ void CTreeListModel::DestroyLeaf(CTreeListItem *item)
     if (m_pFocusItem == item)
         m_pFocusItem = nullptr;
     Notify(NotifySelChanging, item, -1);
-    if (m_pModifyItem == item) {
-        if (!GetState(kControlEndingEdit))
-            CancelControl(item, m_nModifyColumn);
-        if (m_pModifyItem == item)
-            ClearModify();
-    }
+    // Once more: the owner had its say.
+    ForgetModify(item);
+    RemoveSelected(item);
+    if (m_pFocusItem == item)
+        m_pFocusItem = nullptr;
     // It is its parent's first child: those before it are gone.
     CTreeListItem *parent = item->m_pParent;
     parent->m_pChild = item->m_pNext;

@@ -259,12 +259,14 @@ int CTreeListModel::Expand(CTreeListItem *item, int code, int column)
     if (item->Has(kItemExpanded) == expand) // the owner did it himself
         return 1;
     SetRedraw(false);
-    if (code == kCollapseAndDelete) {
+    if (code == kCollapseAndDelete)
+        EndModifyWithin(item);
+    if (code == kCollapseAndDelete && OwnsItem(guard.Get())) {
         CTreeListItem grave;
         Bury(grave, item);
         DestroyBuried(grave);
     }
-    if (guard.Get() && item->Has(kItemExpanded) != expand) {
+    if (OwnsItem(guard.Get()) && item->Has(kItemExpanded) != expand) {
         const std::uint32_t state = item->m_nState;
         ChangeState(item, expand              ? state | kItemExpanded | kItemExpandedOnce
                           : code == kCollapse ? state & ~kItemExpanded
