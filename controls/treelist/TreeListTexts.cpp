@@ -1,7 +1,5 @@
 #include "controls/treelist/TreeListTexts.h"
 
-#include "controls/treelist/TextAdvances.h"
-
 #include <QFontMetrics>
 #include <QPainter>
 
@@ -25,7 +23,17 @@ char sizeMark(const TreeListText &text)
 
 QString OneLine(const TreeListText &text)
 {
-    QString line = ToQString(text);
+    QString line;
+    switch (text.bytesEach) {
+    case 1:
+        line = QString::fromLatin1(static_cast<const char *>(text.characters), text.length);
+        break;
+    case 2:
+        line = QString::fromUtf16(static_cast<const char16_t *>(text.characters), text.length);
+        break;
+    default:
+        line = QString::fromUcs4(static_cast<const char32_t *>(text.characters), text.length);
+    }
     for (QChar &character : line) {
         if (character < u' ' || character == QChar::LineSeparator || character == QChar::ParagraphSeparator)
             character = u' ';
