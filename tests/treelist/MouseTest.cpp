@@ -1,0 +1,355 @@
+// What the buttons of the mouse do over the rows.
+#include "tests/treelist/DragFixture.h"
+
+#include "controls/treelist/TreeListEditors.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/// Without dragging, so that a press tells of itself only.
+class TreeClick : public TreeMouse {
+protected:
+    TreeClick()
+    {
+        left->SetStyle(kStyle & ~(StyleDrag | StyleReadOnly));
+        log.clear();
+    }
+    /// The first column edited in a box, the second one too.
+    void EditColumns()
+    {
+        left->SetColumnModify(0, kEditorEdit);
+        left->SetColumnModify(1, kEditorEdit);
+    }
+    void ReadOnly() { left->SetStyle(left->GetStyle() | StyleReadOnly); }
+    CTreeListItem *Item(const std::wstring &text) const { return Find(*left, text); }
+};
+
+} // namespace
+
+// --- Left button down ------------------------------------------------------------------------------------------------
+
+TEST_F(TreeClick, APressTakesTheFocus)
+{
+    right->setFocus();
+    Press(Text(0));
+    EXPECT_TRUE(left->hasFocus() || left->isAncestorOf(QApplication::focusWidget()));
+}
+
+TEST_F(TreeClick, APressBelowTheLastRowEndsTheEditThenClearsTheSelection)
+{
+    EditColumns();
+    Click(Text(1));
+    ASSERT_EQ(left->GetModifyItem(), Item(L"Side"));
+    Told();
+    Click(Text(5));
+    EXPECT_THAT(Told(), ElementsAre("left EndControl(Side, 0)", "left EndEdit(Side, 1)", "left SelChanging(-, 0)",
+                                    "left SelChanged(-, 0)"));
+    EXPECT_EQ(left->GetSelectedCount(), 0);
+    EXPECT_EQ(left->GetModifyItem(), nullptr);
+    EXPECT_EQ(left->GetSelectColumn(), 0);
+}
+
+TEST_F(TreeClick, APressRightOfAllColumnsClearsTheSelectionToo)
+{
+    ReadOnly();
+    Click(Text(0));
+    ASSERT_EQ(left->GetSelectedCount(), 1);
+    Click({350, 10});
+    EXPECT_EQ(left->GetSelectedCount(), 0);
+}
+
+TEST_F(TreeClick, TheButtonExpandsAndCollapsesByTheStateAndSelectsNothing)
+{
+    Press(Button(0));
+    EXPECT_THAT(Told(), ElementsAre("left Expanding(Main, 0)", "left Expanded(Main, 0)"));
+    EXPECT_TRUE(Item(L"Main")->Has(kItemExpanded));
+    EXPECT_EQ(left->GetCursorNumber(), 8005);
+    Release(Button(0));
+    Press(Button(0));
+    EXPECT_THAT(Told(), ElementsAre("left Expanding(Main, 0)", "left Expanded(Main, 0)"));
+    EXPECT_FALSE(Item(L"Main")->Has(kItemExpanded));
+    EXPECT_EQ(left->GetSelectedCount(), 0);
+}
+
+TEST_F(TreeClick, WithoutTheTreeThereIsNoButtonToPress)
+{
+    left->SetStyle(left->GetStyle() & ~(StyleTree | StyleCheck | StyleLock));
+    ReadOnly();
+    Press(Button(0));
+    EXPECT_FALSE(Item(L"Main")->Has(kItemExpanded));
+    EXPECT_EQ(left->GetSelectedItem(), Item(L"Main"));
+}
+
+TEST_F(TreeClick, TheCheckBoxFlipsAndSelectsNothing)
+{
+    Press(Check(2));
+    EXPECT_THAT(Told(), ElementsAre("left Check(Pond, 0)"));
+    EXPECT_EQ(left->GetCheck(Item(L"Pond")), kCheckOn);
+    EXPECT_EQ(left->GetCursorNumber(), 8006);
+    Release(Check(2));
+    Click(Check(2));
+    EXPECT_EQ(left->GetCheck(Item(L"Pond")), kCheckOff);
+    EXPECT_EQ(left->GetSelectedCount(), 0);
+}
+
+TEST_F(TreeClick, ARefusedCheckStays)
+{
+    Refuse(NotifyCheck);
+    Click(Check(2));
+    EXPECT_EQ(left->GetCheck(Item(L"Pond")), kCheckOff);
+}
+
+TEST_F(TreeClick, TheLockFlipsAndSelectsNothing)
+{
+    Press(Lock(2));
+    EXPECT_THAT(Told(), ElementsAre("left Lock(Pond, 0)"));
+    EXPECT_EQ(left->GetLock(Item(L"Pond")), kCheckOn);
+    EXPECT_EQ(left->GetCursorNumber(), 8007);
+    EXPECT_EQ(left->GetSelectedCount(), 0);
+}
+
+TEST_F(TreeClick, AClickOnAPartBeginsNoEdit)
+{
+    EditColumns();
+    Click(Text(2));
+    ASSERT_TRUE(left->FinishModify());
+    for (const QPoint &part : {Button(0), Check(2), Lock(2)}) {
+        Click(part);
+        EXPECT_EQ(left->GetModifyItem(), nullptr);
+    }
+}
+
+TEST_F(TreeClick, ASingleClickSelectsAndEdits)
+{
+    EditColumns();
+    Press(Type(2));
+    EXPECT_THAT(Told(),
+                ElementsAre("left SelChanging(Pond, 1)", "left SelChanged(Pond, 1)", "left BeginControl(Pond, 1)"));
+    EXPECT_EQ(left->GetSelectedItem(), Item(L"Pond"));
+    EXPECT_EQ(left->GetSelectColumn(), 1);
+    EXPECT_EQ(left->GetModifyItem(), Item(L"Pond"));
+    EXPECT_EQ(left->GetModifyColumn(), 1);
+    EXPECT_TRUE(left->GetEdit()->isVisible());
+}
+
+TEST_F(TreeClick, ARefusedSelectionLeavesTheOldOneInEdit)
+{
+    EditColumns();
+    Click(Text(0));
+    Told();
+    Refuse(NotifySelChanging, -2);
+    Click(Image(2));
+    EXPECT_EQ(left->GetSelectedItem(), Item(L"Main"));
+    EXPECT_EQ(left->GetModifyItem(), Item(L"Main"));
+}
+
+TEST_F(TreeClick, AnItemThatIsSelectedBecomesTheNewest)
+{
+    ReadOnly();
+    Click(Text(0));
+    Click(Text(1), Qt::ControlModifier);
+    Click(Text(2), Qt::ControlModifier);
+    ASSERT_EQ(left->GetSelectedCount(), 3);
+    ASSERT_EQ(left->GetSelectedItem(), Item(L"Pond"));
+    Told();
+    Click(Type(0));
+    EXPECT_THAT(Told(), IsEmpty()); // it is made active, not selected anew
+    EXPECT_EQ(left->GetSelectedCount(), 3);
+    EXPECT_EQ(left->GetSelectedItem(), Item(L"Main"));
+    EXPECT_EQ(left->GetSelectColumn(), 1);
+}
+
+TEST_F(TreeClick, WithoutControlTheOthersAreUnselected)
+{
+    ReadOnly();
+    Click(Text(0));
+    Click(Text(1), Qt::ControlModifier);
+    Click(Text(2));
+    EXPECT_EQ(left->GetSelectedCount(), 1);
+    EXPECT_EQ(left->GetSelectedItem(), Item(L"Pond"));
+}
+
+TEST_F(TreeClick, AClickOnAnotherColumnOfTheSelectedRowEditsThatColumn)
+{
+    left->SetStyle(left->GetStyle() & ~StyleMultiSelect);
+    EditColumns();
+    Click(Text(2));
+    ASSERT_EQ(left->GetModifyColumn(), 0);
+    Click(Type(2));
+    EXPECT_EQ(left->GetModifyItem(), Item(L"Pond"));
+    EXPECT_EQ(left->GetModifyColumn(), 1);
+}
+
+TEST_F(TreeClick, TheTextOfAnotherRowFinishesTheEditBeforeTheSelectionMoves)
+{
+    EditColumns();
+    Click(Text(0));
+    left->GetEdit()->setText(QStringLiteral("Trunk"));
+    Told();
+    Press(Text(2));
+    EXPECT_THAT(Told(), ElementsAre("left EndControl(Trunk, 0)", "left ColumnChanging(Trunk, 0)",
+                                    "left RowChanging(Trunk, 0)", "left EndEdit(Trunk, 0)", "left SelChanging(Pond, 0)",
+                                    "left SelChanged(Pond, 0)", "left BeginControl(Pond, 0)"));
+}
+
+TEST_F(TreeClick, ARefusedColumnKeepsTheRowInEditAndTheSelection)
+{
+    EditColumns();
+    Click(Text(0));
+    left->GetEdit()->setText(QStringLiteral("Trunk"));
+    Refuse(NotifyColumnChanging);
+    Told();
+    Press(Text(2));
+    EXPECT_THAT(Told(), testing::Not(testing::Contains("left SelChanging(Pond, 0)")));
+    EXPECT_FALSE(Dragging());
+    EXPECT_EQ(left->GetSelectedItem(), left->GetModifyItem());
+    EXPECT_NE(left->GetModifyItem(), Item(L"Pond"));
+    EXPECT_TRUE(left->GetEdit()->isVisible());
+    EXPECT_EQ(left->GetEdit()->text(), QStringLiteral("Trunk"));
+}
+
+TEST_F(TreeClick, AnItemThatANoticeDeletesIsNotTouchedAgain)
+{
+    answer = [this](const TreeListNotice &notice) {
+        if (notice.code == NotifySelChanging && notice.column >= 0)
+            left->DeleteAllItems();
+        return 0;
+    };
+    Click(Text(1));
+    EXPECT_EQ(left->GetCount(), 0);
+    EXPECT_EQ(left->GetSelectedCount(), 0);
+    EXPECT_EQ(left->GetModifyItem(), nullptr);
+}
+
+TEST_F(TreeClick, TheListMayBeFilledAnewWhileThePressEndsAnEdit)
+{
+    EditColumns();
+    Click(Text(0));
+    answer = [this](const TreeListNotice &notice) {
+        if (notice.code == NotifyEndEdit) {
+            answer = nullptr;
+            left->DeleteAllItems();
+            left->InsertItem(L"New");
+        }
+        return 0;
+    };
+    Press(Text(2));
+    EXPECT_EQ(left->GetSelectedCount(), 0);
+    EXPECT_EQ(left->GetCount(), 1);
+}
+
+// --- Double click ----------------------------------------------------------------------------------------------------
+
+TEST_F(TreeClick, ADoubleClickOnTheTextTogglesInTheTree)
+{
+    ReadOnly();
+    DoubleClick(Text(0));
+    EXPECT_THAT(Told(), ElementsAre("left Expanding(Main, 0)", "left Expanded(Main, 0)"));
+    EXPECT_TRUE(Item(L"Main")->Has(kItemExpanded));
+    DoubleClick(Text(0));
+    EXPECT_FALSE(Item(L"Main")->Has(kItemExpanded));
+}
+
+TEST_F(TreeClick, ADoubleClickOnTheImageTogglesInTheTree)
+{
+    left->SetItemState(Item(L"Main"), kItemShowsImage, 0);
+    DoubleClick(Image(0));
+    EXPECT_TRUE(Item(L"Main")->Has(kItemExpanded));
+}
+
+TEST_F(TreeClick, ADoubleClickOnAnotherColumnsTextTogglesToo)
+{
+    DoubleClick(Type(0));
+    EXPECT_TRUE(Item(L"Main")->Has(kItemExpanded));
+}
+
+TEST_F(TreeClick, ADoubleClickOutsideTheTreeStyleTogglesNothing)
+{
+    left->SetStyle(left->GetStyle() & ~StyleTree);
+    DoubleClick(Text(0));
+    EXPECT_FALSE(Item(L"Main")->Has(kItemExpanded));
+}
+
+TEST_F(TreeClick, TwoQuickClicksOnACheckBoxAreTwoClicks)
+{
+    Click(Check(2));
+    DoubleClick(Check(2));
+    EXPECT_EQ(left->GetCheck(Item(L"Pond")), kCheckOff);
+    EXPECT_THAT(Told(), ElementsAre("left Check(Pond, 0)", "left Check(Pond, 0)"));
+}
+
+TEST_F(TreeClick, ADoubleClickBelowTheLastRowDoesNothing)
+{
+    DoubleClick(Text(6));
+    EXPECT_THAT(Told(), IsEmpty());
+}
+
+// --- Right button ----------------------------------------------------------------------------------------------------
+
+TEST_F(TreeClick, TheRightButtonSelectsTheRowForItsMenuAndEditsNothing)
+{
+    EditColumns();
+    RightPress(Type(2));
+    EXPECT_THAT(Told(), ElementsAre("left SelChanging(Pond, 1)", "left SelChanged(Pond, 1)"));
+    EXPECT_EQ(left->GetSelectedItem(), Item(L"Pond"));
+    EXPECT_EQ(left->GetModifyItem(), nullptr);
+}
+
+TEST_F(TreeClick, TheRightButtonLeavesASelectionThatItIsPressedIn)
+{
+    ReadOnly();
+    Click(Text(0));
+    Click(Text(1), Qt::ControlModifier);
+    Told();
+    RightPress(Text(0));
+    EXPECT_THAT(Told(), IsEmpty());
+    EXPECT_EQ(left->GetSelectedCount(), 2);
+}
+
+TEST_F(TreeClick, TheRightButtonChangesNoCheckBoxAndExpandsNothing)
+{
+    RightPress(Check(0));
+    RightPress(Button(0));
+    EXPECT_EQ(left->GetCheck(Item(L"Main")), kCheckOff);
+    EXPECT_FALSE(Item(L"Main")->Has(kItemExpanded));
+}
+
+TEST_F(TreeClick, TheRightButtonOnAnotherRowFinishesTheEditFirst)
+{
+    EditColumns();
+    Click(Text(0));
+    Told();
+    RightPress(Text(2));
+    EXPECT_THAT(Told(), ElementsAre("left EndControl(Main, 0)", "left EndEdit(Main, 1)", "left SelChanging(Pond, 0)",
+                                    "left SelChanged(Pond, 0)"));
+}
+
+// --- Moving and the cursors ------------------------------------------------------------------------------------------
+
+TEST_F(TreeClick, TheCursorFollowsThePartThatItPasses)
+{
+    const std::vector<std::pair<QPoint, int>> parts = {
+        {Button(1), 8005}, {Check(1), 8006}, {Lock(1), 8007}, {Text(1), 0},      {Check(2), 8006},
+        {Type(1), 0},      {Lock(2), 8007},  {Text(6), 0},    {Button(0), 8005}, {{350, 10}, 0}};
+    for (const auto &[point, number] : parts) {
+        Hover(point);
+        EXPECT_EQ(left->GetCursorNumber(), number) << point.x() << ' ' << point.y();
+        EXPECT_EQ(left->viewport()->cursor().shape(), number != 0 ? Qt::BitmapCursor : Qt::ArrowCursor);
+    }
+}
+
+TEST_F(TreeClick, TheButtonUpSetsTheCursorOfThePartBelow)
+{
+    Press(Button(0));
+    Release(Check(0));
+    EXPECT_EQ(left->GetCursorNumber(), 8006);
+}
+
+TEST_F(TreeClick, OtherButtonsDoNothing)
+{
+    Send(*left, QEvent::MouseButtonPress, Text(0), Qt::MiddleButton, Qt::MiddleButton);
+    Send(*left, QEvent::MouseButtonRelease, Text(0), Qt::MiddleButton, Qt::NoButton);
+    EXPECT_THAT(Told(), IsEmpty());
+}
