@@ -525,7 +525,7 @@ QPixmap CTreeListCtrl::GetDragImage(const QSize &size) const
     painter.drawImage(centre - m_dragStart, selected);
     // Half transparent around the pointer, and nothing at the edges.
     QRadialGradient fading(centre, std::min(centre.x(), centre.y()));
-    fading.setColorAt(0.0, QColor(0, 0, 0, 160));
+    fading.setColorAt(0.0, QColor(0, 0, 0, 128));
     fading.setColorAt(0.5, QColor(0, 0, 0, 128));
     fading.setColorAt(1.0, QColor(0, 0, 0, 0));
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);

@@ -150,12 +150,15 @@ TEST_F(TreeDragEnd, EscapeFromAnyWidgetThatHasTheFocus)
     ExpectEndedWithoutADrop();
 }
 
-TEST_F(TreeDragEnd, EscapeBeforeAWindowOpenedIsTheEditorsKey)
+TEST_F(TreeDragEnd, EscapeWithinTheThresholdEndsTheDragAndTheNextOneTheEdit)
 {
     left->SetStyle(left->GetStyle() & ~StyleReadOnly);
     left->SetColumnModify(0, kEditorEdit);
     Press(Text(4));
     Told();
+    Escape();
+    EXPECT_THAT(Told(), IsEmpty());
+    ExpectNothingLeft();
     Escape();
     EXPECT_THAT(Told(), Contains("left EndEdit(Pond, -1)"));
     EXPECT_EQ(left->GetModifyItem(), nullptr);

@@ -181,8 +181,7 @@ TEST_F(TreeTarget, BelowTheLastFullRowItScrollsDownToo)
 {
     right->resize(380, 310); // half a row more
     QApplication::processEvents();
-    for (int row = 0; row < 60; ++row)
-        right->InsertItem(L"Row " + std::to_wstring(row));
+    FillRight();
     right->verticalScrollBar()->setValue(10);
     DragRow(4);
     Move(OnRight({120, 305}));
