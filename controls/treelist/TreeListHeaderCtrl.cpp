@@ -293,10 +293,7 @@ void CTreeListHeaderCtrl::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (!Sorts(m_nCurrent))
-            QWidget::keyPressEvent(event);
-        else
-            ClickColumn(m_nCurrent);
+        ClickColumn(m_nCurrent);
         break;
     default:
         QWidget::keyPressEvent(event);
@@ -318,6 +315,8 @@ std::unique_ptr<QMenu> CTreeListHeaderCtrl::MakeMenu(int column)
         connect(action, &QAction::triggered, this, [this, each](bool show) {
             const std::uint32_t bit = kColumnHidden;
             m_list.SetColumnFormat(each, show ? 0 : bit, show ? bit : 0);
+            if (show && m_list.GetColumnWidth(each) == 0)
+                FitColumn(each); // shown means seen
         });
     }
     menu->addSeparator();

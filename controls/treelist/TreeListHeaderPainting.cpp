@@ -127,9 +127,12 @@ void CTreeListHeaderCtrl::PaintSection(QPainter &painter, int column, const QRec
         m_list.m_glyphs->DrawHeaderImage(painter, parts.image.topLeft(), info.image, !isEnabled());
     }
     if (!parts.text.isEmpty()) {
+        // Widths are whole pixels and glyphs need not be: what counts as fitting is not cut at its last fraction.
+        const QString whole = ToQString(info.text);
+        const bool fits = fontMetrics().horizontalAdvance(whole) <= parts.text.width();
         painter.setPen(text);
-        painter.drawText(parts.text, parts.alignment | Qt::AlignVCenter | Qt::TextSingleLine,
-                         fontMetrics().elidedText(ToQString(info.text), Qt::ElideRight, parts.text.width()));
+        painter.drawText(parts.text, parts.alignment | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip,
+                         fits ? whole : fontMetrics().elidedText(whole, Qt::ElideRight, parts.text.width()));
     }
     for (int row = 0; row < parts.arrow.height(); ++row) {
         const int inset = m_bDescending ? row : kArrowHeight - 1 - row;
@@ -139,7 +142,9 @@ void CTreeListHeaderCtrl::PaintSection(QPainter &painter, int column, const QRec
 
     painter.fillRect(QRect(rect.right(), rect.top(), kDivider, rect.height()), line);
     if (hasFocus() && column == m_nCurrent && !lifted) {
-        painter.setPen(ReadableText(colors.color(QPalette::Highlight), face));
+        constexpr double kFrameContrast = 3; // enough for what is no text
+        const QColor frame = colors.color(QPalette::Highlight);
+        painter.setPen(ContrastOf(frame, face) >= kFrameContrast ? frame : text);
         painter.drawRect(rect.adjusted(1, 1, -2 - kDivider, -2 - kDivider));
     }
 }

@@ -114,6 +114,27 @@ TEST_F(HeaderKeys, PlusFitsAndSpaceAndEnterClick)
     EXPECT_TRUE(list->IsSortDescending());
 }
 
+TEST_F(HeaderKeys, SpaceAndEnterOnAColumnThatIsNotSortableDoNothingToTheRows)
+{
+    CTreeListItem *top = list->InsertItem(L"top");
+    list->InsertItem(L"below", top);
+    list->SelectItem(top, 0);
+    Focus();
+    PressKey(Qt::Key_Space);
+    PressKey(Qt::Key_Return);
+    EXPECT_EQ(list->GetVisibleCount(), 1);
+    EXPECT_EQ(list->GetState(kControlEditing), 0u);
+}
+
+TEST_F(HeaderKeys, OtherKeysReachTheRows)
+{
+    list->SelectItem(list->InsertItem(L"one"), 0);
+    CTreeListItem *two = list->InsertItem(L"two");
+    Focus();
+    PressKey(Qt::Key_Down);
+    EXPECT_EQ(list->GetSelectedItem(), two);
+}
+
 TEST_F(HeaderKeys, TheColumnThatKeysGoToIsScrolledIntoView)
 {
     list->SetColumnWidth(0, 300);
@@ -150,6 +171,15 @@ TEST_F(HeaderMenu, ItShowsAndHidesEachColumn)
     EXPECT_FALSE(again->actions()[1]->isChecked());
     again->actions()[1]->trigger();
     EXPECT_THAT(Order(), testing::UnorderedElementsAre(0, 1, 2));
+}
+
+TEST_F(HeaderMenu, AColumnThatIsShownAgainIsSeenThoughItWasClosed)
+{
+    list->SetColumnWidth(1, 0);
+    list->SetColumnFormat(1, kColumnHidden, 0);
+    header->MakeMenu(0)->actions()[1]->trigger();
+    EXPECT_EQ(Width(1), header->GetWholeWidth(1));
+    EXPECT_GT(Width(1), 0);
 }
 
 TEST_F(HeaderMenu, TheLastShownColumnCannotBeHidden)

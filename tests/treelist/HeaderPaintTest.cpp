@@ -236,6 +236,22 @@ TEST_F(HeaderPaint, AnAutomaticWidthShowsTheWholeTextOfTheHeader)
     EXPECT_EQ(fitted.width(), whole.width());
 }
 
+TEST_F(HeaderPaint, AFittedColumnShowsItsWholeHeaderWithImageAndArrow)
+{
+    list->SetColumnText(0, L"A header of some width");
+    list->SetColumnImage(0, 1);
+    SetFormat(0, kColumnLeft | kColumnImageLeft | kColumnShowsImage | kColumnSorts | kColumnSortBits);
+    list->SetSortColumn(0);
+    list->SetColumnWidth(0, 330);
+    header->FitColumn(0);
+    const QImage fitted = Section(0);
+    const QRect text = Ink(fitted.copy(0, 0, fitted.width() - 20, fitted.height()));
+    EXPECT_LT(Width(0), 300);
+    list->SetColumnWidth(0, 330);
+    const QImage wide = Section(0);
+    EXPECT_EQ(text, Ink(wide.copy(0, 0, wide.width() - 20, wide.height())));
+}
+
 TEST_F(HeaderPaint, TheSectionsScrollWithTheRows)
 {
     list->SetColumnWidth(2, 700);
