@@ -134,9 +134,14 @@ void CTreeListHeaderCtrl::PaintSection(QPainter &painter, int column, const QRec
         painter.drawText(parts.text, parts.alignment | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip,
                          fits ? whole : fontMetrics().elidedText(whole, Qt::ElideRight, parts.text.width()));
     }
-    for (int row = 0; row < parts.arrow.height(); ++row) {
-        const int inset = m_bDescending ? row : kArrowHeight - 1 - row;
-        painter.fillRect(parts.arrow.left() + inset, parts.arrow.top() + row, kArrowWidth - 2 * inset, 1, text);
+    if (!parts.arrow.isEmpty()) {
+        // Row by row of the device, so that its edges are sharp at any scale.
+        const double step = 1 / painter.device()->devicePixelRatioF();
+        for (double row = 0; row < kArrowHeight; row += step) {
+            const double inset = m_bDescending ? row : kArrowHeight - step - row;
+            painter.fillRect(QRectF(parts.arrow.left() + inset, parts.arrow.top() + row, kArrowWidth - 2 * inset, step),
+                             text);
+        }
     }
     painter.restore();
 
