@@ -10,7 +10,6 @@
 
 #include <QEvent>
 #include <QFontInfo>
-#include <QPainter>
 #include <QScrollBar>
 
 #include <memory>
@@ -113,7 +112,8 @@ std::int64_t CTreeListCtrl::Notify(int code, CTreeListItem *item, int column)
     CTreeListOwner *owner = m_pOwner;
     if (!owner)
         return 0;
-    const TreeListNotice notice{this, code, item, column, m_pNoticeSource};
+    const bool drags = code == NotifyBeginDrag || (code <= NotifyDragEnter && code >= NotifyDrop);
+    const TreeListNotice notice{this, code, item, column, drags ? m_pNoticeSource : nullptr};
     CAdUiBaseDialog *dialog = DialogOf(*this);
     if (!dialog)
         return owner->OnTreeListNotify(notice);
@@ -204,16 +204,8 @@ void CTreeListCtrl::OnColumnsChanged()
 bool CTreeListCtrl::event(QEvent *event)
 {
     const bool done = QAbstractScrollArea::event(event);
-    if (event->type() == QEvent::Paint && frameShape() == QFrame::Box) {
-        QPainter painter(this);
-        const QRect frame = rect().adjusted(0, 0, -1, -1);
-        painter.setPen(palette().color(QPalette::Mid));
-        painter.drawLine(frame.topRight(), frame.bottomRight());
-        painter.drawLine(frame.bottomLeft(), frame.bottomRight());
-        painter.setPen(palette().color(QPalette::Dark));
-        painter.drawLine(frame.topLeft(), frame.topRight());
-        painter.drawLine(frame.topLeft(), frame.bottomLeft());
-    }
+    if (event->type() == QEvent::Paint)
+        DrawNcFrame();
     return done;
 }
 

@@ -1,5 +1,6 @@
 #include "controls/treelist/TreeListAccessible.h"
 #include "controls/treelist/TreeListCtrl.h"
+#include "controls/treelist/TreeListGlyphs.h"
 #include "controls/treelist/TreeListHeaderCtrl.h"
 #include "controls/treelist/TreeListTipCtrl.h"
 
@@ -62,6 +63,7 @@ void CTreeListCtrl::LayoutNow()
     if (std::exchange(m_bLayingOut, true))
         return;
     m_bLayoutDue = false;
+    HideTip(); // its cell may have moved
     const int headerHeight = m_pHeader && (m_pHeader->GetStyle() & 1) ? m_pHeader->GetHeight() : 0;
     if (std::exchange(m_nHeaderHeight, headerHeight) != headerHeight)
         setViewportMargins(0, headerHeight, 0, 0);
@@ -231,13 +233,13 @@ void CTreeListCtrl::ShowTip(const QPoint &point)
     }
     if (m_pTip->IsOf(item, column))
         return;
-    const QString words = QString::fromStdWString(GetItemText(item, column));
-    const int width = fontMetrics().horizontalAdvance(words);
-    if (words.isEmpty() || width <= cell.right() + 1 - text.left()) {
+    const TreeListText words = item->TextView(column);
+    m_glyphs->texts.SetFont(font());
+    if (m_glyphs->texts.WidthOf(words) <= std::max(0, cell.left() + cell.width() - text.left())) { // as TextFits has it
         HideTip();
         return;
     }
-    m_pTip->Show(item, column, words, QRect(viewport()->mapToGlobal(text.topLeft()), text.size()),
+    m_pTip->Show(item, column, OneLine(words), QRect(viewport()->mapToGlobal(text.topLeft()), text.size()),
                  TreeListAlignment(GetColumnFormat(column)));
 }
 
