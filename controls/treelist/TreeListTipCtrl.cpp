@@ -62,7 +62,6 @@ void CTreeListTipCtrl::Show(const CTreeListItem *item, int column, const QString
     place.moveTop(std::clamp(place.top(), screen.top(), std::max(screen.top(), screen.bottom() + 1 - size.height())));
     setGeometry(place);
     show();
-    raise();
     update();
 }
 

@@ -6,7 +6,7 @@
 
 class TreeListPicture : public TreeListTest {
 protected:
-    static constexpr char16_t kFirstLabel = u'\u0391'; // one character a cell, each another one
+    static constexpr char16_t kFirstLabel = u'!'; // one character a cell, each another one
 
     /// Levels 1 to 4, each row with a child more so that it has a button; every kind of missing glyph.
     void CreateLabelled(std::uint32_t style)
@@ -47,7 +47,7 @@ protected:
             missing |= kItemShowsCheck;
         if (row % 5 == 3)
             missing |= kItemShowsLock;
-        list->SetItemState(item, row % 5 == 4 ? 0 : kItemShowsImage, missing);
+        list->SetItemState(item, row % 5 == 4 ? 0U : std::uint32_t{kItemShowsImage}, missing);
         return item;
     }
     static wchar_t LabelOf(int row, int column) { return static_cast<wchar_t>(kFirstLabel + row * 4 + column); }

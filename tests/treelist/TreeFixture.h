@@ -1,6 +1,8 @@
 // A tree list on the screen with pipes and areas, and an owner that remembers what it is told.
 #pragma once
 
+#include "tests/treelist/PinnedFont.h"
+
 #include "controls/treelist/TreeListCtrl.h"
 
 #include <gmock/gmock.h>
@@ -96,9 +98,7 @@ protected:
     {
         window.resize(520, 300);
         list = new CTreeListCtrl(&window);
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPixelSize(11);
-        list->setFont(font);
+        list->setFont(PinnedFont());
         other = new QPushButton(QStringLiteral("Other"), &window);
         other->setGeometry(410, 10, 100, 30);
     }
