@@ -17,10 +17,10 @@ Qt::Alignment alignmentOf(std::uint32_t format)
     return format & kColumnCentred ? Qt::AlignHCenter : Qt::AlignLeft;
 }
 
-/// Holds a painter within a cell that is too narrow for its parts.
+/// Holds a painter within a cell that is too small for its parts.
 class WithinCell {
 public:
-    WithinCell(QPainter &painter, const QRect &cell, bool narrow) : m_painter(narrow ? &painter : nullptr)
+    WithinCell(QPainter &painter, const QRect &cell, bool small) : m_painter(small ? &painter : nullptr)
     {
         if (m_painter) {
             m_painter->save();
@@ -80,7 +80,7 @@ void CTreeListCtrl::DrawItemTree(QPainter &painter, const RowLook &row, const QR
 {
     const TreeListParts parts = PartsOf(GetCell(row.item, 0), PlaceOf(cell));
     {
-        const WithinCell within(painter, cell, parts.text.left > cell.right() + 1);
+        const WithinCell within(painter, cell, parts.text.left > cell.right() + 1 || cell.height() < kTreeListGlyph);
         if (HasStyle(StyleTreeLines))
             DrawItemTreeLine(painter, row, RectOf(parts.button));
         if (HasStyle(StyleTreeButtons) && ItemHasChildren(row.item))
@@ -95,7 +95,7 @@ void CTreeListCtrl::DrawItemMain(QPainter &painter, const RowLook &row, const QR
 {
     const TreeListParts parts = PartsOf(GetCell(row.item, 0), PlaceOf(cell));
     {
-        const WithinCell within(painter, cell, parts.text.left > cell.right() + 1);
+        const WithinCell within(painter, cell, parts.text.left > cell.right() + 1 || cell.height() < kTreeListGlyph);
         DrawItemGlyphs(painter, row, parts);
     }
     DrawItemListText(painter, row, cell, RectOf(parts.text), 0);
