@@ -200,8 +200,11 @@ void CTreeListCtrl::resizeEvent(QResizeEvent *event)
 void CTreeListCtrl::wheelEvent(QWheelEvent *event)
 {
     event->accept();
+    const QPointer<CTreeListCtrl> alive(this);
     if (GetState(kControlEditing))
         FinishModify();
+    if (!alive)
+        return;
     HideTip();
     m_nWheel += event->angleDelta().y();
     if (std::abs(m_nWheel) < kWheelNotch)
