@@ -53,8 +53,12 @@ QColor selectionOf(TreeListColor which, const QPalette &palette)
     switch (which) {
     case colorSelectedOther:
         return mix(highlight, base, 0.4);
-    case colorSelectedActive:
-        return mix(highlight, palette.color(QPalette::Active, QPalette::HighlightedText), 0.18);
+    case colorSelectedActive: {
+        // Away from its text, which stays as it is.
+        const QColor text = palette.color(QPalette::Active, QPalette::HighlightedText);
+        const bool light = ContrastOf(Qt::black, text) > ContrastOf(Qt::white, text);
+        return mix(highlight, light ? Qt::black : Qt::white, 0.25);
+    }
     case colorSelectedNoFocus:
         return mix(base, highlight, 0.35);
     default:

@@ -82,10 +82,11 @@ void CTreeListCtrl::DrawBkgndBmp(QPainter &painter, const QRect &clip) const
     painter.drawTiledPixmap(clip, tile, clip.topLeft() - origin);
 }
 
-/// By the parity of the row's index: the first row has the index 0 and the "odd" colour.
+/// By the parity of the row's index: the first row has the index 0 and the "odd" colour. Over a picture, which stays
+/// seen, the plain one is what texts and buttons go by.
 TreeListColor CTreeListCtrl::RowColor(int index) const
 {
-    if (!HasStyle(StyleAlternate))
+    if (!HasStyle(StyleAlternate) || HasStyle(StyleBkBitmap))
         return isEnabled() ? colorBk : colorDisabledBk;
     if (index % 2 != 0)
         return isEnabled() ? colorAltEven : colorDisabledAltEven;
