@@ -211,6 +211,7 @@ void GalleryWindow::Rebuild()
     AddGroup(*grid, DateRows(setting));
     AddGroup(*grid, SmallRows());
     AddGroup(*grid, ListRows(setting));
+    AddGroup(*grid, TreeRows(setting));
     grid->setColumnStretch(5, 1);
     column->addLayout(grid);
     column->addStretch(1);

@@ -40,5 +40,6 @@ Group TextRows(const Setting &setting);
 Group DateRows(const Setting &setting);
 Group SmallRows();
 Group ListRows(const Setting &setting);
+Group TreeRows(const Setting &setting);
 
 } // namespace gallery
