@@ -95,24 +95,35 @@ QAccessibleInterface *CTreeListAccessible::FocusCell()
 
 QWidget *CTreeListAccessible::Editor() const
 {
-    QWidget *editor = m_control.GetState(kControlEditing) ? m_control.focusWidget() : nullptr;
-    return editor && editor != &m_control && editor != m_control.viewport() && editor->isVisible() ? editor : nullptr;
+    if (!m_control.GetState(kControlEditing))
+        return nullptr;
+    if (CTreeListEditCtrl *edit = m_control.GetEdit(); edit && edit->isVisible())
+        return edit;
+    CTreeListComboCtrl *combo = m_control.GetCombo();
+    return combo && combo->isVisible() ? combo->GetList() : nullptr;
 }
 
 bool CTreeListAccessible::EnterText(CTreeListItem *item, int column, const QString &text)
 {
-    const CTreeListItemGuard guard(m_control, item);
     CTreeListCtrl &control = m_control; // this may go with a notice
+    const CTreeListItemGuard guard(control, item);
     if (control.BeginModify(item, column) == 0 || !guard.Get())
         return false;
-    QAccessibleInterface *editor = QAccessible::queryAccessibleInterface(Editor());
-    if (!editor || editor->object() == &control) {
-        control.CancelModify();
-        return false;
+    const std::wstring wide = ToWide(text);
+    if (control.GetControl(item, column) == kEditorCombo) {
+        const int index = control.GetCombo()->FindStringExact(wide);
+        if (index < 0) {
+            control.CancelModify();
+            return false;
+        }
+        control.GetCombo()->SetCurSel(index);
+    } else {
+        control.GetEdit()->SetWindowText(wide);
     }
-    editor->setText(QAccessible::Value, text);
     control.FinishModify();
-    return guard.Get() && ToQString(control.GetItemText(guard.Get(), column)) == text;
+    if (control.GetState(kControlEditing)) // refused, and open again: nobody sits there to go on
+        control.CancelModify();
+    return guard.Get() && control.GetItemText(guard.Get(), column) == wide;
 }
 
 bool CTreeListAccessible::HasHeader() const
