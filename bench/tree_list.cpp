@@ -388,6 +388,8 @@ double comparePainting(int rows, const std::vector<int> &parents, const Texts &t
         expandList(*each);
         each->SetItemHeight(22);
     }
+    for (CTreeListItem *item = rich->GetFirstVisibleItem(); item; item = rich->GetNextVisibleItem(item))
+        rich->SetItemState(item, kItemShowsImage, 0);
     PlainModel model(parents, texts, list->GetItemHeight());
     const auto view = makeView(model);
     const int theirHeight = view->visualRect(model.index(0, 0, QModelIndex())).height();

@@ -16,6 +16,21 @@ constexpr std::size_t kMostChanges = 256;
 
 int s_nControls = 0;
 
+QAccessible::UpdateHandler s_handler = nullptr;
+
+bool isHeard()
+{
+    return s_handler || QAccessible::isActive();
+}
+
+void send(QAccessibleEvent &event)
+{
+    if (s_handler)
+        s_handler(&event);
+    else
+        QAccessible::updateAccessibility(&event);
+}
+
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
 {
     auto *control = qobject_cast<CTreeListCtrl *>(object);
@@ -25,13 +40,13 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
 void sendState(QAccessibleInterface *cell, const QAccessible::State &changed)
 {
     QAccessibleStateChangeEvent event(cell, changed);
-    QAccessible::updateAccessibility(&event);
+    send(event);
 }
 
 void send(QAccessibleInterface *cell, QAccessible::Event what)
 {
     QAccessibleEvent event(cell, what);
-    QAccessible::updateAccessibility(&event);
+    send(event);
 }
 
 } // namespace
@@ -48,6 +63,11 @@ CTreeListAccessible::~CTreeListAccessible()
     DestroyGone();
     if (--s_nControls == 0)
         QAccessible::removeFactory(makeInterface);
+}
+
+void CTreeListAccessible::SetHandler(QAccessible::UpdateHandler handler)
+{
+    s_handler = handler;
 }
 
 // --- Cells ---
@@ -197,6 +217,7 @@ void CTreeListAccessible::DropAll()
 void CTreeListAccessible::Forget(const CTreeListItem *item)
 {
     m_changes.erase(item);
+    m_telling.erase(item);
     const auto found = m_cells.find(item);
     if (found == m_cells.end())
         return;
@@ -240,7 +261,7 @@ CTreeListAccessible::Change *CTreeListAccessible::Note(const CTreeListItem *item
 
 void CTreeListAccessible::TextChanged(const CTreeListItem *item, int column)
 {
-    if (!QAccessible::isActive())
+    if (!isHeard())
         return;
     Change *change = Note(item);
     if (change && std::find(change->columns.begin(), change->columns.end(), column) == change->columns.end())
@@ -249,7 +270,7 @@ void CTreeListAccessible::TextChanged(const CTreeListItem *item, int column)
 
 void CTreeListAccessible::StateChanged(const CTreeListItem *item, std::uint32_t changed)
 {
-    if (!QAccessible::isActive())
+    if (!isHeard())
         return;
     if (Change *change = Note(item))
         change->state |= changed;
@@ -258,7 +279,8 @@ void CTreeListAccessible::StateChanged(const CTreeListItem *item, std::uint32_t 
 void CTreeListAccessible::ColumnsChanged()
 {
     // Columns beyond a deleted one have other numbers now: what stood for a number stands for it no more.
-    if (!m_cells.empty() || !m_headers.empty()) {
+    const int numbers = m_control.GetColumnCount();
+    if (numbers < std::exchange(m_nNumbers, numbers) && (!m_cells.empty() || !m_headers.empty())) {
         DropAll();
         Later();
     }
@@ -267,13 +289,13 @@ void CTreeListAccessible::ColumnsChanged()
 
 void CTreeListAccessible::RowsChanged()
 {
-    if (QAccessible::isActive())
+    if (isHeard())
         Later();
 }
 
 void CTreeListAccessible::FocusIn()
 {
-    if (!QAccessible::isActive())
+    if (!isHeard())
         return;
     m_bFocusDue = true;
     Later();
@@ -281,22 +303,19 @@ void CTreeListAccessible::FocusIn()
 
 void CTreeListAccessible::Tell()
 {
-    if (!QAccessible::isActive())
+    if (!isHeard())
         return;
-    // A screen reader may answer by acting on the list, which notes anew.
-    const auto changes = std::exchange(m_changes, {});
     TellRows();
     if (std::exchange(m_bMany, false)) {
         QAccessibleTableModelChangeEvent event(&m_control, QAccessibleTableModelChangeEvent::DataChanged);
-        QAccessible::updateAccessibility(&event);
+        send(event);
     }
-    std::vector<const CTreeListItem *> selected;
-    for (const auto &[item, change] : changes) {
-        if ((change.state & kItemSelected) != 0)
-            selected.push_back(item);
-        TellChange(item, change);
+    // Who hears a notice may change the list at once: no place among the changes is kept over one.
+    m_telling = std::exchange(m_changes, {});
+    while (!m_telling.empty()) {
+        const auto next = m_telling.extract(m_telling.begin());
+        TellItem(const_cast<CTreeListItem *>(next.key()), next.mapped());
     }
-    TellSelection(selected);
     TellFocus();
 }
 
@@ -308,39 +327,37 @@ void CTreeListAccessible::TellRows()
     m_nRows = rows;
     m_nColumns = columns;
     QAccessibleTableModelChangeEvent event(&m_control, QAccessibleTableModelChangeEvent::ModelReset);
-    QAccessible::updateAccessibility(&event);
+    send(event);
 }
 
-void CTreeListAccessible::TellChange(const CTreeListItem *item, const Change &change)
+void CTreeListAccessible::TellItem(CTreeListItem *item, const Change &change)
 {
-    if (m_control.GetShowIndex(item) < 0)
-        return;
+    const CTreeListItemGuard guard(m_control, item);
+    const auto shown = [&](int column) {
+        return m_control.GetShowIndex(guard.Get()) >= 0 ? Cell(guard.Get(), column) : nullptr;
+    };
     for (const int column : change.columns) {
-        if (QAccessibleInterface *cell = Cell(item, column))
+        if (QAccessibleInterface *cell = shown(column))
             send(cell, QAccessible::NameChanged);
     }
     QAccessible::State changed;
     changed.expanded = changed.collapsed = (change.state & kItemExpanded) != 0;
     changed.checked = changed.checkStateMixed = (change.state & (kItemChecked | kItemUnchecked)) != 0;
-    QAccessibleInterface *first = Cell(item, 0);
-    if (first && !(changed == QAccessible::State()))
+    if (QAccessibleInterface *first = shown(0); first && !(changed == QAccessible::State()))
         sendState(first, changed);
-    if (first && (change.state & (kItemLocked | kItemUnlocked)) != 0)
+    if (QAccessibleInterface *first = shown(0); first && (change.state & (kItemLocked | kItemUnlocked)) != 0)
         send(first, QAccessible::DescriptionChanged);
-}
-
-void CTreeListAccessible::TellSelection(const std::vector<const CTreeListItem *> &items)
-{
-    const bool isMulti = m_control.HasStyle(StyleMultiSelect);
-    for (const CTreeListItem *item : items) {
-        const int column = PlaceOf(m_control.GetSelectColumn()) >= 0 ? m_control.GetSelectColumn() : ColumnAt(0);
-        QAccessibleInterface *cell = m_control.GetShowIndex(item) >= 0 ? Cell(item, column) : nullptr;
-        if (!cell)
-            continue;
-        QAccessible::State changed;
-        changed.selected = true;
-        sendState(cell, changed);
-        if (item->Has(kItemSelected))
+    if ((change.state & kItemSelected) == 0)
+        return;
+    const int column = PlaceOf(m_control.GetSelectColumn()) >= 0 ? m_control.GetSelectColumn() : ColumnAt(0);
+    if (QAccessibleInterface *cell = shown(column)) {
+        QAccessible::State selected;
+        selected.selected = true;
+        sendState(cell, selected);
+    }
+    if (QAccessibleInterface *cell = shown(column)) {
+        const bool isMulti = m_control.HasStyle(StyleMultiSelect);
+        if (guard.Get()->Has(kItemSelected))
             send(cell, isMulti ? QAccessible::SelectionAdd : QAccessible::Selection);
         else if (isMulti)
             send(cell, QAccessible::SelectionRemove);

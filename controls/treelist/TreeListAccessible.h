@@ -29,11 +29,14 @@ public:
     CTreeListAccessible(const CTreeListAccessible &) = delete;
     CTreeListAccessible &operator=(const CTreeListAccessible &) = delete;
 
+    /// Gets all notices in place of the platform, whether or not that has a screen reader; null: the platform again.
+    static void SetHandler(QAccessible::UpdateHandler handler);
+
     // --- What the control tells ---
 
     void ItemDeleted(const CTreeListItem *item)
     {
-        if (!m_cells.empty() || !m_changes.empty())
+        if (!m_cells.empty() || !m_changes.empty() || !m_telling.empty())
             Forget(item);
     }
     void TextChanged(const CTreeListItem *item, int column);
@@ -86,17 +89,17 @@ private:
     void Later();
     void Tell();
     void TellRows();
-    void TellChange(const CTreeListItem *item, const Change &change);
-    void TellSelection(const std::vector<const CTreeListItem *> &items);
+    void TellItem(CTreeListItem *item, const Change &change);
     void TellFocus();
 
     CTreeListCtrl &m_control;
     std::unordered_map<const CTreeListItem *, Ids> m_cells;
     Ids m_headers;
     std::vector<QAccessible::Id> m_gone;
-    std::unordered_map<const CTreeListItem *, Change> m_changes;
+    std::unordered_map<const CTreeListItem *, Change> m_changes, m_telling;
     bool m_bMany = false; ///< more changes than are told one by one
     bool m_bLater = false, m_bFocusDue = false;
     int m_nRows = 0, m_nColumns = 0; ///< as told last
+    int m_nNumbers = 0;              ///< of columns, shown or not
     QAccessible::Id m_focusCell = 0; ///< as told last
 };

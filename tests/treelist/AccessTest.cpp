@@ -27,11 +27,14 @@ struct Heard {
     bool operator==(const Heard &) const = default;
 };
 std::vector<Heard> heard;
+std::function<void()> onHeard;
 
 void hear(QAccessibleEvent *event)
 {
     QAccessibleInterface *about = event->accessibleInterface();
     heard.push_back({event->type(), about ? about->text(QAccessible::Name).toStdString() : std::string()});
+    if (onHeard)
+        onHeard();
 }
 
 std::string nameOf(QAccessibleInterface *part)
@@ -41,20 +44,15 @@ std::string nameOf(QAccessibleInterface *part)
 
 class TreeListAccess : public TreeListTest {
 protected:
-    ~TreeListAccess() override
-    {
-        QAccessible::installUpdateHandler(nullptr);
-        QAccessible::setActive(false);
-    }
+    ~TreeListAccess() override { CTreeListAccessible::SetHandler(nullptr); }
     QAccessibleInterface *Table() const { return QAccessible::queryAccessibleInterface(list); }
     QAccessibleTableInterface *Rows() const { return Table()->tableInterface(); }
     QAccessibleInterface *Cell(int row, int place) const { return Rows()->cellAt(row, place); }
     /// From now on what a screen reader is told is kept.
     void Listen()
     {
-        QAccessible::setActive(true);
+        CTreeListAccessible::SetHandler(hear);
         Settle();
-        QAccessible::installUpdateHandler(hear);
         heard.clear();
     }
     std::vector<std::string> NamesOfColumn(int place) const
@@ -500,23 +498,17 @@ TEST_F(TreeListAccess, NothingOfADeletedListIsKnown)
     EXPECT_EQ(nameOf(Cell(0, 0)), "Outfall 1") << "the other list goes on";
 }
 
-TEST_F(TreeListAccess, WithTheLastListTheToolkitForgetsTheModule)
+TEST_F(TreeListAccess, AListThatIsMadeAfterTheLastOneWentIsKnownAgain)
 {
     CreateTree();
     ASSERT_THAT(Rows(), NotNull());
-    // A control that is only a scroll area once the factory is taken back.
-    CTreeListAccessible *access = list->GetAccessible();
-    ASSERT_THAT(access, NotNull());
-    list->SetOwner(nullptr);
     delete std::exchange(list, nullptr);
-    auto another = std::make_unique<CTreeListCtrl>();
-    EXPECT_THAT(QAccessible::queryAccessibleInterface(another.get())->tableInterface(), NotNull())
-        << "a new one brings it back";
-    another.reset();
     list = new CTreeListCtrl(&window);
+    ASSERT_THAT(Rows(), NotNull());
+    EXPECT_EQ(Rows()->rowCount(), 0);
 }
 
-TEST_F(TreeListAccess, AMillionRowsCostNothingUntilTheyAreAskedFor)
+TEST_F(TreeListAccess, RowsCostNothingUntilTheyAreAskedFor)
 {
     CreateEmpty();
     AddRows(2000);
@@ -625,4 +617,19 @@ TEST_F(TreeListAccess, WhatHappensToARowThatIsDeletedBeforeItIsToldIsNotTold)
     Settle();
     EXPECT_THAT(heard, Not(Contains(Heard{QAccessible::NameChanged, "0.30"})));
     EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
+}
+
+TEST_F(TreeListAccess, WhoHearsANoticeMayEmptyTheListAtOnce)
+{
+    CreateTree(kTreeStyle | StyleCheck);
+    Listen();
+    onHeard = [this] { list->DeleteAllItems(); };
+    for (CTreeListItem *item : {areaA, areaB, areaC}) {
+        list->SetItemText(item, 1, L"0.30");
+        list->SetItemCheck(item, true);
+    }
+    list->SelectItem(areaB, 1);
+    Settle();
+    EXPECT_EQ(Rows()->rowCount(), 0);
+    EXPECT_FALSE(heard.empty());
 }
