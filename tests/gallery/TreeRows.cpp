@@ -16,6 +16,9 @@
 #include <QVBoxLayout>
 
 #include <array>
+#include <memory>
+#include <set>
+#include <tuple>
 #include <utility>
 
 namespace gallery {

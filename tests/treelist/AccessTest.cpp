@@ -1,15 +1,11 @@
 // The tree list through the toolkit's accessibility interface, as a screen reader walks it.
-#include "tests/treelist/TreeFixture.h"
+#include "tests/treelist/AccessFixture.h"
 
-#include "controls/treelist/TreeListAccessible.h"
 #include "controls/treelist/TreeListAccessibleParts.h"
-#include "controls/treelist/TreeListEditors.h"
 
-#include <QAccessible>
-#include <QLineEdit>
-
-#include <algorithm>
+#include <array>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -17,52 +13,15 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsNull;
-using testing::Not;
 using testing::NotNull;
 
-/// A notice to the screen reader: its kind, and the name of what it is about.
-struct Heard {
-    QAccessible::Event type = QAccessible::InvalidEvent;
-    std::string name;
-    bool operator==(const Heard &) const = default;
-};
-std::vector<Heard> heard;
-std::function<void()> onHeard;
-
-void hear(QAccessibleEvent *event)
+std::vector<std::string> namesOfColumn(QAccessibleTableInterface &rows, int place)
 {
-    QAccessibleInterface *about = event->accessibleInterface();
-    heard.push_back({event->type(), about ? about->text(QAccessible::Name).toStdString() : std::string()});
-    if (onHeard)
-        onHeard();
+    std::vector<std::string> names;
+    for (int row = 0; row < rows.rowCount(); ++row)
+        names.push_back(nameOf(rows.cellAt(row, place)));
+    return names;
 }
-
-std::string nameOf(QAccessibleInterface *part)
-{
-    return part ? part->text(QAccessible::Name).toStdString() : std::string("null");
-}
-
-class TreeListAccess : public TreeListTest {
-protected:
-    ~TreeListAccess() override { CTreeListAccessible::SetHandler(nullptr); }
-    QAccessibleInterface *Table() const { return QAccessible::queryAccessibleInterface(list); }
-    QAccessibleTableInterface *Rows() const { return Table()->tableInterface(); }
-    QAccessibleInterface *Cell(int row, int place) const { return Rows()->cellAt(row, place); }
-    /// From now on what a screen reader is told is kept.
-    void Listen()
-    {
-        CTreeListAccessible::SetHandler(hear);
-        Settle();
-        heard.clear();
-    }
-    std::vector<std::string> NamesOfColumn(int place) const
-    {
-        std::vector<std::string> names;
-        for (int row = 0; row < Rows()->rowCount(); ++row)
-            names.push_back(nameOf(Cell(row, place)));
-        return names;
-    }
-};
 
 } // namespace
 
@@ -76,9 +35,9 @@ TEST_F(TreeListAccess, TheListIsATreeAndATableOfItsShownRowsAndColumns)
     ASSERT_THAT(Rows(), NotNull());
     EXPECT_EQ(Rows()->rowCount(), 7) << "the row of the collapsed branch is none";
     EXPECT_EQ(Rows()->columnCount(), 3);
-    EXPECT_THAT(NamesOfColumn(0),
+    EXPECT_THAT(namesOfColumn(*Rows(), 0),
                 ElementsAre("Outfall 1", "Pipe 1-2", "Area A", "Area B", "Pipe 2-3", "Area C", "Outfall 2"));
-    EXPECT_THAT(NamesOfColumn(1), ElementsAre("", "42.50", "0.25", "1.75", "17.00", "3.10", ""));
+    EXPECT_THAT(namesOfColumn(*Rows(), 1), ElementsAre("", "42.50", "0.25", "1.75", "17.00", "3.10", ""));
     EXPECT_THAT(Cell(7, 0), IsNull());
     EXPECT_THAT(Cell(-1, 0), IsNull());
     EXPECT_THAT(Cell(0, 3), IsNull());
@@ -517,119 +476,4 @@ TEST_F(TreeListAccess, RowsCostNothingUntilTheyAreAskedFor)
     const QAccessible::Id far = QAccessible::uniqueId(Cell(1999, 2));
     EXPECT_EQ(far, first + 1) << "ids are given to what was asked for and to nothing else";
     EXPECT_EQ(QAccessible::uniqueId(Cell(1999, 2)), far);
-}
-
-// --- Notices ---
-
-TEST_F(TreeListAccess, AnotherFocusedCellIsTold)
-{
-    CreateTree();
-    Listen();
-    list->SelectItem(pipe12, 1);
-    Settle();
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::Focus, "42.50"}));
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::Selection, "42.50"}));
-    heard.clear();
-    list->SelectItem(pipe12, 0);
-    Settle();
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::Focus, "Pipe 1-2"}));
-    heard.clear();
-    Settle();
-    EXPECT_THAT(heard, IsEmpty());
-}
-
-TEST_F(TreeListAccess, TheFocusedCellIsToldAgainWhenTheListGetsTheFocus)
-{
-    CreateTree();
-    list->SelectItem(areaA, 0);
-    Listen();
-    other->setFocus();
-    Settle();
-    heard.clear();
-    list->setFocus();
-    Settle();
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::Focus, "Area A"}));
-}
-
-TEST_F(TreeListAccess, SelectingAndUnselectingOfSeveralRowsIsTold)
-{
-    CreateTree(kTreeStyle | StyleMultiSelect);
-    Listen();
-    list->SelectItem(pipe12, 0, false);
-    list->SelectItem(pipe23, 0, false);
-    Settle();
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::SelectionAdd, "Pipe 1-2"}));
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::SelectionAdd, "Pipe 2-3"}));
-    heard.clear();
-    list->SelectItem(pipe12, 0, false);
-    Settle();
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::SelectionRemove, "Pipe 1-2"}));
-}
-
-TEST_F(TreeListAccess, ExpansionIsToldWithTheRowsThatChanged)
-{
-    CreateTree();
-    Listen();
-    list->Expand(outfall2, kExpand);
-    Settle();
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::StateChanged, "Outfall 2"}));
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
-}
-
-TEST_F(TreeListAccess, ChangedTextsChecksAndLocksAreTold)
-{
-    CreateTree(kTreeStyle | StyleCheck | StyleLock);
-    Listen();
-    list->SetItemText(areaA, 1, L"0.30");
-    Settle();
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::NameChanged, "0.30"}));
-    heard.clear();
-    list->SetItemCheck(areaA, true);
-    Settle();
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::StateChanged, "Area A"}));
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::StateChanged, "Pipe 1-2"})) << "mixed now";
-    EXPECT_THAT(heard, Not(Contains(Heard{QAccessible::StateChanged, "Area B"})));
-    heard.clear();
-    list->SetItemLock(areaB, true);
-    Settle();
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::DescriptionChanged, "Area B"}));
-}
-
-TEST_F(TreeListAccess, ManyChangesAreToldAsOne)
-{
-    CreateEmpty();
-    AddRows(1000);
-    Show();
-    Listen();
-    for (CTreeListItem *item = list->GetFirstVisibleItem(); item; item = list->GetNextVisibleItem(item))
-        list->SetItemText(item, 1, L"1.00");
-    Settle();
-    EXPECT_LT(heard.size(), 300u);
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
-}
-
-TEST_F(TreeListAccess, WhatHappensToARowThatIsDeletedBeforeItIsToldIsNotTold)
-{
-    CreateTree();
-    Listen();
-    list->SetItemText(areaA, 1, L"0.30");
-    list->DeleteItem(areaA);
-    Settle();
-    EXPECT_THAT(heard, Not(Contains(Heard{QAccessible::NameChanged, "0.30"})));
-    EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
-}
-
-TEST_F(TreeListAccess, WhoHearsANoticeMayEmptyTheListAtOnce)
-{
-    CreateTree(kTreeStyle | StyleCheck);
-    Listen();
-    onHeard = [this] { list->DeleteAllItems(); };
-    for (CTreeListItem *item : {areaA, areaB, areaC}) {
-        list->SetItemText(item, 1, L"0.30");
-        list->SetItemCheck(item, true);
-    }
-    list->SelectItem(areaB, 1);
-    Settle();
-    EXPECT_EQ(Rows()->rowCount(), 0);
-    EXPECT_FALSE(heard.empty());
 }

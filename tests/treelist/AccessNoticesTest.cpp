@@ -1,0 +1,161 @@
+// What a screen reader is told while the tree list changes.
+#include "tests/treelist/AccessFixture.h"
+
+#include "controls/treelist/TreeListAccessible.h"
+
+#include <functional>
+#include <vector>
+
+namespace {
+
+using testing::Contains;
+using testing::IsEmpty;
+using testing::Not;
+
+/// A notice to the screen reader: its kind, and the name of what it is about.
+struct Heard {
+    QAccessible::Event type = QAccessible::InvalidEvent;
+    std::string name;
+    bool operator==(const Heard &) const = default;
+};
+std::vector<Heard> heard;
+std::function<void()> onHeard;
+
+void hear(QAccessibleEvent *event)
+{
+    QAccessibleInterface *about = event->accessibleInterface();
+    heard.push_back({event->type(), about ? about->text(QAccessible::Name).toStdString() : std::string()});
+    if (onHeard)
+        onHeard();
+}
+
+class TreeListNotices : public TreeListAccess {
+protected:
+    ~TreeListNotices() override
+    {
+        CTreeListAccessible::SetHandler(nullptr);
+        onHeard = nullptr;
+    }
+    /// From now on what a screen reader is told is kept.
+    void Listen()
+    {
+        CTreeListAccessible::SetHandler(hear);
+        Settle();
+        heard.clear();
+    }
+};
+
+} // namespace
+
+TEST_F(TreeListNotices, AnotherFocusedCellIsTold)
+{
+    CreateTree();
+    Listen();
+    list->SelectItem(pipe12, 1);
+    Settle();
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::Focus, "42.50"}));
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::Selection, "42.50"}));
+    heard.clear();
+    list->SelectItem(pipe12, 0);
+    Settle();
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::Focus, "Pipe 1-2"}));
+    heard.clear();
+    Settle();
+    EXPECT_THAT(heard, IsEmpty());
+}
+
+TEST_F(TreeListNotices, TheFocusedCellIsToldAgainWhenTheListGetsTheFocus)
+{
+    CreateTree();
+    list->SelectItem(areaA, 0);
+    Listen();
+    other->setFocus();
+    Settle();
+    heard.clear();
+    list->setFocus();
+    Settle();
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::Focus, "Area A"}));
+}
+
+TEST_F(TreeListNotices, SelectingAndUnselectingOfSeveralRowsIsTold)
+{
+    CreateTree(kTreeStyle | StyleMultiSelect);
+    Listen();
+    list->SelectItem(pipe12, 0, false);
+    list->SelectItem(pipe23, 0, false);
+    Settle();
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::SelectionAdd, "Pipe 1-2"}));
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::SelectionAdd, "Pipe 2-3"}));
+    heard.clear();
+    list->SelectItem(pipe12, 0, false);
+    Settle();
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::SelectionRemove, "Pipe 1-2"}));
+}
+
+TEST_F(TreeListNotices, ExpansionIsToldWithTheRowsThatChanged)
+{
+    CreateTree();
+    Listen();
+    list->Expand(outfall2, kExpand);
+    Settle();
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::StateChanged, "Outfall 2"}));
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
+}
+
+TEST_F(TreeListNotices, ChangedTextsChecksAndLocksAreTold)
+{
+    CreateTree(kTreeStyle | StyleCheck | StyleLock);
+    Listen();
+    list->SetItemText(areaA, 1, L"0.30");
+    Settle();
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::NameChanged, "0.30"}));
+    heard.clear();
+    list->SetItemCheck(areaA, true);
+    Settle();
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::StateChanged, "Area A"}));
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::StateChanged, "Pipe 1-2"})) << "mixed now";
+    EXPECT_THAT(heard, Not(Contains(Heard{QAccessible::StateChanged, "Area B"})));
+    heard.clear();
+    list->SetItemLock(areaB, true);
+    Settle();
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::DescriptionChanged, "Area B"}));
+}
+
+TEST_F(TreeListNotices, ManyChangesAreToldAsOne)
+{
+    CreateEmpty();
+    AddRows(1000);
+    Show();
+    Listen();
+    for (CTreeListItem *item = list->GetFirstVisibleItem(); item; item = list->GetNextVisibleItem(item))
+        list->SetItemText(item, 1, L"1.00");
+    Settle();
+    EXPECT_LT(heard.size(), 300u);
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
+}
+
+TEST_F(TreeListNotices, WhatHappensToARowThatIsDeletedBeforeItIsToldIsNotTold)
+{
+    CreateTree();
+    Listen();
+    list->SetItemText(areaA, 1, L"0.30");
+    list->DeleteItem(areaA);
+    Settle();
+    EXPECT_THAT(heard, Not(Contains(Heard{QAccessible::NameChanged, "0.30"})));
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
+}
+
+TEST_F(TreeListNotices, WhoHearsANoticeMayEmptyTheListAtOnce)
+{
+    CreateTree(kTreeStyle | StyleCheck);
+    Listen();
+    onHeard = [this] { list->DeleteAllItems(); };
+    for (CTreeListItem *item : {areaA, areaB, areaC}) {
+        list->SetItemText(item, 1, L"0.30");
+        list->SetItemCheck(item, true);
+    }
+    list->SelectItem(areaB, 1);
+    Settle();
+    EXPECT_EQ(Rows()->rowCount(), 0);
+    EXPECT_FALSE(heard.empty());
+}
