@@ -281,11 +281,23 @@ void GalleryWindow::Refresh()
 void GalleryWindow::ShowOptionsOf(int row)
 {
     m_options->setCurrentIndex(row);
+    for (int page = 0; page < m_options->count(); ++page) // the others don't make the pane taller
+        m_options->widget(page)->setSizePolicy(QSizePolicy::Preferred,
+                                               page == row ? QSizePolicy::Preferred : QSizePolicy::Ignored);
+    if (row >= 0 && m_scroll->widget() == m_page)
+        m_scroll->ensureWidgetVisible(m_shown[static_cast<std::size_t>(row)].row.control);
     for (std::size_t at = 0; at < m_shown.size(); ++at) {
         QFont font = m_shown[at].name->font();
         font.setBold(static_cast<int>(at) == row);
         m_shown[at].name->setFont(font);
     }
+}
+
+bool GalleryWindow::ShowControl(const QString &name)
+{
+    const int row = m_optionsOf->findText(name);
+    m_optionsOf->setCurrentIndex(row);
+    return row >= 0;
 }
 
 void GalleryWindow::OnFocusChanged(QWidget *, QWidget *now)

@@ -22,6 +22,8 @@ public:
 
     /// 0: as the desktop, 1: light, 2: dark.
     void SetTheme(int theme);
+    /// Scrolls to a control and shows its options; false when there is none of that name.
+    bool ShowControl(const QString &name);
 
 private:
     struct Shown {

@@ -124,11 +124,11 @@ CTreeListItem *add(CTreeListCtrl &list, CTreeListItem *parent, int image, const 
     return item;
 }
 
-void addBranch(CTreeListCtrl &list, CTreeListItem *parent, const std::wstring &name, int sections)
+void addBranch(CTreeListCtrl &list, CTreeListItem *parent, const std::wstring &name, int first, int sections)
 {
     CTreeListItem *branch = add(list, parent, kImageBranch, {name, L"", L"Branch", L"", L""});
     for (int i = 0; i < sections; ++i) {
-        const std::wstring number = std::to_wstring(101 + i);
+        const std::wstring number = std::to_wstring(first + i);
         CTreeListItem *section = add(list, branch, kImageSection,
                                      {L"Section S-" + number, std::to_wstring(22 + i * 7) + L".50",
                                       i % 2 == 0 ? L"Concrete" : L"Stoneware", L"", L""});
@@ -142,8 +142,8 @@ void fillSmall(CTreeListCtrl &list)
 {
     list.DeleteAllItems();
     CTreeListItem *outfall = add(list, TreeListRoot(), kImageOutfall, {L"Outfall I-1", L"", L"Outfall", L"", L""});
-    addBranch(list, outfall, L"Main sewer", 4);
-    addBranch(list, outfall, L"North branch", 2);
+    addBranch(list, outfall, L"Main sewer", 101, 4);
+    addBranch(list, outfall, L"North branch", 201, 2);
     list.Expand(outfall, kExpand);
     CTreeListItem *first = list.GetFirstShowItem(2);
     list.Expand(first, kExpand);

@@ -18,7 +18,9 @@ int main(int argc, char *argv[])
                                     QStringLiteral("LOCALE"));
     const QCommandLineOption picture(QStringLiteral("picture"),
                                      QStringLiteral("Saves a picture of the window and ends."), QStringLiteral("FILE"));
-    parser.addOptions({dark, light, region, picture});
+    const QCommandLineOption control(QStringLiteral("show"), QStringLiteral("Starts at a control."),
+                                     QStringLiteral("NAME"));
+    parser.addOptions({dark, light, region, picture, control});
     parser.addHelpOption();
     parser.process(application);
 
@@ -28,6 +30,10 @@ int main(int argc, char *argv[])
     if (parser.isSet(dark) || parser.isSet(light))
         window.SetTheme(parser.isSet(dark) ? 2 : 1);
     window.show();
+    if (parser.isSet(control) && !window.ShowControl(parser.value(control))) {
+        std::fprintf(stderr, "%s: there is no such control\n", qPrintable(parser.value(control)));
+        return 1;
+    }
     int result = 0;
     if (parser.isSet(picture)) {
         constexpr int kSettled = 500; // milliseconds until all is laid out and painted
