@@ -29,7 +29,7 @@ private:
 
 int CTreeListModel::BeginModify(CTreeListItem *item, int column)
 {
-    if (HasStyle(StyleReadOnly) || !item || item == m_pRoot || !GetColumns(column))
+    if (HasStyle(StyleReadOnly) || !item || item == m_pRoot || !OwnsItem(item) || !GetColumns(column))
         return 0;
     if (!GetState(kControlEditing))
         return StartModify(item, column);
@@ -277,8 +277,12 @@ void CTreeListModel::ForgetModify(const CTreeListItem *item)
         return;
     const EndingScope ending(*this);
     CancelControl(m_pModifyItem, -1);
-    if (ending.IsSameEdit())
+    if (!ending.IsSameEdit())
+        return;
+    if (m_nEndToldSerial == m_nModifySerial) // deleted from inside the notice of its end
         ClearModify();
+    else
+        CloseModify(-1);
 }
 
 void CTreeListModel::OnModifyColumnInserted(int column)

@@ -422,7 +422,7 @@ private:
     /// Before an item is unlinked with its descendants (null: all): an edit of one of these rows is cancelled. Tells
     /// notices.
     void EndModifyWithin(const CTreeListItem *item);
-    /// An item is about to be destroyed and can't be saved by a notice any more.
+    /// An item is about to be destroyed: an edit that a notice of its deletion left or began ends. Tells notices.
     void ForgetModify(const CTreeListItem *item);
     /// Behind the change of columns, texts and orders. The second tells notices.
     void OnModifyColumnInserted(int column);
