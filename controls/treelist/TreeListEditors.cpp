@@ -3,6 +3,7 @@
 #include "controls/WideText.h"
 #include "controls/treelist/TreeListAccessible.h"
 #include "controls/treelist/TreeListCtrl.h"
+#include "controls/treelist/TreeListHeaderCtrl.h"
 
 #include <QApplication>
 #include <QFocusEvent>
@@ -52,6 +53,24 @@ void CTreeListEditCtrl::SetWindowText(const std::wstring &text)
 void CTreeListEditCtrl::SetFormat(std::uint32_t format)
 {
     setAlignment(AlignmentOf(format));
+}
+
+void CTreeListEditCtrl::RestoreSelection()
+{
+    if (m_nSelectCount == 0)
+        setCursorPosition(m_nSelectFrom);
+    else
+        setSelection(m_nSelectFrom, m_nSelectCount);
+}
+
+void CTreeListEditCtrl::focusOutEvent(QFocusEvent *event)
+{
+    // The base takes the selection away.
+    const int from = selectionStart(), count = static_cast<int>(selectionLength());
+    const bool front = count > 0 && cursorPosition() == from;
+    m_nSelectFrom = count == 0 ? cursorPosition() : front ? from + count : from;
+    m_nSelectCount = front ? -count : count;
+    QLineEdit::focusOutEvent(event);
 }
 
 /// A combo box that draws its text as the column does and leaves the wheel to the rows.
@@ -256,8 +275,7 @@ QRect CTreeListCtrl::EditorRect(int column, const QRect &rect, const QWidget &ed
 
 void CTreeListCtrl::PrepareEditor(QWidget &editor, int column)
 {
-    const std::wstring name = GetColumnText(column);
-    editor.setAccessibleName(name.empty() ? accessibleName() : ToQString(name));
+    editor.setAccessibleName(m_pHeader ? m_pHeader->NameOf(column) : ToQString(GetColumnText(column)));
 }
 
 void CTreeListCtrl::ShowEditor(QWidget &editor, const QRect &rect)
@@ -309,6 +327,7 @@ int CTreeListCtrl::RestoreEdit(CTreeListItem *item, int column, const QRect &rec
     if (!m_pEdit || !item || rect.isEmpty())
         return 0;
     ShowEditor(*m_pEdit, EditorRect(column, rect, *m_pEdit, m_pEdit->text()));
+    m_pEdit->RestoreSelection();
     return 1;
 }
 

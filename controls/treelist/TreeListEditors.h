@@ -32,6 +32,14 @@ public:
     void SetWindowText(const std::wstring &text);
     /// By a column's format: at the left, at the right, else centred, else at the left.
     void SetFormat(std::uint32_t format);
+    /// Selection and caret as they were when the focus left last.
+    void RestoreSelection();
+
+protected:
+    void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    int m_nSelectFrom = 0, m_nSelectCount = 0; ///< count below 0: the caret stands in front
 };
 
 /// Of a cell whose text is chosen from a list. The list is empty when NotifyBeginControl is told; its owner adds the

@@ -96,6 +96,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    friend class CTreeListCtrl;
     /// A column in the order in which they are shown.
     struct Section {
         int column = 0;

@@ -48,8 +48,14 @@ bool CTreeListCtrl::eventFilter(QObject *watched, QEvent *event)
         }
         break;
     case QEvent::FocusOut:
-        if (editor)
-            OnFocusLeft(static_cast<QFocusEvent *>(event)->reason());
+        if (editor) {
+            // The editor loses the focus first: it may get it back at once.
+            const QPointer<CTreeListCtrl> alive(this);
+            watched->event(event);
+            if (alive)
+                OnFocusLeft(static_cast<QFocusEvent *>(event)->reason());
+            return true;
+        }
         break;
     default:
         break;
