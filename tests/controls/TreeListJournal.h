@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Memory in which any allocation can fail; each item and each text block is one.
@@ -73,11 +74,6 @@ public:
     std::vector<std::wstring> deleted; ///< texts of the items that the view was told to forget
     std::vector<std::pair<const CTreeListItem *, std::uint32_t>> changes;
     int fontHeight = 0;
-
-    using CTreeListModel::StatChildAdd;
-    using CTreeListModel::StatChildDel;
-    using CTreeListModel::StatCollapse;
-    using CTreeListModel::StatExpand;
 
 protected:
     void SetRedraw(bool on) override { steps.emplace_back(on ? "redraw on" : "redraw off"); }
