@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QWindow>
 
 CTreeListCtrl::DragWatch::DragWatch(CTreeListCtrl &control) : QObject(&control), m_control(control)
 {
@@ -30,7 +31,7 @@ bool CTreeListCtrl::DragWatch::LosesCapture(const QObject *watched, const QEvent
     case QEvent::Show:
         return watched->isWidgetType() && static_cast<const QWidget *>(watched)->windowType() == Qt::Popup;
     case QEvent::WindowBlocked:
-        return watched == m_control.window();
+        return watched == m_control.window() || watched == m_control.window()->windowHandle();
     case QEvent::WindowDeactivate:
     case QEvent::Hide:
         return watched == &m_control;

@@ -91,13 +91,20 @@ int CTreeListCtrl::BeginDraging(const QPoint &point)
 {
     if (!HasStyle(StyleDrag))
         return 0;
-    if (!m_pDragWatch)
+    const bool pressed = !m_pDragWatch.isNull(); // else another module begins the drag
+    if (!pressed)
         WatchPress();
     const QPointer<CTreeListCtrl> self(this);
-    const std::int64_t answer = NotifyDrag(NotifyBeginDrag, GetSelectedItem(), GetSelectColumn(), this);
-    // The owner may have asked a question meanwhile, over which the button went up.
-    if (!self || answer < 0 || HasLostCapture())
+    // Over a question of the owner's the button goes up where nobody tells, whether he asked it before or asks it now.
+    const bool granted =
+        !HasLostCapture() && NotifyDrag(NotifyBeginDrag, GetSelectedItem(), GetSelectColumn(), this) >= 0;
+    if (!self)
         return 0;
+    if (!granted || HasLostCapture()) {
+        if (!pressed)
+            UnwatchPress();
+        return 0;
+    }
     SetState(kControlDragging, 0);
     m_dragStart = point;
     m_dragOffset = QPoint(CTLCDragWnd::kOffset, CTLCDragWnd::kOffset);

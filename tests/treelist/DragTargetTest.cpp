@@ -129,9 +129,10 @@ TEST_F(TreeTarget, AnExpandedItemStaysExpanded)
 TEST_F(TreeTarget, AnItemThatIsNoLongerUnderThePointerDoesNotExpand)
 {
     DragPondOverSide();
-    right->DeleteItem(Right(L"Main")); // Side moves up, Pond is under the pointer now
+    right->InsertItem(L"Brook", TreeListRoot(), TreeListFirst()); // Side moves down, Main is under the pointer now
     right->OnTimer(kExpandTimer);
     EXPECT_FALSE(Right(L"Side")->Has(kItemExpanded));
+    EXPECT_FALSE(Right(L"Main")->Has(kItemExpanded));
     EXPECT_EQ(right->GetTimerInterval(kExpandTimer), -1);
 }
 
