@@ -56,7 +56,7 @@ bool CTreeListCtrl::DragWatch::TakesKey(QEvent &event)
 {
     if (event.type() != QEvent::KeyPress && event.type() != QEvent::ShortcutOverride)
         return false;
-    if (static_cast<QKeyEvent &>(event).key() != Qt::Key_Escape || m_control.GetDragWnd() == nullptr)
+    if (static_cast<QKeyEvent &>(event).key() != Qt::Key_Escape || !m_control.GetState(kControlDragging))
         return false;
     event.accept();
     if (event.type() == QEvent::KeyPress)

@@ -164,6 +164,14 @@ TEST_F(TreeDragEnd, EscapeWithinTheThresholdEndsTheDragAndTheNextOneTheEdit)
     EXPECT_EQ(left->GetModifyItem(), nullptr);
 }
 
+TEST_F(TreeDragEnd, EscapeWithinTheThresholdFromAnyWidget)
+{
+    Press(Text(4));
+    QKeyEvent event(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(&window, &event);
+    ExpectNothingLeft();
+}
+
 TEST_F(TreeDragEnd, EscapeIsNoShortcutOfTheWindowMeanwhile)
 {
     DragPondOverSide();
@@ -297,6 +305,17 @@ TEST_F(TreeDragEnd, AQuestionAboutTheSelectionBeginsNoDrag)
     Press(Text(4));
     EXPECT_EQ(left->GetSelectedItem(), Left(L"Pond"));
     EXPECT_THAT(Told(), Not(Contains(testing::HasSubstr("BeginDrag")))); // nor is it asked for
+    ExpectNothingLeft();
+}
+
+TEST_F(TreeDragEnd, AControlThatIsHiddenByItsPressBeginsNoDrag)
+{
+    Once(NotifySelChanging, [this] {
+        left->hide();
+        left->show();
+    });
+    Press(Text(4));
+    EXPECT_THAT(Told(), Not(Contains(testing::HasSubstr("BeginDrag"))));
     ExpectNothingLeft();
 }
 
