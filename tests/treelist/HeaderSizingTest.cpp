@@ -1,6 +1,8 @@
 // Sizing the columns of a tree list with the mouse.
 #include "tests/treelist/HeaderFixture.h"
 
+#include "controls/treelist/TreeListEditors.h"
+
 using testing::ElementsAre;
 
 using HeaderSizing = HeaderTest;
@@ -244,16 +246,32 @@ TEST_F(HeaderSizing, AColumnThatIsDeletedWhileItIsSizedEndsTheSizing)
     EXPECT_EQ(Width(1), kKind);
 }
 
-TEST_F(HeaderSizing, APressEndsTheEditOfARowAndDoesNothingWhereTheOwnerRefuses)
+TEST_F(HeaderSizing, APressEndsTheEditOfARow)
 {
     CTreeListItem *item = list->InsertItem(L"P 1");
-    list->SetColumnModify(1, kEditorEdit);
-    list->SelectItem(item, 1);
     ASSERT_EQ(list->BeginModify(item, 1), 1);
-    ASSERT_NE(list->GetState(kControlEditing), 0u);
+    list->GetEdit()->setText(QStringLiteral("12.5"));
     Press(At(kName));
     EXPECT_EQ(list->GetState(kControlEditing), 0u);
-    Release(At(kName));
+    EXPECT_EQ(item->Text(1), L"12.5");
+    MoveTo(At(kName + 10));
+    Release(At(kName + 10));
+    EXPECT_EQ(Width(0), kName + 10);
+}
+
+TEST_F(HeaderSizing, APressDoesNothingWhereTheOwnerKeepsTheRowInEdit)
+{
+    CTreeListItem *item = list->InsertItem(L"P 1");
+    ASSERT_EQ(list->BeginModify(item, 1), 1);
+    list->GetEdit()->setText(QStringLiteral("wrong"));
+    owner.answers[NotifyColumnChanging] = {-1};
+    Press(At(kName));
+    EXPECT_NE(list->GetState(kControlEditing), 0u);
+    MoveTo(At(kName + 10));
+    Release(At(kName + 10));
+    DoubleClick(kName);
+    EXPECT_EQ(Width(0), kName);
+    list->CancelModify();
 }
 
 TEST_F(HeaderSizing, WithoutItsStyleTheHeaderIsGoneAndTheRowsTakeItsPlace)
