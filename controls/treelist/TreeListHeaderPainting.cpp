@@ -128,11 +128,18 @@ void CTreeListHeaderCtrl::PaintSection(QPainter &painter, int column, const QRec
     }
     if (!parts.text.isEmpty()) {
         // Widths are whole pixels and glyphs need not be: what counts as fitting is not cut at its last fraction.
-        const QString whole = ToQString(info.text);
-        const bool fits = fontMetrics().horizontalAdvance(whole) <= parts.text.width();
+        // Placed here, since a text in the middle would stand between two pixels.
+        QString words = ToQString(info.text);
+        if (fontMetrics().horizontalAdvance(words) > parts.text.width())
+            words = fontMetrics().elidedText(words, Qt::ElideRight, parts.text.width());
+        QRect place = parts.text;
+        const int spare = std::max(0, place.width() - fontMetrics().horizontalAdvance(words));
+        if (parts.alignment == Qt::AlignRight)
+            place.adjust(spare, 0, 0, 0);
+        else if (parts.alignment == Qt::AlignHCenter)
+            place.adjust(spare / 2, 0, 0, 0);
         painter.setPen(text);
-        painter.drawText(parts.text, parts.alignment | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip,
-                         fits ? whole : fontMetrics().elidedText(whole, Qt::ElideRight, parts.text.width()));
+        painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip, words);
     }
     if (!parts.arrow.isEmpty()) {
         // Row by row of the device, so that its edges are sharp at any scale.

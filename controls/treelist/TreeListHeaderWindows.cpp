@@ -2,11 +2,12 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 constexpr double kSeenThrough = 0.8;
-constexpr int kMarkWidth = 9; // odd: the line stands in the middle
-constexpr int kPoint = kMarkWidth / 2;
+constexpr int kPoint = 4; // pixels of the points of the mark to each side of its line
 
 void makeMarkOnly(QWidget &window, const char *name)
 {
@@ -39,7 +40,11 @@ CTLHDropWnd::CTLHDropWnd(QWidget *parent) : QWidget(parent)
 
 void CTLHDropWnd::ShowAt(int x, const QRect &header)
 {
-    setGeometry(x - kPoint - 1, header.top(), kMarkWidth, header.height());
+    const int line = std::clamp(x - 1, header.left() + 1, std::max(header.left() + 1, header.right() - 1));
+    const int left = std::max(header.left(), line - kPoint), right = std::min(header.right(), line + kPoint);
+    m_nLine = line - left;
+    setGeometry(left, header.top(), right + 1 - left, header.height());
+    update();
     show();
     raise();
 }
@@ -48,13 +53,13 @@ void CTLHDropWnd::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     const QColor color = palette().color(QPalette::Highlight);
-    const int bottom = height() - 1;
-    painter.fillRect(kPoint - 1, 0, 3, height(), color);
+    const double middle = m_nLine + 0.5, reach = kPoint + 0.5, bottom = height();
+    painter.fillRect(m_nLine - 1, 0, 3, height(), color);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
-    const QPoint above[] = {{0, 0}, {kMarkWidth, 0}, {kPoint, kPoint}};
-    const QPoint below[] = {{0, bottom + 1}, {kMarkWidth, bottom + 1}, {kPoint, bottom - kPoint}};
+    const QPointF above[] = {{middle - reach, 0}, {middle + reach, 0}, {middle, reach}};
+    const QPointF below[] = {{middle - reach, bottom}, {middle + reach, bottom}, {middle, bottom - reach}};
     painter.drawPolygon(above, 3);
     painter.drawPolygon(below, 3);
 }

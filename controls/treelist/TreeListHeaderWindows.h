@@ -29,9 +29,15 @@ public:
     static constexpr char kClassName[] = "Morvane.TLHDropWnd";
 
     explicit CTLHDropWnd(QWidget *parent);
-    /// Marks the edge at x over the height of the given rectangle, both in pixels of the parent.
+    /// Marks the edge at x over the height of the given rectangle, both in pixels of the parent; at the parent's own
+    /// edge the mark stays within it.
     void ShowAt(int x, const QRect &header);
+    /// The middle of the line, in pixels of the parent.
+    int GetLine() const { return x() + m_nLine; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    int m_nLine = 0;
 };

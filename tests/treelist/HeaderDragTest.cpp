@@ -67,9 +67,10 @@ TEST_F(HeaderDrag, ThePictureOfTheColumnFollowsThePointerAndTheMarkStandsAtTheNe
 
     MoveTo(At(10));
     EXPECT_EQ(header->GetDragWnd()->x() - header->x(), 10 - 30);
-    EXPECT_EQ(header->GetDropWnd()->geometry().center().x() - header->x(), -1);
+    EXPECT_EQ(header->GetDropWnd()->GetLine() - header->x(), 1);
+    EXPECT_EQ(header->GetDropWnd()->x(), header->x()) << "all of the mark is seen";
     MoveTo(At(kName + kLength + kKind - 5));
-    EXPECT_EQ(header->GetDropWnd()->geometry().center().x() - header->x(), kName + kLength + kKind - 1);
+    EXPECT_EQ(header->GetDropWnd()->GetLine() - header->x(), kName + kLength + kKind - 1);
     EXPECT_TRUE(header->GetDropWnd()->isVisible());
     EXPECT_EQ(header->GetDropWnd()->height(), header->height());
 

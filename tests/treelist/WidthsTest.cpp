@@ -11,6 +11,14 @@ constexpr int kMinusOne = -1, kMinusTwo = -2, kMinusThree = -3, kMinusFour = -4;
 
 class Widths : public HeaderTest {
 protected:
+    /// A font that has widths of its own for each letter and for pairs of them.
+    Widths()
+    {
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(11);
+        list->setFont(font);
+        Settle();
+    }
     int Advance(const std::wstring &text) const
     {
         return list->fontMetrics().horizontalAdvance(QString::fromStdWString(text));
