@@ -213,6 +213,11 @@ TEST_F(TreeListHits, APointOfTheHeaderIsNoRow)
     EXPECT_EQ(At(20, -1).item, nullptr);
     EXPECT_EQ(At(20, -15).item, nullptr);
     EXPECT_EQ(At(20, 0).item, outfall1);
+    list->resize(400, 100);
+    Settle();
+    list->verticalScrollBar()->setValue(2);
+    for (int y = -1; y >= -40; --y) // rows that are scrolled out lie behind the header
+        EXPECT_EQ(At(20, y).item, nullptr) << y;
 }
 
 TEST_F(TreeListHits, AnItemWithoutChildrenKeepsThePlaceOfItsButton)
