@@ -4,6 +4,8 @@
 
 #include "controls/rules/TreeListModel.h"
 
+#include <gmock/gmock.h>
+
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -131,4 +133,34 @@ private:
             return {};
         }
     }
+};
+
+/// One such tree for each test.
+class TreeListEditing : public testing::Test {
+protected:
+    void Begin(CTreeListItem *item, int column)
+    {
+        ASSERT_EQ(tree.BeginModify(item, column), 1);
+        tree.TakeJournal();
+    }
+    /// The state of a tree in which nothing is in edit.
+    void ExpectNothingInEdit() const
+    {
+        EXPECT_FALSE(tree.InEdit());
+        EXPECT_FALSE(tree.Ending());
+        EXPECT_EQ(tree.GetModifyItem(), nullptr);
+        EXPECT_EQ(tree.GetModifyColumn(), -1);
+        EXPECT_EQ(tree.GetModifyShadow(0), L"");
+        EXPECT_FALSE(tree.shown);
+    }
+    void ExpectInEdit(CTreeListItem *item, int column) const
+    {
+        EXPECT_TRUE(tree.InEdit());
+        EXPECT_FALSE(tree.Ending());
+        EXPECT_EQ(tree.GetModifyItem(), item);
+        EXPECT_EQ(tree.GetModifyColumn(), column);
+        EXPECT_TRUE(tree.shown);
+    }
+
+    EditedTree tree;
 };
