@@ -184,6 +184,8 @@ void CTreeListCtrl::OnStateChanged(const CTreeListItem *item, std::uint32_t chan
 {
     if (m_accessible)
         m_accessible->StateChanged(item, changed);
+    if (item == GetModifyItem() && changed & (kItemShowsCheck | kItemShowsLock | kItemShowsImage))
+        PlaceEditor();
     InvalidateItem(item);
 }
 

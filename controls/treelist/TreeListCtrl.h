@@ -211,8 +211,8 @@ public:
     bool PreTranslateMessage(QKeyEvent *event);
     /// Keys of the rows. The page keys bring a focus item that lies off the page into view and do nothing else.
     bool PreTranslateKeyDownMessage(QKeyEvent *event);
-    /// Keys of a row in edit: Tab, Enter, Escape. In a cell without an editor they count as long as it is the focus
-    /// item's, and Tab goes on to the next widget when there is no editable column.
+    /// Keys of a row in edit: Tab, Enter, Escape. In a cell without an editor Tab and Enter count as long as it is the
+    /// focus item's in the selected column, and Tab goes on to the next widget when there is no editable column.
     bool PreTranslateKeyDownMessage2(QKeyEvent *event);
 
     // --- Dragging: TreeListDragging.cpp ---

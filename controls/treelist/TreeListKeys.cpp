@@ -80,7 +80,9 @@ bool CTreeListCtrl::TakesKey(const QKeyEvent &event) const
     if (event.modifiers() & (Qt::AltModifier | Qt::MetaModifier))
         return false;
     const int key = event.key();
-    if (IsKeyForEditor() && (IsEnter(key) || IsTab(key) || key == Qt::Key_Escape))
+    if (key == Qt::Key_Escape)
+        return GetState(kControlEditing | kControlDragging);
+    if (IsKeyForEditor() && (IsEnter(key) || IsTab(key)))
         return true;
     if (ShownEditor())
         return false;
@@ -100,8 +102,6 @@ bool CTreeListCtrl::TakesKey(const QKeyEvent &event) const
     case Qt::Key_Plus:
     case Qt::Key_Minus:
         return event.modifiers().testFlag(Qt::KeypadModifier);
-    case Qt::Key_Escape:
-        return GetState(kControlDragging);
     default:
         return false;
     }
@@ -115,7 +115,7 @@ bool CTreeListCtrl::PreTranslateMessage(QKeyEvent *event)
         OnCancelMode();
         return true;
     }
-    if (IsKeyForEditor()) {
+    if (IsKeyForEditor() || (GetState(kControlEditing) && event->key() == Qt::Key_Escape)) {
         const bool shown = ShownEditor();
         if (PreTranslateKeyDownMessage2(event))
             return true;

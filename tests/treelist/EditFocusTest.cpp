@@ -113,6 +113,20 @@ TEST_F(EditFocusTest, AHiddenWindowKeepsWhatWasTyped)
     EXPECT_EQ(Text(pipe12, 1), L"50");
 }
 
+TEST_F(EditFocusTest, AControlThatIsDisabledKeepsWhatWasTyped)
+{
+    CreateEdited();
+    Begin(pipe12, 1);
+    TypeOver(QStringLiteral("50"));
+    list->setEnabled(false);
+    EXPECT_FALSE(InEdit());
+    EXPECT_EQ(Text(pipe12, 1), L"50");
+    list->setEnabled(true);
+    Begin(pipe12, 1);
+    EXPECT_TRUE(Edit().isEnabled());
+    EXPECT_TRUE(Edit().hasFocus());
+}
+
 TEST_F(EditFocusTest, ADropDownIsNoOtherPlace)
 {
     CreateEdited();
@@ -219,6 +233,17 @@ TEST_F(EditFocusTest, TheEditorGoesWithItsColumn)
     EXPECT_LT(Edit().x(), 10);
     EXPECT_EQ(Edit().text(), QStringLiteral("50"));
     EXPECT_TRUE(InEdit());
+}
+
+TEST_F(EditFocusTest, TheEditorGoesWithItsTextWhenMarksComeAndGo)
+{
+    CreateEdited(kTreeStyle | StyleCheck);
+    list->SetColumnModify(0, kEditorEdit);
+    Begin(pipe12, 0);
+    const int left = Edit().x();
+    list->SetItemState(pipe12, 0, kItemShowsCheck);
+    EXPECT_EQ(Edit().x(), left - 16);
+    EXPECT_EQ(Edit().geometry(), TextOf(pipe12, 0));
 }
 
 TEST_F(EditFocusTest, TheEditorGoesWithItsRowWhenRowsComeAndGo)

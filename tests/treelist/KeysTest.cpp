@@ -205,6 +205,18 @@ TEST_F(KeysTest, TheKeysOfEditingWorkInACellWithoutAnEditorThatWasClicked)
     EXPECT_FALSE(InEdit());
 }
 
+TEST_F(KeysTest, EscapeCancelsARowInEditThatIsNotTheFocusItem)
+{
+    CreateEdited();
+    Select(pipe23);
+    Begin(pipe12, 0);
+    list->SetItemText(pipe12, 1, L"50");
+    EXPECT_TRUE(Key(Qt::Key_Escape));
+    EXPECT_FALSE(InEdit());
+    EXPECT_EQ(Text(pipe12, 1), L"42.50");
+    ExpectSelected(pipe23);
+}
+
 TEST_F(KeysTest, ARowThatWasClickedIsLeftByTheArrowsAndEnterEditsTheNewOne)
 {
     CreateEdited();
