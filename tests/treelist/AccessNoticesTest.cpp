@@ -9,6 +9,7 @@
 namespace {
 
 using testing::Contains;
+using testing::Field;
 using testing::IsEmpty;
 using testing::Not;
 
@@ -139,9 +140,12 @@ TEST_F(TreeListNotices, WhatHappensToARowThatIsDeletedBeforeItIsToldIsNotTold)
     CreateTree();
     Listen();
     list->SetItemText(areaA, 1, L"0.30");
+    list->SetItemCheck(areaA, true);
     list->DeleteItem(areaA);
+    list->InsertItem(L"In its place", pipe12); // in its memory, too
+    list->InsertItem(L"And one more", pipe12);
     Settle();
-    EXPECT_THAT(heard, Not(Contains(Heard{QAccessible::NameChanged, "0.30"})));
+    EXPECT_THAT(heard, Not(Contains(Field(&Heard::type, QAccessible::NameChanged))));
     EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
 }
 
@@ -149,13 +153,19 @@ TEST_F(TreeListNotices, WhoHearsANoticeMayEmptyTheListAtOnce)
 {
     CreateTree(kTreeStyle | StyleCheck);
     Listen();
-    onHeard = [this] { list->DeleteAllItems(); };
+    onHeard = [this] {
+        onHeard = nullptr;
+        list->DeleteAllItems();
+        for (int row = 0; row < 20; ++row) // in the memory of the others
+            list->InsertItem(L"New");
+    };
     for (CTreeListItem *item : {areaA, areaB, areaC}) {
         list->SetItemText(item, 1, L"0.30");
         list->SetItemCheck(item, true);
     }
     list->SelectItem(areaB, 1);
     Settle();
-    EXPECT_EQ(Rows()->rowCount(), 0);
+    EXPECT_EQ(Rows()->rowCount(), 20);
     EXPECT_FALSE(heard.empty());
+    EXPECT_THAT(heard, Not(Contains(Heard{QAccessible::NameChanged, ""}))) << "of the new rows nothing has changed";
 }
