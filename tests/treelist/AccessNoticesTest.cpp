@@ -41,6 +41,7 @@ protected:
     void Listen()
     {
         CTreeListAccessible::SetHandler(hear);
+        list->GetAccessible()->RowsChanged(); // the rows that are there are told, too
         Settle();
         heard.clear();
     }
@@ -68,8 +69,9 @@ TEST_F(TreeListNotices, AnotherFocusedCellIsTold)
 TEST_F(TreeListNotices, TheFocusedCellIsToldAgainWhenTheListGetsTheFocus)
 {
     CreateTree();
-    list->SelectItem(areaA, 0);
     Listen();
+    list->SelectItem(areaA, 0);
+    Settle();
     other->setFocus();
     Settle();
     heard.clear();
