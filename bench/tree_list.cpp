@@ -7,6 +7,7 @@
 #include "controls/treelist/TreeListCtrl.h"
 
 #include <QAbstractItemModel>
+#include <QAccessible>
 #include <QApplication>
 #include <QHeaderView>
 #include <QScrollBar>
@@ -301,7 +302,7 @@ void fillWidget(QTreeWidget &widget, const std::vector<int> &parents, const Text
 // --- Figures ---
 
 struct Filling {
-    double fill = 1e300, bytes = 0.0, expand = 1e300;
+    double fill = 1e300, bytes = 0.0, expand = 1e300, empty = 1e300;
 };
 
 void compareFilling(int rows, const std::vector<int> &parents, const Texts &texts)
@@ -316,6 +317,10 @@ void compareFilling(int rows, const std::vector<int> &parents, const Texts &text
             ours.expand = std::min(ours.expand, milliseconds([&] { expandList(*list); }));
             if (list->GetVisibleCount() != rows)
                 std::abort();
+            ours.empty = std::min(ours.empty, milliseconds([&] {
+                                      list->DeleteAllItems();
+                                      QCoreApplication::processEvents();
+                                  }));
         }
         const auto widget = makeWidget();
         const double before = heapBytes();
@@ -325,6 +330,10 @@ void compareFilling(int rows, const std::vector<int> &parents, const Texts &text
                                      widget->expandAll();
                                      QCoreApplication::processEvents();
                                  }));
+        theirs.empty = std::min(theirs.empty, milliseconds([&] {
+                                    widget->clear();
+                                    QCoreApplication::processEvents();
+                                }));
     }
     std::printf("  %-34s %10.1f ms %10.1f ms   ratio %.3f\n", "filling (QTreeWidget)", ours.fill, theirs.fill,
                 ours.fill / theirs.fill);
@@ -332,6 +341,8 @@ void compareFilling(int rows, const std::vector<int> &parents, const Texts &text
                 ours.bytes / theirs.bytes);
     std::printf("  %-34s %10.2f ms %10.2f ms   ratio %.3f\n", "expanding all (QTreeWidget)", ours.expand, theirs.expand,
                 ours.expand / theirs.expand);
+    std::printf("  %-34s %10.2f ms %10.2f ms   ratio %.3f\n", "emptying (QTreeWidget)", ours.empty, theirs.empty,
+                ours.empty / theirs.empty);
     bound("filling over a QTreeWidget's", ours.fill / theirs.fill, 0.4);
     bound("memory over a QTreeWidget's", ours.bytes / theirs.bytes, 0.35);
     bound("expanding over a QTreeWidget's", ours.expand / theirs.expand, 0.1);
@@ -451,6 +462,25 @@ std::pair<double, double> findingTime(const CTreeListCtrl &list)
     return best;
 }
 
+/// Cells of random rows, as a screen reader asks for them: each is an object of its own from then on.
+void reportAccess(CTreeListCtrl &list)
+{
+    constexpr int kAsked = 20'000;
+    QAccessibleTableInterface *cells = QAccessible::queryAccessibleInterface(&list)->tableInterface();
+    std::mt19937 random(9);
+    std::uniform_int_distribution<int> row(0, list.GetVisibleCount() - 1), column(0, kColumns - 1);
+    std::size_t letters = 0;
+    const double before = heapBytes();
+    const double time = milliseconds([&] {
+        for (int i = 0; i < kAsked; ++i)
+            letters +=
+                static_cast<std::size_t>(cells->cellAt(row(random), column(random))->text(QAccessible::Name).size());
+    });
+    std::printf("  a cell for a screen reader         %10.3f us, %.0f bytes, of %d rows %zu letters\n",
+                time * 1e3 / kAsked, (heapBytes() - before) / kAsked, cells->rowCount(), letters);
+    bound("a cell for a screen reader, microseconds", time * 1e3 / kAsked, 20.0);
+}
+
 void reportFinding(int rows, const std::vector<int> &parents, const Texts &texts)
 {
     const auto tree = makeList(kPlainStyle), flat = makeList(kPlainStyle);
@@ -466,6 +496,7 @@ void reportFinding(int rows, const std::vector<int> &parents, const Texts &texts
     std::printf("  row to item, %d of one item   %10.3f us, item to row %10.3f us\n", rows - 1, inFlat.first,
                 inFlat.second);
     bound("row to item, microseconds", inTree.first, 2.0);
+    reportAccess(*tree);
 }
 
 } // namespace
