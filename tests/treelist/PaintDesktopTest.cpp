@@ -112,6 +112,8 @@ TEST_F(TreeListPaint, TextsThatWereForgottenAreLaidOutAgain)
     };
     const QImage whole = paint("Outfall 12", 100), cut = paint("Outfall 12", 40);
     EXPECT_NE(whole, cut);
+    EXPECT_NE(paint("Outfall 12", 50), cut);
+    EXPECT_EQ(paint("Outfall 12", 40), cut);
     for (int i = 0; i < 10000; ++i)
         EXPECT_EQ(texts.WidthOf(viewOf(std::to_string(100000 + i))), 6 * 6);
     EXPECT_EQ(paint("Outfall 12", 100), whole);

@@ -104,9 +104,25 @@ TEST_F(TreeListPaint, WithTheBackgroundsPictureRowsAreNotFilled)
     list->SetBkColor(0x0000FF, 2);
     EXPECT_EQ(CountOf(Picture(), QColor(0xFF, 0, 0)), 0);
     EXPECT_GT(Ink(Picture().copy(340, 0, 50, 200), Told(colorBk)).width(), 40); // the ripple
+    EXPECT_GT(Ink(Picture().copy(100, 0, 50, 200), Told(colorBk)).width(), 40); // behind the rows as well
+    EXPECT_GT(Ink(Picture().copy(100, 150, 50, 50), Told(colorBk)).width(), 40);
     const QImage enabled = Picture();
     list->setEnabled(false);
     EXPECT_NE(Picture().pixel(kBeside, 1), enabled.pixel(kBeside, 1));
+}
+
+TEST_F(TreeListPaint, TheBackgroundsPictureMovesWithTheColumns)
+{
+    CreateTree(kTreeStyle | StyleBkBitmap);
+    list->SetColumnWidth(2, 300);
+    Settle();
+    const QRect empty(0, 150, 300, 80);
+    const QImage before = Picture();
+    for (const int scroll : {20, 48, 70}) {
+        list->horizontalScrollBar()->setValue(scroll);
+        ASSERT_EQ(list->GetHorzScroll(), scroll);
+        EXPECT_EQ(Picture().copy(empty), before.copy(empty.translated(scroll, 0))) << scroll;
+    }
 }
 
 TEST_F(TreeListPaint, EveryPixelOfTheClipIsPaintedAndNoRowBesideIt)
@@ -465,6 +481,27 @@ TEST_F(TreeListPaint, DotsOfTheTreeStandWhereBothCoordinatesAreEvenTogether)
     for (int y = 20; y < 90; ++y)
         EXPECT_EQ(picture.pixelColor(x + 16, y) == dot, y % 2 == 0) << y;
     EXPECT_NE(picture.pixelColor(x + 16, 92), dot);
+}
+
+TEST_F(TreeListPaint, NoTwoDotsTouchWhateverTheRowsHeight)
+{
+    CreateTree(StyleTree | StyleTreeLines | StyleTreeRootLines);
+    for (const int height : {16, 18, 20, 22}) {
+        list->SetItemHeight(height);
+        const QImage picture = Picture().copy(0, 0, 60, 7 * height);
+        const QColor dot = Told(colorTreeLine);
+        int dots = 0;
+        for (int y = 1; y < picture.height(); ++y) {
+            for (int x = 1; x < picture.width(); ++x) {
+                if (picture.pixelColor(x, y) != dot)
+                    continue;
+                ++dots;
+                EXPECT_NE(picture.pixelColor(x - 1, y), dot) << height << ": " << x << "," << y;
+                EXPECT_NE(picture.pixelColor(x, y - 1), dot) << height << ": " << x << "," << y;
+            }
+        }
+        EXPECT_GT(dots, 100) << height;
+    }
 }
 
 TEST_F(TreeListPaint, RootLinesAreTheTopLevels)
