@@ -216,6 +216,7 @@ void GalleryWindow::Rebuild()
     column->addLayout(grid);
     column->addStretch(1);
     m_scroll->setWidget(m_page);
+    ShowOptionsOf(m_optionsOf->currentIndex());
     Refresh();
 }
 
