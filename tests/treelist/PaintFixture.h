@@ -14,8 +14,6 @@
 
 class TreeListPaint : public TreeListTest {
 protected:
-    TreeListPaint() { list->setFont(PinnedFont()); }
-
     static void UseDesktop(const QPalette &palette)
     {
         QApplication::setPalette(palette);
