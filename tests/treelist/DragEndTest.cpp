@@ -329,7 +329,8 @@ TEST_F(TreeDragEnd, ADragThatAnotherModuleBeginsIsWatchedToo)
     left->DoDraging(OnRight(Text(1)));
     ASSERT_EQ(left->GetDragTarget(), right);
     Told();
-    Escape();
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(&window, &escape);
     ExpectEndedWithoutADrop();
 }
 
