@@ -232,7 +232,7 @@ public:
     CTreeListItem *GetHoverItem() const { return m_pHoverItem; }
     /// Numbers of the timers: expand the hovered item; scroll at the edges.
     enum Timer : int { kTimerExpand = 1, kTimerScroll = 2 };
-    /// What a timer does when its time has come.
+    /// What a timer does when its time has come; nothing for one that does not run.
     void OnTimer(int timer);
     /// Milliseconds of a timer; -1 when it doesn't run.
     int GetTimerInterval(int timer) const;

@@ -100,7 +100,7 @@ int CTreeListCtrl::BeginDraging(const QPoint &point)
         !HasLostCapture() && NotifyDrag(NotifyBeginDrag, GetSelectedItem(), GetSelectColumn(), this) >= 0;
     if (!self)
         return 0;
-    if (!granted || HasLostCapture()) {
+    if (!granted || HasLostCapture() || !takesInput(*this)) {
         if (!pressed)
             UnwatchPress();
         return 0;
@@ -458,6 +458,8 @@ void CTreeListCtrl::timerEvent(QTimerEvent *event)
 
 void CTreeListCtrl::OnTimer(int timer)
 {
+    if (GetTimerInterval(timer) < 0)
+        return;
     CTreeListItem *const item = HitTest(m_dragOverPoint);
     if (timer == kTimerExpand) {
         StopTimer(kTimerExpand);
@@ -465,8 +467,6 @@ void CTreeListCtrl::OnTimer(int timer)
             Expand(item, kExpand);
         return;
     }
-    if (timer != kTimerScroll)
-        return;
     const int row = item != nullptr ? GetShowIndex(item) : -1;
     const int top = GetTopIndex();
     const int rows = std::max(1, GetClient().height() / GetItemHeight());

@@ -308,6 +308,14 @@ TEST_F(TreeDragEnd, AQuestionAboutTheSelectionBeginsNoDrag)
     ExpectNothingLeft();
 }
 
+TEST_F(TreeDragEnd, AControlThatTheEndOfTheLastDragDisabledBeginsNone)
+{
+    DragPondOverSide();
+    Once(NotifyDragLeave, [this] { left->setEnabled(false); });
+    Press(Text(3)); // the way up of the button never came
+    ExpectNothingLeft();
+}
+
 TEST_F(TreeDragEnd, AControlThatIsHiddenByItsPressBeginsNoDrag)
 {
     Once(NotifySelChanging, [this] {

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QTimer>
 
+#include <array>
 #include <random>
 
 namespace {
@@ -11,21 +12,25 @@ namespace {
 class TreeDragWalk : public TreeMouse {
 protected:
     static constexpr int kWalks = 60;
-    static constexpr int kSteps = 120;
+    static constexpr int kSteps = 200;
 
     int Draw(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random); }
     CTreeListItem *AnyItem(const CTreeListCtrl &control)
     {
         return control.GetFirstShowItem(Draw(std::max(1, control.GetVisibleCount())));
     }
-    CTreeListCtrl *AnyControl() { return Draw(2) == 0 ? left : right; }
-    QPoint AnyPoint()
+    void AddBelow(CTreeListCtrl &control, CTreeListItem *parent)
     {
-        static const std::vector<int> kAcross = {10, 26, 38, 50, 120, 250, 350};
-        const QPoint point(kAcross[static_cast<std::size_t>(Draw(static_cast<int>(kAcross.size())))],
-                           Draw(18) * kRow + 10);
-        return Draw(2) == 0 ? point : OnRight(point);
+        control.InsertItem(L"New", parent != nullptr ? parent : TreeListRoot());
     }
+    CTreeListCtrl *AnyControl() { return Draw(2) == 0 ? left : right; }
+    /// Mostly on a row of the left control.
+    QPoint AnyStart()
+    {
+        static constexpr std::array<int, 8> kAcross = {10, 26, 38, 50, 120, 120, 250, 350};
+        return {kAcross[static_cast<std::size_t>(Draw(kAcross.size()))], Draw(8) * kRow + 10};
+    }
+    QPoint AnyPoint() { return (Draw(2) == 0 ? QPoint() : QPoint(390, 0)) + QPoint(Draw(400), Draw(360)); }
 
     /// What an owner may do at any notice.
     std::int64_t React()
@@ -45,7 +50,7 @@ protected:
         case 4:
         case 5:
         case 6:
-            control.InsertItem(L"New", Draw(2) == 0 ? AnyItem(control) : nullptr);
+            AddBelow(control, AnyItem(control));
             break;
         case 7:
             control.Expand(AnyItem(control), kToggle);
@@ -80,7 +85,7 @@ protected:
         case 0:
         case 1:
         case 2:
-            Press(AnyPoint(), Draw(3) == 0 ? Qt::ControlModifier : Qt::NoModifier);
+            Press(AnyStart(), Draw(3) == 0 ? Qt::ControlModifier : Qt::NoModifier);
             break;
         case 3:
         case 4:
@@ -100,13 +105,13 @@ protected:
             EXPECT_FALSE(Dragging());
             break;
         case 11:
-            RightPress(AnyPoint());
+            RightPress(AnyStart());
             break;
         case 12:
             AnyControl()->OnTimer(1 + Draw(2));
             break;
         case 13:
-            DoubleClick(AnyPoint());
+            DoubleClick(AnyStart());
             break;
         case 14:
             QApplication::processEvents();
@@ -116,7 +121,7 @@ protected:
                 control->setEnabled(true);
                 control->show();
                 for (int row = control->GetCount(); row < 6; ++row)
-                    control->InsertItem(L"Row", AnyItem(*control));
+                    AddBelow(*control, row % 2 == 0 ? nullptr : AnyItem(*control));
             }
             break;
         }
@@ -183,5 +188,5 @@ TEST_F(TreeDragWalk, NothingIsLeftBehindWhateverTheOwnerDoes)
         ExpectNothingLeft();
         log.clear();
     }
-    EXPECT_GT(drags, kWalks * kSteps / 20); // enough of it was dragging
+    EXPECT_GT(drags, kWalks * kSteps / 50); // enough of it was dragging
 }
