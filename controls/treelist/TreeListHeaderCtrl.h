@@ -57,6 +57,8 @@ public:
     int GetColumnAt(int x) const;
     /// The column that is sized from a place; -1 away from all dividers.
     int GetDividerAt(int x) const;
+    /// What a person is told of a column that there is: its text, or its number when it has none.
+    QString NameOf(int column) const;
     /// Width at which nothing of the column is cut, header and shown rows, within the column's limits.
     int GetWholeWidth(int column) const;
     void FitColumn(int column);
@@ -96,7 +98,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    friend class CTreeListCtrl;
     /// A column in the order in which they are shown.
     struct Section {
         int column = 0;
@@ -119,7 +120,6 @@ private:
     void ClickColumn(int column);
     void ShowCurrent();
     void TellCurrent();
-    QString NameOf(int column) const;
 
     // TreeListHeaderPainting.cpp
     Parts PartsIn(int column, const QRect &rect) const;
