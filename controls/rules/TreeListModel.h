@@ -294,7 +294,7 @@ public:
 
     // --- Columns ---
 
-    /// The new column's number: it is the last.
+    /// The new column's number: it is the last. -1 for a negative width.
     int InsertColumn(const std::wstring &text, std::uint32_t format = kColumnDefaultFormat, int width = 30,
                      int image = -1, int minWidth = 0, int maxWidth = 0);
     /// With its texts.
@@ -438,7 +438,9 @@ private:
     void AddShownAbove(CTreeListItem *item, int shown);
     void Bury(CTreeListItem &grave, CTreeListItem *parent);
     void DestroyBuried(CTreeListItem &grave);
+    void LeaveSelection(CTreeListItem *item);
     void DestroyLeaf(CTreeListItem *item);
+    class RedrawOff;
     void RowsChanged();
     void ChangeState(CTreeListItem *item, std::uint32_t state);
     int SetMark(CTreeListItem *item, int value, const Mark &mark);

@@ -2,6 +2,8 @@
 #include "controls/rules/TreeListModel.h"
 #include "controls/rules/TreeListModelPrivate.h"
 
+#include <exception>
+
 int CTreeListModel::DeleteItem(CTreeListItem *item)
 {
     if (item && ItemOf(item) != m_pRoot)
@@ -42,38 +44,50 @@ int CTreeListModel::DeleteItemFast(CTreeListItem *item)
 
 int CTreeListModel::DeleteAllItems()
 {
-    SetRedraw(false);
-    DeleteItem(nullptr);
-    SetRedraw(true);
-    return 1;
+    const RedrawOff off(*this);
+    return DeleteItem(nullptr);
 }
 
-/// Children in their order, then their parent.
+/// Children in their order, then their parent. An owner who throws is heard when all are gone.
 void CTreeListModel::DestroyBuried(CTreeListItem &grave)
 {
+    std::exception_ptr thrown;
     CTreeListItem *item = &grave;
     for (;;) {
         while (item->m_pChild)
             item = item->m_pChild;
         if (item == &grave)
-            return;
+            break;
         CTreeListItem *parent = item->m_pParent;
+        const auto tell = [&thrown](const auto &notice) {
+            try {
+                notice();
+            } catch (...) {
+                thrown = std::current_exception();
+            }
+        };
+        LeaveSelection(item);
+        tell([this, item] { Notify(NotifySelChanging, item, -1); });
+        tell([this, item] { ForgetModify(item); });
         DestroyLeaf(item);
         item = parent;
     }
+    if (thrown) {
+        RowsChanged();
+        std::rethrow_exception(thrown);
+    }
 }
 
-void CTreeListModel::DestroyLeaf(CTreeListItem *item)
+void CTreeListModel::LeaveSelection(CTreeListItem *item)
 {
     RemoveSelected(item);
     if (m_pFocusItem == item)
         m_pFocusItem = nullptr;
-    Notify(NotifySelChanging, item, -1);
-    // Once more: the owner had its say.
-    ForgetModify(item);
-    RemoveSelected(item);
-    if (m_pFocusItem == item)
-        m_pFocusItem = nullptr;
+}
+
+void CTreeListModel::DestroyLeaf(CTreeListItem *item)
+{
+    LeaveSelection(item); // once more: the owner had its say
     // It is its parent's first child: those before it are gone.
     CTreeListItem *parent = item->m_pParent;
     parent->m_pChild = item->m_pNext;

@@ -37,6 +37,18 @@ inline constexpr CTreeListModel::Mark CTreeListModel::Mark::kCheck = {kItemShows
 inline constexpr CTreeListModel::Mark CTreeListModel::Mark::kLock = {kItemShowsLock, kItemLocked, kItemUnlocked,
                                                                      NotifyLock, StyleNoLockPropagation};
 
+/// Redrawing is off as long as it lives, whatever a notice does.
+class CTreeListModel::RedrawOff {
+public:
+    explicit RedrawOff(CTreeListModel &model) : m_model(model) { m_model.SetRedraw(false); }
+    ~RedrawOff() { m_model.SetRedraw(true); }
+    RedrawOff(const RedrawOff &) = delete;
+    RedrawOff &operator=(const RedrawOff &) = delete;
+
+private:
+    CTreeListModel &m_model;
+};
+
 /// One of the four values that stand in place of an item.
 inline bool IsFixedTreeListValue(const CTreeListItem *item)
 {

@@ -258,21 +258,22 @@ int CTreeListModel::Expand(CTreeListItem *item, int code, int column)
         return 0;
     if (item->Has(kItemExpanded) == expand) // the owner did it himself
         return 1;
-    SetRedraw(false);
-    if (code == kCollapseAndDelete)
-        EndModifyWithin(item);
-    if (code == kCollapseAndDelete && OwnsItem(guard.Get())) {
-        CTreeListItem grave;
-        Bury(grave, item);
-        DestroyBuried(grave);
+    {
+        const RedrawOff off(*this);
+        if (code == kCollapseAndDelete)
+            EndModifyWithin(item);
+        if (code == kCollapseAndDelete && OwnsItem(guard.Get())) {
+            CTreeListItem grave;
+            Bury(grave, item);
+            DestroyBuried(grave);
+        }
+        if (OwnsItem(guard.Get()) && item->Has(kItemExpanded) != expand) {
+            const std::uint32_t state = item->m_nState;
+            ChangeState(item, expand              ? state | kItemExpanded | kItemExpandedOnce
+                              : code == kCollapse ? state & ~kItemExpanded
+                                                  : state & ~(kItemExpanded | kItemExpandedOnce));
+        }
     }
-    if (OwnsItem(guard.Get()) && item->Has(kItemExpanded) != expand) {
-        const std::uint32_t state = item->m_nState;
-        ChangeState(item, expand              ? state | kItemExpanded | kItemExpandedOnce
-                          : code == kCollapse ? state & ~kItemExpanded
-                                              : state & ~(kItemExpanded | kItemExpandedOnce));
-    }
-    SetRedraw(true);
     RowsChanged();
     if (guard.Get())
         Notify(NotifyExpanded, item, column);

@@ -274,6 +274,16 @@ TEST_F(TreeListItems, ATextThatCannotBeHadLeavesTheOldOne)
     EXPECT_EQ(failsAt(0).first, 1);
 }
 
+TEST_F(TreeListItems, EmptyTextsTakeNoMemory)
+{
+    FailingAllocator allocator;
+    TreeListJournal counted(allocator);
+    counted.InsertColumn(L"second");
+    CTreeListItem *item = counted.InsertItem(L"");
+    counted.SetItemText(item, 1, L"");
+    EXPECT_EQ(allocator.asked, 1) << "the item";
+}
+
 TEST_F(TreeListItems, AWideListWithoutMemoryForItsIndexStillAnswers)
 {
     FailingAllocator allocator;

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 using testing::ElementsAre;
@@ -182,6 +183,32 @@ TEST_F(TreeListNotices, ARefillFromWithinTheDeletionOfAllStays)
     list.DeleteAllItems();
     ExpectRefilled();
     EXPECT_THAT(list.deleted, ElementsAre(L"b", L"c", L"a", L"d"));
+}
+
+TEST_F(TreeListNotices, AnOwnerWhoThrowsAtADeletionIsHeardWhenAllAreGone)
+{
+    list.Select(c);
+    const auto throws = [](int code, CTreeListItem *, int) -> std::int64_t {
+        if (code == NotifySelChanging)
+            throw std::runtime_error("owner");
+        return 0;
+    };
+    list.answer = throws;
+    EXPECT_THROW(list.DeleteItem(a), std::runtime_error);
+    EXPECT_THAT(list.deleted, ElementsAre(L"b", L"c", L"a"));
+    EXPECT_EQ(list.GetCount(), 1);
+    EXPECT_EQ(list.GetSelectedCount(), 0);
+    list.answer = nullptr;
+    list.Expand(list.InsertItem(L"x", d)->Parent(), kExpand);
+    list.answer = throws;
+    Forget();
+    EXPECT_THROW(list.Expand(d, kCollapseAndDelete), std::runtime_error);
+    EXPECT_EQ(list.GetCount(), 1);
+    EXPECT_EQ(list.GetVisibleCount(), 1);
+    EXPECT_THROW(list.DeleteAllItems(), std::runtime_error);
+    EXPECT_EQ(list.GetCount(), 0);
+    EXPECT_EQ(std::count(list.steps.begin(), list.steps.end(), "redraw off"), 2);
+    EXPECT_EQ(std::count(list.steps.begin(), list.steps.end(), "redraw on"), 2);
 }
 
 TEST_F(TreeListNotices, ALongChainIsDeletedWithoutDeepCalls)

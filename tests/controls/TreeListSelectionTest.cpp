@@ -286,6 +286,17 @@ TEST_F(TreeListSelection, PositionsStayGoodWhileSelectedItemsAreDeleted)
     EXPECT_EQ(end, -1);
 }
 
+TEST_F(TreeListSelection, TheListOfSelectedItemsDoesNotGrowWithChanges)
+{
+    list.SetStyle(StyleMultiSelect);
+    list.Select(a);
+    list.Select(b);
+    for (int turn = 0; turn < 10000; ++turn)
+        list.ActiveItem(turn % 2 ? b : a, 0);
+    EXPECT_EQ(Selected(), L"ba");
+    EXPECT_LT(list.GetFirstSelectedItemPosition(), 100);
+}
+
 TEST_F(TreeListSelection, TheViewIsToldWhichRowsLookAnother)
 {
     list.SetStyle(StyleMultiSelect);
