@@ -36,8 +36,9 @@ namespace velmor {
 namespace {
 
 constexpr char kModuleName[] = "zemxvelmor";
-constexpr int kMarkColor = 3;               ///< of areas in a picture: green
-constexpr double kHatchLinesInHeight = 150; ///< lines of their hatch over a picture's height
+constexpr char kOverviewModuleName[] = "zemxoverview"; ///< stands on the first
+constexpr int kMarkColor = 3;                          ///< of areas in a picture: green
+constexpr double kHatchLinesInHeight = 150;            ///< lines of their hatch over a picture's height
 
 /// What the command line asks for.
 struct Request {
@@ -218,11 +219,21 @@ void useOffscreenPlatform()
     });
 }
 
-/// Loads the module, and says why when it can't be loaded; the program goes on without its commands.
-void loadModule()
+/// False, with a line that says why, when the module can't be loaded.
+bool loadModule(const char *name, const char *complaint)
 {
-    if (const auto problem = ModuleLoader::load(ModuleLoader::pathOf(kModuleName)))
-        std::cerr << "velmor: " << uiLine("ui.cli.module", {*problem}) << std::endl;
+    const auto problem = ModuleLoader::load(ModuleLoader::pathOf(name));
+    if (problem)
+        std::cerr << "velmor: " << uiLine(complaint, {*problem}) << std::endl;
+    return !problem;
+}
+
+/// The program goes on without the commands of a module that isn't there. Without the first one the second has nothing
+/// to stand on, and one line says it all.
+void loadModules()
+{
+    if (loadModule(kModuleName, "ui.cli.module"))
+        loadModule(kOverviewModuleName, "ui.cli.overviewModule");
 }
 
 int runScript(Request &request)
@@ -244,7 +255,7 @@ int runScript(Request &request)
             std::cerr << "velmor: " << utf8(problem) << std::endl;
         });
     Session session;
-    loadModule();
+    loadModules();
     Script script(session, request.script, text.str(), std::cout, std::cerr);
     const ScriptResult result = script.run();
     return result.code == kDone ? finish(kDone) : complain(result.code, result.message);
@@ -302,7 +313,7 @@ int openWindow(Request &request)
         }
     }
     Session session;
-    loadModule();
+    loadModules();
     return runWindow(session, std::move(opened));
 }
 

@@ -1,5 +1,5 @@
 // What the module asks of the network: sections (pipes) with their nodes (manholes), lookups, a spatial index, and
-// catalogues. The module only reads the network.
+// catalogues. Nothing of the network but names and properties is changed from here.
 //
 // Lengths are drawing units. All lookups answer null for "none"; nothing throws.
 #pragma once
@@ -18,6 +18,10 @@ namespace Topology {
 /// Stands for a length, an area or a share that is not known.
 inline constexpr double kUnknownValue = -1000000.0;
 
+/// The property of a section or a node that is its name: what is set there GetName tells from then on. Only a text that
+/// is not empty is taken.
+inline constexpr wchar_t kNameProperty[] = L"VELMOR_NAME";
+
 /// Base of sections, nodes and catchment areas. Two entities are the same when their GUIDs are.
 class ZEMX_CONTRACT CEntity {
 public:
@@ -31,6 +35,7 @@ public:
     virtual std::wstring GetName() const = 0;
     /// The box stays null, and 0 comes back, when there is no such property.
     virtual int GetPropertyData(const wchar_t *tag, Data::CDataBox &box) const = 0;
+    /// Not 0 when the value was taken.
     virtual int SetPropertyData(const wchar_t *tag, const Data::CDataBox &box) = 0;
 };
 

@@ -78,9 +78,10 @@ const std::vector<CommandRow> &table()
          "ST",
          {{Tools, "ui.item.settings.definition", "SETTINGS _Definition", "Ctrl+G", nullptr, false, true},
           {Tools, "ui.item.settings.review", "SETTINGS _Review", "Ctrl+Shift+G"}}},
-        // The module's
+        // The modules'
         {"zemsewage_create", "ZC", {{Catchments, "ui.item.define", nullptr, "F5", "CMD_DEFINE", true, true}}, true},
         {"zemsewage_edit", "ZE", {{Catchments, "ui.item.review", nullptr, "F6", "CMD_REVIEW", true}}, true},
+        {"zemsewage_overview", "ZV", {{Catchments, "ui.item.overview", nullptr, "F7", "CMD_OVERVIEW", true}}, true},
         // Help
         {"HELP", "HE ?", {{Help, "ui.item.help", nullptr, "F1", "CMD_HELP"}}},
         {"ABOUT", "AB", {{Help, "ui.item.about", nullptr, "Shift+F1"}}},

@@ -38,7 +38,7 @@ struct CommandRow {
     const char *name;         ///< global name, as the stack has it
     const char *aliases = ""; ///< with blanks between; the same in all languages
     std::vector<MenuItem> items = {};
-    bool ofModule = false; ///< it comes and goes with the module
+    bool ofModule = false; ///< it comes and goes with a module
 
     std::wstring wideName() const;
     std::wstring localName() const;

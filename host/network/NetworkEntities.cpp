@@ -13,6 +13,20 @@ using ZEMGis::Data::CDataBox;
 
 namespace {
 
+bool isNameTag(const wchar_t *tag)
+{
+    return tag && tag == std::wstring_view(ZEMGis::Topology::kNameProperty);
+}
+
+const char *recordKeyOf(const SectionData &)
+{
+    return kSectionKey;
+}
+const char *recordKeyOf(const NodeData &)
+{
+    return kNodeKey;
+}
+
 /// Keys of the network's own records can't be used as properties.
 std::optional<std::string> propertyKey(const wchar_t *tag)
 {
@@ -32,7 +46,7 @@ void NetworkEntity<Base, Data>::DrawTemporary(int colour, int flag)
 template <class Base, class Data>
 int NetworkEntity<Base, Data>::GetPropertyData(const wchar_t *tag, CDataBox &box) const
 {
-    box = CDataBox();
+    box = isNameTag(tag) ? CDataBox(m_data.name) : CDataBox();
     if (const auto key = propertyKey(tag))
         if (const auto items = m_drawing.data(m_entity, *key))
             box = boxOf(*items);
@@ -43,11 +57,27 @@ template <class Base, class Data>
 int NetworkEntity<Base, Data>::SetPropertyData(const wchar_t *tag, const CDataBox &box)
 {
     journal("CEntity::SetPropertyData", GetObjectId(), tag, describe(box));
+    if (isNameTag(tag))
+        return rename(box) ? 1 : 0;
     const auto key = propertyKey(tag);
     if (!key || !isPresent())
         return 0;
     m_drawing.setData(m_entity, *key, itemsOf(box));
     return 1;
+}
+
+template <class Base, class Data>
+bool NetworkEntity<Base, Data>::rename(const CDataBox &box)
+{
+    const auto *name = std::get_if<std::wstring>(&box.value());
+    if (!name || name->empty() || !isPresent())
+        return false;
+    Data renamed = m_data;
+    renamed.name = *name;
+    // The drawing tells the network, which takes the name up and brings its lookups in step.
+    if (renamed != m_data)
+        m_drawing.setData(m_entity, recordKeyOf(renamed), itemsOf(renamed));
+    return true;
 }
 
 template class NetworkEntity<ZEMGis::Topology::CNode, NodeData>;

@@ -19,7 +19,7 @@ public:
     void DrawTemporary(int colour, int flag) override;
     std::wstring GetGuid() const override { return m_data.guid; }
     std::wstring GetName() const override { return m_data.name; }
-    /// Properties are data attached under their tag.
+    /// Properties are data attached under their tag; the name stands in the entity's own record.
     int GetPropertyData(const wchar_t *tag, ZEMGis::Data::CDataBox &box) const override;
     int SetPropertyData(const wchar_t *tag, const ZEMGis::Data::CDataBox &box) override;
 
@@ -35,6 +35,9 @@ protected:
     AcDbEntity &m_entity;
     Data m_data;
     bool m_withdrawn = false;
+
+private:
+    bool rename(const ZEMGis::Data::CDataBox &box);
 };
 
 class NodeEntity final : public NetworkEntity<ZEMGis::Topology::CNode, NodeData> {

@@ -30,8 +30,8 @@ public:
     std::span<const int> of(int node) const
     {
         const auto n = static_cast<std::size_t>(node);
-        return std::span(m_sections).subspan(static_cast<std::size_t>(m_first[n]),
-                                             static_cast<std::size_t>(m_first[n + 1] - m_first[n]));
+        return std::span(m_sections)
+            .subspan(static_cast<std::size_t>(m_first[n]), static_cast<std::size_t>(m_first[n + 1] - m_first[n]));
     }
 
 private:
@@ -85,7 +85,7 @@ private:
     }
     const CForestSection &At(int section) const { return m_sections[static_cast<std::size_t>(section)]; }
     template <class T>
-    static auto &&Of(T &list, int index)
+    static decltype(auto) Of(T &list, int index)
     {
         return list[static_cast<std::size_t>(index)];
     }
@@ -189,11 +189,11 @@ private:
                     reach(At(section).m_nFrom, section);
             }
         };
-        // What drains to an outfall does not go to a ring.
-        for (const bool rings : {false, true}) {
+        // What drains to an outfall is not drawn away by another end, and a ring takes only what nothing else does.
+        for (const EBranchEnd kind : {EBranchEnd::Outfall, EBranchEnd::NoNode, EBranchEnd::Ring}) {
             for (std::size_t i = 0; i < m_firsts.size(); ++i) {
                 const CForestBranch &branch = m_forest.m_branches[i];
-                if ((branch.m_end == EBranchEnd::Ring) != rings)
+                if (branch.m_end != kind)
                     continue;
                 if (branch.m_end == EBranchEnd::NoNode)
                     reach(At(m_firsts[i]).m_nFrom, m_firsts[i]);

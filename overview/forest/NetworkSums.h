@@ -23,8 +23,8 @@ struct CForestArea {
 struct CNetworkSums {
     int m_nSections = 0;
     double m_length = 0.0;
-    int m_nUnknownLengths = 0;    ///< sections that m_length is without
-    double m_hectares = 0.0;      ///< net, each area with its share
+    int m_nUnknownLengths = 0;     ///< sections that m_length is without
+    double m_hectares = 0.0;       ///< net, each area with its share
     double m_runoffHectares = 0.0; ///< each of them times its area's coefficient
     /// Mean coefficient of the hectares; 0 without any.
     double Coefficient() const { return m_hectares != 0.0 ? m_runoffHectares / m_hectares : 0.0; }

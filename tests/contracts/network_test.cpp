@@ -92,6 +92,34 @@ TEST_F(NetworkContract, PropertiesOfAnEntityAreKeptInTheDrawing)
     }
 }
 
+TEST_F(NetworkContract, TheNameOfASectionOrANodeIsAPropertyThatIsKeptInTheDrawing)
+{
+    using ZEMGis::Topology::CEntity;
+    using ZEMGis::Topology::kNameProperty;
+    const auto named = [&](const wchar_t *name) { return network().sectionByName(name); };
+    const std::wstring guid = named(L"S1")->GetGuid(), nodeGuid = named(L"S1")->GetEndingNode()->GetGuid();
+    CDataBox box;
+    EXPECT_NE(named(L"S1")->GetPropertyData(kNameProperty, box), 0);
+    EXPECT_EQ(static_cast<std::wstring>(box), L"S1");
+    EXPECT_NE(named(L"S1")->SetPropertyData(kNameProperty, CDataBox(L"Main 1")), 0);
+    EXPECT_NE(network().sectionByGuid(guid)->GetEndingNode()->SetPropertyData(kNameProperty, CDataBox(L"M7")), 0);
+    for (const bool afterwards : {false, true}) {
+        if (afterwards)
+            reopen();
+        EXPECT_FALSE(named(L"S1"));
+        ASSERT_TRUE(named(L"Main 1"));
+        EXPECT_EQ(named(L"Main 1")->GetGuid(), guid);
+        EXPECT_EQ(named(L"Main 1")->GetName(), L"Main 1");
+        EXPECT_EQ(named(L"Main 1")->GetEndingNode()->GetName(), L"M7");
+        EXPECT_EQ(network().nodeByName(L"M7")->GetGuid(), nodeGuid);
+        EXPECT_NE(named(L"Main 1")->GetPropertyData(kNameProperty, box), 0);
+        EXPECT_EQ(static_cast<std::wstring>(box), L"Main 1");
+    }
+    for (const CDataBox &refused : {CDataBox(), CDataBox(L""), CDataBox(7), CDataBox(CStringArray{L"a"})})
+        EXPECT_EQ(named(L"Main 1")->SetPropertyData(kNameProperty, refused), 0);
+    EXPECT_TRUE(named(L"Main 1"));
+}
+
 TEST_F(NetworkContract, ASectionIsDrawnInItsColourOverTheDrawingUntilItIsWiped)
 {
     for (const bool afterwards : {false, true}) {

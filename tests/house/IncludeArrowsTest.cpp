@@ -87,6 +87,25 @@ TEST(IncludeArrows, SomeFoldersAreFreeOfQt)
     }
 }
 
+TEST(IncludeArrows, TheOverviewKnowsTheContractsAndOneHeaderOfTheModule)
+{
+    const auto findings = [](const char *from, const std::string &include) {
+        return checkIncludes(from, "#include \"" + include + "\"\n");
+    };
+    for (const char *allowed :
+         {"contracts/HostDialog.h", "overview/forest/NetworkForest.h", "controls/treelist/TreeListCtrl.h"})
+        EXPECT_THAT(findings("overview/A.cpp", allowed), IsEmpty()) << allowed;
+    for (const char *refused : {"controls/treelist/TreeListGlyphs.h", "controls/treelist/sub/TreeListCtrl.h",
+                                "controls/rules/TreeListModel.h", "controls/WideText.h", "dialogs/DialogTexts.h",
+                                "shell/ModuleFrame.h", "review/ReviewControls.h", "host/drawing/Drawing.h"})
+        EXPECT_THAT(findings("overview/A.cpp", refused), SizeIs(1)) << refused;
+    for (const char *refused : {"contracts/HostTypes.h", "controls/treelist/TreeListCtrl.h", "overview/A.h"})
+        EXPECT_THAT(findings("overview/forest/A.cpp", refused), SizeIs(1)) << refused;
+    for (const char *from : {"shell/A.cpp", "review/A.cpp", "controls/A.cpp", "host/editor/A.cpp", "app/A.cpp"})
+        EXPECT_THAT(findings(from, "overview/A.h"), SizeIs(1)) << from;
+    EXPECT_THAT(findings("geometry/A.cpp", "controls/treelist/TreeListCtrl.h"), SizeIs(1));
+}
+
 TEST(IncludeArrows, HeadersAreNamedFromTheTopFolder)
 {
     EXPECT_THAT(checkIncludes("geometry/A.cpp", "#include \"Polygon.h\"\n"), SizeIs(1));

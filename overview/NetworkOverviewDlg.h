@@ -1,0 +1,112 @@
+// The dialog of the command zemsewage_overview: the network branch by branch from the outfalls upstream, with areas and
+// sums; what is checked is highlighted in the drawing, what is selected is zoomed to, names are edited in place; and
+// what is wrong with shares, sections and the network's shape.
+//
+// The dialog reads the network when it opens. Only names are changed, each row's edit as one handler. One class, its
+// sources by topic: start-up and closing, editing, highlighting, findings.
+#pragma once
+
+#include "contracts/HostDialog.h"
+#include "overview/OverviewTree.h"
+#include "overview/forest/NameRules.h"
+
+#include <memory>
+#include <optional>
+#include <unordered_set>
+#include <vector>
+
+class QTreeWidgetItem;
+namespace Ui {
+class OverviewForm;
+}
+
+class CNetworkOverviewDlg : public CAdUiBaseDialog, private CTreeListOwner {
+    Q_OBJECT
+public:
+    /// Numbers of its controls.
+    enum EControl : int {
+        kTreeNetwork = 101,
+        kTreeFindings = 102,
+        kTextShares = 103,
+        kTextDrains = 104,
+        kTextMessage = 105,
+        kBtnExpand = 110,
+        kBtnCollapse = 111,
+        kBtnCheckAll = 112,
+        kBtnCheckNone = 113,
+        kBtnCheckRow = 114,
+        kCheckZoom = 115,
+        kBtnHide = 3,
+    };
+
+    explicit CNetworkOverviewDlg(QWidget *parent = nullptr);
+    ~CNetworkOverviewDlg() override;
+
+protected:
+    bool OnInitDialog() override;
+    void OnCancel() override;
+    void OnHandlerFailed() override;
+    void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    using CGuids = std::unordered_set<std::wstring>;
+
+    // Start-up and closing: NetworkOverviewDlg.cpp
+    void ConnectControls();
+    void SetTexts();
+    void Reload();
+    void FitToScreen();
+    void KeepPlace();
+    std::int64_t OnTreeListNotify(const TreeListNotice &notice) override;
+    void OnBtnHide();
+    void ExpandAll(bool expand);
+
+    // Names: NetworkOverviewNames.cpp
+    /// What a cell names.
+    struct CNamed {
+        enum EKind { Area, Section, Node } m_kind;
+        int m_nIndex;
+    };
+    std::optional<CNamed> NamedBy(const CTreeListItem *item, int column) const;
+    ZEMGis::Topology::CEntity &EntityOf(const CNamed &named) const;
+    CNameList &NamesOf(const CNamed &named);
+    void ReadNames();
+    /// 0, or -1 with a message that says what is wrong with the typed name.
+    int OnColumnChanging(const CTreeListItem *item, int column);
+    /// Writes the names of the row; -1 with a message for one that the host refuses.
+    int OnRowChanging(CTreeListItem *item);
+    bool Rename(const CNamed &named, const std::wstring &name);
+    QString TroubleText(ENameTrouble trouble, const CNamed &named, const std::wstring &name) const;
+    /// Shown below the tree until the next one; what is wrong stands out.
+    void ShowMessage(const QString &text, bool isTrouble);
+
+    // Highlighting: NetworkOverviewHighlight.cpp
+    /// Once for each change, when the control has done it.
+    void PostChecks();
+    void ApplyChecks();
+    void ClearHighlight();
+    void CheckAll(bool check);
+    void OnBtnCheckRow();
+    void ZoomToSelected();
+
+    // Findings: NetworkOverviewFindings.cpp
+    void ShowFindings();
+    QTreeWidgetItem *AddGroup(unsigned title, std::size_t count);
+    void AddFinding(QTreeWidgetItem &group, const QString &text, int row);
+    void OnFinding(const QTreeWidgetItem *finding);
+    void LeadTo(int row);
+
+    std::unique_ptr<Ui::OverviewForm> m_ui;
+    std::unique_ptr<COverviewTree> m_tree;
+    CNameList m_areaNames, m_sectionNames, m_nodeNames;
+    CGuids m_markedAreas;                     ///< that are marked in the drawing
+    std::vector<int> m_drawnSections;         ///< that are drawn over the drawing, by number
+    const CTreeListItem *m_pZoomed = nullptr; ///< only compared
+    bool m_bFilling = false;                  ///< notices of the control mean nothing
+    bool m_bChecksPosted = false;
+    bool m_bShownBefore = false;
+    bool m_bEnded = false;
+    bool m_bTrouble = false; ///< the message says what is wrong
+    ZEMGis::Utility::CDocLock m_docLock;
+};

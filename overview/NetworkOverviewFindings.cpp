@@ -1,0 +1,141 @@
+// What is wrong, told in two lines above the tree and listed below it: shares, sections that drain nothing, splits,
+// loops, and parts without an outfall.
+#include "overview/NetworkOverviewDlg.h"
+
+#include "overview/OverviewTexts.h"
+#include "ui_overview.h"
+
+using namespace OverviewMessage;
+
+namespace {
+
+constexpr int kRowRole = Qt::UserRole;
+constexpr double kPercent = 100.0;
+
+void ShowLine(QLabel &icon, QLabel &line, bool isGood, const QString &text)
+{
+    const QWidget &widget = line;
+    const int size = widget.fontMetrics().height();
+    icon.setPixmap(
+        widget.style()
+            ->standardIcon(isGood ? QStyle::SP_DialogApplyButton : QStyle::SP_MessageBoxWarning, nullptr, &widget)
+            .pixmap(QSize(size, size), widget.devicePixelRatioF()));
+    QFont font = widget.font();
+    font.setBold(!isGood);
+    line.setFont(font);
+    line.setText(text);
+}
+
+} // namespace
+
+void CNetworkOverviewDlg::ShowFindings()
+{
+    const COverviewNetwork &network = m_tree->Network();
+    const CNetworkForest &forest = m_tree->Forest();
+    const std::size_t areaCount = network.m_areas.size(), sectionCount = network.m_sections.size();
+    const std::vector<int> notWhole = AreasNotWhole(network.m_forestAreas);
+    const std::vector<int> idle = SectionsWithoutArea(sectionCount, network.m_forestAreas);
+    const auto number = [](std::size_t count) { return QString::number(count); };
+    ShowLine(*m_ui->iconShares, *m_ui->textShares, areaCount > 0 && notWhole.empty(),
+             areaCount == 0     ? Msg(kNoAreas)
+             : notWhole.empty() ? Msg(kSharesWhole, number(areaCount))
+                                : Msg(kSharesNotWhole, number(notWhole.size()), number(areaCount)));
+    ShowLine(*m_ui->iconDrains, *m_ui->textDrains, sectionCount > 0 && idle.empty(),
+             sectionCount == 0 ? Msg(kNoNetwork)
+             : idle.empty()    ? Msg(kAllDrain, number(sectionCount))
+                               : Msg(kSomeDrainNothing, number(idle.size()), number(sectionCount)));
+
+    QTreeWidget &list = *m_ui->treeFindings;
+    list.clear();
+    const auto nameOfSection = [&](int section) {
+        return NamedOrNot(network.m_sections[static_cast<std::size_t>(section)]->GetName());
+    };
+    if (QTreeWidgetItem *group = AddGroup(kFindingShares, notWhole.size())) {
+        for (const int area : notWhole) {
+            const auto index = static_cast<std::size_t>(area);
+            const QString share = NumberText(WholeShare(network.m_forestAreas[index]) * kPercent, kShareDecimals);
+            AddFinding(*group, Msg(kShareOf, NamedOrNot(network.m_areas[index]->GetName()), share),
+                       m_tree->RowOfArea(area));
+        }
+    }
+    if (QTreeWidgetItem *group = AddGroup(kFindingNoArea, idle.size())) {
+        for (const int section : idle)
+            AddFinding(*group, nameOfSection(section), m_tree->RowOfSection(section));
+    }
+    std::vector<int> firstElsewhere(network.m_nodes.size(), -1); // a section that leaves a split, by node
+    std::vector<int> loops, ends;
+    for (std::size_t section = sectionCount; section-- > 0;) {
+        if (const int from = network.m_forestSections[section].m_nFrom;
+            from >= 0 && forest.m_upstreamElsewhere[section])
+            firstElsewhere[static_cast<std::size_t>(from)] = static_cast<int>(section);
+    }
+    for (std::size_t section = 0; section < sectionCount; ++section) {
+        if (forest.m_inLoop[section])
+            loops.push_back(static_cast<int>(section));
+    }
+    for (std::size_t branch = 0; branch < forest.m_branches.size(); ++branch) {
+        const EBranchEnd end = forest.m_branches[branch].m_end;
+        if (end == EBranchEnd::NoNode || end == EBranchEnd::Ring)
+            ends.push_back(static_cast<int>(branch));
+    }
+    if (QTreeWidgetItem *group = AddGroup(kFindingSplits, forest.m_splits.size())) {
+        for (const int node : forest.m_splits) {
+            const auto index = static_cast<std::size_t>(node);
+            AddFinding(*group, NamedOrNot(network.m_nodes[index]->GetName()),
+                       m_tree->RowOfSection(firstElsewhere[index]));
+        }
+    }
+    if (QTreeWidgetItem *group = AddGroup(kFindingLoops, loops.size())) {
+        for (const int section : loops)
+            AddFinding(*group, nameOfSection(section), m_tree->RowOfSection(section));
+    }
+    if (QTreeWidgetItem *group = AddGroup(kFindingNoOutfall, ends.size())) {
+        for (const int branch : ends) {
+            const int row = m_tree->RowOfBranch(branch);
+            AddFinding(*group,
+                       ToQString(m_ui->treeNetwork->GetItemText(m_tree->Rows()[static_cast<std::size_t>(row)].m_pItem,
+                                                                kNameColumn)),
+                       row);
+        }
+    }
+    list.setVisible(list.topLevelItemCount() > 0);
+}
+
+QTreeWidgetItem *CNetworkOverviewDlg::AddGroup(unsigned title, std::size_t count)
+{
+    constexpr std::size_t kShownAtOnce = 20;
+    if (count == 0)
+        return nullptr;
+    auto *group = new QTreeWidgetItem(m_ui->treeFindings, {Msg(title) + QStringLiteral(" (%1)").arg(count)});
+    group->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+    group->setExpanded(count <= kShownAtOnce);
+    return group;
+}
+
+void CNetworkOverviewDlg::AddFinding(QTreeWidgetItem &group, const QString &text, int row)
+{
+    auto *finding = new QTreeWidgetItem(&group, {text});
+    finding->setData(0, kRowRole, row);
+}
+
+void CNetworkOverviewDlg::OnFinding(const QTreeWidgetItem *finding)
+{
+    if (const QVariant row = finding->data(0, kRowRole); row.isValid())
+        LeadTo(row.toInt());
+}
+
+void CNetworkOverviewDlg::LeadTo(int row)
+{
+    CTreeListCtrl &tree = *m_ui->treeNetwork;
+    if (row < 0 || static_cast<std::size_t>(row) >= m_tree->Rows().size())
+        return;
+    if (tree.GetState(kControlEditing) != 0 && tree.FinishModify() == 0)
+        return; // the message says what is wrong with the row in edit
+    CTreeListItem *item = m_tree->Rows()[static_cast<std::size_t>(row)].m_pItem;
+    for (CTreeListItem *above = tree.GetParentItem(item); above; above = tree.GetParentItem(above))
+        tree.Expand(above, kExpand);
+    m_pZoomed = nullptr; // also when it is selected already
+    tree.SelectItem(item, kNameColumn, true);
+    ZoomToSelected();
+    tree.EnsureVisible(item, kNameColumn);
+}
