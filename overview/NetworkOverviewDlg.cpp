@@ -1,6 +1,7 @@
 // Start-up and closing of the overview, and where its control's notices go.
 #include "overview/NetworkOverviewDlg.h"
 
+#include "contracts/EditorAids.h"
 #include "overview/OverviewTexts.h"
 #include "ui_overview.h"
 

@@ -1,0 +1,118 @@
+// What is wrong: in two lines, in a list, and a click that leads to each.
+#include "tests/overview/overview_fixture.h"
+
+#include "overview/OverviewTexts.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr int kShares = CNetworkOverviewDlg::kTextShares, kDrains = CNetworkOverviewDlg::kTextDrains;
+
+class OverviewFindings : public COverviewTest {
+protected:
+    OverviewFindings() { makeNetwork(); }
+    static std::wstring selected(CNetworkOverviewDlg &dialog)
+    {
+        return tree(dialog).GetItemText(tree(dialog).GetSelectedItem());
+    }
+};
+
+} // namespace
+
+TEST_F(OverviewFindings, AreaSharesThatDoNotAddUpAreCountedAndListed)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_EQ(text(dialog, kShares), "Shares that don't add up to 100 %: 1 of 3 areas.");
+        EXPECT_EQ(text(dialog, kDrains), "Every section drains an area: 4 sections.");
+        EXPECT_THAT(findingsOf(dialog), ElementsAre("Shares that don't add up to 100 % (1): C: 90.0000 %"));
+        EXPECT_TRUE(findings(dialog).isVisible());
+    });
+}
+
+TEST_F(OverviewFindings, WhenAllIsWellTheTwoLinesSaySoAndThereIsNoList)
+{
+    areaNamed(L"C")->SetConnectedSectionShare(network().sectionByName(L"S3"), 1.0, 1);
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_EQ(text(dialog, kShares), "The shares of all areas add up to 100 %: 3 areas.");
+        EXPECT_EQ(text(dialog, kDrains), "Every section drains an area: 4 sections.");
+        EXPECT_FALSE(findings(dialog).isVisible());
+    });
+}
+
+TEST_F(OverviewFindings, SectionsThatDrainNothingAreCountedAndListed)
+{
+    areaNamed(L"B")->SetConnectedSectionShare(network().sectionByName(L"T1"), 0.0, 1);
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_EQ(text(dialog, kDrains), "Sections that drain nothing: 1 of 4.");
+        EXPECT_THAT(findingsOf(dialog), ElementsAre("Shares that don't add up to 100 % (2): B: 0.0000 %, C: 90.0000 %",
+                                                    "Sections that drain nothing (1): T1"));
+    });
+}
+
+TEST_F(OverviewFindings, AnAreaWithoutASectionIsOneOfThem)
+{
+    addArea(L"D", 60, {});
+    run([&](CNetworkOverviewDlg &dialog) {
+        clickFinding(dialog, "D: 0.0000 %");
+        EXPECT_EQ(selected(dialog), L"D");
+    });
+}
+
+TEST_F(OverviewFindings, AClickLeadsToTheRowWhereverItIsHidden)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        click(dialog, CNetworkOverviewDlg::kBtnCollapse);
+        velmor::Journal::instance().setRecording(true);
+        clickFinding(dialog, "C: 90.0000 %");
+        CTreeListItem *row = item(dialog, {L"Outfall O1", L"S3", L"C"});
+        EXPECT_EQ(tree(dialog).GetSelectedItem(), row);
+        QRect place;
+        EXPECT_TRUE(tree(dialog).GetItemRect(row, place));
+        EXPECT_TRUE(tree(dialog).GetClient().contains(place.center().x() < 0 ? place.topLeft()
+                                                                             : QPoint(5, place.center().y())));
+        EXPECT_FALSE(calls("CZEMCEdit::zoom").empty());
+        EXPECT_EQ(tree(dialog).GetState(kControlEditing), 0u);
+    });
+}
+
+TEST_F(OverviewFindings, SplitsLoopsAndPartsWithoutAnOutfallAreTold)
+{
+    addSection(L"U1", L"M3", L"O1"); // a split at M3
+    for (const wchar_t *node : {L"R1", L"R2", L"E1"})
+        addNode(node, 0, 50);
+    addSection(L"R12", L"R1", L"R2");
+    addSection(L"R21", L"R2", L"R1");
+    addSection(L"E", L"E1", L"");
+    run([&](CNetworkOverviewDlg &dialog) {
+        const auto all = findingsOf(dialog);
+        EXPECT_THAT(all, testing::IsSupersetOf({"Splits: several sections leave a node (1): M3", "Loops (2): R12, R21",
+                                                "Parts without an outfall (2): Ring at R2, End without a node"}));
+        clickFinding(dialog, "Ring at R2");
+        EXPECT_EQ(selected(dialog), L"Ring at R2");
+        clickFinding(dialog, "R21");
+        EXPECT_EQ(selected(dialog), L"R21");
+        clickFinding(dialog, "M3");
+        EXPECT_EQ(selected(dialog), L"S3") << "where the upstream of the split does not stand";
+    });
+}
+
+TEST_F(OverviewFindings, FollowTheNames)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        tree(dialog).Expand(item(dialog, {L"Outfall O1", L"S3"}), kExpand);
+        rename(dialog, item(dialog, {L"Outfall O1", L"S3", L"C"}), kNameColumn, "South");
+        EXPECT_THAT(findingsOf(dialog), ElementsAre("Shares that don't add up to 100 % (1): South: 90.0000 %"));
+    });
+}
+
+TEST_F(OverviewFindings, BeforeThereAreAreasTheyAreNotBlamed)
+{
+    for (const wchar_t *name : {L"A", L"B", L"C"})
+        ZEMGis::Sewage::CCatchmentAreaManager::Instance()->DeleteCA(areaNamed(name));
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_EQ(text(dialog, kShares), "There are no areas yet.");
+        EXPECT_EQ(text(dialog, kDrains), "Sections that drain nothing: 4 of 4.");
+    });
+}

@@ -1,0 +1,191 @@
+// Both modules in the embedded host: they come, the overview opens, they go in any order.
+#include "contracts/HostDialog.h"
+#include "host/drawing/Drawing.h"
+#include "host/drawing/Journal.h"
+#include "host/editor/CommandStack.h"
+#include "host/editor/ModuleLoader.h"
+#include "host/editor/Session.h"
+#include "host/services/Services.h"
+#include "tests/dialogs/DialogProgram.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+/// True while the library lies in the program's memory.
+bool isMapped(const std::string &name)
+{
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        if (line.ends_with("/" + name))
+            return true;
+    }
+    return false;
+}
+
+class BothModules : public testing::Test {
+protected:
+    BothModules() : folder(newDialogFolder("velmor_loading_"))
+    {
+        dialogApplication();
+        velmor::Services::instance().start({.language = "en"});
+        session.setMessageSink({});
+        session.setDrawing(velmor::Drawing::createNew());
+    }
+    ~BothModules() override
+    {
+        session.modules().unloadAll();
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+    void load(const char *file) { ASSERT_EQ(session.modules().loadModule(file), std::nullopt); }
+    void unload(const char *file) { ASSERT_EQ(session.modules().unloadModule(file), std::nullopt); }
+    std::vector<std::wstring> moduleCommands()
+    {
+        std::vector<std::wstring> names;
+        for (const velmor::CommandInfo &info : session.commands().list()) {
+            if (!info.isHostCommand)
+                names.push_back(info.name);
+        }
+        return names;
+    }
+    /// Opens the overview and lets it paint.
+    void open()
+    {
+        int opened = 0;
+        session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
+            ++opened;
+            EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Network Overview"));
+            EXPECT_GT(session.documentLocks(), 0);
+            EXPECT_FALSE(dialog.grab().isNull());
+        });
+        const auto widgets = QApplication::topLevelWidgets().size();
+        EXPECT_TRUE(session.commands().run(L"zemsewage_overview"));
+        session.setDialogDriver(nullptr);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_EQ(opened, 1);
+        EXPECT_EQ(session.documentLocks(), 0);
+        EXPECT_EQ(QApplication::topLevelWidgets().size(), widgets);
+        EXPECT_THAT(session.alerts(), IsEmpty());
+    }
+    /// Nothing of a module that went may be asked by what goes on.
+    static void goOn()
+    {
+        QWidget window;
+        window.resize(40, 40);
+        window.show();
+        window.grab();
+        QApplication::processEvents();
+    }
+
+    static constexpr const char *kFirst = VELMOR_MODULE_FILE, *kSecond = VELMOR_OVERVIEW_FILE;
+    std::filesystem::path folder;
+    velmor::Session session;
+};
+
+} // namespace
+
+TEST_F(BothModules, TheSecondBringsOneTransparentCommand)
+{
+    load(kFirst);
+    load(kSecond);
+    EXPECT_THAT(moduleCommands(), ElementsAre(L"zemsewage_create", L"zemsewage_edit", L"zemsewage_overview"));
+    const velmor::CommandEntry *entry = session.commands().find(L"zemsewage_overview");
+    ASSERT_NE(entry, nullptr);
+    EXPECT_TRUE(entry->isTransparent());
+    ASSERT_THAT(session.modules().modules(), SizeIs(2));
+    EXPECT_TRUE(session.modules().modules()[1]->unlocked);
+    EXPECT_TRUE(session.modules().modules()[1]->mdiAware);
+    open();
+}
+
+TEST_F(BothModules, TheyGoInTheOrderInWhichTheyCame)
+{
+    for (int round = 0; round < 3; ++round) {
+        load(kFirst);
+        load(kSecond);
+        open();
+        unload(kFirst);
+        EXPECT_THAT(moduleCommands(), ElementsAre(L"zemsewage_overview"));
+        EXPECT_TRUE(isMapped("zemxvelmor.so")) << "the second one stands on it";
+        open();
+        unload(kSecond);
+        EXPECT_THAT(moduleCommands(), IsEmpty());
+        EXPECT_FALSE(isMapped("zemxvelmor.so"));
+        EXPECT_FALSE(isMapped("zemxoverview.so"));
+        goOn();
+    }
+}
+
+TEST_F(BothModules, TheyGoTheLastOneFirst)
+{
+    for (int round = 0; round < 3; ++round) {
+        load(kFirst);
+        load(kSecond);
+        open();
+        unload(kSecond);
+        EXPECT_FALSE(isMapped("zemxoverview.so"));
+        EXPECT_TRUE(isMapped("zemxvelmor.so"));
+        EXPECT_THAT(moduleCommands(), ElementsAre(L"zemsewage_create", L"zemsewage_edit"));
+        goOn();
+        unload(kFirst);
+        EXPECT_FALSE(isMapped("zemxvelmor.so"));
+        goOn();
+    }
+}
+
+TEST_F(BothModules, TheFirstComesBackWhileTheSecondKeepsItsLibrary)
+{
+    load(kFirst);
+    load(kSecond);
+    unload(kFirst);
+    load(kFirst);
+    EXPECT_THAT(moduleCommands(),
+                testing::UnorderedElementsAre(L"zemsewage_create", L"zemsewage_edit", L"zemsewage_overview"));
+    int opened = 0;
+    session.setDialogDriver([&](CAdUiBaseDialog &) { ++opened; });
+    EXPECT_TRUE(session.commands().run(L"zemsewage_edit"));
+    EXPECT_EQ(opened, 1);
+    open();
+}
+
+TEST_F(BothModules, TheSecondAloneFindsTheFirstsLibraryBesideItAndBringsNoneOfItsCommands)
+{
+    load(kSecond);
+    EXPECT_THAT(moduleCommands(), ElementsAre(L"zemsewage_overview"));
+    open();
+    unload(kSecond);
+    EXPECT_FALSE(isMapped("zemxvelmor.so"));
+    goOn();
+}
+
+TEST_F(BothModules, TheSecondWithoutTheFirstBesideItIsRefusedWithOneLineAndLeavesNothing)
+{
+    const auto lonely = folder / "zemxoverview.so";
+    std::filesystem::copy_file(kSecond, lonely);
+    const auto problem = session.modules().loadModule(lonely);
+    ASSERT_TRUE(problem);
+    EXPECT_THAT(*problem, HasSubstr("zemxvelmor.so"));
+    EXPECT_EQ(problem->find('\n'), std::string::npos);
+    EXPECT_THAT(session.modules().modules(), IsEmpty());
+    EXPECT_THAT(moduleCommands(), IsEmpty());
+}
+
+TEST_F(BothModules, OtherMessagesAnswerZeroAndTouchNothing)
+{
+    load(kFirst);
+    load(kSecond);
+    const velmor::Module &module = *session.modules().modules()[1];
+    velmor::Journal::instance().setRecording(true);
+    for (const int message : {0, 3, 4, 5, 16, 1000, -1})
+        EXPECT_EQ(module.entry(message, session.modules().modules()[1].get()), 0) << message;
+    EXPECT_THAT(velmor::Journal::instance().entries(), IsEmpty());
+    velmor::Journal::instance().setRecording(false);
+}

@@ -1,0 +1,173 @@
+// The rows: branches, sections, areas, their values and sums; and the dialog around them.
+#include "tests/overview/overview_fixture.h"
+
+#include "host/services/Services.h"
+#include "overview/OverviewTexts.h"
+
+#include <QLineEdit>
+#include <QTest>
+
+#include <map>
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class OverviewRows : public COverviewTest {};
+
+} // namespace
+
+TEST_F(OverviewRows, StandBranchByBranchFromTheOutfallUpstreamWithAreasBeneathTheirSections)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_THAT(rows(dialog, {kNameColumn, kFromColumn, kToColumn}),
+                    ElementsAre("Outfall O1", "  S1|M1|O1", "    A", "  Branch at M1", "    T1|M4|M1", "      B",
+                                "  S2|M2|M1", "    A", "  S3|M3|M2", "    C"));
+    });
+}
+
+TEST_F(OverviewRows, ShowLengthsAreasAndSumsPerSectionAndPerBranch)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_THAT(rows(dialog, {kNameColumn, kLengthColumn, kHectaresColumn, kShareColumn, kCoefficientColumn}),
+                    ElementsAre("Outfall O1|40.00|0.0290||0.5948", "  S1|10.00|0.0025||0.5000",
+                                "    A||0.0025|25.0000|0.5000", "  Branch at M1|10.00|0.0100||1.0000",
+                                "    T1|10.00|0.0100||1.0000", "      B||0.0100|100.0000|1.0000",
+                                "  S2|10.00|0.0075||0.5000", "    A||0.0075|75.0000|0.5000",
+                                "  S3|10.00|0.0090||0.2500", "    C||0.0090|90.0000|0.2500"));
+    });
+}
+
+TEST_F(OverviewRows, ShowTypesAndWhatIsToBeSaidOfEachRow)
+{
+    makeNetwork();
+    addSection(L"U1", L"M3", L"O1");
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_THAT(rows(dialog, {kNameColumn, kTypeColumn, kNoteColumn}),
+                    ElementsAre("Outfall O1||sections: 5", "  Branch at O1||sections: 1", "    U1||no area", "  S1",
+                                "    A|Catchment, Household", "  Branch at M1||sections: 1", "    T1",
+                                "      B|Industrial", "  S2", "    A|Catchment, Household",
+                                "  S3||what lies upstream stands at another section",
+                                "    C|Household|shares add up to 90.0000 %"));
+    });
+}
+
+TEST_F(OverviewRows, AreasWithoutASectionStandByThemselves)
+{
+    makeNetwork();
+    addArea(L"D", 60, {});
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_THAT(rows(dialog, {kNameColumn, kShareColumn, kNoteColumn}),
+                    testing::IsSupersetOf({"Areas without a section", "  D|0.0000|shares add up to 0.0000 %"}));
+    });
+}
+
+TEST_F(OverviewRows, ADrawingWithoutANetworkSaysSo)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_THAT(rows(dialog, {kNameColumn}), IsEmpty());
+        EXPECT_EQ(text(dialog, CNetworkOverviewDlg::kTextMessage), "The drawing holds no network.");
+        EXPECT_FALSE(findings(dialog).isVisible());
+    });
+}
+
+TEST_F(OverviewRows, ASessionWithoutADrawingOpensItEmpty)
+{
+    session.setDrawing(nullptr);
+    run([&](CNetworkOverviewDlg &dialog) { EXPECT_THAT(rows(dialog, {kNameColumn}), IsEmpty()); });
+}
+
+TEST_F(OverviewRows, AreOpenedAtTheOutfallsAllOfThemByAButtonAndClosedByAnother)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        const CTreeListCtrl &list = tree(dialog);
+        EXPECT_EQ(list.GetVisibleCount(), 5); // the outfall with three sections and a branch
+        click(dialog, CNetworkOverviewDlg::kBtnExpand);
+        EXPECT_EQ(list.GetVisibleCount(), 10);
+        tree(dialog).SelectItem(item(dialog, {L"Outfall O1", L"S2", L"A"}), 4);
+        click(dialog, CNetworkOverviewDlg::kBtnCollapse);
+        EXPECT_EQ(list.GetVisibleCount(), 1);
+        EXPECT_EQ(list.GetItemText(list.GetSelectedItem()), L"Outfall O1") << "what hides the row is selected for it";
+    });
+}
+
+TEST_F(OverviewRows, ColumnWidthsOrderAndTheZoomAreAsTheyWereLeft)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        tree(dialog).SetColumnWidth(kTypeColumn, 123);
+        tree(dialog).SetColumnOrderArray({0, 2, 1, 3, 4, 5, 6, 7, 8});
+        click(dialog, CNetworkOverviewDlg::kCheckZoom);
+        dialog.resize(dialog.size() + QSize(13, 17));
+    });
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_EQ(tree(dialog).GetColumnWidth(kTypeColumn), 123);
+        EXPECT_THAT(tree(dialog).GetColumnOrderArray(), ElementsAre(0, 2, 1, 3, 4, 5, 6, 7, 8));
+        EXPECT_FALSE(dialog.Control<QAbstractButton>(CNetworkOverviewDlg::kCheckZoom)->isChecked());
+        click(dialog, CNetworkOverviewDlg::kCheckZoom);
+        tree(dialog).SetColumnOrderArray({0, 1, 2, 3, 4, 5, 6, 7, 8});
+    });
+}
+
+TEST_F(OverviewRows, EveryTextIsThereInBothLanguagesAndNoTwoControlsShareALetter)
+{
+    makeNetwork();
+    for (const char *language : {"en", "hr"}) {
+        velmor::Services::instance().start(
+            {.language = language},
+            velmor::Paths({std::filesystem::path(std::getenv("VELMOR_SOURCE_DIR")) / "resources"}, folder));
+        for (unsigned number = OverviewMessage::kTitle; number <= OverviewMessage::kZoomTip; ++number)
+            EXPECT_FALSE(Msg(number).isEmpty()) << language << ' ' << number;
+        run([&](CNetworkOverviewDlg &dialog) {
+            std::map<QChar, QString> letters;
+            for (const QAbstractButton *button : dialog.findChildren<QAbstractButton *>()) {
+                const QString caption = button->text();
+                const auto mark = caption.indexOf(QLatin1Char('&'));
+                if (mark < 0)
+                    continue;
+                const auto [known, isNew] = letters.emplace(caption[mark + 1].toUpper(), caption);
+                EXPECT_TRUE(isNew) << language << ": " << caption.toStdString() << ", " << known->second.toStdString();
+            }
+            EXPECT_GE(letters.size(), 6u);
+        });
+    }
+}
+
+TEST_F(OverviewRows, EveryWidgetThatTakesTheFocusHasANameToBeHeard)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        int seen = 0;
+        for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
+            if (!widget->isVisible() || (widget->focusPolicy() & Qt::TabFocus) == 0)
+                continue;
+            ++seen;
+            const auto *button = qobject_cast<const QAbstractButton *>(widget);
+            EXPECT_FALSE(widget->accessibleName().isEmpty() && (!button || button->text().isEmpty()))
+                << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
+        }
+        EXPECT_GE(seen, 9);
+    });
+}
+
+TEST_F(OverviewRows, TheKeyboardAloneReachesEveryControl)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        QSet<QWidget *> met;
+        for (int i = 0; i < 30; ++i) {
+            met.insert(QApplication::focusWidget());
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        for (const int control :
+             {CNetworkOverviewDlg::kTreeNetwork, CNetworkOverviewDlg::kTreeFindings, CNetworkOverviewDlg::kBtnExpand,
+              CNetworkOverviewDlg::kBtnCollapse, CNetworkOverviewDlg::kBtnCheckAll, CNetworkOverviewDlg::kBtnCheckNone,
+              CNetworkOverviewDlg::kBtnCheckRow, CNetworkOverviewDlg::kCheckZoom, CNetworkOverviewDlg::kBtnHide, 2})
+            EXPECT_TRUE(met.contains(dialog.GetDlgItem(control))) << control;
+    });
+}
