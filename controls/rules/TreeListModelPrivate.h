@@ -16,7 +16,7 @@ struct CTreeListModel::Private {
     CTreeListItemGuard *guards = nullptr;
 };
 
-struct CTreeListModel::Mark {
+struct [[gnu::visibility("hidden")]] CTreeListModel::Mark {
     std::uint32_t box, on, off;
     int notice;
     std::uint32_t stays; ///< style bit: a change stays on the one item

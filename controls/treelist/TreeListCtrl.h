@@ -81,10 +81,11 @@ class TREELIST_API CTreeListCtrl : public QAbstractScrollArea, public CTreeListM
     Q_OBJECT
 
 public:
-    /// Names of the windows.
-    static constexpr char kClassName[] = "Morvane.TreeListCtrl";
-    static constexpr char kHeaderClassName[] = "Morvane.TreeListHeaderCtrl";
-    static constexpr char kTipClassName[] = "Morvane.TreeListTipCtrl";
+    /// Names of the windows. Each library has these constants for itself: shown, they would be one in the whole program
+    /// and keep the library loaded for good.
+    [[gnu::visibility("hidden")]] static constexpr char kClassName[] = "Morvane.TreeListCtrl";
+    [[gnu::visibility("hidden")]] static constexpr char kHeaderClassName[] = "Morvane.TreeListHeaderCtrl";
+    [[gnu::visibility("hidden")]] static constexpr char kTipClassName[] = "Morvane.TreeListTipCtrl";
 
     /// With one column and no rows; Create comes next.
     explicit CTreeListCtrl(QWidget *parent = nullptr);

@@ -5,7 +5,7 @@
 
 /// Filters the application's events from the press to the button's way up: a capture that is lost (a window that opens
 /// over it, a popup, the control disabled or hidden), Escape, and a target that is disabled or hidden.
-class CTreeListCtrl::DragWatch : public QObject {
+class [[gnu::visibility("hidden")]] CTreeListCtrl::DragWatch : public QObject {
 public:
     explicit DragWatch(CTreeListCtrl &control);
 

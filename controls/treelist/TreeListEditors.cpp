@@ -74,7 +74,7 @@ void CTreeListEditCtrl::focusOutEvent(QFocusEvent *event)
 }
 
 /// A combo box that draws its text as the column does and leaves the wheel to the rows.
-class CTreeListComboCtrl::List : public QComboBox {
+class [[gnu::visibility("hidden")]] CTreeListComboCtrl::List : public QComboBox {
 public:
     using QComboBox::QComboBox;
 
