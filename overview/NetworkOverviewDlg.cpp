@@ -76,7 +76,7 @@ void CNetworkOverviewDlg::ConnectControls()
     const auto lead = [this](const QTreeWidgetItem *item) { RunHandler([this, item] { OnFinding(item); }); };
     connect(m_ui->treeFindings, &QTreeWidget::itemClicked, this, lead);
     connect(m_ui->treeFindings, &QTreeWidget::itemActivated, this, lead);
-    auto *key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Space), this);
+    auto *key = new QShortcut(QKeySequence(Qt::Key_Insert), this);
     connect(key, &QShortcut::activated, m_ui->btnCheckRow, &QAbstractButton::click);
 }
 

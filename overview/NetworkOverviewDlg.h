@@ -37,6 +37,7 @@ public:
         kBtnCheckRow = 114,
         kCheckZoom = 115,
         kBtnHide = 3,
+        kBtnClose = kCancel,
     };
 
     explicit CNetworkOverviewDlg(QWidget *parent = nullptr);

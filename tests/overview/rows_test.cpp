@@ -167,7 +167,8 @@ TEST_F(OverviewRows, TheKeyboardAloneReachesEveryControl)
         for (const int control :
              {CNetworkOverviewDlg::kTreeNetwork, CNetworkOverviewDlg::kTreeFindings, CNetworkOverviewDlg::kBtnExpand,
               CNetworkOverviewDlg::kBtnCollapse, CNetworkOverviewDlg::kBtnCheckAll, CNetworkOverviewDlg::kBtnCheckNone,
-              CNetworkOverviewDlg::kBtnCheckRow, CNetworkOverviewDlg::kCheckZoom, CNetworkOverviewDlg::kBtnHide, 2})
+              CNetworkOverviewDlg::kBtnCheckRow, CNetworkOverviewDlg::kCheckZoom, CNetworkOverviewDlg::kBtnHide,
+              CNetworkOverviewDlg::kBtnClose})
             EXPECT_TRUE(met.contains(dialog.GetDlgItem(control))) << control;
     });
 }
