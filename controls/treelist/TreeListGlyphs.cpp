@@ -83,15 +83,15 @@ void PaintLock(QPainter &painter, const QRectF &cell, int lock, const TreeListSh
     if (open && !shades.plain)
         color.setAlphaF(0.55F); // most rows are open; they shall not shout
     QPainterPath bow;
-    const double foot = open ? 4.6 : 7.5;
-    bow.moveTo(2.2, 7.5);
-    bow.lineTo(2.2, 5.2);
-    bow.arcTo(QRectF(2.2, 3.2, 3.6, 4.0), 180, -180);
-    bow.lineTo(5.8, std::max(foot, 5.2));
+    bow.moveTo(1.2, 7.5);
+    bow.lineTo(1.2, 5.0);
+    bow.arcTo(QRectF(1.2, 3.0, 3.6, 4.0), 180, -180);
+    if (!open)
+        bow.lineTo(4.8, 7.5);
     painter.setPen(QPen(color, 1.2, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.drawPath(bow);
-    const QRectF body(1.0, 7.5, 6.0, 5.0);
+    const QRectF body(0.0, 7.0, 6.0, 6.0); // two pixels are left to what stands beside it
     if (lock == 1) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(color);
@@ -103,7 +103,7 @@ void PaintLock(QPainter &painter, const QRectF &cell, int lock, const TreeListSh
     if (lock == 2) { // half closed: the lower half of the body is full
         painter.setPen(Qt::NoPen);
         painter.setBrush(color);
-        painter.drawRect(QRectF(1.5, 10, 5.0, 2.0));
+        painter.drawRect(QRectF(0.5, 10, 5.0, 2.5));
     }
 }
 
