@@ -218,6 +218,11 @@ public:
 
     // --- Dragging: TreeListDragging.cpp ---
 
+    // The source tells NotifyBeginDrag with its newest selected item and column. The control under the rows tells
+    // NotifyDragEnter and NotifyDragLeave without an item, NotifyDragOver and NotifyDrop with the item (null in
+    // NotifyDrop: at the root), all with column 0 and the source. Nothing moves by itself: the owner does that at
+    // NotifyDrop, when nothing of the drag is left. A press whose movement becomes a drag ends the edit that it began.
+
     int BeginDraging(const QPoint &point);
     int DoDraging(const QPoint &point);
     /// drop false: ended without one.

@@ -215,6 +215,57 @@ TEST_F(TreeClick, ARefusedColumnKeepsTheRowInEditAndTheSelection)
     EXPECT_EQ(left->GetEdit()->text(), QStringLiteral("Trunk"));
 }
 
+TEST_F(TreeClick, AnotherColumnOfTheRowInEditTakesTheEditAlong)
+{
+    EditColumns();
+    Click(Text(2));
+    left->GetEdit()->setText(QStringLiteral("Lake"));
+    Told();
+    Press(Type(2));
+    // Moved by the click on the text, and begun once more as by every click.
+    EXPECT_THAT(Told(),
+                ElementsAre("left EndControl(Lake, 0)", "left ColumnChanging(Lake, 0)", "left BeginControl(Lake, 1)",
+                            "left EndControl(Lake, 1)", "left BeginControl(Lake, 1)"));
+    EXPECT_EQ(left->GetModifyColumn(), 1);
+    EXPECT_EQ(left->GetItemText(left->GetModifyItem(), 0), L"Lake");
+}
+
+TEST_F(TreeClick, ARefusedColumnKeepsTheSelectedColumnToo)
+{
+    EditColumns();
+    Click(Text(2));
+    left->GetEdit()->setText(QStringLiteral("Lake"));
+    Refuse(NotifyColumnChanging);
+    Press(Type(2));
+    EXPECT_EQ(left->GetModifyColumn(), 0);
+    EXPECT_EQ(left->GetSelectColumn(), 0);
+    EXPECT_EQ(left->GetEdit()->text(), QStringLiteral("Lake"));
+}
+
+TEST_F(TreeClick, APressBelowTheLastRowLosesNothingThatWasTypedAndRefused)
+{
+    EditColumns();
+    Click(Text(2));
+    left->GetEdit()->setText(QStringLiteral("Lake"));
+    Refuse(NotifyColumnChanging);
+    Press(Text(8));
+    EXPECT_EQ(left->GetSelectedCount(), 0);
+    EXPECT_NE(left->GetModifyItem(), nullptr);
+    EXPECT_TRUE(left->GetEdit()->isVisible());
+    EXPECT_EQ(left->GetEdit()->text(), QStringLiteral("Lake"));
+}
+
+TEST_F(TreeClick, APressOnAnImageMovesTheSelectionThenEndsTheOtherRowsEdit)
+{
+    EditColumns();
+    left->SetItemState(Item(L"Pond"), kItemShowsImage, 0);
+    Click(Text(0));
+    Told();
+    Press(Image(2));
+    EXPECT_THAT(Told(), ElementsAre("left SelChanging(Pond, 0)", "left SelChanged(Pond, 0)", "left EndControl(Main, 0)",
+                                    "left EndEdit(Main, 1)", "left BeginControl(Pond, 0)"));
+}
+
 TEST_F(TreeClick, AnItemThatANoticeDeletesIsNotTouchedAgain)
 {
     answer = [this](const TreeListNotice &notice) {
