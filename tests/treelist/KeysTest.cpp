@@ -138,6 +138,21 @@ TEST_F(KeysTest, OtherKeysBelongToTheEditor)
     EXPECT_THAT(owner.told, IsEmpty());
 }
 
+TEST_F(KeysTest, TheKeysOfADropDownOpenIt)
+{
+    CreateEdited();
+    Begin(pipe12, 2);
+    for (const auto &[key, keys] : {std::pair{Qt::Key_F4, Qt::NoModifier}, std::pair{Qt::Key_Down, Qt::AltModifier}}) {
+        Key(key, keys);
+        Settle();
+        EXPECT_NE(QApplication::activePopupWidget(), nullptr) << key;
+        Combo().ShowDropDown(false);
+        Settle();
+        EXPECT_TRUE(InEdit());
+        EXPECT_TRUE(Combo().GetList()->hasFocus());
+    }
+}
+
 TEST_F(KeysTest, AKeyOfAShownEditorIsTakenBeforeTheWindowsShortcuts)
 {
     CreateEdited();
