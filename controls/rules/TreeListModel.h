@@ -448,6 +448,7 @@ private:
     bool AddSelected(CTreeListItem *item);
     void RemoveSelected(CTreeListItem *item);
     void UnselectAll();
+    void TellNewest(CTreeListItem *before);
     void SetFocusItem(CTreeListItem *item);
     void ColumnsChanged();
     void EnterOrders(int column);

@@ -76,6 +76,18 @@ void CTreeListModel::UnselectAll()
     }
 }
 
+/// The newest one is drawn in a look of its own; before: who it was.
+void CTreeListModel::TellNewest(CTreeListItem *before)
+{
+    CTreeListItem *now = GetSelectedItem();
+    if (before == now)
+        return;
+    for (CTreeListItem *item : {before, now}) {
+        if (item && item->Has(kItemSelected))
+            OnStateChanged(item, kItemSelected);
+    }
+}
+
 void CTreeListModel::SetFocusItem(CTreeListItem *item)
 {
     CTreeListItem *old = std::exchange(m_pFocusItem, item);
@@ -114,8 +126,7 @@ int CTreeListModel::SelectItem(CTreeListItem *item, int column, bool clear)
             return 0;
         OnStateChanged(item, kItemSelected);
     }
-    if (newest && newest != GetSelectedItem() && newest->Has(kItemSelected))
-        OnStateChanged(newest, kItemSelected);
+    TellNewest(newest);
     SetFocusItem(item);
     m_nSelectColumn = column;
 
@@ -132,6 +143,7 @@ int CTreeListModel::Select(CTreeListItem *item, bool select)
         return 0;
     if (item->Has(kItemSelected) == select)
         return 1;
+    CTreeListItem *newest = GetSelectedItem();
     if (select) {
         if (!HasStyle(StyleMultiSelect))
             UnselectAll();
@@ -141,6 +153,7 @@ int CTreeListModel::Select(CTreeListItem *item, bool select)
         RemoveSelected(item);
     }
     OnStateChanged(item, kItemSelected);
+    TellNewest(newest);
     Invalidate();
     return 1;
 }
@@ -153,8 +166,7 @@ int CTreeListModel::ActiveItem(CTreeListItem *item, int column)
     if (HasStyle(StyleMultiSelect) && item->Has(kItemSelected) && item != newest) {
         RemoveSelected(item);
         AddSelected(item); // into the room that was there
-        OnStateChanged(newest, kItemSelected);
-        OnStateChanged(item, kItemSelected);
+        TellNewest(newest);
     }
     m_nSelectColumn = column;
     SetFocusItem(item);

@@ -297,18 +297,35 @@ TEST_F(TreeListSelection, TheListOfSelectedItemsDoesNotGrowWithChanges)
     EXPECT_LT(list.GetFirstSelectedItemPosition(), 100);
 }
 
-TEST_F(TreeListSelection, TheViewIsToldWhichRowsLookAnother)
+TEST_F(TreeListSelection, TheViewIsToldWhoBecomesAndCeasesToBeTheNewestOrTheFocusItem)
 {
     list.SetStyle(StyleMultiSelect);
-    list.SelectItem(a);
-    Forget();
-    list.SelectItem(b, 0, false);
-    std::map<const CTreeListItem *, int> told;
-    for (const auto &[item, bits] : list.changes)
-        told[item] += bits == kItemSelected;
-    EXPECT_GT(told[a], 0) << "no longer the newest, nor the focus item";
-    EXPECT_GT(told[b], 0);
-    EXPECT_EQ(told[c], 0);
+    const auto told = [this] {
+        std::map<std::wstring, int> bitsOf;
+        for (const auto &[item, bits] : list.changes)
+            bitsOf[item->Text(0)] |= static_cast<int>(bits);
+        std::wstring texts;
+        for (const auto &[text, bits] : bitsOf)
+            texts += bits == kItemSelected ? text : L"?";
+        Forget();
+        return texts;
+    };
+    list.Select(a);
+    EXPECT_EQ(told(), L"a");
+    list.Select(b);
+    EXPECT_EQ(told(), L"ab") << "a is no longer the newest";
+    list.SelectItem(c, 0, false);
+    EXPECT_EQ(told(), L"bc");
+    list.SelectItem(c, 1, false);
+    EXPECT_EQ(told(), L"bc") << "b is the newest again";
+    list.Select(b, false);
+    EXPECT_EQ(told(), L"ab");
+    list.Select(b);
+    told();
+    list.ActiveItem(a, 0);
+    EXPECT_EQ(told(), L"abc") << "c loses the focus";
+    list.SetSelectionMark(items[3]);
+    EXPECT_EQ(told(), L"ad");
 }
 
 // --- Deletion ---
