@@ -16,18 +16,25 @@ struct CTreeListModel::Private {
     CTreeListItemGuard *guards = nullptr;
 };
 
-struct [[gnu::visibility("hidden")]] CTreeListModel::Mark {
+struct [[gnu::visibility("hidden")]] CTreeListModel::Mark
+{
     std::uint32_t box, on, off;
     int notice;
     std::uint32_t stays; ///< style bit: a change stays on the one item
 
-    std::uint32_t Bits() const { return on | off; }
+    std::uint32_t Bits() const
+    {
+        return on | off;
+    }
     int ValueOf(std::uint32_t state) const
     {
         const std::uint32_t bits = state & Bits();
         return bits == Bits() ? kCheckMixed : bits == on ? kCheckOn : kCheckOff;
     }
-    std::uint32_t BitsOf(int value) const { return value == kCheckMixed ? Bits() : value == kCheckOn ? on : off; }
+    std::uint32_t BitsOf(int value) const
+    {
+        return value == kCheckMixed ? Bits() : value == kCheckOn ? on : off;
+    }
 
     static const Mark kCheck, kLock;
 };
@@ -38,10 +45,17 @@ inline constexpr CTreeListModel::Mark CTreeListModel::Mark::kLock = {kItemShowsL
                                                                      NotifyLock, StyleNoLockPropagation};
 
 /// Redrawing is off as long as it lives, whatever a notice does.
-class CTreeListModel::RedrawOff {
+class [[gnu::visibility("hidden")]] CTreeListModel::RedrawOff
+{
 public:
-    explicit RedrawOff(CTreeListModel &model) : m_model(model) { m_model.SetRedraw(false); }
-    ~RedrawOff() { m_model.SetRedraw(true); }
+    explicit RedrawOff(CTreeListModel & model) : m_model(model)
+    {
+        m_model.SetRedraw(false);
+    }
+    ~RedrawOff()
+    {
+        m_model.SetRedraw(true);
+    }
     RedrawOff(const RedrawOff &) = delete;
     RedrawOff &operator=(const RedrawOff &) = delete;
 
