@@ -309,6 +309,8 @@ void CTreeListAccessible::Tell()
     if (std::exchange(m_bMany, false)) {
         QAccessibleTableModelChangeEvent event(&m_control, QAccessibleTableModelChangeEvent::DataChanged);
         send(event);
+        QAccessibleEvent selection(&m_control, QAccessible::SelectionWithin); // may be among what was not noted
+        send(selection);
     }
     // Who hears a notice may change the list at once: no place among the changes is kept over one.
     m_telling = std::exchange(m_changes, {});

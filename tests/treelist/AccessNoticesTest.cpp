@@ -135,6 +135,7 @@ TEST_F(TreeListNotices, ManyChangesAreToldAsOne)
     Settle();
     EXPECT_LT(heard.size(), 300u);
     EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
+    EXPECT_THAT(heard, Contains(Heard{QAccessible::SelectionWithin, ""}));
 }
 
 TEST_F(TreeListNotices, WhatHappensToARowThatIsDeletedBeforeItIsToldIsNotTold)
