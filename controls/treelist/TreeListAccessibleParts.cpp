@@ -4,6 +4,7 @@
 #include "contracts/CoreServices.h"
 #include "controls/WideText.h"
 #include "controls/treelist/TreeListCtrl.h"
+#include "controls/treelist/TreeListHeaderCtrl.h"
 
 namespace {
 
@@ -16,6 +17,8 @@ enum Message : unsigned {
     kMsgCollapse = 60124,
     kMsgLock = 60125,
     kMsgEdit = 60126,
+    kMsgAscending = 60127,
+    kMsgDescending = 60128,
 };
 
 QString textOf(Message message)
@@ -257,13 +260,24 @@ QStringList CTreeListCell::keyBindingsForAction(const QString &name) const
 
 bool CTreeListHeaderCell::isValid() const
 {
-    return CTreeListPart::isValid() && m_pAccess->HasHeader();
+    return CTreeListPart::isValid() && m_pAccess->HasHeader() && m_pAccess->Control().GetHeader();
+}
+
+void *CTreeListHeaderCell::interface_cast(QAccessible::InterfaceType type)
+{
+    return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this) : nullptr;
 }
 
 QString CTreeListHeaderCell::text(QAccessible::Text which) const
 {
-    return isValid() && which == QAccessible::Name ? ToQString(m_pAccess->Control().GetColumnText(Column()))
-                                                   : QString();
+    if (!isValid())
+        return {};
+    const CTreeListHeaderCtrl &header = *m_pAccess->Control().GetHeader();
+    if (which == QAccessible::Name)
+        return header.NameOf(Column());
+    if (which != QAccessible::Description || header.GetSortColumn() != Column())
+        return {};
+    return textOf(header.IsSortDescending() ? kMsgDescending : kMsgAscending);
 }
 
 QRect CTreeListHeaderCell::rect() const
@@ -284,4 +298,23 @@ QAccessible::State CTreeListHeaderCell::state() const
     state.offscreen = !m_pAccess->HeaderRect(Column()).intersects(shown);
     state.invisible = state.offscreen || !control.isVisible();
     return state;
+}
+
+QStringList CTreeListHeaderCell::actionNames() const
+{
+    const bool canPress =
+        isValid() && m_pAccess->Control().isEnabled() && m_pAccess->Control().GetHeader()->Sorts(Column());
+    return canPress ? QStringList(pressAction()) : QStringList();
+}
+
+void CTreeListHeaderCell::doAction(const QString &name)
+{
+    if (!actionNames().contains(name))
+        return;
+    // As a click: the edit of a row ends before the rows may go to other places.
+    CTreeListCtrl &control = m_pAccess->Control();
+    const int column = Column();
+    control.FinishModify();
+    if (!control.GetState(kControlEditing))
+        control.GetHeader()->ClickColumn(column);
 }

@@ -122,12 +122,18 @@ private:
     CTreeListItem *m_pItem;
 };
 
-class CTreeListHeaderCell : public CTreeListPart {
+/// Pressing it is a click on a column that sorts; where the arrow stands it says which way.
+class CTreeListHeaderCell : public CTreeListPart, public QAccessibleActionInterface {
 public:
     using CTreeListPart::CTreeListPart;
+    void *interface_cast(QAccessible::InterfaceType type) override;
     bool isValid() const override;
     QString text(QAccessible::Text which) const override;
     QRect rect() const override;
     QAccessible::Role role() const override { return QAccessible::ColumnHeader; }
     QAccessible::State state() const override;
+
+    QStringList actionNames() const override;
+    void doAction(const QString &name) override;
+    QStringList keyBindingsForAction(const QString &) const override { return {}; }
 };

@@ -69,6 +69,11 @@ public:
     /// Puts the arrow on a column; -1 takes it away. Nothing is told.
     void SetSortColumn(int column, bool descending);
 
+    /// True when a click on the column is told.
+    bool Sorts(int column) const;
+    /// What a click on the column does: its arrow turns and the click is told, if it sorts.
+    void ClickColumn(int column);
+
     /// The column that keys go to; -1 when there is none.
     int GetCurrentColumn() const { return m_nCurrent; }
     void SetCurrentColumn(int column);
@@ -114,10 +119,8 @@ private:
 
     // TreeListHeaderCtrl.cpp
     std::vector<Section> Sections() const;
-    bool Sorts(int column) const;
     bool IsArrowOn(int column) const { return column >= 0 && column == GetSortColumn(); }
     int Limited(int column, int width) const;
-    void ClickColumn(int column);
     void ShowCurrent();
     void TellCurrent();
 

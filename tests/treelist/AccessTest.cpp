@@ -477,3 +477,31 @@ TEST_F(TreeListAccess, RowsCostNothingUntilTheyAreAskedFor)
     EXPECT_EQ(far, first + 1) << "ids are given to what was asked for and to nothing else";
     EXPECT_EQ(QAccessible::uniqueId(Cell(1999, 2)), far);
 }
+
+TEST_F(TreeListAccess, AHeaderSaysWhichWayItsColumnIsSortedAndIsPressedLikeAClick)
+{
+    CreateTree(kTreeStyle | StyleHeaderSort);
+    list->SetColumnFormat(1, kColumnSorts | (kColumnSortBits & ~(kColumnSortBits - 1)), 0);
+    list->SetColumnText(2, L"");
+    std::vector<int> clicked;
+    QObject::connect(list, &CTreeListCtrl::ColumnClicked, list, [&](int column) { clicked.push_back(column); });
+    QAccessibleInterface *sorts = Table()->child(1), *other = Table()->child(0);
+    EXPECT_EQ(nameOf(Table()->child(2)), "Column 3") << "a column without a text";
+    EXPECT_THAT(other->actionInterface()->actionNames(), IsEmpty());
+    other->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_THAT(sorts->actionInterface()->actionNames(), ElementsAre(QAccessibleActionInterface::pressAction()));
+    EXPECT_EQ(sorts->text(QAccessible::Description), QString());
+    sorts->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(sorts->text(QAccessible::Description), QStringLiteral("Sorted ascending"));
+    EXPECT_EQ(other->text(QAccessible::Description), QString());
+    sorts->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(sorts->text(QAccessible::Description), QStringLiteral("Sorted descending"));
+    EXPECT_THAT(clicked, ElementsAre(1, 1));
+
+    ASSERT_NE(list->BeginModify(areaA, 1), 0);
+    list->GetEdit()->SetWindowText(L"9");
+    owner.answers[NotifyColumnChanging] = {-1};
+    sorts->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_THAT(clicked, ElementsAre(1, 1)) << "the owner keeps the row in edit";
+    list->CancelModify();
+}
