@@ -206,7 +206,13 @@ void CTreeListCtrl::wheelEvent(QWheelEvent *event)
     if (!alive)
         return;
     HideTip();
-    m_nWheel += event->angleDelta().y();
+    const QPoint turned = event->angleDelta();
+    if (std::abs(turned.x()) > std::abs(turned.y())) { // sideways, which goes by pixels
+        QAbstractScrollArea::wheelEvent(event);
+        event->accept();
+        return;
+    }
+    m_nWheel += turned.y();
     if (std::abs(m_nWheel) < kWheelNotch)
         return;
     const auto step =

@@ -320,6 +320,20 @@ TEST_F(TreeListScroll, PartsOfAWheelNotchAddUp)
     EXPECT_EQ(list->GetVertScroll(), 9);
 }
 
+TEST_F(TreeListScroll, AWheelTurnedSidewaysScrollsTheColumns)
+{
+    CreateEmpty(StyleTree);
+    AddRows(1000);
+    ShowSized(150, 200);
+    QWheelEvent event(QPointF(5, 5), QPointF(5, 5), QPoint(), QPoint(-120, 0), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(list->viewport(), &event);
+    EXPECT_TRUE(event.isAccepted());
+    Settle();
+    EXPECT_GT(list->GetHorzScroll(), 0);
+    EXPECT_EQ(list->GetVertScroll(), 0);
+}
+
 TEST_F(TreeListScroll, AWheelEndsTheEditOfARow)
 {
     CreateTree();
