@@ -236,23 +236,13 @@ bool CTreeListCtrl::viewportEvent(QEvent *event)
 void CTreeListCtrl::changeEvent(QEvent *event)
 {
     QAbstractScrollArea::changeEvent(event);
-    switch (event->type()) {
-    case QEvent::EnabledChange:
-    case QEvent::PaletteChange:
-        HideTip();
-        Invalidate();
-        break;
-    case QEvent::FontChange:
-    case QEvent::StyleChange:
-        HideTip();
-        if (GetState(kControlCreated) && GetItemHeight() == m_nOwnHeight)
-            SetOwnHeight();
-        Layout();
-        Invalidate();
-        break;
-    default:
-        break;
-    }
+    if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange)
+        return;
+    HideTip();
+    if (GetState(kControlCreated) && GetItemHeight() == m_nOwnHeight)
+        SetOwnHeight();
+    Layout();
+    Invalidate();
 }
 
 void CTreeListCtrl::SetOwnHeight()

@@ -106,6 +106,19 @@ TEST_F(TreeListControl, AControlGoesInTheMidstOfAnEditWithoutAWordToItsOwner)
     list = new CTreeListCtrl(&window); // for the fixture's end
 }
 
+TEST_F(TreeListControl, AControlGoesInTheMidstOfADragWithoutAWordToItsOwner)
+{
+    CreateTree(kTreeStyle | StyleDrag | StyleDrop | StyleDropSelf);
+    const QPoint from = PlaceOf(areaA), to = PlaceOf(outfall2) + QPoint(90, 90);
+    Press(from);
+    Move(to, Qt::LeftButton);
+    EXPECT_NE(list->GetState(kControlDragging), 0u);
+    owner.told.clear();
+    delete list;
+    EXPECT_TRUE(owner.told.empty());
+    list = new CTreeListCtrl(&window); // for the fixture's end
+}
+
 // --- Style ---
 
 TEST_F(TreeListControl, SetStyleAnswersTheOldWordAndGivesTheHeaderItsBits)

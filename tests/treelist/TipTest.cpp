@@ -219,6 +219,13 @@ TEST_F(TreeListTip, ItStaysOnTheScreen)
     Move(PlaceOf(pipe12, kHitText, 2));
     ASSERT_TRUE(Tip().isVisible());
     EXPECT_TRUE(screen.contains(Tip().geometry()));
+    list->SetItemText(pipe12, 1, kLong); // at the right of its column, so the tip grows to the left
+    window.move(screen.left() - 100, screen.bottom() - 45);
+    Settle();
+    Move(PlaceOf(pipe12, kHitText, 1));
+    ASSERT_TRUE(Tip().isVisible());
+    EXPECT_TRUE(screen.contains(Tip().geometry()));
+    EXPECT_EQ(Tip().geometry().left(), screen.left());
 }
 
 TEST_F(TreeListTip, ItTakesNeitherMouseNorFocus)
