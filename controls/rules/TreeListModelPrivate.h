@@ -5,6 +5,9 @@
 #include "controls/rules/TreeListModel.h"
 #include "controls/rules/TreeListOrder.h"
 
+/// What stands in an exported class and is no part of the export.
+#define TREELIST_HIDDEN __attribute__((visibility("hidden")))
+
 struct CTreeListModel::Private {
     explicit Private(CTreeListAllocator &allocator) : pool(allocator), order(pool) {}
 
@@ -16,25 +19,18 @@ struct CTreeListModel::Private {
     CTreeListItemGuard *guards = nullptr;
 };
 
-struct [[gnu::visibility("hidden")]] CTreeListModel::Mark
-{
+struct TREELIST_HIDDEN CTreeListModel::Mark {
     std::uint32_t box, on, off;
     int notice;
     std::uint32_t stays; ///< style bit: a change stays on the one item
 
-    std::uint32_t Bits() const
-    {
-        return on | off;
-    }
+    std::uint32_t Bits() const { return on | off; }
     int ValueOf(std::uint32_t state) const
     {
         const std::uint32_t bits = state & Bits();
         return bits == Bits() ? kCheckMixed : bits == on ? kCheckOn : kCheckOff;
     }
-    std::uint32_t BitsOf(int value) const
-    {
-        return value == kCheckMixed ? Bits() : value == kCheckOn ? on : off;
-    }
+    std::uint32_t BitsOf(int value) const { return value == kCheckMixed ? Bits() : value == kCheckOn ? on : off; }
 
     static const Mark kCheck, kLock;
 };
@@ -45,17 +41,10 @@ inline constexpr CTreeListModel::Mark CTreeListModel::Mark::kLock = {kItemShowsL
                                                                      NotifyLock, StyleNoLockPropagation};
 
 /// Redrawing is off as long as it lives, whatever a notice does.
-class [[gnu::visibility("hidden")]] CTreeListModel::RedrawOff
-{
+class TREELIST_HIDDEN CTreeListModel::RedrawOff {
 public:
-    explicit RedrawOff(CTreeListModel & model) : m_model(model)
-    {
-        m_model.SetRedraw(false);
-    }
-    ~RedrawOff()
-    {
-        m_model.SetRedraw(true);
-    }
+    explicit RedrawOff(CTreeListModel &model) : m_model(model) { m_model.SetRedraw(false); }
+    ~RedrawOff() { m_model.SetRedraw(true); }
     RedrawOff(const RedrawOff &) = delete;
     RedrawOff &operator=(const RedrawOff &) = delete;
 

@@ -4,6 +4,7 @@
 
 #include "tests/controls/TreeListJournal.h"
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
@@ -26,7 +27,15 @@ struct Plain {
     std::uint32_t state = kItemDefaultState;
     std::vector<std::wstring> texts;
     CTreeListItem *real = nullptr;
+
+    bool IsExpanded() const { return (state & kItemExpanded) != 0; }
 };
+
+/// Where an item stands in a list; the list's size when it doesn't.
+inline std::size_t IndexIn(const std::vector<Plain *> &list, const Plain *item)
+{
+    return static_cast<std::size_t>(std::find(list.begin(), list.end(), item) - list.begin());
+}
 
 struct Options {
     std::size_t most = 40;  ///< items
@@ -76,7 +85,6 @@ private:
 
     Plain *Any();
     Plain *AnyOrRoot();
-    Plain *ByReal(const CTreeListItem *real);
     bool Alive(unsigned id) const { return id == 0 || m_items.count(id) != 0; }
     static bool Within(const Plain *item, const Plain *top);
     Plain *Made(Plain *parent, std::size_t at, CTreeListItem *real, const std::wstring &text);
