@@ -3,6 +3,7 @@
 
 #include "controls/treelist/TreeListCtrl.h"
 
+#include <QBasicTimer>
 #include <QPixmap>
 #include <QPointer>
 #include <QWidget>
@@ -83,6 +84,9 @@ public:
     /// Windows of a column's drag; null when there is none.
     CTLHDragWnd *GetDragWnd() const;
     CTLHDropWnd *GetDropWnd() const;
+    /// A dragged column that is held beside the header's left or right edge scrolls the control; a step at each time.
+    bool IsScrolling() const { return m_scroll.isActive(); }
+    void OnScrollTimer();
 
     QSize sizeHint() const override;
 
@@ -98,6 +102,7 @@ protected:
     void changeEvent(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -156,7 +161,8 @@ private:
     Gesture m_gesture = Gesture::None;
     int m_nColumn = -1;                             ///< of the gesture
     const CTreeListColumnInfo *m_pColumn = nullptr; ///< to see whether it still is that column
-    QPoint m_press;
+    QPoint m_press, m_pointer;
+    QBasicTimer m_scroll;
     int m_nWidthBefore = 0;
     int m_nGrab = 0; ///< pixels from the left edge of a column that is picked up
     QPointer<CTLHDragWnd> m_pDragWnd;

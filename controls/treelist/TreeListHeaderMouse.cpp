@@ -6,8 +6,16 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 
 #include <algorithm>
+
+namespace {
+
+constexpr int kScrollInterval = 50; // milliseconds
+constexpr int kScrollStep = 16;     // pixels
+
+} // namespace
 
 CTLHDragWnd *CTreeListHeaderCtrl::GetDragWnd() const
 {
@@ -46,6 +54,7 @@ void CTreeListHeaderCtrl::End()
     m_gesture = Gesture::None;
     m_nColumn = -1;
     m_pColumn = nullptr;
+    m_scroll.stop();
     qApp->removeEventFilter(this);
     delete m_pDragWnd;
     delete m_pDropWnd;
@@ -182,6 +191,12 @@ void CTreeListHeaderCtrl::StartDrag()
 
 void CTreeListHeaderCtrl::DragTo(const QPoint &at)
 {
+    m_pointer = at;
+    const bool beside = at.x() < 0 || at.x() >= width();
+    if (!beside || !PlaceAt(at))
+        m_scroll.stop();
+    else if (!m_scroll.isActive())
+        m_scroll.start(kScrollInterval, this);
     m_pDragWnd->move(pos() + QPoint(at.x() - m_nGrab, at.y() - m_press.y()));
     m_pDragWnd->raise();
     const auto place = PlaceAt(at);
@@ -195,6 +210,23 @@ void CTreeListHeaderCtrl::DragTo(const QPoint &at)
     const int edge = before < sections.size() ? sections[before].left : sections.back().right();
     m_pDropWnd->ShowAt(pos().x() + edge, geometry());
     setCursor(Qt::ArrowCursor);
+}
+
+void CTreeListHeaderCtrl::OnScrollTimer()
+{
+    if (m_gesture != Gesture::Dragging || !m_scroll.isActive())
+        return;
+    QScrollBar *bar = m_list.horizontalScrollBar();
+    bar->setValue(bar->value() + (m_pointer.x() < 0 ? -kScrollStep : kScrollStep));
+    DragTo(m_pointer);
+}
+
+void CTreeListHeaderCtrl::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_scroll.timerId())
+        OnScrollTimer();
+    else
+        QWidget::timerEvent(event);
 }
 
 std::optional<int> CTreeListHeaderCtrl::PlaceAt(const QPoint &at) const

@@ -175,3 +175,48 @@ TEST_F(HeaderDrag, TheOrderIsTakenOfScrolledColumnsToo)
     DragColumn(kName + 30, At(5));
     EXPECT_THAT(Order(), ElementsAre(1, 0, 2));
 }
+
+TEST_F(HeaderDrag, AColumnThatIsHeldBesideTheHeaderScrollsTheControl)
+{
+    list->SetColumnWidth(2, 600);
+    Settle();
+    QScrollBar *bar = list->horizontalScrollBar();
+    const QPoint right(header->width() + 5, header->height() / 2), left(-5, header->height() / 2);
+    Press(At(30));
+    MoveTo(At(60));
+    EXPECT_FALSE(header->IsScrolling());
+    MoveTo(right);
+    EXPECT_TRUE(header->IsScrolling());
+    header->OnScrollTimer();
+    EXPECT_EQ(bar->value(), 16);
+    header->OnScrollTimer();
+    EXPECT_EQ(bar->value(), 32);
+    bar->setValue(bar->maximum());
+    header->OnScrollTimer();
+    EXPECT_EQ(header->GetDropWnd()->GetLine() - header->x(), header->width() - 2) << "behind the last column";
+
+    MoveTo(left);
+    header->OnScrollTimer();
+    EXPECT_EQ(bar->value(), bar->maximum() - 16);
+    MoveTo(At(50));
+    EXPECT_FALSE(header->IsScrolling());
+    const int value = bar->value();
+    header->OnScrollTimer();
+    EXPECT_EQ(bar->value(), value);
+
+    MoveTo(left);
+    Release(left);
+    EXPECT_FALSE(header->IsScrolling());
+}
+
+TEST_F(HeaderDrag, ARefusedPlaceBesideTheHeaderDoesNotScroll)
+{
+    list->SetStyle(kStyle & ~StyleHeaderDrop);
+    list->SetColumnWidth(2, 600);
+    Settle();
+    Press(At(30));
+    MoveTo(At(60));
+    MoveTo(QPoint(header->width() + 5, 5));
+    EXPECT_FALSE(header->IsScrolling());
+    header->OnCancelMode();
+}

@@ -55,6 +55,23 @@ protected:
             pixels += image.pixel(x, y) != image.pixel(0, image.height() - 1) ? 1 : 0;
         return pixels;
     }
+    /// Whether the header paints itself anew because of what is done.
+    bool Repaints(const std::function<void()> &work)
+    {
+        struct Watcher : QObject {
+            bool eventFilter(QObject *, QEvent *event) override
+            {
+                seen = seen || event->type() == QEvent::Paint;
+                return false;
+            }
+            bool seen = false;
+        } watcher;
+        Settle();
+        header->installEventFilter(&watcher);
+        work();
+        Settle();
+        return watcher.seen;
+    }
     void SetFormat(int column, std::uint32_t bits) { list->SetColumnFormat(column, bits, ~bits); }
     static void SetDesktop(const QColor &face, const QColor &text)
     {
@@ -292,4 +309,21 @@ TEST_F(HeaderPaint, TheHeightFollowsTheFont)
     EXPECT_GT(header->height(), before + 15);
     EXPECT_EQ(header->height(), header->GetHeight());
     EXPECT_EQ(header->geometry().bottom() + 1, list->viewport()->y());
+}
+
+TEST_F(HeaderPaint, WhateverChangesTheColumnsPaintsTheHeaderAnew)
+{
+    EXPECT_FALSE(Repaints([] {}));
+    EXPECT_TRUE(Repaints([this] { list->SetColumnText(1, L"Other"); }));
+    EXPECT_TRUE(Repaints([this] { list->SetColumnWidth(1, 500); }));
+    EXPECT_TRUE(Repaints([this] { list->SetColumnImage(1, 3); }));
+    EXPECT_TRUE(Repaints([this] { list->SetColumnFormat(1, kColumnCentred, kColumnRight); }));
+    EXPECT_TRUE(Repaints([this] { list->SetColumnOrderArray({1, 0, 2}); }));
+    EXPECT_TRUE(Repaints([this] { list->horizontalScrollBar()->setValue(30); }));
+    EXPECT_TRUE(Repaints([this] { list->SetSortColumn(1); }));
+    EXPECT_TRUE(Repaints([this] { list->SetHeaderImages({QIcon()}); }));
+    EXPECT_TRUE(Repaints([this] { list->SetStyle(kStyle & ~StyleHeaderSort); }));
+    EXPECT_TRUE(Repaints([this] { list->InsertColumn(L"New"); }));
+    EXPECT_TRUE(Repaints([this] { list->DeleteColumn(0); }));
+    EXPECT_TRUE(Repaints([this] { list->setEnabled(false); }));
 }

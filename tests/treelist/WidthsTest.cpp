@@ -57,6 +57,13 @@ TEST_F(Widths, AColumnThatThereIsNotIsRefused)
     EXPECT_EQ(Width(2), kKind);
 }
 
+TEST_F(Widths, OtherNegativeWidthsAreRefused)
+{
+    EXPECT_EQ(list->SetColumnWidth(1, -5), 0);
+    EXPECT_EQ(list->SetColumnWidth(1, -1, -7), 0) << "a minimum below 0, and no item";
+    EXPECT_EQ(Width(1), kLength);
+}
+
 TEST_F(Widths, MinusOneFitsTheItemsFromTheGivenMinimumOn)
 {
     CTreeListItem *item = list->InsertItem(L"x");
