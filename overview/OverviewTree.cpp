@@ -89,11 +89,19 @@ void COverviewTree::InsertColumns()
 void COverviewTree::FitColumns()
 {
     constexpr int kFitted = -2, kMarginInLetters = 2, kNameInLetters = 24, kLongestInLetters = 48;
-    const int letter = m_control.fontMetrics().averageCharWidth();
+    const QFontMetrics metrics = m_control.fontMetrics();
+    const int letter = metrics.averageCharWidth();
     for (int column = 0; column < kOverviewColumns; ++column) {
         m_control.SetColumnWidth(column, kFitted);
         const int fitted = m_control.GetColumnWidth(column) + kMarginInLetters * letter;
-        const int least = column == kNameColumn ? kNameInLetters * letter : 0;
+        // Rows of areas are not open yet.
+        int least = column == kNameColumn ? kNameInLetters * letter : 0;
+        if (column == kTypeColumn) {
+            for (const unsigned type : {kTypeCatchment, kTypeHouse, kTypeIndustry})
+                least = std::max(least, metrics.horizontalAdvance(Msg(type)) + kMarginInLetters * letter);
+        } else if (column == kShareColumn) {
+            least = metrics.horizontalAdvance(NumberText(kPercent, kShareDecimals)) + kMarginInLetters * letter;
+        }
         m_control.SetColumnWidth(column, std::clamp(fitted, least, kLongestInLetters * letter));
     }
 }
@@ -155,7 +163,7 @@ QString COverviewTree::BranchTitle(int branch) const
     case EBranchEnd::Ring:
         return Msg(kRing, node);
     default:
-        return Msg(kBranch, node);
+        return Msg(kBranch, node, NamedOrNot(Of(m_network.m_sections, values.m_steps.front().m_nIndex)->GetName()));
     }
 }
 
@@ -308,6 +316,8 @@ void COverviewTree::ShowSectionName(int section)
 {
     m_control.SetItemText(Of(m_rows, RowOfSection(section)).m_pItem, kNameColumn,
                           Of(m_network.m_sections, section)->GetName());
+    const int branch = Of(m_forest.m_branchOf, section);
+    m_control.SetItemText(Of(m_rows, RowOfBranch(branch)).m_pItem, kNameColumn, BranchTitle(branch).toStdWString());
 }
 
 void COverviewTree::ShowAreaName(int area)

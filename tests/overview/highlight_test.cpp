@@ -75,11 +75,11 @@ TEST_F(OverviewHighlight, ABranchHighlightsAllThatDrainsToItAndItsParentIsMixed)
     const std::string t1 = idOf(L"T1");
     run([&](CNetworkOverviewDlg &dialog) {
         record();
-        clickPart(dialog, item(dialog, {L"Outfall O1", L"Branch at M1"}), kHitCheck);
+        clickPart(dialog, item(dialog, {L"Outfall O1", L"Branch at M1: T1"}), kHitCheck);
         EXPECT_THAT(firsts("CEntity::DrawTemporary"), ElementsAre(t1));
         EXPECT_THAT(firsts("CCatchmentArea::Mark"), ElementsAre("{B}"));
         EXPECT_EQ(tree(dialog).GetCheck(item(dialog, {L"Outfall O1"})), kCheckMixed);
-        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, {L"Outfall O1", L"Branch at M1", L"T1", L"B"})), kCheckOn);
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, {L"Outfall O1", L"Branch at M1: T1", L"T1", L"B"})), kCheckOn);
     });
 }
 

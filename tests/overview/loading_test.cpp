@@ -8,6 +8,9 @@
 #include "host/services/Services.h"
 #include "tests/dialogs/DialogProgram.h"
 
+#include <QAccessible>
+#include <QAccessibleInterface>
+
 #include <gmock/gmock.h>
 
 #include <fstream>
@@ -65,6 +68,14 @@ protected:
             EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Network Overview"));
             EXPECT_GT(session.documentLocks(), 0);
             EXPECT_FALSE(dialog.grab().isNull());
+            // What a screen reader asks is made by the module, and must go with it.
+            auto *rows = dialog.findChild<QWidget *>(QStringLiteral("treeNetwork"));
+            ASSERT_NE(rows, nullptr);
+            QAccessibleInterface *heard = QAccessible::queryAccessibleInterface(rows);
+            ASSERT_NE(heard, nullptr);
+            EXPECT_GT(heard->childCount(), 0);
+            ASSERT_NE(heard->tableInterface(), nullptr);
+            heard->tableInterface()->cellAt(0, 0);
         });
         const auto widgets = QApplication::topLevelWidgets().size();
         EXPECT_TRUE(session.commands().run(L"zemsewage_overview"));
@@ -82,6 +93,7 @@ protected:
         window.resize(40, 40);
         window.show();
         window.grab();
+        EXPECT_NE(QAccessible::queryAccessibleInterface(&window), nullptr);
         QApplication::processEvents();
     }
 

@@ -94,7 +94,7 @@ TEST_F(OverviewNames, ANodeIsRenamedWhereverItStandsByOneStep)
         rename(dialog, item(dialog, {L"Outfall O1", L"S2"}), kToColumn, "K7");
         ASSERT_TRUE(network().nodeByName(L"K7"));
         EXPECT_THAT(rows(dialog, {kNameColumn, kFromColumn, kToColumn}),
-                    testing::IsSupersetOf({"  S1|K7|O1", "  Branch at K7", "    T1|M4|K7", "  S2|M2|K7"}));
+                    testing::IsSupersetOf({"  S1|K7|O1", "  Branch at K7: T1", "    T1|M4|K7", "  S2|M2|K7"}));
     });
 }
 
@@ -103,6 +103,18 @@ TEST_F(OverviewNames, TheOutfallsTitleFollowsTheNameOfItsNode)
     run([&](CNetworkOverviewDlg &dialog) {
         rename(dialog, item(dialog, {L"Outfall O1", L"S1"}), kToColumn, "Creek");
         EXPECT_EQ(rows(dialog, {kNameColumn}).front(), "Outfall Creek");
+    });
+}
+
+TEST_F(OverviewNames, ABranchsTitleFollowsTheNameOfItsFirstSection)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        CTreeListItem *branch = item(dialog, {L"Outfall O1", L"Branch at M1: T1"});
+        tree(dialog).Expand(branch, kExpand);
+        rename(dialog, branch->FirstChild(), kNameColumn, "Side");
+        EXPECT_EQ(tree(dialog).GetItemText(branch), L"Branch at M1: Side");
+        rename(dialog, item(dialog, {L"Outfall O1", L"S1"}), kNameColumn, "Main");
+        EXPECT_EQ(tree(dialog).GetItemText(item(dialog, {L"Outfall O1"})), L"Outfall O1");
     });
 }
 

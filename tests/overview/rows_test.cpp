@@ -24,7 +24,7 @@ TEST_F(OverviewRows, StandBranchByBranchFromTheOutfallUpstreamWithAreasBeneathTh
     makeNetwork();
     run([&](CNetworkOverviewDlg &dialog) {
         EXPECT_THAT(rows(dialog, {kNameColumn, kFromColumn, kToColumn}),
-                    ElementsAre("Outfall O1", "  S1|M1|O1", "    A", "  Branch at M1", "    T1|M4|M1", "      B",
+                    ElementsAre("Outfall O1", "  S1|M1|O1", "    A", "  Branch at M1: T1", "    T1|M4|M1", "      B",
                                 "  S2|M2|M1", "    A", "  S3|M3|M2", "    C"));
     });
 }
@@ -35,7 +35,7 @@ TEST_F(OverviewRows, ShowLengthsAreasAndSumsPerSectionAndPerBranch)
     run([&](CNetworkOverviewDlg &dialog) {
         EXPECT_THAT(rows(dialog, {kNameColumn, kLengthColumn, kHectaresColumn, kShareColumn, kCoefficientColumn}),
                     ElementsAre("Outfall O1|40.00|0.0290||0.5948", "  S1|10.00|0.0025||0.5000",
-                                "    A||0.0025|25.0000|0.5000", "  Branch at M1|10.00|0.0100||1.0000",
+                                "    A||0.0025|25.0000|0.5000", "  Branch at M1: T1|10.00|0.0100||1.0000",
                                 "    T1|10.00|0.0100||1.0000", "      B||0.0100|100.0000|1.0000",
                                 "  S2|10.00|0.0075||0.5000", "    A||0.0075|75.0000|0.5000",
                                 "  S3|10.00|0.0090||0.2500", "    C||0.0090|90.0000|0.2500"));
@@ -48,8 +48,8 @@ TEST_F(OverviewRows, ShowTypesAndWhatIsToBeSaidOfEachRow)
     addSection(L"U1", L"M3", L"O1");
     run([&](CNetworkOverviewDlg &dialog) {
         EXPECT_THAT(rows(dialog, {kNameColumn, kTypeColumn, kNoteColumn}),
-                    ElementsAre("Outfall O1||sections: 5", "  Branch at O1||sections: 1", "    U1||no area", "  S1",
-                                "    A|Catchment, Household", "  Branch at M1||sections: 1", "    T1",
+                    ElementsAre("Outfall O1||sections: 5", "  Branch at O1: U1||sections: 1", "    U1||no area", "  S1",
+                                "    A|Catchment, Household", "  Branch at M1: T1||sections: 1", "    T1",
                                 "      B|Industrial", "  S2", "    A|Catchment, Household",
                                 "  S3||what lies upstream stands at another section",
                                 "    C|Household|shares add up to 90.0000 %"));

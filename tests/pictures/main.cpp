@@ -10,6 +10,7 @@
 #include "host/network/Network.h"
 #include "host/services/Services.h"
 #include "tests/pictures/MethodPictures.h"
+#include "tests/pictures/OverviewPictures.h"
 #include "tests/pictures/Pictures.h"
 #include "tests/pictures/ReviewPictures.h"
 
@@ -71,6 +72,7 @@ bool picturesOf(const std::filesystem::path &drawing, const QDir &folder, const 
     CDlgCreateCatchmentArea definition;
     definition.DoModal();
     session.setDialogDriver(nullptr);
+    done = overviewPicture(session, folder, look) && done;
     return reviewPicture(session, folder, look) && done;
 }
 
@@ -92,5 +94,6 @@ int main(int argc, char *argv[])
             done = velmor::picturesOf(argv[1], folder, language, theme) && done;
     done = velmor::methodPictures(argv[2], folder) && done;
     done = velmor::reviewRoadPictures(argv[1], folder) && done;
+    done = velmor::overviewRoadPicture(argv[1], folder) && done;
     return done ? 0 : 1;
 }
