@@ -27,13 +27,25 @@ struct CLeftPlace {
     QSize m_size;
     QList<int> m_panes;
     std::vector<int> m_widths, m_order; ///< of the columns
-    int m_nLetter = 0;                  ///< width of a letter that these are for; 0: the dialog was not shown yet
+    QString m_strLook;                  ///< letters and language that these are for; empty: it was not shown yet
     bool m_bZoom = true;
 };
 CLeftPlace &LeftPlace()
 {
     static CLeftPlace place;
     return place;
+}
+
+/// Differs where the same widths would not do.
+QString LookOf(const QWidget &dialog)
+{
+    return dialog.font().toString() + Msg(kColumnType) + Msg(kTypeCatchment);
+}
+
+/// least also where there is no room.
+int Within(int value, int least, int greatest)
+{
+    return std::max(least, std::min(value, greatest));
 }
 
 } // namespace
@@ -45,6 +57,7 @@ CNetworkOverviewDlg::CNetworkOverviewDlg(QWidget *parent)
     m_ui->treeNetwork->Create(kTreeStyle, QRect(), m_ui->splitter, kTreeNetwork);
     m_tree = std::make_unique<COverviewTree>(*m_ui->treeNetwork);
     m_ui->treeNetwork->SetOwner(this);
+    m_ui->treeNetwork->viewport()->installEventFilter(this);
     ConnectControls();
 }
 
@@ -114,7 +127,7 @@ bool CNetworkOverviewDlg::OnInitDialog()
     m_tree->InsertColumns();
     Reload();
     const CLeftPlace &left = LeftPlace();
-    if (left.m_nLetter == fontMetrics().averageCharWidth()) {
+    if (left.m_strLook == LookOf(*this)) {
         for (int column = 0; column < kOverviewColumns; ++column)
             m_ui->treeNetwork->SetColumnWidth(column, left.m_widths[static_cast<std::size_t>(column)]);
         m_ui->treeNetwork->SetColumnOrderArray(left.m_order);
@@ -235,7 +248,7 @@ void CNetworkOverviewDlg::FitToScreen()
     const QWidget *window = QApplication::activeWindow();
     const QRect room = (window ? window : this)->screen()->availableGeometry();
     const int letter = fontMetrics().averageCharWidth();
-    const bool known = left.m_nLetter == letter;
+    const bool known = left.m_strLook == LookOf(*this);
     QSize size(kWidthInLetters * letter, kHeightInLines * fontMetrics().lineSpacing());
     if (known)
         size = left.m_size;
@@ -246,8 +259,30 @@ void CNetworkOverviewDlg::FitToScreen()
         m_ui->splitter->setSizes(left.m_panes);
     else
         m_ui->splitter->setSizes({3 * height() / 4, height() / 4});
+    // At the right of the window at first, since a click shows its row in the drawing beside it; then where it was.
     if (known && room.adjusted(0, 0, -kLeastInView, -kLeastInView).contains(left.m_corner))
         move(left.m_corner);
+    else if (window && window != this)
+        move(Within(window->frameGeometry().right() - width(), room.left(), room.right() - width()),
+             Within(window->geometry().center().y() - height() / 2, room.top(), room.bottom() - height()));
+}
+
+bool CNetworkOverviewDlg::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize && watched == m_ui->treeNetwork->viewport())
+        FillWidth();
+    return CAdUiBaseDialog::eventFilter(watched, event);
+}
+
+void CNetworkOverviewDlg::FillWidth()
+{
+    CTreeListCtrl &tree = *m_ui->treeNetwork;
+    if (tree.GetColumnCount() < kOverviewColumns)
+        return;
+    const int spare = tree.viewport()->width() - (tree.GetTotalWidth() - m_nSpare);
+    const int given = std::exchange(m_nSpare, std::max(spare, 0));
+    if (given != m_nSpare)
+        tree.SetColumnWidth(kNameColumn, tree.GetColumnWidth(kNameColumn) + m_nSpare - given);
 }
 
 void CNetworkOverviewDlg::KeepPlace()
@@ -259,8 +294,8 @@ void CNetworkOverviewDlg::KeepPlace()
     left.m_panes = m_ui->splitter->sizes();
     left.m_widths.clear();
     for (int column = 0; column < kOverviewColumns; ++column)
-        left.m_widths.push_back(tree.GetColumnWidth(column));
+        left.m_widths.push_back(tree.GetColumnWidth(column) - (column == kNameColumn ? m_nSpare : 0));
     left.m_order = tree.GetColumnOrderArray();
-    left.m_nLetter = fontMetrics().averageCharWidth();
+    left.m_strLook = LookOf(*this);
     left.m_bZoom = m_ui->checkZoom->isChecked();
 }

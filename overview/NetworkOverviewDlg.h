@@ -49,6 +49,7 @@ protected:
     void OnHandlerFailed() override;
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     using CGuids = std::unordered_set<std::wstring>;
@@ -59,6 +60,8 @@ private:
     void Reload();
     void FitToScreen();
     void KeepPlace();
+    /// Width that no column takes goes to the names, and comes back from them.
+    void FillWidth();
     std::int64_t OnTreeListNotify(const TreeListNotice &notice) override;
     void OnBtnHide();
     void ExpandAll(bool expand);
@@ -107,6 +110,7 @@ private:
     bool m_bFilling = false;                  ///< notices of the control mean nothing
     bool m_bChecksPosted = false;
     bool m_bShownBefore = false;
+    int m_nSpare = 0; ///< what the names have beyond their own width
     bool m_bEnded = false;
     bool m_bTrouble = false; ///< the message says what is wrong
     ZEMGis::Utility::CDocLock m_docLock;

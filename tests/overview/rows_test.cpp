@@ -114,6 +114,49 @@ TEST_F(OverviewRows, ColumnWidthsOrderAndTheZoomAreAsTheyWereLeft)
     });
 }
 
+TEST_F(OverviewRows, InAnotherLanguageColumnsAreFittedAnewSoThatNoTypeIsCut)
+{
+    makeNetwork();
+    run([](CNetworkOverviewDlg &dialog) { tree(dialog).SetColumnWidth(kTypeColumn, 20); });
+    velmor::Services::instance().start(
+        {.language = "hr"},
+        velmor::Paths({std::filesystem::path(std::getenv("VELMOR_SOURCE_DIR")) / "resources"}, folder));
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_GT(tree(dialog).GetColumnWidth(kTypeColumn),
+                  tree(dialog).fontMetrics().horizontalAdvance(Msg(OverviewMessage::kTypeCatchment)));
+    });
+}
+
+TEST_F(OverviewRows, WidthThatNoColumnTakesGoesToTheNamesAndComesBackFromThem)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        CTreeListCtrl &list = tree(dialog);
+        dialog.resize(700, 500);
+        settle();
+        const int narrow = list.GetColumnWidth(kNameColumn), note = list.GetColumnWidth(kNoteColumn);
+        for (int round = 0; round < 2; ++round) {
+            dialog.resize(1600, 500);
+            settle();
+            EXPECT_EQ(list.GetTotalWidth(), list.viewport()->width());
+            EXPECT_EQ(list.GetColumnWidth(kNoteColumn), note);
+            dialog.resize(700, 500);
+            settle();
+            EXPECT_EQ(list.GetColumnWidth(kNameColumn), narrow);
+        }
+    });
+}
+
+TEST_F(OverviewRows, OpensNextTimeWhereItWasLeft)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        dialog.resize(500, 400);
+        dialog.move(33, 44);
+    });
+    run([&](CNetworkOverviewDlg &dialog) { EXPECT_EQ(dialog.frameGeometry().topLeft(), QPoint(33, 44)); });
+}
+
 TEST_F(OverviewRows, EveryTextIsThereInBothLanguagesAndNoTwoControlsShareALetter)
 {
     makeNetwork();
