@@ -96,6 +96,8 @@ TEST_F(TreeListAccess, ColumnsComeInTheOrderInWhichTheyAreShownAndHiddenOnesNotA
     EXPECT_EQ(nameOf(Cell(1, 0)), "section");
     EXPECT_EQ(nameOf(Cell(1, 1)), "Pipe 1-2");
     EXPECT_EQ(nameOf(Table()->child(0)), "Kind");
+    EXPECT_EQ(Cell(1, 1)->tableCellInterface()->columnIndex(), 1);
+    EXPECT_EQ(Table()->indexOfChild(Cell(1, 1)), 3 + 3 + 1);
     list->SetColumnFormat(2, kColumnHidden, 0);
     ASSERT_EQ(Rows()->columnCount(), 2);
     EXPECT_EQ(nameOf(Cell(1, 0)), "Pipe 1-2");
@@ -338,8 +340,10 @@ TEST_F(TreeListAccess, ATextOfAListIsEnteredOnlyWhenTheListHasIt)
     };
     Cell(1, 2)->setText(QAccessible::Value, QStringLiteral("drain"));
     EXPECT_EQ(list->GetItemText(pipe12, 2), L"drain");
+    owner.told.clear();
     Cell(1, 2)->setText(QAccessible::Value, QStringLiteral("pond"));
     EXPECT_EQ(list->GetItemText(pipe12, 2), L"drain");
+    EXPECT_EQ(owner.told.back(), (JournalOwner::Told{NotifyEndEdit, L"Pipe 1-2", -1})) << "cancelled";
     EXPECT_FALSE(list->GetState(kControlEditing));
 }
 
@@ -432,9 +436,10 @@ TEST_F(TreeListAccess, AnActionWhoseNoticeDeletesTheRowDoesNoHarm)
 TEST_F(TreeListAccess, CellsOfARemovedColumnAreGone)
 {
     CreateTree();
-    QAccessibleInterface *cell = Cell(1, 2), *header = Table()->child(2);
+    QAccessibleInterface *cell = Cell(1, 1), *behind = Cell(1, 2), *header = Table()->child(1);
     list->DeleteColumn(1);
-    EXPECT_FALSE(cell->isValid());
+    EXPECT_FALSE(cell->isValid()) << "its number is another column's now";
+    EXPECT_FALSE(behind->isValid());
     EXPECT_FALSE(header->isValid());
     EXPECT_EQ(Rows()->columnCount(), 2);
     EXPECT_EQ(nameOf(Cell(1, 1)), "section");
