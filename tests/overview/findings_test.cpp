@@ -3,6 +3,8 @@
 
 #include "overview/OverviewTexts.h"
 
+#include <QTest>
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -74,6 +76,34 @@ TEST_F(OverviewFindings, AClickLeadsToTheRowWhereverItIsHidden)
                                                                              : QPoint(5, place.center().y())));
         EXPECT_FALSE(calls("CZEMCEdit::zoom").empty());
         EXPECT_EQ(tree(dialog).GetState(kControlEditing), 0u);
+    });
+}
+
+TEST_F(OverviewFindings, TheKeyboardLeadsThereTooAndEscapeClosesTheDialog)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        QTreeWidget &list = findings(dialog);
+        list.setFocus();
+        list.setCurrentItem(finding(dialog, "C: 90.0000 %"));
+        EXPECT_EQ(tree(dialog).GetSelectedItem(), nullptr) << "looking through the list does nothing yet";
+        QTest::keyClick(&list, Qt::Key_Return);
+        EXPECT_EQ(selected(dialog), L"C");
+        QTest::keyClick(&tree(dialog), Qt::Key_Escape);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+}
+
+TEST_F(OverviewFindings, ARowInEditWhoseNameIsRefusedHoldsTheListBack)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        clickPart(dialog, item(dialog, {L"Outfall O1", L"S2"}), kHitText);
+        QTest::keyClicks(QApplication::focusWidget(), "S1");
+        clickFinding(dialog, "C: 90.0000 %");
+        EXPECT_EQ(text(dialog, CNetworkOverviewDlg::kTextMessage), "Another section has the name S1 already.");
+        EXPECT_EQ(tree(dialog).GetSelectedItem(), item(dialog, {L"Outfall O1", L"S2"}));
+        EXPECT_NE(tree(dialog).GetState(kControlEditing), 0u);
+        tree(dialog).CancelModify();
+        EXPECT_EQ(selected(dialog), L"S2");
     });
 }
 
