@@ -74,7 +74,8 @@ void CTreeListEditCtrl::focusOutEvent(QFocusEvent *event)
 }
 
 /// A combo box that draws its text as the column does and leaves the wheel to the rows.
-class [[gnu::visibility("hidden")]] CTreeListComboCtrl::List : public QComboBox {
+class [[gnu::visibility("hidden")]] CTreeListComboCtrl::List : public QComboBox
+{
 public:
     using QComboBox::QComboBox;
 
@@ -95,7 +96,10 @@ protected:
         painter.drawItemText(place, int(alignment), palette(), isEnabled(),
                              fontMetrics().elidedText(text, Qt::ElideRight, place.width()), QPalette::ButtonText);
     }
-    void wheelEvent(QWheelEvent *event) override { event->ignore(); }
+    void wheelEvent(QWheelEvent * event) override
+    {
+        event->ignore();
+    }
 };
 
 CTreeListComboCtrl::CTreeListComboCtrl(CTreeListCtrl &list) : QWidget(list.viewport()), m_list(new List(this))
@@ -209,7 +213,6 @@ int CTreeListCtrl::BeginControl(CTreeListItem *item, int column)
     m_pEdit->clear();
     m_pCombo->ResetContent();
     m_bControlBegun = true;
-    m_bRestoreDue = false;
     const CTreeListItemGuard guard(*this, item);
     Notify(NotifyBeginControl, item, column);
     // The owner may have ended the edit, and so may the focus, when it went to a window of his.
@@ -349,7 +352,7 @@ int CTreeListCtrl::CancelCombo(CTreeListItem *item, int column)
         return 0;
     m_pCombo->ShowDropDown(false);
     const std::wstring text = m_pCombo->GetWindowText();
-    if (ToQString(text) != ToQString(GetItemText(item, column)))
+    if (text != ToWide(ToQString(GetItemText(item, column)))) // as in CancelEdit
         SetItemText(item, column, text);
     HideEditor(*m_pCombo);
     return 1;

@@ -56,6 +56,20 @@ TEST_F(EditFocusTest, AFocusThatMovesBetweenEditorAndControlEndsNothing)
     EXPECT_THAT(owner.told, IsEmpty());
 }
 
+TEST_F(EditFocusTest, AnEditorThatEndsLeavesTheFocusToItsControl)
+{
+    CreateEdited();
+    QPushButton behind(QStringLiteral("Behind"), &window); // next in the window's order
+    behind.setGeometry(410, 50, 100, 30);
+    behind.show();
+    for (const int column : {1, 2}) {
+        Begin(pipe12, column);
+        list->FinishModify();
+        EXPECT_TRUE(list->hasFocus());
+        EXPECT_FALSE(behind.hasFocus());
+    }
+}
+
 TEST_F(EditFocusTest, ARefusedTextTakesTheFocusBack)
 {
     CreateEdited();
@@ -100,6 +114,25 @@ TEST_F(EditFocusTest, AnotherWindowFinishesTheEdit)
     Settle();
     EXPECT_FALSE(InEdit());
     EXPECT_EQ(Text(pipe12, 1), L"50");
+}
+
+TEST_F(EditFocusTest, ARefusedTextIsThereWhenTheWindowIsActiveAgain)
+{
+    CreateEdited();
+    Begin(pipe12, 1);
+    TypeOver(QStringLiteral("nonsense"));
+    Answer(NotifyColumnChanging, -1);
+    QWidget window2;
+    window2.show();
+    window2.activateWindow();
+    Settle();
+    EXPECT_TRUE(InEdit());
+    EXPECT_FALSE(list->GetState(kControlFocused));
+    window.activateWindow();
+    Settle();
+    EXPECT_TRUE(Edit().hasFocus());
+    EXPECT_TRUE(list->GetState(kControlFocused));
+    EXPECT_EQ(Edit().text(), QStringLiteral("nonsense"));
 }
 
 TEST_F(EditFocusTest, AHiddenWindowKeepsWhatWasTyped)
@@ -157,6 +190,27 @@ TEST_F(EditFocusTest, AMenuIsNoOtherPlace)
     Settle();
     EXPECT_TRUE(InEdit());
     EXPECT_TRUE(Edit().hasFocus());
+}
+
+TEST_F(EditFocusTest, APopupThatIsNotTheListsGivesTheFocusBack)
+{
+    CreateEdited();
+    Begin(pipe12, 1);
+    TypeOver(QStringLiteral("50"));
+    QWidget popup(&window, Qt::Popup);
+    QLineEdit inside(&popup);
+    inside.setFocus();
+    popup.show();
+    Settle();
+    ASSERT_TRUE(inside.hasFocus());
+    EXPECT_TRUE(InEdit());
+    popup.close();
+    Settle();
+    EXPECT_TRUE(InEdit());
+    EXPECT_TRUE(Edit().hasFocus());
+    EXPECT_EQ(Edit().text(), QStringLiteral("50"));
+    other->setFocus(Qt::MenuBarFocusReason);
+    EXPECT_TRUE(InEdit());
 }
 
 TEST_F(EditFocusTest, AMessageThatTheOwnerShowsWhileHeRefusesIsToldOnce)

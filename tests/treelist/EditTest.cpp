@@ -180,6 +180,18 @@ TEST_F(EditTest, ALongTextAndOddCharactersStayWhole)
     EXPECT_THAT(owner.told, ElementsAre(Told{NotifyEndControl, L"Pipe 1-2", 1}, Told{NotifyEndEdit, L"Pipe 1-2", 1}));
 }
 
+TEST_F(EditTest, ATextThatNobodyChangedIsNotWrittenAnew)
+{
+    CreateEdited();
+    for (const int column : {1, 2}) {
+        const std::wstring text{L'a', static_cast<wchar_t>(0x110000), L'b'}; // no toolkit keeps such a character
+        list->SetItemText(pipe12, column, text);
+        Begin(pipe12, column);
+        EXPECT_EQ(list->FinishModify(), 1);
+        EXPECT_EQ(Text(pipe12, column), text);
+    }
+}
+
 TEST_F(EditTest, AnEditorIsNamedAsItsColumn)
 {
     CreateEdited();
