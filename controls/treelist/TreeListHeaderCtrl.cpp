@@ -54,10 +54,23 @@ std::uint32_t CTreeListHeaderCtrl::SetStyle(std::uint32_t style)
     const std::uint32_t old = m_nStyle;
     m_nStyle = style;
     const bool shown = (style & kHeaderShown) != 0;
+    const bool reached = focusPolicy() != Qt::NoFocus;
     setFocusPolicy(shown ? Qt::TabFocus : Qt::NoFocus);
+    if (shown && !reached)
+        ComeBeforeRows();
     setVisible(shown);
     update();
     return old;
+}
+
+/// Tab goes through the header to the rows, as they stand; from the rows it leaves the control.
+void CTreeListHeaderCtrl::ComeBeforeRows()
+{
+    QWidget *before = m_list.previousInFocusChain();
+    while (before != &m_list && before->focusPolicy() == Qt::NoFocus)
+        before = before->previousInFocusChain();
+    if (before != &m_list && before != this)
+        setTabOrder(before, this);
 }
 
 QSize CTreeListHeaderCtrl::sizeHint() const

@@ -123,6 +123,7 @@ private:
     };
 
     // TreeListHeaderCtrl.cpp
+    void ComeBeforeRows();
     std::vector<Section> Sections() const;
     bool IsArrowOn(int column) const { return column >= 0 && column == GetSortColumn(); }
     int Limited(int column, int width) const;

@@ -54,6 +54,25 @@ TEST_F(HeaderKeys, TabReachesTheHeaderAndItsNameTellsTheColumn)
     EXPECT_EQ(header->focusPolicy(), Qt::NoFocus);
 }
 
+TEST_F(HeaderKeys, TabGoesThroughTheHeaderToTheRowsAndOnToTheNextControl)
+{
+    QWidget form;
+    QPushButton above(&form);
+    CTreeListCtrl rows(&form);
+    QPushButton below(&form);
+    rows.Create(kStyle, QRect(0, 40, 300, 200), &form, 7);
+    form.show();
+    const auto next = [](const QWidget *widget) {
+        do
+            widget = widget->nextInFocusChain();
+        while (!widget->isVisible() || !(widget->focusPolicy() & Qt::TabFocus));
+        return widget;
+    };
+    EXPECT_EQ(next(&above), rows.GetHeader());
+    EXPECT_EQ(next(rows.GetHeader()), &rows);
+    EXPECT_EQ(next(&rows), &below);
+}
+
 TEST_F(HeaderKeys, ArrowsHomeAndEndGoAlongTheShownColumns)
 {
     list->SetColumnOrderArray({2, 0, 1});
