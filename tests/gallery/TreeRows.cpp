@@ -56,7 +56,7 @@ const std::vector<StyleGroup> &styleGroups()
           {StyleNoLockPropagation, "A lock stays on its one row"},
           {StyleImage, "Images"}}},
         {"Selection",
-         {{StyleMultiSelect, "Several rows"},
+         {{StyleMultiSelect, "Several rows: Ctrl and a click adds one"},
           {StyleFullRowSelect, "Highlight spans the row"},
           {StyleSelectColumn, "Own highlight of the column"},
           {StyleShowSelectionAlways, "Shown without focus"}}},
