@@ -65,6 +65,11 @@ CTreeListAccessible::~CTreeListAccessible()
         QAccessible::removeFactory(makeInterface);
 }
 
+CTreeListAccessible *CTreeListAccessible::Of(const CTreeListCtrl &control)
+{
+    return control.m_accessible.get();
+}
+
 void CTreeListAccessible::SetHandler(QAccessible::UpdateHandler handler)
 {
     s_handler = handler;

@@ -29,6 +29,8 @@ public:
     CTreeListAccessible(const CTreeListAccessible &) = delete;
     CTreeListAccessible &operator=(const CTreeListAccessible &) = delete;
 
+    /// That of a control; null while the control is destroyed.
+    static CTreeListAccessible *Of(const CTreeListCtrl &control);
     /// Gets all notices in place of the platform, whether or not that has a screen reader; null: the platform again.
     static void SetHandler(QAccessible::UpdateHandler handler);
 

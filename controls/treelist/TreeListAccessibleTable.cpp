@@ -9,7 +9,7 @@ CTreeListTable::CTreeListTable(CTreeListCtrl &control) : QAccessibleWidget(&cont
 CTreeListAccessible *CTreeListTable::Access() const
 {
     const auto *control = qobject_cast<const CTreeListCtrl *>(object());
-    return control ? control->GetAccessible() : nullptr;
+    return control ? CTreeListAccessible::Of(*control) : nullptr;
 }
 
 CTreeListItem *CTreeListTable::ItemAt(int row) const

@@ -119,8 +119,6 @@ public:
     CTreeListEditCtrl *GetEdit() const { return m_pEdit; }
     CTreeListComboCtrl *GetCombo() const { return m_pCombo; }
     CTreeListStaticCtrl *GetStatic() const { return m_pStatic; }
-    /// What tells a screen reader of the control; null while it is destroyed.
-    CTreeListAccessible *GetAccessible() const { return m_accessible.get(); }
     /// The client: the viewport's rectangle.
     QRect GetClient() const;
     int GetHorzScroll() const;

@@ -41,7 +41,7 @@ protected:
     void Listen()
     {
         CTreeListAccessible::SetHandler(hear);
-        list->GetAccessible()->RowsChanged(); // the rows that are there are told, too
+        CTreeListAccessible::Of(*list)->RowsChanged(); // the rows that are there are told, too
         Settle();
         heard.clear();
     }
