@@ -256,12 +256,15 @@ void CTreeListHeaderCtrl::focusInEvent(QFocusEvent *event)
     if (m_nCurrent < 0 && !order.empty())
         SetCurrentColumn(order.front());
     QWidget::focusInEvent(event);
+    m_list.SetState(kControlFocused, 0); // the header is a part of the control
+    m_list.Invalidate();
 }
 
 void CTreeListHeaderCtrl::focusOutEvent(QFocusEvent *event)
 {
     QWidget::focusOutEvent(event);
     update();
+    m_list.OnFocusLeft(event->reason());
 }
 
 void CTreeListHeaderCtrl::keyPressEvent(QKeyEvent *event)
@@ -281,6 +284,8 @@ void CTreeListHeaderCtrl::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Left:
     case Qt::Key_Right:
+        if (control && !EndsEdit())
+            break;
         if (control && shift) {
             const bool moves = (m_nStyle & kHeaderColumnDrag) && (m_nStyle & kHeaderColumnDrop);
             if (moves && place + step >= 0 && place + step < count)
@@ -301,12 +306,14 @@ void CTreeListHeaderCtrl::keyPressEvent(QKeyEvent *event)
         goTo(count - 1);
         break;
     case Qt::Key_Plus:
-        FitColumn(m_nCurrent);
+        if (EndsEdit())
+            FitColumn(m_nCurrent);
         break;
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        ClickColumn(m_nCurrent);
+        if (EndsEdit())
+            ClickColumn(m_nCurrent);
         break;
     default:
         QWidget::keyPressEvent(event);

@@ -183,9 +183,8 @@ void CTreeListHeaderCtrl::StartDrag()
         return;
     m_gesture = Gesture::Dragging;
     m_nGrab = m_press.x() - found->left;
-    m_pDragWnd = new CTLHDragWnd(PictureOf(*found), &m_list);
-    m_pDropWnd = new CTLHDropWnd(&m_list);
-    m_pDragWnd->show();
+    m_pDragWnd = new CTLHDragWnd(PictureOf(*found), this);
+    m_pDropWnd = new CTLHDropWnd(height(), this);
     update();
 }
 
@@ -197,8 +196,7 @@ void CTreeListHeaderCtrl::DragTo(const QPoint &at)
         m_scroll.stop();
     else if (!m_scroll.isActive())
         m_scroll.start(kScrollInterval, this);
-    m_pDragWnd->move(pos() + QPoint(at.x() - m_nGrab, at.y() - m_press.y()));
-    m_pDragWnd->raise();
+    m_pDragWnd->ShowAt(mapToGlobal(QPoint(at.x() - m_nGrab, at.y() - m_press.y())));
     const auto place = PlaceAt(at);
     if (!place) {
         m_pDropWnd->hide();
@@ -208,7 +206,7 @@ void CTreeListHeaderCtrl::DragTo(const QPoint &at)
     const std::vector<Section> sections = Sections();
     const auto before = static_cast<std::size_t>(*place);
     const int edge = before < sections.size() ? sections[before].left : sections.back().right();
-    m_pDropWnd->ShowAt(pos().x() + edge, geometry());
+    m_pDropWnd->ShowAtEdge(mapToGlobal(QPoint(edge, 0)));
     setCursor(Qt::ArrowCursor);
 }
 

@@ -1,65 +1,64 @@
 #include "controls/treelist/TreeListHeaderWindows.h"
 
 #include <QPainter>
-
-#include <algorithm>
+#include <QRegion>
 
 namespace {
 
 constexpr double kSeenThrough = 0.8;
 constexpr int kPoint = 4; // pixels of the points of the mark to each side of its line
+constexpr int kLine = 1;  // the same of the line
+constexpr int kMarkWidth = 2 * kPoint + 1;
 
-void makeMarkOnly(QWidget &window, const char *name)
+/// Line and points of the mark, in a window of that height.
+QRegion markOf(int height)
 {
-    window.setObjectName(QLatin1String(name));
-    window.setAttribute(Qt::WA_TransparentForMouseEvents);
-    window.setFocusPolicy(Qt::NoFocus);
+    QRegion mark(kPoint - kLine, 0, 2 * kLine + 1, height);
+    for (int row = 0; row < kPoint; ++row) {
+        mark += QRect(row, row, kMarkWidth - 2 * row, 1);
+        mark += QRect(row, height - 1 - row, kMarkWidth - 2 * row, 1);
+    }
+    return mark;
 }
 
 } // namespace
 
-CTLHDragWnd::CTLHDragWnd(const QPixmap &picture, QWidget *parent) : QWidget(parent), m_picture(picture)
+CTLHDragWnd::CTLHDragWnd(const QPixmap &picture, QWidget *parent)
+    : CTreeListLayeredWnd(parent, kClassName), m_picture(picture)
 {
-    makeMarkOnly(*this, kClassName);
-    resize(picture.deviceIndependentSize().toSize());
+    setFixedSize(picture.deviceIndependentSize().toSize());
 }
 
 void CTLHDragWnd::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setOpacity(kSeenThrough);
+    painter.setOpacity(IsLayered() ? kSeenThrough : 1);
     painter.drawPixmap(0, 0, m_picture);
-    painter.setPen(palette().color(QPalette::Highlight));
+    painter.setPen(palette().color(QPalette::Active, QPalette::Highlight));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-CTLHDropWnd::CTLHDropWnd(QWidget *parent) : QWidget(parent)
+CTLHDropWnd::CTLHDropWnd(int height, QWidget *parent) : CTreeListLayeredWnd(parent, kClassName)
 {
-    makeMarkOnly(*this, kClassName);
+    setFixedSize(kMarkWidth, height);
+    if (!IsLayered())
+        setMask(markOf(height));
 }
 
-void CTLHDropWnd::ShowAt(int x, const QRect &header)
+void CTLHDropWnd::ShowAtEdge(const QPoint &top)
 {
-    const int line = std::clamp(x - 1, header.left() + 1, std::max(header.left() + 1, header.right() - 1));
-    const int left = std::max(header.left(), line - kPoint), right = std::min(header.right(), line + kPoint);
-    m_nLine = line - left;
-    setGeometry(left, header.top(), right + 1 - left, header.height());
-    update();
-    show();
+    ShowAt(top - QPoint(kPoint + 1, 0)); // the line between two columns is the last pixel of the one before
     raise();
+}
+
+QPoint CTLHDropWnd::GetEdge() const
+{
+    return pos() + QPoint(kPoint + 1, 0);
 }
 
 void CTLHDropWnd::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    const QColor color = palette().color(QPalette::Highlight);
-    const double middle = m_nLine + 0.5, reach = kPoint + 0.5, bottom = height();
-    painter.fillRect(m_nLine - 1, 0, 3, height(), color);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    const QPointF above[] = {{middle - reach, 0}, {middle + reach, 0}, {middle, reach}};
-    const QPointF below[] = {{middle - reach, bottom}, {middle + reach, bottom}, {middle, bottom - reach}};
-    painter.drawPolygon(above, 3);
-    painter.drawPolygon(below, 3);
+    painter.setClipRegion(markOf(height()));
+    painter.fillRect(rect(), palette().color(QPalette::Active, QPalette::Highlight));
 }

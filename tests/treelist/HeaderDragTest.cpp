@@ -63,14 +63,13 @@ TEST_F(HeaderDrag, ThePictureOfTheColumnFollowsThePointerAndTheMarkStandsAtTheNe
     ASSERT_NE(header->GetDragWnd(), nullptr);
     EXPECT_TRUE(header->GetDragWnd()->isVisible());
     EXPECT_EQ(header->GetDragWnd()->size(), QSize(kLength, header->height()));
-    EXPECT_EQ(header->GetDragWnd()->x() - header->x(), kName + 30);
+    EXPECT_EQ(header->mapFromGlobal(header->GetDragWnd()->pos()).x(), kName + 30);
 
     MoveTo(At(10));
-    EXPECT_EQ(header->GetDragWnd()->x() - header->x(), 10 - 30);
-    EXPECT_EQ(header->GetDropWnd()->GetLine() - header->x(), 1);
-    EXPECT_EQ(header->GetDropWnd()->x(), header->x()) << "all of the mark is seen";
+    EXPECT_EQ(header->mapFromGlobal(header->GetDragWnd()->pos()).x(), 10 - 30);
+    EXPECT_EQ(header->mapFromGlobal(header->GetDropWnd()->GetEdge()), QPoint(0, 0));
     MoveTo(At(kName + kLength + kKind - 5));
-    EXPECT_EQ(header->GetDropWnd()->GetLine() - header->x(), kName + kLength + kKind - 1);
+    EXPECT_EQ(header->mapFromGlobal(header->GetDropWnd()->GetEdge()), QPoint(kName + kLength + kKind, 0));
     EXPECT_TRUE(header->GetDropWnd()->isVisible());
     EXPECT_EQ(header->GetDropWnd()->height(), header->height());
 
@@ -78,6 +77,28 @@ TEST_F(HeaderDrag, ThePictureOfTheColumnFollowsThePointerAndTheMarkStandsAtTheNe
     EXPECT_EQ(header->GetDragWnd(), nullptr);
     EXPECT_EQ(header->GetDropWnd(), nullptr);
     EXPECT_THAT(Order(), ElementsAre(0, 2, 1));
+}
+
+TEST_F(HeaderDrag, TheWindowsAreSeenThroughWhereTheDesktopBlendsAndPlainElsewhere)
+{
+    for (const bool blends : {true, false}) {
+        CTreeListLayeredWnd::Assume(blends);
+        Press(At(kName + 30));
+        MoveTo(At(10));
+        const CTLHDragWnd &picture = *header->GetDragWnd();
+        const CTLHDropWnd &mark = *header->GetDropWnd();
+        EXPECT_TRUE(picture.isWindow() && mark.isWindow());
+        EXPECT_TRUE(picture.windowFlags() & Qt::WindowTransparentForInput);
+        EXPECT_EQ(picture.objectName(), QStringLiteral("Morvane.TLHDragWnd"));
+        EXPECT_EQ(mark.objectName(), QStringLiteral("Morvane.TLHDropWnd"));
+        EXPECT_EQ(picture.IsLayered(), blends);
+        EXPECT_EQ(mark.mask().isEmpty(), blends);
+        const QImage seen = header->GetDragWnd()->grab().toImage();
+        EXPECT_EQ(qAlpha(seen.pixel(3, 3)) == 0xFF, !blends);
+        header->OnCancelMode();
+        Release(At(10));
+    }
+    CTreeListLayeredWnd::Assume(std::nullopt);
 }
 
 TEST_F(HeaderDrag, WithoutTheStyleOfDraggingNoColumnIsPickedUp)
@@ -193,7 +214,7 @@ TEST_F(HeaderDrag, AColumnThatIsHeldBesideTheHeaderScrollsTheControl)
     EXPECT_EQ(bar->value(), 32);
     bar->setValue(bar->maximum());
     header->OnScrollTimer();
-    EXPECT_EQ(header->GetDropWnd()->GetLine() - header->x(), header->width() - 2) << "behind the last column";
+    EXPECT_EQ(header->mapFromGlobal(header->GetDropWnd()->GetEdge()).x(), header->width()) << "behind the last";
 
     MoveTo(left);
     header->OnScrollTimer();

@@ -5,6 +5,8 @@
 
 #include "controls/rules/TreeListImages.h"
 
+#include <QPainter>
+
 namespace {
 
 /// Columns of 70, 60 and 50 pixels, 20 beside them, in the font of pictures.
@@ -25,11 +27,16 @@ protected:
         Settle();
         return header->grab().toImage();
     }
-    /// With what stands over the header and some pixels below it.
+    /// With the windows that stand over it, and some pixels of the rows.
     QImage PaintedWithMarks()
     {
         Settle();
-        return list->grab(header->geometry().adjusted(0, 0, 0, 12)).toImage();
+        QImage image = list->grab(header->geometry().adjusted(0, 0, 0, 12)).toImage();
+        QPainter painter(&image);
+        for (QWidget *mark :
+             {static_cast<QWidget *>(header->GetDragWnd()), static_cast<QWidget *>(header->GetDropWnd())})
+            painter.drawPixmap(header->mapFromGlobal(mark->pos()), mark->grab());
+        return image;
     }
     static void SetDesktop(const QColor &face, const QColor &text, const QColor &highlight)
     {
@@ -85,11 +92,13 @@ TEST_F(HeaderPictures, TheColumnOfTheKeysIsFramed)
 
 TEST_F(HeaderPictures, ADraggedColumnIsSeenUnderThePointerAndItsPlaceMarked)
 {
+    CTreeListLayeredWnd::Assume(true);
     Press(At(100));
     MoveTo(At(70));
-    MoveTo(QPoint(20, 18));
+    MoveTo(QPoint(60, 18));
     ExpectPicture(PaintedWithMarks(), "header-dragged-column-and-its-place");
     header->OnCancelMode();
+    CTreeListLayeredWnd::Assume(std::nullopt);
 }
 
 TEST_F(HeaderPictures, ADarkDesktopHasADarkHeader)

@@ -1,6 +1,8 @@
 // The keys and the menu of a tree list's header.
 #include "tests/treelist/HeaderFixture.h"
 
+#include "controls/treelist/TreeListEditors.h"
+
 #include <QContextMenuEvent>
 #include <QMenu>
 
@@ -131,6 +133,58 @@ TEST_F(HeaderKeys, PlusFitsAndSpaceAndEnterClick)
     PressKey(Qt::Key_Return);
     EXPECT_THAT(clicked, ElementsAre(0, 0));
     EXPECT_TRUE(list->IsSortDescending());
+}
+
+TEST_F(HeaderKeys, TheHeaderIsAPartOfTheControlWhoseFocusLeavesWithIt)
+{
+    CTreeListItem *item = list->InsertItem(L"P 1");
+    list->setFocus();
+    ASSERT_EQ(list->BeginModify(item, 0), 1);
+    Focus();
+    EXPECT_NE(list->GetState(kControlFocused), 0u);
+    EXPECT_NE(list->GetState(kControlEditing), 0u);
+    other->setFocus();
+    EXPECT_EQ(list->GetState(kControlFocused), 0u);
+    EXPECT_EQ(list->GetState(kControlEditing), 0u);
+
+    Focus();
+    EXPECT_NE(list->GetState(kControlFocused), 0u);
+    other->setFocus();
+    EXPECT_EQ(list->GetState(kControlFocused), 0u);
+}
+
+TEST_F(HeaderKeys, WhatChangesColumnsEndsTheEditOfARowAndIsGivenUpWhereTheOwnerKeepsIt)
+{
+    MakeSortable(0);
+    CTreeListItem *item = list->InsertItem(L"P 1");
+    Focus();
+    const struct {
+        int key;
+        Qt::KeyboardModifiers modifiers;
+    } keys[] = {{Qt::Key_Space, Qt::NoModifier},
+                {Qt::Key_Return, Qt::NoModifier},
+                {Qt::Key_Plus, Qt::NoModifier},
+                {Qt::Key_Right, Qt::ControlModifier},
+                {Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier}};
+    for (const auto &[key, modifiers] : keys) {
+        owner.answers[NotifyColumnChanging] = {-1};
+        ASSERT_EQ(list->BeginModify(item, 1), 1);
+        list->GetEdit()->setText(QStringLiteral("wrong"));
+        PressKey(key, modifiers);
+        EXPECT_NE(list->GetState(kControlEditing), 0u) << key;
+        list->CancelModify();
+        EXPECT_THAT(clicked, ElementsAre()) << key;
+        EXPECT_EQ(Width(0), kName) << key;
+        EXPECT_THAT(Order(), ElementsAre(0, 1, 2)) << key;
+
+        owner.answers.clear();
+        ASSERT_EQ(list->BeginModify(item, 1), 1);
+        PressKey(key, modifiers);
+        EXPECT_EQ(list->GetState(kControlEditing), 0u) << key;
+        clicked.clear();
+        list->SetColumnWidth(0, kName);
+        list->SetColumnOrderArray({0, 1, 2});
+    }
 }
 
 TEST_F(HeaderKeys, SpaceAndEnterOnAColumnThatIsNotSortableDoNothingToTheRows)
