@@ -94,7 +94,16 @@ TEST_F(HeaderDrag, TheWindowsAreSeenThroughWhereTheDesktopBlendsAndPlainElsewher
         EXPECT_EQ(picture.IsLayered(), blends);
         EXPECT_EQ(mark.mask().isEmpty(), blends);
         const QImage seen = header->GetDragWnd()->grab().toImage();
+        const QImage flat = seen.convertToFormat(QImage::Format_RGB32);
         EXPECT_EQ(qAlpha(seen.pixel(3, 3)) == 0xFF, !blends);
+        int darkest = 0xFF; // of the text
+        for (int y = 2; y < seen.height() - 2; ++y) {
+            for (int x = 2; x < seen.width() - 2; ++x)
+                darkest = std::min(darkest, qGray(flat.pixel(x, y)));
+        }
+        if (!blends) {
+            EXPECT_EQ(darkest, 0) << "a plain window is the picture itself";
+        }
         header->OnCancelMode();
         Release(At(10));
     }
