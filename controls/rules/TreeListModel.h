@@ -333,6 +333,10 @@ public:
     // NotifyEndEdit with -1. When the column in edit is deleted its text goes, and the edit of the row ends as by
     // UpdateModify with the texts of the other columns. NotifyColumnChanging comes for the column that is left,
     // NotifyRowChanging with the column that was last in edit.
+    //
+    // The texts of the row in edit are compared with the shadow, whoever wrote them: what the owner writes to it by
+    // SetItemText counts as typed, and goes when the edit is cancelled or refused. A click puts a row in edit, so an
+    // owner who writes to rows by himself calls FinishModify first.
 
     /// Not 0 when the cell is in edit behind it. A row that is in edit moves on to the column, unless the owner refuses
     /// the text of the old one; another row in edit ends by UpdateModify. 0: StyleReadOnly, no such cell, a refusal.

@@ -260,7 +260,7 @@ int CTreeListModel::Expand(CTreeListItem *item, int code, int column)
         return 1;
     {
         const RedrawOff off(*this);
-        if (code == kCollapseAndDelete)
+        if (code == kCollapseAndDelete && GetModifyItem() != item) // that one stays
             EndModifyWithin(item);
         if (code == kCollapseAndDelete && OwnsItem(guard.Get())) {
             CTreeListItem grave;

@@ -382,7 +382,9 @@ private:
     // TreeListKeys.cpp
     bool IsKeyForEditor() const;
     bool TakesKey(const QKeyEvent &event) const;
+    bool GiveKeyToEditor(QKeyEvent *event);
     CTreeListItem *RowForKeys() const;
+    int ColumnForKeys() const;
     void SelectByKey(CTreeListItem *item);
     void MoveByRow(bool down);
     void MoveByPage(bool down);

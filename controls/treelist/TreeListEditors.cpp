@@ -11,7 +11,9 @@
 #include <QStylePainter>
 #include <QWheelEvent>
 
+#include <initializer_list>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -193,8 +195,7 @@ bool CTreeListCtrl::CreateEditors()
     m_pStatic = new CTreeListStaticCtrl(*this);
     m_pEdit = new CTreeListEditCtrl(*this);
     m_pCombo = new CTreeListComboCtrl(*this);
-    for (QObject *watched :
-         {static_cast<QObject *>(this), static_cast<QObject *>(m_pEdit), static_cast<QObject *>(m_pCombo->GetList())})
+    for (QObject *watched : std::initializer_list<QObject *>{this, m_pHeader, m_pEdit, m_pCombo->GetList()})
         watched->installEventFilter(this);
     return true;
 }
@@ -235,7 +236,9 @@ int CTreeListCtrl::CancelControl(CTreeListItem *item, int column)
     if (!m_bControlBegun)
         return 0;
     m_bControlBegun = false;
-    m_bRestoreDue = false;
+    if (std::exchange(m_bRestoreDue, false) && GetColumns(column)) // what was refused is asked for again
+        SetItemText(item, column,
+                    GetControl(item, column) == kEditorCombo ? m_pCombo->GetWindowText() : m_pEdit->GetWindowText());
     if (ShownEditor() == m_pEdit)
         CancelEdit(item, column);
     else if (ShownEditor())
@@ -386,7 +389,10 @@ int CTreeListCtrl::RestoreStatic(CTreeListItem *, int, const QRect &)
 void CTreeListCtrl::SetCtrlFocus()
 {
     QWidget *editor = ShownEditor();
+    const bool comesBack = editor && editor == m_pEdit && !m_pEdit->hasFocus();
     (editor ? editor : this)->setFocus(Qt::OtherFocusReason);
+    if (comesBack)
+        m_pEdit->RestoreSelection();
 }
 
 // --- An editor follows its cell --------------------------------------------------------------------------------------

@@ -1,7 +1,9 @@
 // The keyboard of the tree list: keys of its rows and of a row in edit.
 #include "controls/treelist/TreeListCtrl.h"
 #include "controls/treelist/TreeListEditors.h"
+#include "controls/treelist/TreeListHeaderCtrl.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
 
@@ -26,30 +28,31 @@ bool IsTab(int key)
 bool CTreeListCtrl::eventFilter(QObject *watched, QEvent *event)
 {
     const bool editor = m_pEdit && (watched == m_pEdit || watched == m_pCombo->GetList());
-    if (!editor && watched != this)
+    const bool header = m_pHeader && watched == m_pHeader;
+    if (!editor && !header && watched != this)
         return QAbstractScrollArea::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::ShortcutOverride: // the keys of the list go before shortcuts of its window
-        if (TakesKey(*static_cast<QKeyEvent *>(event))) {
+        if (!header && TakesKey(*static_cast<QKeyEvent *>(event))) {
             event->accept();
             return true;
         }
         break;
     case QEvent::KeyPress:
-        if (PreTranslateMessage(static_cast<QKeyEvent *>(event))) {
+        if (!header && PreTranslateMessage(static_cast<QKeyEvent *>(event))) {
             event->accept();
             return true;
         }
         break;
     case QEvent::FocusIn:
-        if (editor) {
+        if (watched != this) {
             SetState(kControlFocused, 0);
             Invalidate();
         }
         break;
     case QEvent::FocusOut:
-        if (editor) {
-            // The editor loses the focus first: it may get it back at once.
+        if (watched != this) {
+            // The part loses the focus first: it may get it back at once.
             const QPointer<CTreeListCtrl> alive(this);
             watched->event(event);
             if (alive)
@@ -120,11 +123,22 @@ bool CTreeListCtrl::PreTranslateMessage(QKeyEvent *event)
         if (PreTranslateKeyDownMessage2(event))
             return true;
         if (shown)
-            return false;
+            return hasFocus() && GiveKeyToEditor(event);
     }
     if (GetColumnOrderArray().empty())
         return !IsTab(event->key());
     return PreTranslateKeyDownMessage(event);
+}
+
+/// An editor that stands there is typed into, wherever in the control the focus is.
+bool CTreeListCtrl::GiveKeyToEditor(QKeyEvent *event)
+{
+    SetCtrlFocus();
+    QWidget *editor = QApplication::focusWidget();
+    if (!editor || editor == this)
+        return false;
+    QApplication::sendEvent(editor, event);
+    return true;
 }
 
 // --- A row in edit ---------------------------------------------------------------------------------------------------
@@ -157,10 +171,10 @@ bool CTreeListCtrl::PreTranslateKeyDownMessage(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        BeginModify(GetFocusItem(), GetSelectColumn());
+        BeginModify(RowForKeys(), ColumnForKeys());
         return true;
     case Qt::Key_Space:
-        Expand(GetFocusItem(), kToggle, GetSelectColumn());
+        Expand(RowForKeys(), kToggle, ColumnForKeys());
         return true;
     case Qt::Key_PageUp:
     case Qt::Key_PageDown:
@@ -179,20 +193,21 @@ bool CTreeListCtrl::PreTranslateKeyDownMessage(QKeyEvent *event)
     case Qt::Key_Left:
     case Qt::Key_Right:
         if (shift && HasStyle(StyleTree))
-            Expand(GetFocusItem(), event->key() == Qt::Key_Left ? kCollapse : kExpand, GetSelectColumn());
+            Expand(RowForKeys(), event->key() == Qt::Key_Left ? kCollapse : kExpand, ColumnForKeys());
         else
             MoveByColumn(event->key() == Qt::Key_Right);
         return true;
     case Qt::Key_Plus:
     case Qt::Key_Minus:
         if (keypad)
-            Expand(GetFocusItem(), event->key() == Qt::Key_Plus ? kExpand : kCollapse, GetSelectColumn());
+            Expand(RowForKeys(), event->key() == Qt::Key_Plus ? kExpand : kCollapse, ColumnForKeys());
         return keypad;
     default:
         return false;
     }
 }
 
+/// The focus item, or the row that stands for it when it lies in a collapsed branch.
 CTreeListItem *CTreeListCtrl::RowForKeys() const
 {
     CTreeListItem *item = GetFocusItem();
@@ -201,10 +216,17 @@ CTreeListItem *CTreeListCtrl::RowForKeys() const
     return item;
 }
 
+/// The first shown column when none is selected.
+int CTreeListCtrl::ColumnForKeys() const
+{
+    const std::vector<int> &order = GetColumnOrderArray();
+    return GetColumns(GetSelectColumn()) || order.empty() ? GetSelectColumn() : order.front();
+}
+
 void CTreeListCtrl::SelectByKey(CTreeListItem *item)
 {
     if (item) // none would clear the selection
-        SelectItem(item, GetSelectColumn(), true);
+        SelectItem(item, ColumnForKeys(), true);
 }
 
 void CTreeListCtrl::MoveByRow(bool down)

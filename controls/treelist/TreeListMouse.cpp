@@ -27,11 +27,14 @@ int cursorOf(int flag)
 void CTreeListCtrl::mousePressEvent(QMouseEvent *event)
 {
     event->accept();
+    const QPointer<CTreeListCtrl> self(this);
     const QPoint point = event->position().toPoint();
     if (event->button() == Qt::LeftButton)
         OnLeftDown(point, event->modifiers());
     else if (event->button() == Qt::RightButton && !GetState(kControlDragging))
         OnRightDown(point);
+    if (self && hasFocus() && ShownEditor()) // the press took it, and the row is still in edit
+        SetCtrlFocus();
 }
 
 void CTreeListCtrl::OnLeftDown(const QPoint &point, Qt::KeyboardModifiers keys)

@@ -462,6 +462,17 @@ TEST_F(TreeListEditing, ChildrenDeletedByACollapseEndTheirEdit)
     EXPECT_EQ(tree.journal[1], "end c -1");
 }
 
+TEST_F(TreeListEditing, ARowWhoseChildrenACollapseDeletesStaysInEdit)
+{
+    tree.Expand(tree.a, kExpand);
+    Begin(tree.a, 1);
+    tree.Type(L"new");
+    EXPECT_EQ(tree.Expand(tree.a, kCollapseAndDelete), 0);
+    ExpectInEdit(tree.a, 1);
+    EXPECT_EQ(tree.FinishModify(), 1);
+    EXPECT_EQ(tree.GetItemText(tree.a, 1), L"new");
+}
+
 TEST_F(TreeListEditing, ARowInEditThatIsMovedStaysInEdit)
 {
     Begin(tree.c, 1);

@@ -1,6 +1,7 @@
 // Where the focus goes and where the cell goes: an edit ends, or its editor goes along.
 #include "tests/treelist/EditFixture.h"
 
+#include "controls/treelist/TreeListHeaderCtrl.h"
 #include "controls/treelist/TreeListTipCtrl.h"
 
 #include <QDialog>
@@ -54,6 +55,56 @@ TEST_F(EditFocusTest, AFocusThatMovesBetweenEditorAndControlEndsNothing)
     EXPECT_TRUE(InEdit());
     EXPECT_TRUE(list->GetState(kControlFocused));
     EXPECT_THAT(owner.told, IsEmpty());
+}
+
+TEST_F(EditFocusTest, AFocusThatLeavesTheHeaderLeavesTheControl)
+{
+    CreateEdited();
+    Begin(pipe12, 0);
+    list->GetHeader()->setFocus();
+    EXPECT_TRUE(list->GetState(kControlFocused));
+    EXPECT_TRUE(InEdit());
+    other->setFocus();
+    EXPECT_FALSE(list->GetState(kControlFocused));
+    EXPECT_FALSE(InEdit());
+    list->GetHeader()->setFocus(); // and it comes in there
+    EXPECT_TRUE(list->GetState(kControlFocused));
+}
+
+TEST_F(EditFocusTest, APressOnAPartGivesTheFocusBackToTheEditor)
+{
+    CreateEdited(kTreeStyle | StyleCheck | StyleLock);
+    for (CTreeListItem *item : {pipe12, pipe23})
+        list->SetItemState(item, kItemShowsCheck | kItemShowsLock, 0);
+    list->SelectItem(pipe12, 1);
+    Begin(pipe12, 1);
+    TypeOver(QStringLiteral("123"));
+    Edit().setSelection(0, 2);
+    for (const int part : {kHitButton, kHitCheck, kHitLock}) {
+        Click(PlaceOf(pipe23, part));
+        EXPECT_TRUE(InEdit());
+        EXPECT_TRUE(Edit().hasFocus()) << part;
+        EXPECT_EQ(Edit().selectedText(), QStringLiteral("12"));
+    }
+    const QPoint at = PlaceOf(pipe12, kHitText, 2);
+    Mouse(QEvent::MouseButtonPress, at, Qt::RightButton, Qt::RightButton);
+    EXPECT_TRUE(Edit().hasFocus());
+    Type(QStringLiteral("9"));
+    EXPECT_EQ(Edit().text(), QStringLiteral("93"));
+}
+
+TEST_F(EditFocusTest, AnEditorIsTypedIntoEvenWhenTheControlHasTheFocus)
+{
+    CreateEdited();
+    Begin(pipe12, 1);
+    TypeOver(QStringLiteral("12"));
+    list->setFocus();
+    Type(QStringLiteral("3"));
+    EXPECT_EQ(Edit().text(), QStringLiteral("123"));
+    EXPECT_TRUE(Edit().hasFocus());
+    list->setFocus();
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Text(pipe12, 1), L"123");
 }
 
 TEST_F(EditFocusTest, AnEditorThatEndsLeavesTheFocusToItsControl)
@@ -346,6 +397,30 @@ TEST_F(EditFocusTest, ARefusedTextOfAHiddenRowWaitsUntilTheRowIsShown)
     EXPECT_EQ(Edit().text(), QStringLiteral("nonsense"));
     EXPECT_TRUE(Edit().hasFocus());
     EXPECT_EQ(owner.CountOf(NotifyColumnChanging), 1);
+}
+
+TEST_F(EditFocusTest, ARefusedTextOfAHiddenRowIsAskedForAgain)
+{
+    CreateEdited();
+    for (const int column : {1, 2}) {
+        const std::wstring typed = column == 1 ? L"nonsense" : L"outfall";
+        Begin(pipe12, column);
+        column == 1 ? Edit().SetWindowText(typed) : Combo().SetWindowText(typed);
+        Answer(NotifyColumnChanging, -1);
+        list->Expand(outfall1, kCollapse);
+        Settle();
+        ASSERT_TRUE(InEdit());
+        EXPECT_EQ(list->FinishModify(), 0);
+        EXPECT_TRUE(InEdit());
+        EXPECT_EQ(owner.CountOf(NotifyColumnChanging), 2);
+        Answer(NotifyColumnChanging, 0);
+        EXPECT_EQ(list->FinishModify(), 1);
+        EXPECT_EQ(Text(pipe12, column), typed);
+        list->Expand(outfall1, kExpand);
+        Settle();
+        EXPECT_FALSE(Edit().isVisible());
+        EXPECT_FALSE(Combo().isVisible());
+    }
 }
 
 TEST_F(EditFocusTest, AColumnThatIsHiddenFinishesItsEdit)

@@ -339,6 +339,42 @@ TEST_F(KeysTest, WithoutAFocusItemTheArrowsBeginAtTheFirstRow)
     ExpectSelected(outfall1);
 }
 
+TEST_F(KeysTest, WithoutASelectedColumnTheKeysTakeTheFirstShownOne)
+{
+    CreateEdited();
+    list->SetColumnOrderArray({1, 0, 2});
+    ASSERT_EQ(list->GetSelectColumn(), -1);
+    Key(Qt::Key_Down);
+    EXPECT_EQ(list->GetSelectColumn(), 1);
+    Key(Qt::Key_Return);
+    EXPECT_EQ(list->GetModifyItem(), outfall1);
+    EXPECT_EQ(list->GetModifyColumn(), 1);
+    Key(Qt::Key_Escape);
+    list->DeleteColumn(1);
+    ASSERT_EQ(list->GetSelectColumn(), -1);
+    Key(Qt::Key_Return);
+    EXPECT_EQ(list->GetModifyColumn(), 0);
+}
+
+TEST_F(KeysTest, KeysOfAFocusItemInACollapsedBranchGoToItsBranch)
+{
+    CreateEdited();
+    Select(areaB, 1);
+    list->Expand(pipe12, kCollapse);
+    Key(Qt::Key_Return);
+    EXPECT_EQ(list->GetModifyItem(), pipe12);
+    EXPECT_TRUE(Edit().isVisible());
+    Key(Qt::Key_Escape);
+    Key(Qt::Key_Space);
+    EXPECT_TRUE(pipe12->Has(kItemExpanded));
+    list->Expand(pipe12, kCollapse);
+    Key(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_TRUE(pipe12->Has(kItemExpanded));
+    list->Expand(pipe12, kCollapse);
+    Key(Qt::Key_Plus, Qt::KeypadModifier);
+    EXPECT_TRUE(pipe12->Has(kItemExpanded));
+}
+
 TEST_F(KeysTest, AFocusItemInACollapsedBranchIsLeftToItsBranch)
 {
     CreateEdited();
