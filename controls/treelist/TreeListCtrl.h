@@ -208,7 +208,9 @@ public:
     /// A key that goes down in the control or in an editor. True when it was taken. With no columns shown all keys but
     /// Tab are taken and do nothing; Alt and its likes belong to the desktop.
     bool PreTranslateMessage(QKeyEvent *event);
-    /// Keys of the rows. The page keys bring a focus item that lies off the page into view and do nothing else.
+    /// Keys of the rows. The page keys bring a focus item that lies off the page into view and do nothing else. For a
+    /// focus item in a collapsed branch its row that is shown is meant; without a selected column the first shown one.
+    /// Under StyleReadOnly Enter is not taken.
     bool PreTranslateKeyDownMessage(QKeyEvent *event);
     /// Keys of a row in edit: Tab, Enter, Escape. In a cell without an editor Tab and Enter count as long as it is the
     /// focus item's in the selected column, and Tab goes on to the next widget when there is no editable column.

@@ -92,6 +92,7 @@ bool CTreeListCtrl::TakesKey(const QKeyEvent &event) const
     switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
+        return !HasStyle(StyleReadOnly);
     case Qt::Key_Space:
     case Qt::Key_PageUp:
     case Qt::Key_PageDown:
@@ -171,8 +172,8 @@ bool CTreeListCtrl::PreTranslateKeyDownMessage(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        BeginModify(RowForKeys(), ColumnForKeys());
-        return true;
+        // Nothing is edited in a list to read: Enter belongs to the dialog's button.
+        return BeginModify(RowForKeys(), ColumnForKeys()) || !HasStyle(StyleReadOnly);
     case Qt::Key_Space:
         Expand(RowForKeys(), kToggle, ColumnForKeys());
         return true;

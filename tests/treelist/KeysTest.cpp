@@ -272,9 +272,21 @@ TEST_F(KeysTest, EnterEditsTheFocusItemInTheSelectedColumn)
     EXPECT_TRUE(Key(Qt::Key_Enter, Qt::KeypadModifier));
     EXPECT_EQ(list->GetModifyItem(), pipe12);
     Key(Qt::Key_Escape);
-    list->SetStyle(kTreeStyle | StyleReadOnly);
-    EXPECT_TRUE(Key(Qt::Key_Return));
     EXPECT_FALSE(InEdit());
+}
+
+TEST_F(KeysTest, EnterInAListToReadBelongsToTheDialog)
+{
+    CreateEdited(kTreeStyle | StyleReadOnly);
+    Select(pipe12, 1);
+    QKeyEvent ask(QEvent::ShortcutOverride, Qt::Key_Return, Qt::NoModifier);
+    ask.ignore();
+    QApplication::sendEvent(list, &ask);
+    EXPECT_FALSE(ask.isAccepted());
+    EXPECT_FALSE(Key(Qt::Key_Return));
+    EXPECT_FALSE(Key(Qt::Key_Enter, Qt::KeypadModifier));
+    EXPECT_FALSE(InEdit());
+    EXPECT_TRUE(Key(Qt::Key_Down));
 }
 
 TEST_F(KeysTest, SpaceExpandsAndCollapses)
