@@ -195,7 +195,7 @@ bool CTreeListCtrl::CreateEditors()
     m_pStatic = new CTreeListStaticCtrl(*this);
     m_pEdit = new CTreeListEditCtrl(*this);
     m_pCombo = new CTreeListComboCtrl(*this);
-    for (QObject *watched : std::initializer_list<QObject *>{this, m_pHeader, m_pEdit, m_pCombo->GetList()})
+    for (QObject *watched : std::initializer_list<QObject *>{this, m_pEdit, m_pCombo->GetList()})
         watched->installEventFilter(this);
     return true;
 }

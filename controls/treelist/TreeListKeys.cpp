@@ -1,7 +1,6 @@
 // The keyboard of the tree list: keys of its rows and of a row in edit.
 #include "controls/treelist/TreeListCtrl.h"
 #include "controls/treelist/TreeListEditors.h"
-#include "controls/treelist/TreeListHeaderCtrl.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -28,31 +27,30 @@ bool IsTab(int key)
 bool CTreeListCtrl::eventFilter(QObject *watched, QEvent *event)
 {
     const bool editor = m_pEdit && (watched == m_pEdit || watched == m_pCombo->GetList());
-    const bool header = m_pHeader && watched == m_pHeader;
-    if (!editor && !header && watched != this)
+    if (!editor && watched != this)
         return QAbstractScrollArea::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::ShortcutOverride: // the keys of the list go before shortcuts of its window
-        if (!header && TakesKey(*static_cast<QKeyEvent *>(event))) {
+        if (TakesKey(*static_cast<QKeyEvent *>(event))) {
             event->accept();
             return true;
         }
         break;
     case QEvent::KeyPress:
-        if (!header && PreTranslateMessage(static_cast<QKeyEvent *>(event))) {
+        if (PreTranslateMessage(static_cast<QKeyEvent *>(event))) {
             event->accept();
             return true;
         }
         break;
     case QEvent::FocusIn:
-        if (watched != this) {
+        if (editor) {
             SetState(kControlFocused, 0);
             Invalidate();
         }
         break;
     case QEvent::FocusOut:
-        if (watched != this) {
-            // The part loses the focus first: it may get it back at once.
+        if (editor) {
+            // The editor loses the focus first: it may get it back at once.
             const QPointer<CTreeListCtrl> alive(this);
             watched->event(event);
             if (alive)
