@@ -206,6 +206,39 @@ TEST_F(OverviewNames, ARenamingThatFailsIsTakenBackAndToldAndTheNextOneGoesWell)
     });
 }
 
+TEST_F(OverviewNames, ANameThatWasGivenUpIsFreeAndOneThatWasTakenIsNot)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        rename(dialog, item(dialog, {L"Outfall O1", L"S2"}), kNameColumn, "X2");
+        rename(dialog, item(dialog, {L"Outfall O1", L"S3"}), kNameColumn, "X2");
+        EXPECT_EQ(text(dialog, kMessage), "Another section has the name X2 already.");
+        tree(dialog).CancelModify();
+        rename(dialog, item(dialog, {L"Outfall O1", L"S3"}), kNameColumn, "S2");
+        EXPECT_EQ(network().sectionByName(L"S2")->GetGuid(), L"{S3}");
+    });
+}
+
+TEST_F(OverviewNames, WhenTheSecondNameOfARowFailsTheFirstIsTakenBackWhereverItIsShown)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        const std::string before = drawing().write();
+        const auto shown = rows(dialog, {kNameColumn, kFromColumn, kToColumn});
+        rename(dialog, item(dialog, {L"Outfall O1", L"S2"}), kFromColumn, "K2", Qt::Key_Tab);
+        ASSERT_EQ(tree(dialog).GetModifyColumn(), kToColumn);
+        {
+            CFailsOnce failure(drawing(), network().nodeByName(L"M1")->GetObjectId());
+            QTest::keyClicks(QApplication::focusWidget(), "K1");
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+            settle();
+        }
+        EXPECT_EQ(session.alerts().size(), 1u);
+        EXPECT_EQ(drawing().write(), before);
+        EXPECT_EQ(rows(dialog, {kNameColumn, kFromColumn, kToColumn}), shown);
+        rename(dialog, item(dialog, {L"Outfall O1", L"S3"}), kFromColumn, "K2");
+        EXPECT_EQ(network().nodeByName(L"K2")->GetGuid(), L"{M3}") << "the name was given back";
+    });
+}
+
 TEST_F(OverviewNames, ClosingTakesTheNameThatIsBeingTypedOrStaysOpenWhenItIsRefused)
 {
     run([&](CNetworkOverviewDlg &dialog) {
