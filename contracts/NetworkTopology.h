@@ -19,7 +19,7 @@ namespace Topology {
 inline constexpr double kUnknownValue = -1000000.0;
 
 /// The property of a section or a node that is its name: what is set there GetName tells from then on. Only a text that
-/// is not empty is taken.
+/// is not empty is taken, and none on a locked layer.
 inline constexpr wchar_t kNameProperty[] = L"VELMOR_NAME";
 
 /// Base of sections, nodes and catchment areas. Two entities are the same when their GUIDs are.

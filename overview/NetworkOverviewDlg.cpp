@@ -141,10 +141,13 @@ bool CNetworkOverviewDlg::OnInitDialog()
 
 void CNetworkOverviewDlg::Reload()
 {
+    const COverviewTree::CView view = m_tree->View();
     m_bFilling = true;
+    ++m_nFillings;
     m_ui->treeNetwork->setUpdatesEnabled(false);
     m_pZoomed = nullptr;
     m_tree->Fill(ReadNetwork());
+    m_tree->Restore(view);
     m_ui->treeNetwork->setUpdatesEnabled(true);
     m_bFilling = false;
     ReadNames();
@@ -203,15 +206,14 @@ void CNetworkOverviewDlg::OnBtnHide()
     std::wstring answer;
     acedGetString(0, Msg(kWaitForKey).toStdWString().c_str(), answer);
     CompleteEditorCommand(1);
+    m_pZoomed = nullptr; // the person may have moved the drawing
 }
 
 void CNetworkOverviewDlg::OnCancel()
 {
     CTreeListCtrl &tree = *m_ui->treeNetwork;
-    if (tree.GetState(kControlEditing) != 0)
-        tree.FinishModify();
-    if (tree.GetState(kControlEditing) != 0)
-        return;      // refused; the message says why, and Escape in the row gives it up
+    if (tree.GetState(kControlEditing) != 0 && tree.FinishModify() == 0)
+        return;      // refused; the message says why
     m_bEnded = true; // whatever comes of the rest
     KeepPlace();
     ClearHighlight();
@@ -220,8 +222,12 @@ void CNetworkOverviewDlg::OnCancel()
 
 void CNetworkOverviewDlg::OnHandlerFailed()
 {
-    ClearHighlight();
     Reload();
+    if (std::exchange(m_bHighlighting, false))
+        SetAllChecks(false); // it would fail again
+    else
+        PostChecks();
+    ClearHighlight();
 }
 
 void CNetworkOverviewDlg::showEvent(QShowEvent *event)
@@ -279,10 +285,18 @@ void CNetworkOverviewDlg::FillWidth()
     CTreeListCtrl &tree = *m_ui->treeNetwork;
     if (tree.GetColumnCount() < kOverviewColumns)
         return;
+    const int width = tree.GetColumnWidth(kNameColumn);
+    if (m_nSpare > 0 && width != m_nFilledWidth) {
+        m_bNamesByHand = true; // and stays so
+        m_nSpare = 0;
+    }
+    if (m_bNamesByHand)
+        return;
     const int spare = tree.viewport()->width() - (tree.GetTotalWidth() - m_nSpare);
     const int given = std::exchange(m_nSpare, std::max(spare, 0));
     if (given != m_nSpare)
-        tree.SetColumnWidth(kNameColumn, tree.GetColumnWidth(kNameColumn) + m_nSpare - given);
+        tree.SetColumnWidth(kNameColumn, width + m_nSpare - given);
+    m_nFilledWidth = tree.GetColumnWidth(kNameColumn);
 }
 
 void CNetworkOverviewDlg::KeepPlace()
@@ -294,7 +308,9 @@ void CNetworkOverviewDlg::KeepPlace()
     left.m_panes = m_ui->splitter->sizes();
     left.m_widths.clear();
     for (int column = 0; column < kOverviewColumns; ++column)
-        left.m_widths.push_back(tree.GetColumnWidth(column) - (column == kNameColumn ? m_nSpare : 0));
+        left.m_widths.push_back(tree.GetColumnWidth(column));
+    if (tree.GetColumnWidth(kNameColumn) == m_nFilledWidth)
+        left.m_widths[kNameColumn] -= m_nSpare;
     left.m_order = tree.GetColumnOrderArray();
     left.m_strLook = LookOf(*this);
     left.m_bZoom = m_ui->checkZoom->isChecked();

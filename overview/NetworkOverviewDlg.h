@@ -57,6 +57,7 @@ private:
     // Start-up and closing: NetworkOverviewDlg.cpp
     void ConnectControls();
     void SetTexts();
+    /// Reads the network anew; what was open, checked and selected is so again.
     void Reload();
     void FitToScreen();
     void KeepPlace();
@@ -80,7 +81,14 @@ private:
     int OnColumnChanging(const CTreeListItem *item, int column);
     /// Writes the names of the row; -1 with a message for one that the host refuses.
     int OnRowChanging(CTreeListItem *item);
-    bool Rename(const CNamed &named, const std::wstring &name);
+    struct CRenaming {
+        CNamed m_named;
+        std::wstring m_strPresent, m_strName;
+    };
+    /// False when the host refuses it.
+    bool Write(const CNamed &named, const std::wstring &name);
+    /// Shows the entity's name in all its rows.
+    void ShowName(const CNamed &named);
     QString TroubleText(ENameTrouble trouble, const CNamed &named, const std::wstring &name) const;
     /// Shown below the tree until the next one; what is wrong stands out.
     void ShowMessage(const QString &text, bool isTrouble);
@@ -91,13 +99,19 @@ private:
     void ApplyChecks();
     void ClearHighlight();
     void CheckAll(bool check);
+    void SetAllChecks(bool check);
     void OnBtnCheckRow();
     void ZoomToSelected();
 
     // Findings: NetworkOverviewFindings.cpp
     void ShowFindings();
     QTreeWidgetItem *AddGroup(unsigned title, std::size_t count);
-    void AddFinding(QTreeWidgetItem &group, const QString &text, int row);
+    /// What a finding is about, and how its text is made.
+    enum EFinding { ShareOfArea, SectionName, NodeName, BranchName };
+    void AddFinding(QTreeWidgetItem &group, EFinding kind, int index, int row);
+    QString FindingText(EFinding kind, int index) const;
+    /// Writes the names anew; the list stays as the person has it.
+    void ShowFindingNames();
     void OnFinding(const QTreeWidgetItem *finding);
     void LeadTo(int row);
 
@@ -109,8 +123,12 @@ private:
     const CTreeListItem *m_pZoomed = nullptr; ///< only compared
     bool m_bFilling = false;                  ///< notices of the control mean nothing
     bool m_bChecksPosted = false;
+    bool m_bHighlighting = false; ///< ApplyChecks works, or failed
     bool m_bShownBefore = false;
-    int m_nSpare = 0; ///< what the names have beyond their own width
+    int m_nSpare = 0;            ///< what the names have beyond their own width
+    int m_nFilledWidth = -1;     ///< of the names, as FillWidth left it
+    bool m_bNamesByHand = false; ///< a person chose the width of the names
+    int m_nFillings = 0;         ///< of the tree so far
     bool m_bEnded = false;
     bool m_bTrouble = false; ///< the message says what is wrong
     ZEMGis::Utility::CDocLock m_docLock;

@@ -9,7 +9,7 @@ using namespace OverviewMessage;
 
 namespace {
 
-constexpr int kRowRole = Qt::UserRole;
+constexpr int kRowRole = Qt::UserRole, kKindRole = Qt::UserRole + 1, kIndexRole = Qt::UserRole + 2;
 constexpr double kPercent = 100.0;
 
 void ShowLine(QLabel &icon, QLabel &line, bool isGood, const QString &text)
@@ -47,20 +47,13 @@ void CNetworkOverviewDlg::ShowFindings()
 
     QTreeWidget &list = *m_ui->treeFindings;
     list.clear();
-    const auto nameOfSection = [&](int section) {
-        return NamedOrNot(network.m_sections[static_cast<std::size_t>(section)]->GetName());
-    };
     if (QTreeWidgetItem *group = AddGroup(kFindingShares, notWhole.size())) {
-        for (const int area : notWhole) {
-            const auto index = static_cast<std::size_t>(area);
-            const QString share = NumberText(WholeShare(network.m_forestAreas[index]) * kPercent, kShareDecimals);
-            AddFinding(*group, Msg(kShareOf, NamedOrNot(network.m_areas[index]->GetName()), share),
-                       m_tree->RowOfArea(area));
-        }
+        for (const int area : notWhole)
+            AddFinding(*group, ShareOfArea, area, m_tree->RowOfArea(area));
     }
     if (QTreeWidgetItem *group = AddGroup(kFindingNoArea, idle.size())) {
         for (const int section : idle)
-            AddFinding(*group, nameOfSection(section), m_tree->RowOfSection(section));
+            AddFinding(*group, SectionName, section, m_tree->RowOfSection(section));
     }
     std::vector<int> firstElsewhere(network.m_nodes.size(), -1); // a section that leaves a split, by node
     std::vector<int> loops, ends;
@@ -79,24 +72,16 @@ void CNetworkOverviewDlg::ShowFindings()
             ends.push_back(static_cast<int>(branch));
     }
     if (QTreeWidgetItem *group = AddGroup(kFindingSplits, forest.m_splits.size())) {
-        for (const int node : forest.m_splits) {
-            const auto index = static_cast<std::size_t>(node);
-            AddFinding(*group, NamedOrNot(network.m_nodes[index]->GetName()),
-                       m_tree->RowOfSection(firstElsewhere[index]));
-        }
+        for (const int node : forest.m_splits)
+            AddFinding(*group, NodeName, node, m_tree->RowOfSection(firstElsewhere[static_cast<std::size_t>(node)]));
     }
     if (QTreeWidgetItem *group = AddGroup(kFindingLoops, loops.size())) {
         for (const int section : loops)
-            AddFinding(*group, nameOfSection(section), m_tree->RowOfSection(section));
+            AddFinding(*group, SectionName, section, m_tree->RowOfSection(section));
     }
     if (QTreeWidgetItem *group = AddGroup(kFindingNoOutfall, ends.size())) {
-        for (const int branch : ends) {
-            const int row = m_tree->RowOfBranch(branch);
-            AddFinding(*group,
-                       ToQString(m_ui->treeNetwork->GetItemText(m_tree->Rows()[static_cast<std::size_t>(row)].m_pItem,
-                                                                kNameColumn)),
-                       row);
-        }
+        for (const int branch : ends)
+            AddFinding(*group, BranchName, branch, m_tree->RowOfBranch(branch));
     }
     list.setVisible(list.topLevelItemCount() > 0);
 }
@@ -112,14 +97,48 @@ QTreeWidgetItem *CNetworkOverviewDlg::AddGroup(unsigned title, std::size_t count
     return group;
 }
 
-void CNetworkOverviewDlg::AddFinding(QTreeWidgetItem &group, const QString &text, int row)
+void CNetworkOverviewDlg::AddFinding(QTreeWidgetItem &group, EFinding kind, int index, int row)
 {
-    auto *finding = new QTreeWidgetItem(&group, {text});
+    auto *finding = new QTreeWidgetItem(&group, {FindingText(kind, index)});
     finding->setData(0, kRowRole, row);
+    finding->setData(0, kKindRole, static_cast<int>(kind));
+    finding->setData(0, kIndexRole, index);
+}
+
+QString CNetworkOverviewDlg::FindingText(EFinding kind, int index) const
+{
+    const COverviewNetwork &network = m_tree->Network();
+    const auto at = static_cast<std::size_t>(index);
+    switch (kind) {
+    case ShareOfArea:
+        return Msg(kShareOf, NamedOrNot(network.m_areas[at]->GetName()),
+                   KnownNumberText(WholeShare(network.m_forestAreas[at]) * kPercent, kShareDecimals));
+    case SectionName:
+        return NamedOrNot(network.m_sections[at]->GetName());
+    case NodeName:
+        return NamedOrNot(network.m_nodes[at]->GetName());
+    default:
+        return ToQString(m_ui->treeNetwork->GetItemText(
+            m_tree->Rows()[static_cast<std::size_t>(m_tree->RowOfBranch(index))].m_pItem, kNameColumn));
+    }
+}
+
+void CNetworkOverviewDlg::ShowFindingNames()
+{
+    for (QTreeWidgetItemIterator at(m_ui->treeFindings); *at; ++at) {
+        const QVariant kind = (*at)->data(0, kKindRole);
+        if (!kind.isValid())
+            continue;
+        const QString text = FindingText(static_cast<EFinding>(kind.toInt()), (*at)->data(0, kIndexRole).toInt());
+        if (text != (*at)->text(0))
+            (*at)->setText(0, text);
+    }
 }
 
 void CNetworkOverviewDlg::OnFinding(const QTreeWidgetItem *finding)
 {
+    if (!finding) // the list was made anew since
+        return;
     if (const QVariant row = finding->data(0, kRowRole); row.isValid())
         LeadTo(row.toInt());
 }
@@ -129,13 +148,20 @@ void CNetworkOverviewDlg::LeadTo(int row)
     CTreeListCtrl &tree = *m_ui->treeNetwork;
     if (row < 0 || static_cast<std::size_t>(row) >= m_tree->Rows().size())
         return;
+    // Each step tells of itself, and what fails there fills the tree anew.
+    const int filling = m_nFillings;
     if (tree.GetState(kControlEditing) != 0 && tree.FinishModify() == 0)
         return; // the message says what is wrong with the row in edit
-    CTreeListItem *item = m_tree->Rows()[static_cast<std::size_t>(row)].m_pItem;
-    for (CTreeListItem *above = tree.GetParentItem(item); above; above = tree.GetParentItem(above))
+    const auto item = [&] {
+        return filling == m_nFillings ? m_tree->Rows()[static_cast<std::size_t>(row)].m_pItem : nullptr;
+    };
+    for (CTreeListItem *above = tree.GetParentItem(item()); above; above = item() ? tree.GetParentItem(above) : nullptr)
         tree.Expand(above, kExpand);
     m_pZoomed = nullptr; // also when it is selected already
-    tree.SelectItem(item, kNameColumn, true);
-    ZoomToSelected();
-    tree.EnsureVisible(item, kNameColumn);
+    if (item())
+        tree.SelectItem(item(), kNameColumn, true);
+    if (item())
+        ZoomToSelected();
+    if (item())
+        tree.EnsureVisible(item(), kNameColumn);
 }

@@ -33,6 +33,7 @@ void CNetworkOverviewDlg::PostChecks()
 
 void CNetworkOverviewDlg::ApplyChecks()
 {
+    m_bHighlighting = true;
     const CTreeListCtrl &tree = *m_ui->treeNetwork;
     const COverviewNetwork &network = m_tree->Network();
     const int colour = CModuleConfiguration::Instance()->GetHighlightColor();
@@ -55,36 +56,44 @@ void CNetworkOverviewDlg::ApplyChecks()
         acedRedraw(nullptr, kWipe);
         added = sections;
     }
+    m_drawnSections = std::move(sections); // also those that a failure leaves out
     for (const int section : added)
         network.m_sections[static_cast<std::size_t>(section)]->DrawTemporary(colour, 0);
-    m_drawnSections = std::move(sections);
     for (const auto &area : network.m_areas) {
         const std::wstring guid = area->GetGuid();
-        const bool isMarked = m_markedAreas.contains(guid), mark = areas.contains(guid);
-        if (mark && !isMarked)
-            area->Mark(colour, kMarkScale, kMarkAngle, kMarkPattern, 0);
-        else if (isMarked && !mark)
+        if (areas.contains(guid)) {
+            if (m_markedAreas.insert(guid).second)
+                area->Mark(colour, kMarkScale, kMarkAngle, kMarkPattern, 0);
+        } else if (m_markedAreas.erase(guid) > 0) {
             area->UnMark();
+        }
     }
-    m_markedAreas = std::move(areas);
     RefreshDrawingDisplay();
+    m_bHighlighting = false;
 }
 
 void CNetworkOverviewDlg::ClearHighlight()
 {
-    if (!m_drawnSections.empty())
+    // Forgotten first: what fails here is not tried again.
+    const std::vector<int> sections = std::exchange(m_drawnSections, {});
+    const CGuids areas = std::exchange(m_markedAreas, {});
+    if (!sections.empty())
         acedRedraw(nullptr, kWipe);
     for (const auto &area : m_tree->Network().m_areas) {
-        if (m_markedAreas.contains(area->GetGuid()))
+        if (areas.contains(area->GetGuid()))
             area->UnMark();
     }
-    if (!m_drawnSections.empty() || !m_markedAreas.empty())
+    if (!sections.empty() || !areas.empty())
         RefreshDrawingDisplay();
-    m_drawnSections.clear();
-    m_markedAreas.clear();
 }
 
 void CNetworkOverviewDlg::CheckAll(bool check)
+{
+    SetAllChecks(check);
+    ApplyChecks();
+}
+
+void CNetworkOverviewDlg::SetAllChecks(bool check)
 {
     CTreeListCtrl &tree = *m_ui->treeNetwork;
     m_bFilling = true;
@@ -93,7 +102,6 @@ void CNetworkOverviewDlg::CheckAll(bool check)
         tree.SetItemCheck(item, false); // all beneath it follow
     }
     m_bFilling = false;
-    ApplyChecks();
 }
 
 void CNetworkOverviewDlg::OnBtnCheckRow()

@@ -88,40 +88,65 @@ int CNetworkOverviewDlg::OnColumnChanging(const CTreeListItem *item, int column)
 
 int CNetworkOverviewDlg::OnRowChanging(CTreeListItem *item)
 {
+    // All is read and looked at before anything is written: a refused row leaves nothing behind.
+    const CTreeListCtrl &tree = *m_ui->treeNetwork;
+    std::vector<CRenaming> renamings;
     for (const int column : {kNameColumn, kFromColumn, kToColumn}) {
         const auto named = NamedBy(item, column);
-        if (!named)
+        const std::wstring typed = tree.GetItemText(item, column);
+        if (!named || typed == tree.GetModifyShadow(column))
             continue;
-        const std::wstring name = TrimmedName(m_ui->treeNetwork->GetItemText(item, column));
-        // Each is looked at again: a name that was free when its column was left may be the one before it.
-        const ENameTrouble trouble = NamesOf(*named).Check(EntityOf(*named).GetName(), name);
+        CRenaming renaming{*named, EntityOf(*named).GetName(), TrimmedName(typed)};
+        ENameTrouble trouble = NamesOf(*named).Check(renaming.m_strPresent, renaming.m_strName);
+        for (const CRenaming &other : renamings) {
+            if (other.m_named.m_kind != named->m_kind)
+                continue;
+            const bool isSameEntity = other.m_named.m_nIndex == named->m_nIndex; // of a section from a node to itself
+            if (isSameEntity == (other.m_strName != renaming.m_strName))
+                trouble = ENameTrouble::Doubled;
+        }
         if (trouble != ENameTrouble::None) {
-            ShowMessage(TroubleText(trouble, *named, name), true);
+            ShowMessage(TroubleText(trouble, *named, renaming.m_strName), true);
             return -1;
         }
-        if (!Rename(*named, name))
-            return -1;
+        renamings.push_back(std::move(renaming));
     }
+    for (auto renaming = renamings.begin(); renaming != renamings.end(); ++renaming) {
+        if (Write(renaming->m_named, renaming->m_strName))
+            continue;
+        ShowMessage(Msg(kNotRenamed, NamedOrNot(renaming->m_strPresent)), true);
+        while (renaming != renamings.begin()) {
+            --renaming;
+            Write(renaming->m_named, renaming->m_strPresent);
+        }
+        return -1;
+    }
+    for (const CRenaming &renaming : renamings)
+        ShowName(renaming.m_named);
+    if (!renamings.empty())
+        ShowFindingNames();
     ShowMessage(Msg(kHint), false);
-    ShowFindings();
     return 0;
 }
 
-bool CNetworkOverviewDlg::Rename(const CNamed &named, const std::wstring &name)
+bool CNetworkOverviewDlg::Write(const CNamed &named, const std::wstring &name)
 {
     auto &entity = EntityOf(named);
     const std::wstring present = entity.GetName();
-    if (name != present) {
-        if (named.m_kind == CNamed::Area)
-            m_tree->Network().m_areas[static_cast<std::size_t>(named.m_nIndex)]->SetName(name);
-        else
-            entity.SetPropertyData(kNameProperty, CDataBox(name));
-        if (entity.GetName() != name) {
-            ShowMessage(Msg(kNotRenamed, NamedOrNot(present)), true);
-            return false;
-        }
-        NamesOf(named).Rename(present, name);
-    }
+    if (name == present)
+        return true;
+    if (named.m_kind == CNamed::Area)
+        m_tree->Network().m_areas[static_cast<std::size_t>(named.m_nIndex)]->SetName(name);
+    else
+        entity.SetPropertyData(kNameProperty, CDataBox(name));
+    if (entity.GetName() != name)
+        return false;
+    NamesOf(named).Rename(present, name);
+    return true;
+}
+
+void CNetworkOverviewDlg::ShowName(const CNamed &named)
+{
     switch (named.m_kind) {
     case CNamed::Area:
         m_tree->ShowAreaName(named.m_nIndex);
@@ -133,7 +158,6 @@ bool CNetworkOverviewDlg::Rename(const CNamed &named, const std::wstring &name)
         m_tree->ShowNodeName(named.m_nIndex);
         break;
     }
-    return true;
 }
 
 void CNetworkOverviewDlg::ShowMessage(const QString &text, bool isTrouble)

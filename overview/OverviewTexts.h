@@ -98,6 +98,12 @@ inline QString NumberText(double value, int decimals)
     return QString::number(value, 'f', decimals);
 }
 
+/// The same of a number that may be unknown, which is below 0.
+inline QString KnownNumberText(double value, int decimals)
+{
+    return value < 0.0 ? QStringLiteral("?") : NumberText(value, decimals);
+}
+
 /// A name, or a word for the want of one.
 inline QString NamedOrNot(const std::wstring &name)
 {

@@ -50,7 +50,7 @@ int PictureOf(int mask)
 
 QString CoefficientText(const CNetworkSums &sums)
 {
-    return sums.m_hectares > 0.0 ? NumberText(sums.Coefficient(), kCoefficientDecimals) : QString();
+    return sums.m_weightedHectares > 0.0 ? NumberText(sums.Coefficient(), kCoefficientDecimals) : QString();
 }
 
 } // namespace
@@ -115,6 +115,9 @@ void COverviewTree::Fill(COverviewNetwork network)
     m_sectionSums = SectionSums(m_network.m_forestSections, m_network.m_forestAreas);
     m_branchSums = BranchSums(m_forest, m_sectionSums);
     m_net = NetHectares(m_network.m_forestAreas);
+    m_idle.assign(m_network.m_sections.size(), false);
+    for (const int section : SectionsWithoutArea(m_network.m_sections.size(), m_network.m_forestAreas))
+        Of(m_idle, section) = true;
     m_branchRows.assign(m_forest.m_branches.size(), -1);
     m_sectionRows.assign(m_network.m_sections.size(), -1);
     m_areasOf.assign(m_network.m_sections.size(), {});
@@ -203,7 +206,7 @@ void COverviewTree::InsertBranch(int branch)
 QString COverviewTree::SectionNote(int section) const
 {
     QStringList notes;
-    if (Of(m_sectionSums, section).m_hectares == 0.0 && Of(m_areasOf, section).empty())
+    if (Of(m_idle, section))
         notes.append(Msg(kNoArea));
     if (Of(m_forest.m_inLoop, section))
         notes.append(Msg(kInLoop));
@@ -247,12 +250,15 @@ void COverviewTree::InsertArea(int area, double share, CTreeListItem *parent)
     Of(m_areaRows, area).push_back(static_cast<int>(m_rows.size()));
     CTreeListItem *item = Insert(EOverviewRow::Area, area, entity->GetName(), parent, PictureOf(type));
     SetText(item, kTypeColumn, TypeText(type));
-    SetText(item, kHectaresColumn, NumberText(Of(m_net, area) * share, kAreaDecimals));
-    SetText(item, kShareColumn, NumberText(share * kPercent, kShareDecimals));
-    SetText(item, kCoefficientColumn, NumberText(entity->GetFlowCoeff(), kCoefficientDecimals));
-    const double whole = WholeShare(Of(m_network.m_forestAreas, area));
+    const CForestArea &values = Of(m_network.m_forestAreas, area);
+    const double net = Of(m_net, area), part = share < 0.0 ? share : net < 0.0 ? net : net * share;
+    const bool isLost = values.m_shares.empty(); // then all of it is shown
+    SetText(item, kHectaresColumn, KnownNumberText(isLost ? net : part, kAreaDecimals));
+    SetText(item, kShareColumn, KnownNumberText(share * kPercent, kShareDecimals));
+    SetText(item, kCoefficientColumn, KnownNumberText(values.m_coefficient, kCoefficientDecimals));
+    const double whole = WholeShare(values);
     if (!IsWhole(whole))
-        SetText(item, kNoteColumn, Msg(kSharesAddUpTo, NumberText(whole * kPercent, kShareDecimals)));
+        SetText(item, kNoteColumn, Msg(kSharesAddUpTo, KnownNumberText(whole * kPercent, kShareDecimals)));
     for (const int column : {kFromColumn, kToColumn})
         m_control.SetItemModify(item, column, kEditorStatic);
 }
@@ -260,6 +266,7 @@ void COverviewTree::InsertArea(int area, double share, CTreeListItem *parent)
 void COverviewTree::InsertAreasWithoutSection()
 {
     CTreeListItem *group = nullptr;
+    double lost = 0.0;
     for (std::size_t area = 0; area < m_network.m_areas.size(); ++area) {
         if (!m_network.m_forestAreas[area].m_shares.empty())
             continue;
@@ -269,8 +276,11 @@ void COverviewTree::InsertAreasWithoutSection()
             for (const int column : {kNameColumn, kFromColumn, kToColumn})
                 m_control.SetItemModify(group, column, kEditorStatic);
         }
+        lost += std::max(m_net[area], 0.0);
         InsertArea(static_cast<int>(area), 0.0, group);
     }
+    if (group)
+        SetText(group, kHectaresColumn, NumberText(lost, kAreaDecimals));
 }
 
 const COverviewRow *COverviewTree::RowOf(const CTreeListItem *item) const
@@ -279,6 +289,53 @@ const COverviewRow *COverviewTree::RowOf(const CTreeListItem *item) const
         return nullptr;
     const std::uint32_t row = m_control.GetItemData(item);
     return row < m_rows.size() && m_rows[row].m_pItem == item ? &m_rows[row] : nullptr;
+}
+
+std::wstring COverviewTree::KeyOf(const COverviewRow &row) const
+{
+    switch (row.m_kind) {
+    case EOverviewRow::Branch: {
+        // The first section of a branch is in no other one.
+        const auto &steps = Of(m_forest.m_branches, row.m_nIndex).m_steps;
+        const auto first = std::ranges::find(steps, false, &CForestStep::m_bBranch);
+        return L"B" + Of(m_network.m_sections, first->m_nIndex)->GetGuid();
+    }
+    case EOverviewRow::Section:
+        return L"S" + Of(m_network.m_sections, row.m_nIndex)->GetGuid();
+    case EOverviewRow::Area: {
+        const COverviewRow *above = RowOf(row.m_pItem->Parent());
+        return L"A" + Of(m_network.m_areas, row.m_nIndex)->GetGuid() + (above ? KeyOf(*above) : std::wstring());
+    }
+    default:
+        return L"G";
+    }
+}
+
+COverviewTree::CView COverviewTree::View() const
+{
+    CView view;
+    for (const COverviewRow &row : m_rows)
+        view.m_states.emplace(KeyOf(row), std::pair(row.m_pItem->Has(kItemExpanded), m_control.GetCheck(row.m_pItem)));
+    if (const COverviewRow *selected = RowOf(m_control.GetSelectedItem()))
+        view.m_strSelected = KeyOf(*selected);
+    return view;
+}
+
+void COverviewTree::Restore(const CView &view)
+{
+    CTreeListItem *selected = nullptr;
+    for (const COverviewRow &row : m_rows) {
+        const std::wstring key = KeyOf(row);
+        const auto known = view.m_states.find(key);
+        if (known == view.m_states.end())
+            continue;
+        m_control.Expand(row.m_pItem, known->second.first ? kExpand : kCollapse);
+        m_control.SetCheck(row.m_pItem, known->second.second);
+        if (key == view.m_strSelected)
+            selected = row.m_pItem;
+    }
+    if (selected)
+        m_control.SelectItem(selected, kNoteColumn, true);
 }
 
 int COverviewTree::RowOfArea(int area) const

@@ -4,6 +4,8 @@
 #include "controls/treelist/TreeListCtrl.h"
 #include "overview/OverviewNetwork.h"
 
+#include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -49,6 +51,13 @@ public:
     const COverviewNetwork &Network() const { return m_network; }
     const CNetworkForest &Forest() const { return m_forest; }
     const std::vector<COverviewRow> &Rows() const { return m_rows; }
+    /// Which rows are open, checked and selected, by what they stand for: outlives a filling.
+    struct CView {
+        std::unordered_map<std::wstring, std::pair<bool, int>> m_states; ///< open, check
+        std::wstring m_strSelected;
+    };
+    CView View() const;
+    void Restore(const CView &view);
     /// Null for no item, and for one that is not of the last filling.
     const COverviewRow *RowOf(const CTreeListItem *item) const;
     /// Of a section.
@@ -75,12 +84,14 @@ private:
     void InsertAreasWithoutSection();
     QString BranchTitle(int branch) const;
     QString SectionNote(int section) const;
+    std::wstring KeyOf(const COverviewRow &row) const;
 
     CTreeListCtrl &m_control;
     COverviewNetwork m_network;
     CNetworkForest m_forest;
     std::vector<CNetworkSums> m_sectionSums, m_branchSums;
-    std::vector<double> m_net; ///< hectares of each area
+    std::vector<double> m_net; ///< hectares of each area; below 0: not known
+    std::vector<bool> m_idle;  ///< of each section: it drains nothing
     std::vector<COverviewRow> m_rows;
     std::vector<int> m_branchRows, m_sectionRows;
     /// Areas of each section with their shares.

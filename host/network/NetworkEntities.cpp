@@ -1,5 +1,6 @@
 #include "host/network/NetworkEntities.h"
 
+#include "host/drawing/Entities.h"
 #include "host/drawing/Journal.h"
 #include "host/drawing/Transient.h"
 #include "host/services/DataBox.h"
@@ -70,7 +71,7 @@ template <class Base, class Data>
 bool NetworkEntity<Base, Data>::rename(const CDataBox &box)
 {
     const auto *name = std::get_if<std::wstring>(&box.value());
-    if (!name || name->empty() || !isPresent())
+    if (!name || name->empty() || !isPresent() || m_drawing.layer(layerIndexOf(m_entity)).locked)
         return false;
     Data renamed = m_data;
     renamed.name = *name;

@@ -23,6 +23,7 @@ CNetworkSums &CNetworkSums::operator+=(const CNetworkSums &other)
     m_nUnknownLengths += other.m_nUnknownLengths;
     m_hectares += other.m_hectares;
     m_runoffHectares += other.m_runoffHectares;
+    m_weightedHectares += other.m_weightedHectares;
     return *this;
 }
 
@@ -36,8 +37,8 @@ std::vector<double> NetHectares(std::span<const CForestArea> areas)
         std::ranges::sort(islands);
         islands.erase(std::unique(islands.begin(), islands.end()), islands.end());
         for (const int island : islands) {
-            if (IsAmong(island, areas.size()) && static_cast<std::size_t>(island) != i)
-                hectares -= areas[static_cast<std::size_t>(island)].m_hectares;
+            if (hectares >= 0.0 && IsAmong(island, areas.size()) && static_cast<std::size_t>(island) != i)
+                hectares -= std::max(areas[static_cast<std::size_t>(island)].m_hectares, 0.0);
         }
         net.push_back(hectares);
     }
@@ -50,16 +51,19 @@ std::vector<CNetworkSums> SectionSums(std::span<const CForestSection> sections, 
     sums.reserve(sections.size());
     for (const CForestSection &section : sections) {
         const bool known = section.m_length >= 0.0;
-        sums.push_back({1, known ? section.m_length : 0.0, known ? 0 : 1, 0.0, 0.0});
+        sums.push_back({1, known ? section.m_length : 0.0, known ? 0 : 1, 0.0, 0.0, 0.0});
     }
     const std::vector<double> net = NetHectares(areas);
     for (std::size_t i = 0; i < areas.size(); ++i) {
         for (const auto &[section, share] : areas[i].m_shares) {
-            if (!IsAmong(section, sums.size()))
+            if (!IsAmong(section, sums.size()) || net[i] < 0.0 || share < 0.0)
                 continue;
             CNetworkSums &sum = sums[static_cast<std::size_t>(section)];
             sum.m_hectares += net[i] * share;
+            if (areas[i].m_coefficient < 0.0)
+                continue;
             sum.m_runoffHectares += net[i] * share * areas[i].m_coefficient;
+            sum.m_weightedHectares += net[i] * share;
         }
     }
     return sums;
@@ -78,8 +82,11 @@ std::vector<CNetworkSums> BranchSums(const CNetworkForest &forest, std::span<con
 double WholeShare(const CForestArea &area)
 {
     double sum = 0.0;
-    for (const CForestShare &share : area.m_shares)
+    for (const CForestShare &share : area.m_shares) {
+        if (share.m_share < 0.0)
+            return -1.0;
         sum += share.m_share;
+    }
     return sum;
 }
 

@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+#include <stdexcept>
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -135,6 +137,56 @@ TEST_F(OverviewFindings, FollowTheNames)
         rename(dialog, item(dialog, {L"Outfall O1", L"S3", L"C"}), kNameColumn, "South");
         EXPECT_THAT(findingsOf(dialog), ElementsAre("Shares that don't add up to 100 % (1): South: 90.0000 %"));
     });
+}
+
+TEST_F(OverviewFindings, StayAsThePersonHasThemWhenANameChanges)
+{
+    areaNamed(L"B")->SetConnectedSectionShare(network().sectionByName(L"T1"), 0.0, 1);
+    run([&](CNetworkOverviewDlg &dialog) {
+        QTreeWidget &list = findings(dialog);
+        list.topLevelItem(0)->setExpanded(false);
+        list.setCurrentItem(list.topLevelItem(1)->child(0));
+        const QTreeWidgetItem *current = list.currentItem();
+        CTreeListItem *branch = item(dialog, {L"Outfall O1", L"Branch at M1: T1"});
+        tree(dialog).Expand(branch, kExpand);
+        rename(dialog, branch->FirstChild(), kNameColumn, "Side");
+        EXPECT_FALSE(list.topLevelItem(0)->isExpanded());
+        EXPECT_EQ(list.currentItem(), current);
+        EXPECT_EQ(current->text(0), "Side");
+    });
+}
+
+namespace {
+
+/// A window whose view can't be moved once.
+class CStuckView final : public velmor::SessionView {
+public:
+    void showDrawing(velmor::Drawing *) override {}
+    void redraw() override {}
+    void zoomTo(const velmor::Extents &) override
+    {
+        if (m_nFailures-- > 0)
+            throw std::runtime_error("the view is stuck");
+    }
+    void showAlert(const std::wstring &) override {}
+    void showStatus(const std::wstring &) override {}
+    int m_nFailures = 1;
+};
+
+} // namespace
+
+TEST_F(OverviewFindings, WhenTheZoomFailsTheRowIsLeftAloneAndTheNextClickLeadsToIt)
+{
+    CStuckView view;
+    session.setView(&view);
+    run([&](CNetworkOverviewDlg &dialog) {
+        clickFinding(dialog, "C: 90.0000 %");
+        EXPECT_EQ(view.m_nFailures, 0) << "it failed";
+        clickFinding(dialog, "C: 90.0000 %");
+        EXPECT_EQ(selected(dialog), L"C");
+        EXPECT_LT(view.m_nFailures, 0);
+    });
+    session.setView(nullptr);
 }
 
 TEST_F(OverviewFindings, BeforeThereAreAreasTheyAreNotBlamed)

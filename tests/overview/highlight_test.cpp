@@ -153,6 +153,45 @@ TEST_F(OverviewHighlight, ADialogThatAnExceptionLeavesTakesItAwayToo)
     EXPECT_THAT(firsts("CCatchmentArea::UnMark"), ElementsAre("{A}", "{B}", "{C}"));
 }
 
+namespace {
+
+/// A view that can't be drawn while it is told so.
+class CBlindView final : public velmor::SessionView {
+public:
+    void showDrawing(velmor::Drawing *) override {}
+    void redraw() override
+    {
+        if (m_bFails)
+            throw std::runtime_error("nothing to draw on");
+    }
+    void zoomTo(const velmor::Extents &) override {}
+    void showAlert(const std::wstring &) override {}
+    void showStatus(const std::wstring &) override {}
+    bool m_bFails = false;
+};
+
+} // namespace
+
+TEST_F(OverviewHighlight, OneThatFailsIsToldOnceAndNothingIsCheckedAfterIt)
+{
+    CBlindView view;
+    session.setView(&view);
+    run([&](CNetworkOverviewDlg &dialog) {
+        view.m_bFails = true;
+        clickPart(dialog, item(dialog, {L"Outfall O1", L"S2"}), kHitCheck);
+        view.m_bFails = false;
+        const std::size_t told = session.failures();
+        EXPECT_GE(told, 1u);
+        settle();
+        EXPECT_EQ(session.failures(), told);
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, {L"Outfall O1", L"S2"})), kCheckOff);
+        record();
+        clickPart(dialog, item(dialog, {L"Outfall O1", L"S2"}), kHitCheck);
+        EXPECT_THAT(firsts("CCatchmentArea::Mark"), ElementsAre("{A}"));
+    });
+    session.setView(nullptr);
+}
+
 TEST_F(OverviewHighlight, AClickOnARowZoomsToItUnlessThatIsSwitchedOff)
 {
     run([&](CNetworkOverviewDlg &dialog) {

@@ -239,6 +239,92 @@ TEST_F(OverviewNames, WhenTheSecondNameOfARowFailsTheFirstIsTakenBackWhereverItI
     });
 }
 
+TEST_F(OverviewNames, TwoNamesOfARowThatAreOneAreRefusedBeforeAnythingIsWritten)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        const std::string before = drawing().write();
+        const std::size_t steps = log().undoCount();
+        const auto shown = rows(dialog, {kNameColumn, kFromColumn, kToColumn});
+        rename(dialog, item(dialog, {L"Outfall O1", L"S2"}), kFromColumn, "Z", Qt::Key_Tab);
+        QTest::keyClicks(QApplication::focusWidget(), "Z");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        settle();
+        EXPECT_EQ(text(dialog, kMessage), "Another node has the name Z already.");
+        EXPECT_EQ(drawing().write(), before);
+        EXPECT_EQ(log().undoCount(), steps);
+        EXPECT_EQ(rows(dialog, {kNameColumn, kFromColumn, kToColumn}), shown);
+        rename(dialog, item(dialog, {L"Outfall O1", L"S2"}), kFromColumn, "Z");
+        EXPECT_TRUE(network().nodeByName(L"Z")) << "the name is free";
+    });
+}
+
+TEST_F(OverviewNames, ARefusedRowKeepsTheDialogOpenWithItsMessageWhenItIsClosed)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        rename(dialog, item(dialog, {L"Outfall O1", L"S2"}), kFromColumn, "Z", Qt::Key_Tab);
+        QTest::keyClicks(QApplication::focusWidget(), "Z");
+        dialog.close();
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(text(dialog, kMessage), "Another node has the name Z already.");
+    });
+}
+
+TEST_F(OverviewNames, ASectionFromANodeToItselfRenamesItFromEitherCell)
+{
+    addNode(L"R", 0, 50);
+    addSection(L"Ring", L"R", L"R");
+    run([&](CNetworkOverviewDlg &dialog) {
+        rename(dialog, item(dialog, {L"Ring at R", L"Ring"}), kToColumn, "Q");
+        EXPECT_TRUE(network().nodeByName(L"Q"));
+        rename(dialog, item(dialog, {L"Ring at Q", L"Ring"}), kFromColumn, "P");
+        EXPECT_THAT(rows(dialog, {kNameColumn, kFromColumn, kToColumn}), Contains("  Ring|P|P"));
+    });
+}
+
+TEST_F(OverviewNames, AColumnThatNobodyTouchedIsNeitherJudgedNorWritten)
+{
+    addSection(L" S1", L"M4", L"O1"); // a blank in front, and another one has the rest of it
+    run([&](CNetworkOverviewDlg &dialog) {
+        CTreeListItem *row = item(dialog, {L"Outfall O1", L"Branch at O1:  S1", L" S1"});
+        tree(dialog).Expand(tree(dialog).GetParentItem(row), kExpand);
+        rename(dialog, row, kFromColumn, "K4");
+        EXPECT_TRUE(network().nodeByName(L"K4"));
+        EXPECT_TRUE(network().sectionByName(L" S1"));
+    });
+}
+
+TEST_F(OverviewNames, WhatStandsOnALockedLayerIsNotRenamed)
+{
+    velmor::Layer locked = drawing().layer(0);
+    locked.locked = true;
+    drawing().setLayer(0, locked);
+    run([&](CNetworkOverviewDlg &dialog) {
+        const std::string before = drawing().write();
+        rename(dialog, item(dialog, {L"Outfall O1", L"S2"}), kNameColumn, "X2");
+        EXPECT_EQ(text(dialog, kMessage), "S2 can't be renamed here; the name stays.");
+        EXPECT_THAT(rows(dialog, {kNameColumn}), Contains("  S2"));
+        EXPECT_EQ(drawing().write(), before);
+    });
+}
+
+TEST_F(OverviewNames, AfterAFailureRowsAreOpenCheckedAndSelectedAsBefore)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        click(dialog, CNetworkOverviewDlg::kBtnExpand);
+        clickPart(dialog, item(dialog, {L"Outfall O1", L"S3"}), kHitCheck);
+        const int shown = tree(dialog).GetVisibleCount();
+        {
+            CFailsOnce failure(drawing(), network().sectionByName(L"S2")->GetObjectId());
+            rename(dialog, item(dialog, {L"Outfall O1", L"S2"}), kNameColumn, "X2");
+        }
+        EXPECT_EQ(tree(dialog).GetVisibleCount(), shown);
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, {L"Outfall O1", L"S3"})), kCheckOn);
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, {L"Outfall O1", L"S3", L"C"})), kCheckOn);
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, {L"Outfall O1"})), kCheckMixed);
+        EXPECT_EQ(tree(dialog).GetSelectedItem(), item(dialog, {L"Outfall O1", L"S2"}));
+    });
+}
+
 TEST_F(OverviewNames, ClosingTakesTheNameThatIsBeingTypedOrStaysOpenWhenItIsRefused)
 {
     run([&](CNetworkOverviewDlg &dialog) {

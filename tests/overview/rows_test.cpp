@@ -63,6 +63,77 @@ TEST_F(OverviewRows, AreasWithoutASectionStandByThemselves)
     run([&](CNetworkOverviewDlg &dialog) {
         EXPECT_THAT(rows(dialog, {kNameColumn, kShareColumn, kNoteColumn}),
                     testing::IsSupersetOf({"Areas without a section", "  D|0.0000|shares add up to 0.0000 %"}));
+        EXPECT_THAT(rows(dialog, {kNameColumn, kHectaresColumn}),
+                    testing::IsSupersetOf({"Areas without a section|0.0100", "  D|0.0100"}));
+    });
+}
+
+TEST_F(OverviewRows, WhatIsNotKnownIsAQuestionMarkAndEntersNoSum)
+{
+    makeNetwork();
+    areaNamed(L"B")->SetConnectedSectionShare(network().sectionByName(L"T1"), ZEMGis::Topology::kUnknownValue, 1);
+    areaNamed(L"C")->SetFlowCoeff(ZEMGis::Topology::kUnknownValue);
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_THAT(rows(dialog, {kNameColumn, kHectaresColumn, kShareColumn, kCoefficientColumn, kNoteColumn}),
+                    testing::IsSupersetOf({"Outfall O1|0.0190||0.5000|sections: 4", "    T1|0.0000|||no area",
+                                           "      B|?|?|1.0000|shares add up to ? %",
+                                           "    C|0.0090|90.0000|?|shares add up to 90.0000 %"}));
+        EXPECT_THAT(findingsOf(dialog),
+                    testing::Contains("Shares that don't add up to 100 % (2): B: ? %, C: 90.0000 %"));
+    });
+}
+
+TEST_F(OverviewRows, ASectionWhoseAreasHaveAShareOfNothingSaysThatItDrainsNothing)
+{
+    makeNetwork();
+    areaNamed(L"B")->SetConnectedSectionShare(network().sectionByName(L"T1"), 0.0, 1);
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_THAT(rows(dialog, {kNameColumn, kNoteColumn}), testing::Contains("    T1|no area"));
+    });
+}
+
+TEST_F(OverviewRows, TheWidthThatAPersonGivesTheNamesIsKept)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        dialog.resize(1600, 500);
+        settle();
+        for (const int width : {300, 111}) {
+            tree(dialog).SetColumnWidth(kNameColumn, width);
+            dialog.resize(dialog.size() + QSize(40, 0));
+            settle();
+            EXPECT_EQ(tree(dialog).GetColumnWidth(kNameColumn), width);
+        }
+    });
+    run([&](CNetworkOverviewDlg &dialog) {
+        dialog.resize(300, 500);
+        settle();
+        EXPECT_EQ(tree(dialog).GetColumnWidth(kNameColumn), 111) << "what it had when it was left";
+    });
+}
+
+TEST_F(OverviewRows, HideGivesThePersonTheDrawingUntilEnterAndAClickZoomsAgainAfterIt)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        tree(dialog).SelectItem(item(dialog, {L"Outfall O1", L"S2"}), kLengthColumn);
+        click(dialog, CNetworkOverviewDlg::kBtnCheckRow);
+        velmor::Journal::instance().clear();
+        velmor::Journal::instance().setRecording(true);
+        session.answers().push({std::wstring()});
+        click(dialog, CNetworkOverviewDlg::kBtnHide);
+        EXPECT_EQ(calls("CAdUiBaseDialog::BeginEditorCommand").size(), 1u);
+        EXPECT_EQ(calls("CAdUiBaseDialog::CompleteEditorCommand").size(), 1u);
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_TRUE(calls("acedRedraw").empty()) << "what is highlighted stays";
+        EXPECT_EQ(tree(dialog).GetSelectedItem(), item(dialog, {L"Outfall O1", L"S2"}));
+        tree(dialog).SelectItem(item(dialog, {L"Outfall O1", L"S2"}), kTypeColumn);
+        EXPECT_EQ(calls("CZEMCEdit::zoom").size(), 1u);
+        {
+            const ZEMGis::Notification::SetActiveCommand other(L"OTHER");
+            click(dialog, CNetworkOverviewDlg::kBtnHide);
+        }
+        EXPECT_EQ(calls("CAdUiBaseDialog::BeginEditorCommand").size(), 1u) << "not while a command of the family runs";
     });
 }
 

@@ -49,6 +49,24 @@ TEST(Sums, AnUnknownLengthIsLeftOutAndCounted)
     EXPECT_EQ(sums[0].m_nUnknownLengths, 1);
 }
 
+TEST(Sums, AShareACoefficientOrAnAreaThatIsNotKnownEntersNoSum)
+{
+    constexpr double kUnknown = -1000000.0;
+    const std::vector<CForestArea> areas = {{4.0, 0.5, {{0, kUnknown}, {1, 0.5}}, {}},
+                                            {2.0, kUnknown, {{1, 1.0}}, {}},
+                                            {-100.0, 0.9, {{1, 1.0}}, {}},
+                                            {3.0, 0.5, {{2, 1.0}}, {2}}};
+    const auto sums = SectionSums(kSections, areas);
+    EXPECT_EQ(sums[0].m_hectares, 0.0);
+    EXPECT_DOUBLE_EQ(sums[1].m_hectares, 4.0);
+    EXPECT_DOUBLE_EQ(sums[1].Coefficient(), 0.5) << "the mean of those that have one";
+    EXPECT_DOUBLE_EQ(sums[2].m_hectares, 3.0) << "an island of unknown size takes nothing off";
+    EXPECT_LT(NetHectares(areas)[2], 0.0);
+    EXPECT_LT(WholeShare(areas[0]), 0.0);
+    EXPECT_THAT(AreasNotWhole(areas), ElementsAre(0));
+    EXPECT_THAT(SectionsWithoutArea(3, areas), ElementsAre(0));
+}
+
 TEST(Sums, AnIslandIsTakenOffItsAreaOnceAndNoAreaOffItself)
 {
     const std::vector<CForestArea> areas = {
