@@ -7,7 +7,7 @@
 #include <cstddef>
 
 /// Where a tree list takes memory from.
-class TREELIST_API CTreeListAllocator {
+class CTreeListAllocator {
 public:
     virtual ~CTreeListAllocator() = default;
     /// Aligned for pointers; null when there is none.

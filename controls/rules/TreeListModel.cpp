@@ -7,14 +7,15 @@
 #include <utility>
 
 CTreeListItemGuard::CTreeListItemGuard(CTreeListModel &model, CTreeListItem *item)
-    : m_model(model), m_pItem(item), m_pNextGuard(model.d->guards)
+    : m_pModel(&model), m_pItem(item), m_pNextGuard(model.d->guards)
 {
     model.d->guards = this;
 }
 
 CTreeListItemGuard::~CTreeListItemGuard()
 {
-    m_model.d->guards = m_pNextGuard;
+    if (m_pModel)
+        m_pModel->d->guards = m_pNextGuard;
 }
 
 CTreeListModel::CTreeListModel() : CTreeListModel(CTreeListAllocator::Standard()) {}
@@ -29,6 +30,10 @@ CTreeListModel::CTreeListModel(CTreeListAllocator &allocator) : d(std::make_uniq
 
 CTreeListModel::~CTreeListModel()
 {
+    for (CTreeListItemGuard *guard = d->guards; guard; guard = guard->m_pNextGuard) {
+        guard->m_pModel = nullptr;
+        guard->m_pItem = nullptr;
+    }
     // Bottom up, with nobody told any more.
     CTreeListItem *item = m_pRoot;
     while (item) {

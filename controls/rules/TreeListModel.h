@@ -152,13 +152,14 @@ using TreeListPosition = std::ptrdiff_t;
 /// which stands for the root; an item of another model, or one that is just being deleted, is refused by whatever would
 /// change it. A pointer to an item that was deleted may not be given.
 ///
-/// Notices may change anything, delete items and fill the list anew; every operation looks again at what it holds.
+/// Notices may change anything, delete items and fill the list anew; every operation looks again at what it holds. The
+/// model itself may be destroyed within NotifySelChanging and NotifySelChanged of SelectItem, NotifyExpanding and
+/// NotifyExpanded, NotifyCheck and NotifyLock: the operation then answers 0. Within any other notice, those of an edit
+/// and of a deletion among them, it may not be.
 class TREELIST_API CTreeListModel {
 public:
     /// With one column and no items.
     CTreeListModel();
-    /// The memory of items comes from there; it outlives the model.
-    explicit CTreeListModel(CTreeListAllocator &allocator);
     virtual ~CTreeListModel();
     CTreeListModel(const CTreeListModel &) = delete;
     CTreeListModel &operator=(const CTreeListModel &) = delete;
@@ -190,7 +191,9 @@ public:
     /// Unlinks, takes the counts off upward and destroys the item with its descendants, children before their parents.
     /// Each leaves the selection and the focus, then NotifySelChanging is sent with it and column -1.
     int DeleteItemX(CTreeListItem *item);
-    /// The last part of DeleteItemX, for an item that is unlinked already; 0 for one that stands in the tree.
+    /// The last part of DeleteItemX, for an item that is unlinked already; 0 for one that stands in the tree. No
+    /// operation leaves an item unlinked, so for whatever an owner holds the answer is 0: DeleteItemX is the one to
+    /// call.
     int DeleteItemFast(CTreeListItem *item);
     /// What notices insert meanwhile stays.
     int DeleteAllItems();
@@ -371,6 +374,9 @@ public:
     virtual std::int64_t Notify(int code, CTreeListItem *item, int column) = 0;
 
 protected:
+    /// The memory of items comes from there; it outlives the model. Within the library only.
+    explicit CTreeListModel(CTreeListAllocator &allocator);
+
     // --- What the view is told ---
 
     /// Off: no painting until it is on again; nests.
@@ -383,6 +389,7 @@ protected:
     virtual int GetFontHeight() const = 0;
     /// An item is about to be destroyed; the view forgets it. It still has its texts, and no place in the tree.
     virtual void OnItemDeleted(const CTreeListItem *item) = 0;
+    /// The repaint that this and the next one need is told by itself.
     virtual void OnTextChanged(const CTreeListItem *item, int column) = 0;
     /// changed: bits of the item's state; kItemSelected also when the item became or ceased to be the newest or the
     /// focus item.
@@ -449,13 +456,15 @@ private:
     void ChangeState(CTreeListItem *item, std::uint32_t state);
     int SetMark(CTreeListItem *item, int value, const Mark &mark);
     int SetMarkWithOthers(CTreeListItem *item, bool toggle, const Mark &mark);
-    bool AddSelected(CTreeListItem *item);
+    bool MakeRoomForSelected();
+    void AddSelected(CTreeListItem *item);
     void RemoveSelected(CTreeListItem *item);
     void UnselectAll();
     void TellNewest(CTreeListItem *before);
     void SetFocusItem(CTreeListItem *item);
     void ColumnsChanged();
     void EnterOrders(int column);
+    int ColumnOf(const CTreeListColumnInfo *info, int column) const;
 
     std::uint32_t m_nStyle = 0;
     std::uint32_t m_nControlState = 0;
@@ -472,7 +481,7 @@ private:
     std::unique_ptr<Private> d;
 };
 
-/// Holds an item over a notice: null once the item was deleted. Lives on the stack.
+/// Holds an item over a notice: null once the item was deleted, or its model destroyed. Lives on the stack.
 class TREELIST_API CTreeListItemGuard {
 public:
     CTreeListItemGuard(CTreeListModel &model, CTreeListItem *item);
@@ -480,10 +489,12 @@ public:
     CTreeListItemGuard(const CTreeListItemGuard &) = delete;
     CTreeListItemGuard &operator=(const CTreeListItemGuard &) = delete;
     CTreeListItem *Get() const { return m_pItem; }
+    /// False once the model was destroyed: nothing of it may be touched any more.
+    bool IsModelAlive() const { return m_pModel; }
 
 private:
     friend class CTreeListModel;
-    CTreeListModel &m_model;
+    CTreeListModel *m_pModel;
     CTreeListItem *m_pItem;
     CTreeListItemGuard *m_pNextGuard = nullptr;
 };

@@ -110,7 +110,7 @@ int CTreeListModel::SetMarkWithOthers(CTreeListItem *item, bool toggle, const Ma
     if (!OwnsItem(item))
         return 0;
     const CTreeListItemGuard guard(*this, item);
-    if (Notify(mark.notice, item, 0) == -1 || !guard.Get())
+    if (Notify(mark.notice, item, 0) == -1 || !guard.Get()) // gone, or the model
         return 0;
     if (toggle) {
         const int flipped = mark.ValueOf(item->m_nState) == kCheckOn ? kCheckOff : kCheckOn;

@@ -35,8 +35,8 @@ CTreeListItem *CTreeListModel::GetNextSelectedItem(TreeListPosition &position) c
     return at < 0 ? nullptr : d->selected[static_cast<std::size_t>(at)];
 }
 
-/// As the newest. False when there is no memory.
-bool CTreeListModel::AddSelected(CTreeListItem *item)
+/// For one more, so that AddSelected can't fail. False when there is no memory; nothing has changed then.
+bool CTreeListModel::MakeRoomForSelected()
 {
     std::vector<CTreeListItem *> &selected = d->selected;
     if (selected.size() > 2 * static_cast<std::size_t>(d->selectedCount) + 16) {
@@ -44,15 +44,23 @@ bool CTreeListModel::AddSelected(CTreeListItem *item)
         for (std::size_t slot = 0; slot < selected.size(); ++slot)
             selected[slot]->m_nSelectSlot = static_cast<std::int32_t>(slot);
     }
+    if (selected.size() < selected.capacity())
+        return true;
     try {
-        selected.push_back(item);
+        selected.reserve(std::max<std::size_t>(8, 2 * selected.capacity()));
     } catch (const std::bad_alloc &) {
         return false;
     }
-    item->m_nSelectSlot = static_cast<std::int32_t>(selected.size()) - 1;
+    return true;
+}
+
+/// As the newest, into the room that was made.
+void CTreeListModel::AddSelected(CTreeListItem *item)
+{
+    d->selected.push_back(item);
+    item->m_nSelectSlot = static_cast<std::int32_t>(d->selected.size()) - 1;
     item->m_nState |= kItemSelected;
     ++d->selectedCount;
-    return true;
 }
 
 void CTreeListModel::RemoveSelected(CTreeListItem *item)
@@ -103,7 +111,7 @@ void CTreeListModel::SetFocusItem(CTreeListItem *item)
 
 int CTreeListModel::SelectItem(CTreeListItem *item, int column, bool clear)
 {
-    if (item && (item == m_pRoot || !OwnsItem(item) || column < -1 || column >= std::max(1, GetColumnCount())))
+    if (column < -1 || column >= std::max(1, GetColumnCount()) || (item && (item == m_pRoot || !OwnsItem(item))))
         return 0;
     if (item && item == GetSelectedItem() && column == m_nSelectColumn) {
         EnsureVisible(item, column);
@@ -111,8 +119,12 @@ int CTreeListModel::SelectItem(CTreeListItem *item, int column, bool clear)
         return 1;
     }
     const CTreeListItemGuard guard(*this, item);
+    const CTreeListColumnInfo *info = GetColumns(column);
     const std::int64_t answer = Notify(NotifySelChanging, item, column);
-    if (answer == -1 || answer == -2 || guard.Get() != item)
+    if (!guard.IsModelAlive() || answer == -1 || answer == -2 || guard.Get() != item)
+        return 0;
+    column = ColumnOf(info, column); // the owner may have taken columns away
+    if (item && !MakeRoomForSelected())
         return 0;
 
     CTreeListItem *newest = GetSelectedItem();
@@ -122,8 +134,7 @@ int CTreeListModel::SelectItem(CTreeListItem *item, int column, bool clear)
         RemoveSelected(item);
         OnStateChanged(item, kItemSelected);
     } else if (item) {
-        if (!AddSelected(item))
-            return 0;
+        AddSelected(item);
         OnStateChanged(item, kItemSelected);
     }
     TellNewest(newest);
@@ -131,10 +142,24 @@ int CTreeListModel::SelectItem(CTreeListItem *item, int column, bool clear)
     m_nSelectColumn = column;
 
     Notify(NotifySelChanged, item, column);
+    if (!guard.IsModelAlive())
+        return 0;
     if (guard.Get())
         EnsureVisible(item, column);
     Invalidate();
     return 1;
+}
+
+/// The number that a column has by now; -1 when it is gone. info: what it was under that number, null for none.
+int CTreeListModel::ColumnOf(const CTreeListColumnInfo *info, int column) const
+{
+    if (!info || GetColumns(column) == info)
+        return column;
+    for (int each = 0; each < GetColumnCount(); ++each) {
+        if (GetColumns(each) == info)
+            return each;
+    }
+    return -1;
 }
 
 int CTreeListModel::Select(CTreeListItem *item, bool select)
@@ -143,12 +168,13 @@ int CTreeListModel::Select(CTreeListItem *item, bool select)
         return 0;
     if (item->Has(kItemSelected) == select)
         return 1;
+    if (select && !MakeRoomForSelected())
+        return 0;
     CTreeListItem *newest = GetSelectedItem();
     if (select) {
         if (!HasStyle(StyleMultiSelect))
             UnselectAll();
-        if (!AddSelected(item))
-            return 0;
+        AddSelected(item);
     } else {
         RemoveSelected(item);
     }
@@ -164,8 +190,10 @@ int CTreeListModel::ActiveItem(CTreeListItem *item, int column)
         return 0;
     CTreeListItem *newest = GetSelectedItem();
     if (HasStyle(StyleMultiSelect) && item->Has(kItemSelected) && item != newest) {
+        if (!MakeRoomForSelected())
+            return 0;
         RemoveSelected(item);
-        AddSelected(item); // into the room that was there
+        AddSelected(item);
         TellNewest(newest);
     }
     m_nSelectColumn = column;

@@ -277,7 +277,7 @@ int CTreeListModel::Expand(CTreeListItem *item, int code, int column)
     RowsChanged();
     if (guard.Get())
         Notify(NotifyExpanded, item, column);
-    return 0;
+    return 0; // the model may be gone
 }
 
 /// Takes all children with their descendants out of the tree and into the grave. Nothing in a grave stands in the tree

@@ -7,14 +7,14 @@
 #include <QRegion>
 
 /// Shows one picture and nothing else.
-class CTLCDragWnd : public CTreeListLayeredWnd {
+class TREELIST_API CTLCDragWnd : public CTreeListLayeredWnd {
 public:
-    static constexpr char kClassName[] = "Morvane.TLCDragWnd";
+    [[gnu::visibility("hidden")]] static constexpr char kClassName[] = "Morvane.TLCDragWnd";
     /// Side of the layered window, and where it stands from the pointer.
-    static constexpr int kSide = 320;
-    static constexpr int kOffset = -160;
+    [[gnu::visibility("hidden")]] static constexpr int kSide = 320;
+    [[gnu::visibility("hidden")]] static constexpr int kOffset = -160;
     /// Where a plain window stands from the pointer.
-    static constexpr QPoint kPlainOffset{20, 4};
+    [[gnu::visibility("hidden")]] static constexpr QPoint kPlainOffset{20, 4};
 
     /// The window is as large as the picture. shape: what there is of it, null: all.
     CTLCDragWnd(QWidget *parent, const QPixmap &picture, const QRegion &shape = {});

@@ -4,11 +4,11 @@
 #include "controls/treelist/TreeListLayered.h"
 
 /// A small arrow to the right, in the desktop's highlight colour.
-class CTLCDropWnd : public CTreeListLayeredWnd {
+class TREELIST_API CTLCDropWnd : public CTreeListLayeredWnd {
 public:
-    static constexpr char kClassName[] = "Morvane.TLCDropWnd";
-    static constexpr int kWidth = 12;
-    static constexpr int kHeight = 16;
+    [[gnu::visibility("hidden")]] static constexpr char kClassName[] = "Morvane.TLCDropWnd";
+    [[gnu::visibility("hidden")]] static constexpr int kWidth = 12;
+    [[gnu::visibility("hidden")]] static constexpr int kHeight = 16;
 
     explicit CTLCDropWnd(QWidget *parent);
 

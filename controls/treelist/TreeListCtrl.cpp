@@ -177,7 +177,6 @@ void CTreeListCtrl::OnTextChanged(const CTreeListItem *item, int column)
         HideTip();
     if (m_accessible)
         m_accessible->TextChanged(item, column);
-    InvalidateItem(item);
 }
 
 void CTreeListCtrl::OnStateChanged(const CTreeListItem *item, std::uint32_t changed)
@@ -186,7 +185,6 @@ void CTreeListCtrl::OnStateChanged(const CTreeListItem *item, std::uint32_t chan
         m_accessible->StateChanged(item, changed);
     if (item == GetModifyItem() && changed & (kItemShowsCheck | kItemShowsLock | kItemShowsImage))
         PlaceEditor();
-    InvalidateItem(item);
 }
 
 void CTreeListCtrl::OnColumnsChanged()

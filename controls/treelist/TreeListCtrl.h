@@ -77,6 +77,11 @@ enum TreeListColor : int {
 /// The control owns its items, header, tip and editors; the owner is not owned and outlives the control or is taken
 /// back by SetOwner(nullptr). A control that stands in a CAdUiBaseDialog tells its owner within the dialog's
 /// RunHandler; a notice that fails there counts as refused (-1).
+///
+/// The owner may destroy the control within the notices of dragging, of expanding (NotifyExpanding, NotifyExpanded), of
+/// check and lock, and within NotifySelChanging and NotifySelChanged of a row that a person or SelectItem selects; the
+/// last two are told of a deleted item as well, with column -1, and then it may not. Nor may it within the notices of
+/// an edit: deleteLater() is the way there.
 class TREELIST_API CTreeListCtrl : public QAbstractScrollArea, public CTreeListModel {
     Q_OBJECT
 
@@ -394,11 +399,14 @@ private:
 
     // TreeListMouse.cpp
     void OnLeftDown(const QPoint &point, Qt::KeyboardModifiers keys);
+    void ClickRow(const QPoint &point, Qt::KeyboardModifiers keys);
+    /// Where the first cell stands as the bars are.
+    QPoint RowsOrigin() const;
     void OnRightDown(const QPoint &point);
     /// Steps 3 of a click: what the part does. False for a part that does nothing of its own.
     bool ClickPart(CTreeListItem *item, int flag, int column);
     /// False when the click may not go on: a row in edit refused to end.
-    bool ClickTextInEdit(CTreeListItem *item, int column);
+    bool ClickInEdit(CTreeListItem *item, int flag, int column);
     void SetPartCursor(const QPoint &point);
     void ShowCursor(int number);
 
@@ -447,6 +455,7 @@ private:
     std::unique_ptr<CTreeListGlyphs> m_glyphs;
 
     int m_nCursor = 0;
+    QPoint m_pressShift; ///< how far the last press moved the rows by showing its own; none once they moved further
     QPoint m_dragStart, m_dragOffset;
     QPoint m_dragOverPoint;           ///< where dragged rows were last told over this control
     QPointer<QObject> m_pDragWatch;   ///< while the button is down

@@ -286,6 +286,7 @@ void CTreeListCtrl::PrepareEditor(QWidget &editor, int column)
 
 void CTreeListCtrl::ShowEditor(QWidget &editor, const QRect &rect)
 {
+    HideTip();
     editor.setGeometry(rect);
     editor.setEnabled(true);
     editor.show();

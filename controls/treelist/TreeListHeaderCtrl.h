@@ -34,7 +34,7 @@ enum TreeListHeaderStyle : std::uint32_t {
 ///
 /// The keys: Left, Right, Home and End go from column to column, with Ctrl they make it narrower and wider, with Ctrl
 /// and Shift they move it; plus fits it, Space and Enter click it, the menu key opens the menu.
-class CTreeListHeaderCtrl : public QWidget {
+class TREELIST_API CTreeListHeaderCtrl : public QWidget {
     Q_OBJECT
 
 public:

@@ -6,9 +6,9 @@
 #include <QPixmap>
 
 /// The picture of a dragged column, seen through where the desktop blends windows.
-class CTLHDragWnd : public CTreeListLayeredWnd {
+class TREELIST_API CTLHDragWnd : public CTreeListLayeredWnd {
 public:
-    static constexpr char kClassName[] = "Morvane.TLHDragWnd";
+    [[gnu::visibility("hidden")]] static constexpr char kClassName[] = "Morvane.TLHDragWnd";
 
     CTLHDragWnd(const QPixmap &picture, QWidget *parent);
 
@@ -20,9 +20,9 @@ private:
 };
 
 /// A line between two columns with a point at each end.
-class CTLHDropWnd : public CTreeListLayeredWnd {
+class TREELIST_API CTLHDropWnd : public CTreeListLayeredWnd {
 public:
-    static constexpr char kClassName[] = "Morvane.TLHDropWnd";
+    [[gnu::visibility("hidden")]] static constexpr char kClassName[] = "Morvane.TLHDropWnd";
 
     /// As high as the header.
     CTLHDropWnd(int height, QWidget *parent);

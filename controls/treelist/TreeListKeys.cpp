@@ -42,6 +42,10 @@ bool CTreeListCtrl::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
         break;
+    case QEvent::Enter: // the viewport below is not told that the pointer left it
+        if (editor)
+            HideTip();
+        break;
     case QEvent::FocusIn:
         if (editor) {
             SetState(kControlFocused, 0);

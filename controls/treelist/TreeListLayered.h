@@ -1,6 +1,8 @@
 // Windows that go along with the pointer while something is dragged.
 #pragma once
 
+#include "controls/rules/TreeListItem.h"
+
 #include <QWidget>
 
 #include <optional>
@@ -9,7 +11,7 @@
 /// desktop can blend windows its pixels may be transparent; elsewhere it is plain, which is found out at run time.
 ///
 /// It belongs to the widget whose drag it shows and goes with it.
-class CTreeListLayeredWnd : public QWidget {
+class TREELIST_API CTreeListLayeredWnd : public QWidget {
 public:
     /// windowClass becomes the object's name. Hidden at first.
     CTreeListLayeredWnd(QWidget *parent, const char *windowClass);

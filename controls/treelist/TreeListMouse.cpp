@@ -3,6 +3,8 @@
 
 #include <QMouseEvent>
 
+#include <utility>
+
 namespace {
 
 constexpr int kPartsWithCursor = kHitButton | kHitCheck | kHitLock;
@@ -39,53 +41,73 @@ void CTreeListCtrl::mousePressEvent(QMouseEvent *event)
 
 void CTreeListCtrl::OnLeftDown(const QPoint &point, Qt::KeyboardModifiers keys)
 {
-    EndDraging(point, false); // a press whose way up went elsewhere
     const QPointer<CTreeListCtrl> self(this);
+    EndDraging(point, false); // a press whose way up went elsewhere
+    if (!self)
+        return;
     WatchPress();
     HideTip();
     setFocus(Qt::MouseFocusReason);
     if (!self)
         return;
+    const QPoint origin = RowsOrigin();
+    ClickRow(point, keys);
+    if (!self)
+        return;
+    m_pressShift = RowsOrigin() - origin;
+    if (!GetState(kControlDragging))
+        UnwatchPress();
+}
 
+void CTreeListCtrl::ClickRow(const QPoint &point, Qt::KeyboardModifiers keys)
+{
     int flag = 0;
     int column = -1;
     CTreeListItem *const hit = HitTest(point, &flag, &column);
+    const CTreeListItemGuard item(*this, hit);
+    const auto repaint = [this] {
+        Layout();
+        Invalidate();
+    };
     if (hit == nullptr) {
         UnwatchPress();
         FinishModify();
         SelectItem(nullptr, 0, true);
-        Layout();
-        Invalidate();
+        if (item.IsModelAlive())
+            repaint();
         return;
     }
-
-    CTreeListItemGuard item(*this, hit);
-    const bool onPart = ClickPart(item.Get(), flag, column);
-    if (!onPart) {
-        if (flag == kHitText && !ClickTextInEdit(item.Get(), column)) {
-            UnwatchPress();
-            Layout();
-            Invalidate();
-            return;
-        }
-        if (item.Get() != nullptr) {
-            if (item.Get()->Has(kItemSelected))
-                ActiveItem(item.Get(), column);
-            else
-                SelectItem(item.Get(), column, !keys.testFlag(Qt::ControlModifier));
-        }
-        // A press that the owner kept from selecting its row drags no other one.
-        if (item.Get() != nullptr && item.Get()->Has(kItemSelected) && BeginDraging(point))
-            SetState(kControlCaptured, 0);
+    if (ClickPart(hit, flag, column)) {
+        if (item.IsModelAlive())
+            repaint();
+        return;
     }
-    Layout();
-    Invalidate();
+    if (!ClickInEdit(hit, flag, column)) {
+        UnwatchPress();
+        repaint();
+        return;
+    }
+    if (item.Get() != nullptr) {
+        if (item.Get()->Has(kItemSelected))
+            ActiveItem(item.Get(), column);
+        else
+            SelectItem(item.Get(), column, !keys.testFlag(Qt::ControlModifier));
+    }
+    // A press that the owner kept from selecting its row drags no other one.
+    if (item.Get() != nullptr && item.Get()->Has(kItemSelected) && BeginDraging(point))
+        SetState(kControlCaptured, 0);
+    if (!item.IsModelAlive())
+        return;
+    repaint();
     CTreeListItem *const selected = GetSelectedItem();
     const int selectColumn = GetSelectColumn();
-    if (!onPart && selected != nullptr && selectColumn >= 0 && selectColumn < GetColumnCount())
+    if (selected != nullptr && selectColumn >= 0 && selectColumn < GetColumnCount())
         BeginModify(selected, selectColumn);
-    if (self && !GetState(kControlDragging))
-        UnwatchPress();
+}
+
+QPoint CTreeListCtrl::RowsOrigin() const
+{
+    return {-GetHorzScroll(), -GetVertScroll() * GetItemHeight()};
 }
 
 bool CTreeListCtrl::ClickPart(CTreeListItem *item, int flag, int column)
@@ -102,12 +124,12 @@ bool CTreeListCtrl::ClickPart(CTreeListItem *item, int flag, int column)
     return true;
 }
 
-bool CTreeListCtrl::ClickTextInEdit(CTreeListItem *item, int column)
+bool CTreeListCtrl::ClickInEdit(CTreeListItem *item, int flag, int column)
 {
     if (!GetState(kControlEditing))
         return true;
     if (item == GetModifyItem())
-        return BeginModify(item, column) != 0 || !GetState(kControlEditing);
+        return flag != kHitText || BeginModify(item, column) != 0 || !GetState(kControlEditing);
     FinishModify();
     // Refused: the row stays in edit with what was typed, so the click may not take the selection away from it.
     return !GetState(kControlEditing);
@@ -125,7 +147,7 @@ void CTreeListCtrl::OnRightDown(const QPoint &point)
     if (hit == nullptr || hit->Has(kItemSelected))
         return;
     // What a menu opens for is the row under the pointer.
-    CTreeListItemGuard item(*this, hit);
+    const CTreeListItemGuard item(*this, hit);
     if (GetState(kControlEditing) && hit != GetModifyItem()) {
         FinishModify();
         if (GetState(kControlEditing))
@@ -144,14 +166,17 @@ void CTreeListCtrl::mouseDoubleClickEvent(QMouseEvent *event)
         return;
     int flag = 0;
     int column = -1;
-    CTreeListItem *const item = HitTest(event->position().toPoint(), &flag, &column);
+    // What the first press brought into view went away from under the pointer.
+    const QPoint point = event->position().toPoint() + std::exchange(m_pressShift, {});
+    CTreeListItem *const item = HitTest(point, &flag, &column);
     if (item == nullptr)
         return;
     HideTip();
+    const QPointer<CTreeListCtrl> self(this);
     if (flag == kHitImage || flag == kHitText) {
         if (HasStyle(StyleTree))
             Expand(item, kToggle, column);
-    } else if (ClickPart(item, flag, column)) { // two quick clicks on a check box are two clicks
+    } else if (ClickPart(item, flag, column) && self) { // two quick clicks on a check box are two clicks
         Layout();
         Invalidate();
     }

@@ -33,8 +33,10 @@ void CTreeListCtrl::paintEvent(QPaintEvent *event)
         DrawCtrl(painter, region.boundingRect());
         return;
     }
-    for (const QRect &clip : region)
+    for (const QRect &clip : region) {
+        painter.setClipRect(clip); // a text that reaches into the next one is not laid there twice
         DrawCtrl(painter, clip);
+    }
 }
 
 void CTreeListCtrl::DrawCtrl(QPainter &painter, const QRect &clip) const

@@ -180,6 +180,7 @@ int CTreeListCtrl::EnsureVisible(CTreeListItem *item, int column)
 void CTreeListCtrl::scrollContentsBy(int dx, int dy)
 {
     HideTip();
+    m_pressShift = {};
     const std::int64_t down = std::int64_t{dy} * GetItemHeight();
     // The background picture goes sideways with the columns and stands still up and down.
     const bool picture = HasStyle(StyleBkBitmap) && dy != 0;
@@ -235,8 +236,10 @@ void CTreeListCtrl::ShowTip(const QPoint &point)
     if (m_pTip && GetState(kControlFocused) && !GetState(kControlCaptured | kControlDragging) &&
         GetClient().contains(point))
         item = HitTest(point, nullptr, &column);
+    // Over an editor the old text would hide what is being typed.
+    const bool edited = item && item == GetModifyItem() && column == GetModifyColumn() && ShownEditor();
     QRect cell, text;
-    if (!item || !GetItemRect(item, column, cell, false) || !GetItemRect(item, column, text, true)) {
+    if (!item || edited || !GetItemRect(item, column, cell, false) || !GetItemRect(item, column, text, true)) {
         HideTip();
         return;
     }

@@ -1,19 +1,20 @@
 // The tip that shows the whole text of a cell that is too narrow for it.
 #pragma once
 
+#include "controls/rules/TreeListItem.h"
+
 #include <QWidget>
 
 #include <cstdint>
 
 class CTreeListCtrl;
-class CTreeListItem;
 
 /// Alignment of a column's texts by its format: left, right, else centred by its bit; left without any.
 Qt::Alignment TreeListAlignment(std::uint32_t format);
 
 /// A window over the cell, so that its text stands where the cell's text begins or ends. It takes no mouse and no
 /// focus: the pointer stays with the cell below.
-class CTreeListTipCtrl : public QWidget {
+class TREELIST_API CTreeListTipCtrl : public QWidget {
     Q_OBJECT
 
 public:

@@ -377,3 +377,43 @@ TEST_F(TreeListSelection, ManySelectedItemsAreDeletedInAnyOrder)
         list.deleted.clear();
     }
 }
+
+// --- Columns that there are not --------------------------------------------------------------------------------------
+
+TEST_F(TreeListSelection, NothingIsSelectedInAColumnThatThereIsNot)
+{
+    list.SelectItem(a, 1);
+    Forget();
+    for (const int column : {-2, 2, 99}) {
+        EXPECT_EQ(list.SelectItem(nullptr, column), 0);
+        EXPECT_EQ(list.SelectItem(b, column), 0);
+    }
+    EXPECT_THAT(list.notes, IsEmpty());
+    EXPECT_EQ(Selected(), L"a");
+    EXPECT_EQ(list.GetSelectColumn(), 1);
+}
+
+TEST_F(TreeListSelection, AColumnThatItsNoticeDeletesIsNotTheSelectedOne)
+{
+    list.answer = [this](int code, CTreeListItem *, int) {
+        if (code == NotifySelChanging)
+            list.DeleteColumn(1);
+        return 0;
+    };
+    EXPECT_EQ(list.SelectItem(a, 1), 1);
+    EXPECT_EQ(list.GetSelectColumn(), -1);
+    EXPECT_THAT(list.notes.back(), (TreeListNote{NotifySelChanged, a, -1}));
+    list.answer = nullptr;
+    EXPECT_EQ(list.SelectItem(b, list.GetSelectColumn()), 1); // so do the keys
+}
+
+TEST_F(TreeListSelection, AColumnIsFollowedToItsNewNumber)
+{
+    list.answer = [this](int code, CTreeListItem *, int) {
+        if (code == NotifySelChanging)
+            list.DeleteColumn(0);
+        return 0;
+    };
+    EXPECT_EQ(list.SelectItem(a, 1), 1);
+    EXPECT_EQ(list.GetSelectColumn(), 0);
+}

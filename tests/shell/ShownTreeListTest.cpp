@@ -1,6 +1,9 @@
 // Another module's view of the tree list: this program has nothing of it but its header, and takes all else from the
 // module.
+#include "controls/treelist/TLCDragWnd.h"
+#include "controls/treelist/TLCDropWnd.h"
 #include "controls/treelist/TreeListCtrl.h"
+#include "controls/treelist/TreeListHeaderWindows.h"
 #include "tests/dialogs/DialogProgram.h"
 
 #include <gmock/gmock.h>
@@ -61,6 +64,31 @@ TEST_F(ShownTreeList, ComesFromTheModule)
     Dl_info library = {};
     ASSERT_NE(dladdr(list.metaObject(), &library), 0);
     EXPECT_THAT(library.dli_fname, HasSubstr("zemxvelmor.so"));
+}
+
+TEST_F(ShownTreeList, ThePlacesOfACellCanBeAsked)
+{
+    const TreeListRect rect{0, 0, 100, 20};
+    const TreeListCell cell{kCellMain, 1, StyleCheck, kItemShowsCheck};
+    const TreeListParts parts = PartsOf(cell, rect);
+    EXPECT_EQ(PartAt(parts, rect, 5, 10), kHitCheck);
+    EXPECT_EQ(TextOffsetOf(cell), 18);
+    EXPECT_TRUE(TextFits(parts, rect, 82));
+    EXPECT_FALSE(TextFits(parts, rect, 83));
+}
+
+TEST_F(ShownTreeList, TheWindowsOfADragCanBeMade)
+{
+    QWidget parent;
+    CTLCDragWnd rows(&parent, QPixmap(20, 10));
+    CTLCDropWnd place(&parent);
+    CTLHDragWnd column(QPixmap(30, 10), &parent);
+    CTLHDropWnd mark(20, &parent);
+    EXPECT_EQ(rows.GetPicture().width(), 20);
+    EXPECT_EQ(rows.objectName(), QStringLiteral("Morvane.TLCDragWnd"));
+    EXPECT_EQ(place.objectName(), QStringLiteral("Morvane.TLCDropWnd"));
+    EXPECT_EQ(column.objectName(), QStringLiteral("Morvane.TLHDragWnd"));
+    EXPECT_EQ(mark.objectName(), QStringLiteral("Morvane.TLHDropWnd"));
 }
 
 TEST_F(ShownTreeList, EveryOperationCanBeBound)

@@ -8,6 +8,8 @@
 #include "host/editor/Session.h"
 #include "host/services/Services.h"
 
+#include <QPaintEvent>
+
 #include <stdexcept>
 
 using testing::ElementsAre;
@@ -327,4 +329,33 @@ TEST_F(TreeListControl, AnOwnerMayRefillTheControlWhileItExpands)
     EXPECT_EQ(list->HitTest({20, 5})->Text(0), L"Row 0");
     EXPECT_GT(list->verticalScrollBar()->maximum(), 0);
     Settle();
+}
+
+TEST_F(TreeListControl, AFewChangedRowsArePaintedAndNoOtherOne)
+{
+    CreateEmpty();
+    AddRows(14);
+    Show();
+    class Watch : public QObject {
+    public:
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            if (event->type() == QEvent::Paint)
+                painted += static_cast<QPaintEvent *>(event)->region();
+            return false;
+        }
+        QRegion painted;
+    } watch;
+    list->viewport()->installEventFilter(&watch);
+    for (int row = 0; row < 8; ++row) {
+        if (row % 2)
+            list->SetItemText(list->GetFirstShowItem(row), 1, L"new");
+        else
+            list->SetCheck(list->GetFirstShowItem(row), kCheckMixed);
+    }
+    Settle();
+    const QRegion rows = watch.painted;
+    list->viewport()->removeEventFilter(&watch);
+    EXPECT_FALSE(rows.isEmpty());
+    EXPECT_EQ(rows.boundingRect(), QRect(0, 0, list->viewport()->width(), 8 * 20));
 }

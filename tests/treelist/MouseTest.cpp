@@ -255,15 +255,48 @@ TEST_F(TreeClick, APressBelowTheLastRowLosesNothingThatWasTypedAndRefused)
     EXPECT_EQ(left->GetEdit()->text(), QStringLiteral("Lake"));
 }
 
-TEST_F(TreeClick, APressOnAnImageMovesTheSelectionThenEndsTheOtherRowsEdit)
+TEST_F(TreeClick, APressOnAnyPlaceOfAnotherRowEndsTheEditBeforeTheSelectionMoves)
+{
+    EditColumns();
+    left->SetItemState(Item(L"Pond"), kItemShowsImage, 0);
+    for (const QPoint &place : {Image(2), QPoint(1, Image(2).y()), QPoint(201, Type(2).y())}) { // two beside all parts
+        const int column = place.x() > 200 ? 1 : 0;
+        Click(Text(0));
+        Told();
+        Press(place);
+        const std::string cell = "(Pond, " + std::to_string(column) + ')';
+        EXPECT_THAT(Told(), ElementsAre("left EndControl(Main, 0)", "left EndEdit(Main, 1)", "left SelChanging" + cell,
+                                        "left SelChanged" + cell, "left BeginControl" + cell));
+        Release(place);
+    }
+}
+
+TEST_F(TreeClick, ARefusedTextStaysInItsEditorWhereverAnotherRowIsPressed)
 {
     EditColumns();
     left->SetItemState(Item(L"Pond"), kItemShowsImage, 0);
     Click(Text(0));
+    left->GetEdit()->setText(QStringLiteral("Lake"));
+    Refuse(NotifyColumnChanging);
+    for (const QPoint &place : {Image(2), QPoint(1, Image(2).y()), QPoint(201, Type(2).y()), Text(2)}) {
+        Click(place);
+        EXPECT_EQ(left->GetSelectedItem(), Item(L"Main"));
+        EXPECT_EQ(left->GetModifyItem(), Item(L"Main"));
+        EXPECT_TRUE(left->GetEdit()->isVisible());
+        EXPECT_EQ(left->GetEdit()->text(), QStringLiteral("Lake"));
+    }
+}
+
+TEST_F(TreeClick, APressBesideTheTextOfTheRowInEditEndsItsColumnOnly)
+{
+    EditColumns();
+    left->SetItemState(Item(L"Main"), kItemShowsImage, 0);
+    Click(Type(0));
     Told();
-    Press(Image(2));
-    EXPECT_THAT(Told(), ElementsAre("left SelChanging(Pond, 0)", "left SelChanged(Pond, 0)", "left EndControl(Main, 0)",
-                                    "left EndEdit(Main, 1)", "left BeginControl(Pond, 0)"));
+    Press(Image(0));
+    EXPECT_EQ(left->GetModifyItem(), Item(L"Main"));
+    EXPECT_EQ(left->GetModifyColumn(), 0);
+    EXPECT_THAT(Told(), ElementsAre("left EndControl(Main, 1)", "left BeginControl(Main, 0)"));
 }
 
 TEST_F(TreeClick, AnItemThatANoticeDeletesIsNotTouchedAgain)
@@ -334,6 +367,51 @@ TEST_F(TreeClick, TwoQuickClicksOnACheckBoxAreTwoClicks)
     DoubleClick(Check(2));
     EXPECT_EQ(left->GetCheck(Item(L"Pond")), kCheckOff);
     EXPECT_THAT(Told(), ElementsAre("left Check(Pond, 0)", "left Check(Pond, 0)"));
+}
+
+TEST_F(TreeClick, ADoubleClickTakesTheRowThatItsFirstPressBroughtIntoView)
+{
+    ReadOnly();
+    for (int each = 0; each < 30; ++each)
+        left->InsertItem(L"Part", left->InsertItem(L"Row " + std::to_wstring(each)));
+    left->resize(380, 110); // five rows and a half
+    const QPoint last = Text(5);
+    ASSERT_EQ(left->HitTest(last), Item(L"Row 2"));
+    Click(last);
+    ASSERT_EQ(left->GetVertScroll(), 1);
+    ASSERT_EQ(left->HitTest(last), Item(L"Row 3"));
+    Told();
+    DoubleClick(last);
+    EXPECT_THAT(Told(), ElementsAre("left Expanding(Row 2, 0)", "left Expanded(Row 2, 0)"));
+}
+
+TEST_F(TreeClick, ADoubleClickTakesTheColumnThatItsFirstPressBroughtIntoView)
+{
+    ReadOnly();
+    left->SetColumnWidth(1, 250);
+    left->InsertColumn(L"More", kColumnDefaultFormat, 100);
+    const QPoint place = Type(0) + QPoint(110, 0);
+    Click(place);
+    ASSERT_GT(left->GetHorzScroll(), 0);
+    int column = -1;
+    left->HitTest(place, nullptr, &column);
+    ASSERT_EQ(column, 2);
+    Told();
+    DoubleClick(place);
+    EXPECT_THAT(Told(), ElementsAre("left Expanding(Main, 1)", "left Expanded(Main, 1)"));
+}
+
+TEST_F(TreeClick, ADoubleClickAfterTheRowsMovedByThemselvesTakesWhatIsThere)
+{
+    ReadOnly();
+    for (int each = 0; each < 30; ++each)
+        left->InsertItem(L"Part", left->InsertItem(L"Row " + std::to_wstring(each)));
+    left->resize(380, 110);
+    Click(Text(5));
+    left->verticalScrollBar()->setValue(3);
+    Told();
+    DoubleClick(Text(5));
+    EXPECT_THAT(Told(), ElementsAre("left Expanding(Row 5, 0)", "left Expanded(Row 5, 0)"));
 }
 
 TEST_F(TreeClick, ADoubleClickBelowTheLastRowDoesNothing)
@@ -409,3 +487,71 @@ TEST_F(TreeClick, OtherButtonsDoNothing)
     Send(*left, QEvent::MouseButtonRelease, Text(0), Qt::MiddleButton, Qt::NoButton);
     EXPECT_THAT(Told(), IsEmpty());
 }
+
+// --- A control that goes ---------------------------------------------------------------------------------------------
+
+namespace {
+
+/// Leaves nothing readable behind when it goes.
+class GoingTree : public CTreeListCtrl {
+public:
+    using CTreeListCtrl::CTreeListCtrl;
+    static void operator delete(void *block, std::size_t bytes)
+    {
+        auto *byte = static_cast<volatile unsigned char *>(block);
+        for (std::size_t each = 0; each < bytes; ++each)
+            byte[each] = 0xDD;
+        ::operator delete(block);
+    }
+};
+
+struct Going {
+    int code;
+    QPoint place;
+    bool twice;
+};
+
+class TreeClickThatEndsIt : public TreeMouse, public testing::WithParamInterface<Going> {
+protected:
+    TreeClickThatEndsIt()
+    {
+        delete left.data();
+        left = new GoingTree(&window);
+        left->Create(kStyle, QRect(0, 0, 380, 300), &window, 1);
+        left->setFrameShape(QFrame::NoFrame);
+        left->SetItemHeight(kRow);
+        left->SetColumnWidth(0, 200);
+        left->SetColumnModify(0, kEditorEdit);
+        left->InsertItem(L"Pipe", left->InsertItem(L"Main"));
+        left->SetOwner(this);
+        left->show();
+        QApplication::processEvents();
+        answer = [this](const TreeListNotice &notice) {
+            if (notice.code == GetParam().code && notice.control == left)
+                delete left.data();
+            return 0;
+        };
+    }
+};
+
+} // namespace
+
+TEST_P(TreeClickThatEndsIt, TouchesNothingOfIt)
+{
+    if (GetParam().twice) {
+        left->SetStyle(kStyle | StyleReadOnly);
+        Send(*left, QEvent::MouseButtonDblClick, GetParam().place, Qt::LeftButton, Qt::LeftButton);
+    } else {
+        Press(GetParam().place);
+    }
+    EXPECT_EQ(left, nullptr);
+    QApplication::processEvents();
+}
+INSTANTIATE_TEST_SUITE_P(
+    Notices, TreeClickThatEndsIt,
+    testing::Values(Going{NotifySelChanging, {120, 10}, false}, Going{NotifySelChanged, {120, 10}, false},
+                    Going{NotifySelChanging, {120, 250}, false}, // below the last row
+                    Going{NotifySelChanged, {120, 250}, false}, Going{NotifyBeginDrag, {120, 10}, false},
+                    Going{NotifyExpanding, {10, 10}, false}, Going{NotifyExpanded, {10, 10}, false},
+                    Going{NotifyExpanded, {120, 10}, true}, Going{NotifyCheck, {26, 10}, false},
+                    Going{NotifyLock, {38, 10}, false}, Going{NotifyCheck, {26, 10}, true}));

@@ -255,3 +255,44 @@ TEST_F(TreeListTip, ADisabledOrHiddenControlHasNone)
     list->setEnabled(false);
     EXPECT_FALSE(Tip().isVisible());
 }
+
+TEST_F(TreeListTip, TheCellInEditShowsNoTip)
+{
+    CreateTree();
+    list->SetItemText(pipe12, 1, kLong);
+    const QPoint margin(list->GetColumnWidth(0) + 1, RowOf(pipe12).center().y()); // the editor leaves it free
+    Move(margin);
+    ASSERT_TRUE(Tip().isVisible());
+    ASSERT_TRUE(list->BeginModify(pipe12, 1));
+    EXPECT_FALSE(Tip().isVisible());
+    Move(margin);
+    EXPECT_FALSE(Tip().isVisible());
+    list->FinishModify();
+    Move(margin);
+    EXPECT_TRUE(Tip().isVisible());
+}
+
+TEST_F(TreeListTip, ACellWithoutAnEditorShowsItInEditAsWell)
+{
+    CreateTree();
+    list->SetItemText(pipe12, 0, kLong);
+    ASSERT_TRUE(list->BeginModify(pipe12, 0));
+    Move(PlaceOf(pipe12));
+    EXPECT_TRUE(Tip().isVisible());
+}
+
+TEST_F(TreeListTip, AnotherCellsTipGoesWhenThePointerComesToTheEditor)
+{
+    CreateTree();
+    list->SetItemText(pipe12, 0, kLong);
+    list->SetColumnModify(2, kEditorCombo);
+    const std::pair<int, QWidget *> editors[] = {{1, list->GetEdit()}, {2, list->GetCombo()->GetList()}};
+    for (const auto &[column, editor] : editors) {
+        ASSERT_TRUE(list->BeginModify(pipe23, column));
+        Move(PlaceOf(pipe12));
+        ASSERT_TRUE(Tip().isVisible());
+        QEnterEvent enter(QPointF(3, 3), QPointF(3, 3), editor->mapToGlobal(QPointF(3, 3)));
+        QApplication::sendEvent(editor, &enter);
+        EXPECT_FALSE(Tip().isVisible());
+    }
+}
