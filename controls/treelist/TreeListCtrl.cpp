@@ -34,6 +34,8 @@ CAdUiBaseDialog *DialogOf(const QWidget &widget)
 
 // --- Life ------------------------------------------------------------------------------------------------------------
 
+CTreeListOwner::~CTreeListOwner() = default;
+
 CTreeListCtrl::CTreeListCtrl(QWidget *parent)
     : QAbstractScrollArea(parent), m_colors(tree_list_colors::kDefaults), m_glyphs(std::make_unique<CTreeListGlyphs>())
 {

@@ -41,7 +41,7 @@ struct TreeListNotice {
 /// Who owns a control's rows: is told what happens and may refuse it.
 class TREELIST_API CTreeListOwner {
 public:
-    virtual ~CTreeListOwner() = default;
+    virtual ~CTreeListOwner();
     /// 0: go on. What refuses stands with each code.
     virtual std::int64_t OnTreeListNotify(const TreeListNotice &notice) = 0;
 };

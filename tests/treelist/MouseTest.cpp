@@ -389,7 +389,9 @@ TEST_F(TreeClick, ADoubleClickTakesThePartOfTheColumnThatItsFirstPressBroughtInt
 {
     ReadOnly();
     left->SetColumnWidth(1, 400);
+    QApplication::processEvents();
     left->horizontalScrollBar()->setValue(100);
+    ASSERT_EQ(left->GetHorzScroll(), 100);
     const QPoint place = Check(0); // of a control that is not scrolled; here it is the text
     Click(place);
     ASSERT_EQ(left->GetHorzScroll(), 0);
