@@ -164,6 +164,7 @@ std::int64_t CNetworkOverviewDlg::OnTreeListNotify(const TreeListNotice &notice)
     case NotifyRowChanging:
         return OnRowChanging(notice.item);
     case NotifyCheck:
+        OnCheck(notice.item);
         PostChecks();
         return 0;
     case NotifySelChanged:
@@ -244,6 +245,24 @@ void CNetworkOverviewDlg::changeEvent(QEvent *event)
     CAdUiBaseDialog::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && m_tree && m_bTrouble)
         ShowMessage(m_ui->textMessage->text(), true);
+}
+
+bool CNetworkOverviewDlg::event(QEvent *event)
+{
+    const bool isDone = CAdUiBaseDialog::event(event);
+    switch (event->type()) {
+    case QEvent::StyleChange:
+    case QEvent::PaletteChange:
+    case QEvent::FontChange:
+    case QEvent::ThemeChange:
+    case QEvent::ScreenChangeInternal: // the only word of another scale
+        if (m_bShownBefore)
+            ShowGlance();
+        break;
+    default:
+        break;
+    }
+    return isDone;
 }
 
 void CNetworkOverviewDlg::FitToScreen()

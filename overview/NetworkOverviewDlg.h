@@ -49,6 +49,7 @@ protected:
     void OnHandlerFailed() override;
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -94,6 +95,8 @@ private:
     void ShowMessage(const QString &text, bool isTrouble);
 
     // Highlighting: NetworkOverviewHighlight.cpp
+    /// A box is about to change over.
+    void OnCheck(const CTreeListItem *item);
     /// Once for each change, when the control has done it.
     void PostChecks();
     void ApplyChecks();
@@ -104,10 +107,12 @@ private:
     void ZoomToSelected();
 
     // Findings: NetworkOverviewFindings.cpp
+    /// The two lines, with signs as the desktop draws them now.
+    void ShowGlance();
     void ShowFindings();
     QTreeWidgetItem *AddGroup(unsigned title, std::size_t count);
     /// What a finding is about, and how its text is made.
-    enum EFinding { ShareOfArea, SectionName, NodeName, BranchName };
+    enum EFinding { ShareOfArea, AreaName, SectionName, NodeName, BranchName };
     void AddFinding(QTreeWidgetItem &group, EFinding kind, int index, int row);
     QString FindingText(EFinding kind, int index) const;
     /// Writes the names anew; the list stays as the person has it.

@@ -12,44 +12,66 @@ namespace {
 constexpr int kRowRole = Qt::UserRole, kKindRole = Qt::UserRole + 1, kIndexRole = Qt::UserRole + 2;
 constexpr double kPercent = 100.0;
 
-void ShowLine(QLabel &icon, QLabel &line, bool isGood, const QString &text)
+enum class EVerdict { Good, Wrong, NothingYet };
+
+void ShowLine(QLabel &icon, QLabel &line, EVerdict verdict, const QString &text)
 {
-    const QWidget &widget = line;
-    const int size = widget.fontMetrics().height();
+    const bool isWrong = verdict == EVerdict::Wrong;
+    if (line.font().bold() != isWrong) {
+        QFont font; // nothing but its weight is the line's own: the rest goes on following the dialog
+        font.setBold(isWrong);
+        line.setFont(font);
+    }
+    const int size = line.fontMetrics().height();
+    const QStyle::StandardPixmap sign = isWrong                     ? QStyle::SP_MessageBoxWarning
+                                        : verdict == EVerdict::Good ? QStyle::SP_DialogApplyButton
+                                                                    : QStyle::SP_MessageBoxInformation;
     icon.setPixmap(
-        widget.style()
-            ->standardIcon(isGood ? QStyle::SP_DialogApplyButton : QStyle::SP_MessageBoxWarning, nullptr, &widget)
-            .pixmap(QSize(size, size), widget.devicePixelRatioF()));
-    QFont font = widget.font();
-    font.setBold(!isGood);
-    line.setFont(font);
+        line.style()->standardIcon(sign, nullptr, &line).pixmap(QSize(size, size), line.devicePixelRatioF()));
     line.setText(text);
 }
 
 } // namespace
 
-void CNetworkOverviewDlg::ShowFindings()
+void CNetworkOverviewDlg::ShowGlance()
 {
     const COverviewNetwork &network = m_tree->Network();
-    const CNetworkForest &forest = m_tree->Forest();
     const std::size_t areaCount = network.m_areas.size(), sectionCount = network.m_sections.size();
+    const std::size_t notWhole = AreasNotWhole(network.m_forestAreas).size();
+    const std::size_t idle = SectionsWithoutArea(sectionCount, network.m_forestAreas).size();
+    const auto number = [](std::size_t count) { return QString::number(count); };
+    // Where there are no areas yet nothing can drain, and that is no fault.
+    const auto verdict = [](bool isYet, std::size_t wrong) {
+        return !isYet ? EVerdict::NothingYet : wrong == 0 ? EVerdict::Good : EVerdict::Wrong;
+    };
+    ShowLine(*m_ui->iconShares, *m_ui->textShares, verdict(areaCount > 0, notWhole),
+             areaCount == 0  ? Msg(kNoAreas)
+             : notWhole == 0 ? Msg(kSharesWhole, number(areaCount))
+                             : Msg(kSharesNotWhole, number(notWhole), number(areaCount)));
+    ShowLine(*m_ui->iconDrains, *m_ui->textDrains, verdict(sectionCount > 0 && areaCount > 0, idle),
+             sectionCount == 0 ? Msg(kNoNetwork)
+             : idle == 0       ? Msg(kAllDrain, number(sectionCount))
+                               : Msg(kSomeDrainNothing, number(idle), number(sectionCount)));
+}
+
+void CNetworkOverviewDlg::ShowFindings()
+{
+    ShowGlance();
+    const COverviewNetwork &network = m_tree->Network();
+    const CNetworkForest &forest = m_tree->Forest();
+    const std::size_t sectionCount = network.m_sections.size();
     const std::vector<int> notWhole = AreasNotWhole(network.m_forestAreas);
     const std::vector<int> idle = SectionsWithoutArea(sectionCount, network.m_forestAreas);
-    const auto number = [](std::size_t count) { return QString::number(count); };
-    ShowLine(*m_ui->iconShares, *m_ui->textShares, areaCount > 0 && notWhole.empty(),
-             areaCount == 0     ? Msg(kNoAreas)
-             : notWhole.empty() ? Msg(kSharesWhole, number(areaCount))
-                                : Msg(kSharesNotWhole, number(notWhole.size()), number(areaCount)));
-    ShowLine(*m_ui->iconDrains, *m_ui->textDrains, sectionCount > 0 && idle.empty(),
-             sectionCount == 0 ? Msg(kNoNetwork)
-             : idle.empty()    ? Msg(kAllDrain, number(sectionCount))
-                               : Msg(kSomeDrainNothing, number(idle.size()), number(sectionCount)));
-
     QTreeWidget &list = *m_ui->treeFindings;
     list.clear();
     if (QTreeWidgetItem *group = AddGroup(kFindingShares, notWhole.size())) {
         for (const int area : notWhole)
             AddFinding(*group, ShareOfArea, area, m_tree->RowOfArea(area));
+    }
+    const std::vector<int> notKnown = AreasNotKnown(network.m_forestAreas);
+    if (QTreeWidgetItem *group = AddGroup(kFindingUnknown, notKnown.size())) {
+        for (const int area : notKnown)
+            AddFinding(*group, AreaName, area, m_tree->RowOfArea(area));
     }
     if (QTreeWidgetItem *group = AddGroup(kFindingNoArea, idle.size())) {
         for (const int section : idle)
@@ -113,6 +135,8 @@ QString CNetworkOverviewDlg::FindingText(EFinding kind, int index) const
     case ShareOfArea:
         return Msg(kShareOf, NamedOrNot(network.m_areas[at]->GetName()),
                    KnownNumberText(WholeShare(network.m_forestAreas[at]) * kPercent, kShareDecimals));
+    case AreaName:
+        return NamedOrNot(network.m_areas[at]->GetName());
     case SectionName:
         return NamedOrNot(network.m_sections[at]->GetName());
     case NodeName:

@@ -16,6 +16,12 @@ constexpr int kWipe = 4;
 
 } // namespace
 
+void CNetworkOverviewDlg::OnCheck(const CTreeListItem *item)
+{
+    if (const COverviewRow *row = m_tree->RowOf(item))
+        m_tree->Choose(*row, m_ui->treeNetwork->GetCheck(item) != kCheckOn);
+}
+
 void CNetworkOverviewDlg::PostChecks()
 {
     if (m_bChecksPosted)
@@ -36,15 +42,14 @@ void CNetworkOverviewDlg::ApplyChecks()
     m_bHighlighting = true;
     const CTreeListCtrl &tree = *m_ui->treeNetwork;
     const COverviewNetwork &network = m_tree->Network();
+    m_tree->ShowBoxes();
     const int colour = CModuleConfiguration::Instance()->GetHighlightColor();
     std::vector<int> sections;
     CGuids areas;
     for (const COverviewRow &row : m_tree->Rows()) {
-        if (tree.GetCheck(row.m_pItem) != kCheckOn)
-            continue;
-        if (row.m_kind == EOverviewRow::Section)
+        if (row.m_kind == EOverviewRow::Section && m_tree->IsChosen(row.m_nIndex))
             sections.push_back(row.m_nIndex);
-        else if (row.m_kind == EOverviewRow::Area)
+        else if (row.m_kind == EOverviewRow::Area && tree.GetCheck(row.m_pItem) == kCheckOn)
             areas.insert(network.m_areas[static_cast<std::size_t>(row.m_nIndex)]->GetGuid());
     }
     std::ranges::sort(sections);
@@ -101,6 +106,7 @@ void CNetworkOverviewDlg::SetAllChecks(bool check)
         tree.SetCheck(item, check ? kCheckOn : kCheckOff);
         tree.SetItemCheck(item, false); // all beneath it follow
     }
+    m_tree->ChooseAll(check);
     m_bFilling = false;
 }
 
@@ -111,6 +117,7 @@ void CNetworkOverviewDlg::OnBtnCheckRow()
     if (!item)
         return;
     m_bFilling = true;
+    OnCheck(item);
     tree.SetItemCheck(item, true);
     m_bFilling = false;
     ApplyChecks();

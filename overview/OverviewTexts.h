@@ -71,6 +71,9 @@ enum : unsigned {
     kCheckNoneTip,
     kCheckRowTip,
     kZoomTip,
+    kColumnDrains,
+    kFindingUnknown,
+    kLastMessage = kFindingUnknown,
 };
 } // namespace OverviewMessage
 

@@ -12,17 +12,6 @@ namespace {
 
 constexpr double kPercent = 100.0;
 
-/// The control's own pictures.
-enum EPicture : int {
-    kPictureBranch = 3,
-    kPictureSection = 4,
-    kPictureOutfall = 6,
-    kPictureArea = 7,
-    kPictureHouse = 8,
-    kPictureIndustry = 9,
-    kPictureWarning = 11,
-};
-
 template <class T>
 decltype(auto) Of(T &list, int index)
 {
@@ -44,8 +33,8 @@ QString TypeText(int mask)
 int PictureOf(int mask)
 {
     if (mask & ZEMGis::Sewage::kTypeCatchment)
-        return kPictureArea;
-    return mask & ZEMGis::Sewage::kTypeHouse ? kPictureHouse : kPictureIndustry;
+        return kImageArea;
+    return mask & ZEMGis::Sewage::kTypeHouse ? kImageHouse : kImageIndustrial;
 }
 
 QString CoefficientText(const CNetworkSums &sums)
@@ -70,6 +59,7 @@ void COverviewTree::InsertColumns()
         {kColumnType, kColumnLeft, kEditorStatic},
         {kColumnHectares, kColumnRight, kEditorStatic},
         {kColumnShare, kColumnRight, kEditorStatic},
+        {kColumnDrains, kColumnRight, kEditorStatic},
         {kColumnCoefficient, kColumnRight, kEditorStatic},
         {kColumnNote, kColumnLeft, kEditorStatic},
     });
@@ -118,6 +108,7 @@ void COverviewTree::Fill(COverviewNetwork network)
     m_idle.assign(m_network.m_sections.size(), false);
     for (const int section : SectionsWithoutArea(m_network.m_sections.size(), m_network.m_forestAreas))
         Of(m_idle, section) = true;
+    m_chosen.assign(m_network.m_sections.size(), false);
     m_branchRows.assign(m_forest.m_branches.size(), -1);
     m_sectionRows.assign(m_network.m_sections.size(), -1);
     m_areasOf.assign(m_network.m_sections.size(), {});
@@ -176,14 +167,14 @@ void COverviewTree::InsertBranch(int branch)
     if (values.m_nParent < 0) {
         const bool drains = values.m_end == EBranchEnd::Outfall;
         Of(m_branchRows, branch) = static_cast<int>(m_rows.size());
-        Insert(EOverviewRow::Branch, branch, {}, TreeListRoot(), drains ? kPictureOutfall : kPictureWarning);
+        Insert(EOverviewRow::Branch, branch, {}, TreeListRoot(), drains ? kImageOutfall : kImageWarning);
     }
     const int row = Of(m_branchRows, branch);
     CTreeListItem *item = Of(m_rows, row).m_pItem;
     const CNetworkSums &sums = Of(m_branchSums, branch);
     SetText(item, kNameColumn, BranchTitle(branch));
     SetText(item, kLengthColumn, NumberText(sums.m_length, kLengthDecimals));
-    SetText(item, kHectaresColumn, NumberText(sums.m_hectares, kAreaDecimals));
+    SetText(item, kDrainsColumn, NumberText(sums.m_hectares, kAreaDecimals));
     SetText(item, kCoefficientColumn, CoefficientText(sums));
     QString note = Msg(kSectionCount, QString::number(sums.m_nSections));
     if (sums.m_nUnknownLengths > 0)
@@ -196,7 +187,7 @@ void COverviewTree::InsertBranch(int branch)
     for (const auto &[isBranch, index] : values.m_steps) {
         if (isBranch) {
             Of(m_branchRows, index) = static_cast<int>(m_rows.size());
-            Insert(EOverviewRow::Branch, index, {}, item, kPictureBranch);
+            Insert(EOverviewRow::Branch, index, {}, item, kImageBranch);
         } else {
             InsertSection(index, item);
         }
@@ -221,7 +212,7 @@ void COverviewTree::InsertSection(int section, CTreeListItem *parent)
     const CForestSection &values = Of(m_network.m_forestSections, section);
     const int row = static_cast<int>(m_rows.size());
     Of(m_sectionRows, section) = row;
-    CTreeListItem *item = Insert(EOverviewRow::Section, section, entity->GetName(), parent, kPictureSection);
+    CTreeListItem *item = Insert(EOverviewRow::Section, section, entity->GetName(), parent, kImageSection);
     if (values.m_length >= 0.0)
         SetText(item, kLengthColumn, NumberText(values.m_length, kLengthDecimals));
     for (const auto &[node, column] : {std::pair{values.m_nFrom, kFromColumn}, std::pair{values.m_nTo, kToColumn}}) {
@@ -235,7 +226,7 @@ void COverviewTree::InsertSection(int section, CTreeListItem *parent)
     const CNetworkSums &sums = Of(m_sectionSums, section);
     const auto &areas = Of(m_areasOf, section);
     if (!areas.empty()) {
-        SetText(item, kHectaresColumn, NumberText(sums.m_hectares, kAreaDecimals));
+        SetText(item, kDrainsColumn, NumberText(sums.m_hectares, kAreaDecimals));
         SetText(item, kCoefficientColumn, CoefficientText(sums));
     }
     SetText(item, kNoteColumn, SectionNote(section));
@@ -252,8 +243,9 @@ void COverviewTree::InsertArea(int area, double share, CTreeListItem *parent)
     SetText(item, kTypeColumn, TypeText(type));
     const CForestArea &values = Of(m_network.m_forestAreas, area);
     const double net = Of(m_net, area), part = share < 0.0 ? share : net < 0.0 ? net : net * share;
-    const bool isLost = values.m_shares.empty(); // then all of it is shown
-    SetText(item, kHectaresColumn, KnownNumberText(isLost ? net : part, kAreaDecimals));
+    SetText(item, kHectaresColumn, KnownNumberText(net, kAreaDecimals));
+    if (!values.m_shares.empty())
+        SetText(item, kDrainsColumn, KnownNumberText(part, kAreaDecimals));
     SetText(item, kShareColumn, KnownNumberText(share * kPercent, kShareDecimals));
     SetText(item, kCoefficientColumn, KnownNumberText(values.m_coefficient, kCoefficientDecimals));
     const double whole = WholeShare(values);
@@ -271,8 +263,8 @@ void COverviewTree::InsertAreasWithoutSection()
         if (!m_network.m_forestAreas[area].m_shares.empty())
             continue;
         if (!group) {
-            group = Insert(EOverviewRow::Group, 0, Msg(kAreasWithoutSection).toStdWString(), TreeListRoot(),
-                           kPictureWarning);
+            group =
+                Insert(EOverviewRow::Group, 0, Msg(kAreasWithoutSection).toStdWString(), TreeListRoot(), kImageWarning);
             for (const int column : {kNameColumn, kFromColumn, kToColumn})
                 m_control.SetItemModify(group, column, kEditorStatic);
         }
@@ -315,7 +307,10 @@ COverviewTree::CView COverviewTree::View() const
 {
     CView view;
     for (const COverviewRow &row : m_rows)
-        view.m_states.emplace(KeyOf(row), std::pair(row.m_pItem->Has(kItemExpanded), m_control.GetCheck(row.m_pItem)));
+        view.m_states.try_emplace(KeyOf(row),
+                                  CView::CState{row.m_pItem->Has(kItemExpanded),
+                                                row.m_kind == EOverviewRow::Section && IsChosen(row.m_nIndex),
+                                                m_control.GetCheck(row.m_pItem)});
     if (const COverviewRow *selected = RowOf(m_control.GetSelectedItem()))
         view.m_strSelected = KeyOf(*selected);
     return view;
@@ -329,13 +324,49 @@ void COverviewTree::Restore(const CView &view)
         const auto known = view.m_states.find(key);
         if (known == view.m_states.end())
             continue;
-        m_control.Expand(row.m_pItem, known->second.first ? kExpand : kCollapse);
-        m_control.SetCheck(row.m_pItem, known->second.second);
+        m_control.Expand(row.m_pItem, known->second.m_bOpen ? kExpand : kCollapse);
+        m_control.SetCheck(row.m_pItem, known->second.m_nCheck);
+        if (row.m_kind == EOverviewRow::Section)
+            Of(m_chosen, row.m_nIndex) = known->second.m_bChosen;
         if (key == view.m_strSelected)
             selected = row.m_pItem;
     }
     if (selected)
         m_control.SelectItem(selected, kNoteColumn, true);
+}
+
+void COverviewTree::Choose(const COverviewRow &row, bool choose)
+{
+    if (row.m_kind == EOverviewRow::Area)
+        return;
+    std::vector<int> sections, areas;
+    Collect(row, sections, areas);
+    for (const int section : sections)
+        Of(m_chosen, section) = choose;
+}
+
+void COverviewTree::ShowBoxes()
+{
+    struct CParts {
+        bool m_bOn = false, m_bOff = false;
+    };
+    std::vector<CParts> parts(m_rows.size());
+    for (std::size_t i = m_rows.size(); i-- > 0;) { // what stands beneath a row comes behind it
+        const COverviewRow &row = m_rows[i];
+        const int present = m_control.GetCheck(row.m_pItem);
+        CParts &part = parts[i];
+        if (row.m_kind == EOverviewRow::Area || row.m_kind == EOverviewRow::Section) {
+            const bool is = row.m_kind == EOverviewRow::Area ? present == kCheckOn : IsChosen(row.m_nIndex);
+            (is ? part.m_bOn : part.m_bOff) = true;
+        }
+        if (const int check = !part.m_bOn ? kCheckOff : part.m_bOff ? kCheckMixed : kCheckOn; check != present)
+            m_control.SetCheck(row.m_pItem, check);
+        if (const COverviewRow *above = RowOf(row.m_pItem->Parent())) {
+            CParts &whole = parts[static_cast<std::size_t>(above - m_rows.data())];
+            whole.m_bOn |= part.m_bOn;
+            whole.m_bOff |= part.m_bOff;
+        }
+    }
 }
 
 int COverviewTree::RowOfArea(int area) const

@@ -15,8 +15,9 @@ enum EOverviewColumn : int {
     kFromColumn,
     kToColumn,
     kTypeColumn,
-    kHectaresColumn,
+    kHectaresColumn, ///< net, of an area by itself
     kShareColumn,
+    kDrainsColumn, ///< what drains to the row's section or branch
     kCoefficientColumn,
     kNoteColumn,
     kOverviewColumns,
@@ -53,11 +54,22 @@ public:
     const std::vector<COverviewRow> &Rows() const { return m_rows; }
     /// Which rows are open, checked and selected, by what they stand for: outlives a filling.
     struct CView {
-        std::unordered_map<std::wstring, std::pair<bool, int>> m_states; ///< open, check
+        struct CState {
+            bool m_bOpen = false, m_bChosen = false;
+            int m_nCheck = kCheckOff;
+        };
+        std::unordered_map<std::wstring, CState> m_states;
         std::wstring m_strSelected;
     };
     CView View() const;
     void Restore(const CView &view);
+    /// A section is chosen by its own box, or by the one of a branch above it; the boxes of its areas don't touch that.
+    void Choose(const COverviewRow &row, bool choose);
+    void ChooseAll(bool choose) { m_chosen.assign(m_chosen.size(), choose); }
+    bool IsChosen(int section) const { return m_chosen[static_cast<std::size_t>(section)]; }
+    /// The boxes of sections tell of themselves and of their areas, those above them of all that stands beneath: on for
+    /// all of it, mixed for some. The boxes of areas are as they are.
+    void ShowBoxes();
     /// Null for no item, and for one that is not of the last filling.
     const COverviewRow *RowOf(const CTreeListItem *item) const;
     /// Of a section.
@@ -90,8 +102,9 @@ private:
     COverviewNetwork m_network;
     CNetworkForest m_forest;
     std::vector<CNetworkSums> m_sectionSums, m_branchSums;
-    std::vector<double> m_net; ///< hectares of each area; below 0: not known
-    std::vector<bool> m_idle;  ///< of each section: it drains nothing
+    std::vector<double> m_net;  ///< hectares of each area; below 0: not known
+    std::vector<bool> m_idle;   ///< of each section: it drains nothing
+    std::vector<bool> m_chosen; ///< of each section
     std::vector<COverviewRow> m_rows;
     std::vector<int> m_branchRows, m_sectionRows;
     /// Areas of each section with their shares.

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "controls/rules/TreeListGeometry.h"
+#include "controls/rules/TreeListImages.h"
 #include "controls/rules/TreeListModel.h"
 #include "controls/treelist/TreeListEditors.h"
 

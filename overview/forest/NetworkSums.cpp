@@ -37,10 +37,10 @@ std::vector<double> NetHectares(std::span<const CForestArea> areas)
         std::ranges::sort(islands);
         islands.erase(std::unique(islands.begin(), islands.end()), islands.end());
         for (const int island : islands) {
-            if (hectares >= 0.0 && IsAmong(island, areas.size()) && static_cast<std::size_t>(island) != i)
+            if (areas[i].m_hectares >= 0.0 && IsAmong(island, areas.size()) && static_cast<std::size_t>(island) != i)
                 hectares -= std::max(areas[static_cast<std::size_t>(island)].m_hectares, 0.0);
         }
-        net.push_back(hectares);
+        net.push_back(areas[i].m_hectares < 0.0 ? hectares : std::max(hectares, 0.0)); // one that is all islands
     }
     return net;
 }
@@ -93,6 +93,16 @@ double WholeShare(const CForestArea &area)
 bool IsWhole(double share)
 {
     return std::abs(share * kPercent - kPercent) < kShownPercent;
+}
+
+std::vector<int> AreasNotKnown(std::span<const CForestArea> areas)
+{
+    std::vector<int> found;
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        if (areas[i].m_hectares < 0.0 || areas[i].m_coefficient < 0.0 || WholeShare(areas[i]) < 0.0)
+            found.push_back(static_cast<int>(i));
+    }
+    return found;
 }
 
 std::vector<int> AreasNotWhole(std::span<const CForestArea> areas)

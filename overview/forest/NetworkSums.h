@@ -45,6 +45,8 @@ std::vector<CNetworkSums> BranchSums(const CNetworkForest &forest, std::span<con
 double WholeShare(const CForestArea &area);
 /// True when a sum is 100 % as dialogs show it, with four decimals.
 bool IsWhole(double share);
+/// Areas of which the size, the coefficient or a share is not known, by number.
+std::vector<int> AreasNotKnown(std::span<const CForestArea> areas);
 /// Areas whose shares don't add up to 100 %, by number.
 std::vector<int> AreasNotWhole(std::span<const CForestArea> areas);
 /// Sections to which no area drains (none with a share above 0), by number.

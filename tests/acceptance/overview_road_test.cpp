@@ -35,7 +35,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-enum Column { Name, Length, From, To, Type, Hectares, Share, Coefficient, Note };
+enum Column { Name, Length, From, To, Type, Hectares, Share, Drains, Coefficient, Note };
 
 class OverviewRoad : public testing::Test {
 protected:
@@ -153,7 +153,7 @@ TEST_F(OverviewRoad, EverySectionOfTheTownStandsOnceAndTheSumsAreThoseOfTheTable
                 length += std::stod(row.Text(Length));
             } else if (!row.Text(Share).empty()) {
                 shares[utf8(row.Text(Name))] += std::stod(row.Text(Share));
-                ofAreas += std::stod(row.Text(Hectares));
+                ofAreas += std::stod(row.Text(Drains));
             }
         });
         const auto &network = session.drawing()->component<Network>();
@@ -173,7 +173,7 @@ TEST_F(OverviewRoad, EverySectionOfTheTownStandsOnceAndTheSumsAreThoseOfTheTable
         const CTreeListItem *outfall = list.GetRootItem()->FirstChild();
         ASSERT_NE(outfall, nullptr);
         EXPECT_EQ(outfall->Next(), nullptr) << "the town drains to one outfall";
-        EXPECT_NEAR(std::stod(outfall->Text(Hectares)), net, 0.00006);
+        EXPECT_NEAR(std::stod(outfall->Text(Drains)), net, 0.00006);
         EXPECT_NEAR(std::stod(outfall->Text(Length)), whole, 0.006);
         EXPECT_EQ(outfall->Text(Coefficient), L"0.6000");
     });

@@ -3,6 +3,7 @@
 
 #include "overview/OverviewTexts.h"
 
+#include <QProxyStyle>
 #include <QTest>
 
 #include <stdexcept>
@@ -12,11 +13,34 @@ using testing::IsEmpty;
 
 namespace {
 
+constexpr std::pair<const char *, const char *> kLines[] = {{"iconShares", "textShares"}, {"iconDrains", "textDrains"}};
+
+/// Another theme: its signs are all of one colour.
+class CPlainSigns final : public QProxyStyle {
+public:
+    QIcon standardIcon(StandardPixmap, const QStyleOption *, const QWidget *) const override
+    {
+        QPixmap plain(64, 64);
+        plain.fill(Qt::magenta);
+        return QIcon(plain);
+    }
+};
+
 constexpr int kShares = CNetworkOverviewDlg::kTextShares, kDrains = CNetworkOverviewDlg::kTextDrains;
 
 class OverviewFindings : public COverviewTest {
 protected:
     OverviewFindings() { makeNetwork(); }
+    static QImage signOf(CNetworkOverviewDlg &dialog, const char *name)
+    {
+        return dialog.findChild<QLabel *>(name)->pixmap().toImage();
+    }
+    /// As it stands beside the first line.
+    static QImage standardSign(CNetworkOverviewDlg &dialog, QStyle::StandardPixmap sign)
+    {
+        const int size = dialog.fontMetrics().height();
+        return dialog.style()->standardIcon(sign, nullptr, &dialog).pixmap(QSize(size, size), 1.0).toImage();
+    }
     static std::wstring selected(CNetworkOverviewDlg &dialog)
     {
         return tree(dialog).GetItemText(tree(dialog).GetSelectedItem());
@@ -196,5 +220,54 @@ TEST_F(OverviewFindings, BeforeThereAreAreasTheyAreNotBlamed)
     run([&](CNetworkOverviewDlg &dialog) {
         EXPECT_EQ(text(dialog, kShares), "There are no areas yet.");
         EXPECT_EQ(text(dialog, kDrains), "Sections that drain nothing: 4 of 4.");
+        for (const auto &[sign, line] : kLines) {
+            EXPECT_FALSE(dialog.findChild<QLabel *>(line)->font().bold()) << line;
+            EXPECT_EQ(signOf(dialog, sign), standardSign(dialog, QStyle::SP_MessageBoxInformation)) << sign;
+        }
+    });
+}
+
+TEST_F(OverviewFindings, WhatIsWrongStandsOutWithASignAndWhatIsRightHasOneToo)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_TRUE(dialog.findChild<QLabel *>("textShares")->font().bold());
+        EXPECT_EQ(signOf(dialog, "iconShares"), standardSign(dialog, QStyle::SP_MessageBoxWarning));
+        EXPECT_FALSE(dialog.findChild<QLabel *>("textDrains")->font().bold());
+        EXPECT_EQ(signOf(dialog, "iconDrains"), standardSign(dialog, QStyle::SP_DialogApplyButton));
+    });
+}
+
+TEST_F(OverviewFindings, ADrawingWithoutANetworkIsNotBlamedEither)
+{
+    session.setDrawing(velmor::Drawing::createNew());
+    run([&](CNetworkOverviewDlg &dialog) {
+        for (const auto &[sign, line] : kLines) {
+            EXPECT_FALSE(dialog.findChild<QLabel *>(line)->font().bold()) << line;
+            EXPECT_EQ(signOf(dialog, sign), standardSign(dialog, QStyle::SP_MessageBoxInformation)) << sign;
+        }
+    });
+}
+
+TEST_F(OverviewFindings, SignsAndLettersFollowTheDesktop)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        const auto *sign = dialog.findChild<QLabel *>("iconShares");
+        QFont large = dialog.font();
+        large.setPointSize(2 * large.pointSize());
+        dialog.setFont(large);
+        settle();
+        EXPECT_EQ(sign->pixmap().height(), dialog.findChild<QLabel *>("textShares")->fontMetrics().height());
+        EXPECT_EQ(dialog.findChild<QLabel *>("textShares")->font().pointSize(), large.pointSize());
+        const QImage before = signOf(dialog, "iconShares");
+        CPlainSigns signs;
+        for (QLabel *label : dialog.findChildren<QLabel *>())
+            label->setStyle(&signs);
+        QEvent change(QEvent::StyleChange);
+        QCoreApplication::sendEvent(&dialog, &change);
+        EXPECT_EQ(sign->pixmap().toImage().pixelColor(1, 1), QColor(Qt::magenta));
+        for (QLabel *label : dialog.findChildren<QLabel *>())
+            label->setStyle(nullptr);
+        QCoreApplication::sendEvent(&dialog, &change);
+        EXPECT_EQ(signOf(dialog, "iconShares"), before);
     });
 }

@@ -70,6 +70,59 @@ TEST_F(OverviewHighlight, AnAreaStaysMarkedAsLongAsOneOfItsRowsIsChecked)
     });
 }
 
+TEST_F(OverviewHighlight, TheBoxOfAnAreaMarksItAndNeverDrawsItsSection)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        const std::vector<std::wstring> section = {L"Outfall O1", L"S3"}, area = {L"Outfall O1", L"S3", L"C"};
+        tree(dialog).Expand(item(dialog, section), kExpand);
+        record();
+        clickPart(dialog, item(dialog, area), kHitCheck);
+        EXPECT_THAT(firsts("CCatchmentArea::Mark"), ElementsAre("{C}"));
+        EXPECT_THAT(firsts("CEntity::DrawTemporary"), IsEmpty());
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, section)), kCheckMixed) << "some of it";
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, {L"Outfall O1"})), kCheckMixed);
+        record();
+        clickPart(dialog, item(dialog, section), kHitCheck);
+        EXPECT_THAT(firsts("CEntity::DrawTemporary"), SizeIs(1));
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, section)), kCheckOn);
+    });
+}
+
+TEST_F(OverviewHighlight, UncheckingAnAreaLeavesItsSectionHighlighted)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        const std::vector<std::wstring> section = {L"Outfall O1", L"S3"}, area = {L"Outfall O1", L"S3", L"C"};
+        tree(dialog).Expand(item(dialog, section), kExpand);
+        clickPart(dialog, item(dialog, section), kHitCheck);
+        record();
+        clickPart(dialog, item(dialog, area), kHitCheck);
+        EXPECT_THAT(firsts("CCatchmentArea::UnMark"), ElementsAre("{C}"));
+        EXPECT_THAT(calls("acedRedraw"), IsEmpty());
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, section)), kCheckMixed);
+        clickPart(dialog, item(dialog, section), kHitCheck); // all of it
+        clickPart(dialog, item(dialog, section), kHitCheck); // nothing of it
+        EXPECT_THAT(calls("acedRedraw"), SizeIs(1));
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, section)), kCheckOff);
+        EXPECT_EQ(tree(dialog).GetCheck(item(dialog, {L"Outfall O1"})), kCheckOff);
+    });
+}
+
+TEST_F(OverviewHighlight, TheKeyboardOnAnAreaDoesNotDrawItsSectionEither)
+{
+    run([&](CNetworkOverviewDlg &dialog) {
+        tree(dialog).Expand(item(dialog, {L"Outfall O1", L"S3"}), kExpand);
+        tree(dialog).SelectItem(item(dialog, {L"Outfall O1", L"S3", L"C"}), kLengthColumn);
+        record();
+        QTest::keyClick(&tree(dialog), Qt::Key_Insert);
+        settle();
+        EXPECT_THAT(firsts("CCatchmentArea::Mark"), ElementsAre("{C}"));
+        EXPECT_THAT(firsts("CEntity::DrawTemporary"), IsEmpty());
+        record();
+        click(dialog, CNetworkOverviewDlg::kBtnCheckAll);
+        EXPECT_THAT(firsts("CEntity::DrawTemporary"), SizeIs(4));
+    });
+}
+
 TEST_F(OverviewHighlight, ABranchHighlightsAllThatDrainsToItAndItsParentIsMixed)
 {
     const std::string t1 = idOf(L"T1");

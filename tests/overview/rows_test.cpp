@@ -29,16 +29,45 @@ TEST_F(OverviewRows, StandBranchByBranchFromTheOutfallUpstreamWithAreasBeneathTh
     });
 }
 
-TEST_F(OverviewRows, ShowLengthsAreasAndSumsPerSectionAndPerBranch)
+TEST_F(OverviewRows, ShowLengthsAndSumsPerSectionAndPerBranch)
 {
     makeNetwork();
     run([&](CNetworkOverviewDlg &dialog) {
-        EXPECT_THAT(rows(dialog, {kNameColumn, kLengthColumn, kHectaresColumn, kShareColumn, kCoefficientColumn}),
-                    ElementsAre("Outfall O1|40.00|0.0290||0.5948", "  S1|10.00|0.0025||0.5000",
-                                "    A||0.0025|25.0000|0.5000", "  Branch at M1: T1|10.00|0.0100||1.0000",
-                                "    T1|10.00|0.0100||1.0000", "      B||0.0100|100.0000|1.0000",
-                                "  S2|10.00|0.0075||0.5000", "    A||0.0075|75.0000|0.5000",
-                                "  S3|10.00|0.0090||0.2500", "    C||0.0090|90.0000|0.2500"));
+        EXPECT_THAT(rows(dialog, {kNameColumn, kLengthColumn, kDrainsColumn, kCoefficientColumn}),
+                    ElementsAre("Outfall O1|40.00|0.0290|0.5948", "  S1|10.00|0.0025|0.5000", "    A||0.0025|0.5000",
+                                "  Branch at M1: T1|10.00|0.0100|1.0000", "    T1|10.00|0.0100|1.0000",
+                                "      B||0.0100|1.0000", "  S2|10.00|0.0075|0.5000", "    A||0.0075|0.5000",
+                                "  S3|10.00|0.0090|0.2500", "    C||0.0090|0.2500"));
+    });
+}
+
+TEST_F(OverviewRows, AnAreaShowsItsOwnHectaresAndWhatOfThemDrainsToTheSection)
+{
+    makeNetwork();
+    run([&](CNetworkOverviewDlg &dialog) {
+        EXPECT_THAT(rows(dialog, {kNameColumn, kHectaresColumn, kShareColumn, kDrainsColumn}),
+                    ElementsAre("Outfall O1|||0.0290", "  S1|||0.0025", "    A|0.0100|25.0000|0.0025",
+                                "  Branch at M1: T1|||0.0100", "    T1|||0.0100", "      B|0.0100|100.0000|0.0100",
+                                "  S2|||0.0075", "    A|0.0100|75.0000|0.0075", "  S3|||0.0090",
+                                "    C|0.0100|90.0000|0.0090"));
+        EXPECT_EQ(tree(dialog).GetColumnText(kHectaresColumn), L"Net area [ha]");
+        EXPECT_EQ(tree(dialog).GetColumnText(kDrainsColumn), L"Drains here [ha]");
+    });
+}
+
+TEST_F(OverviewRows, ShowPicturesOfWhatTheyStandFor)
+{
+    makeNetwork();
+    addArea(L"D", 60, {});
+    run([&](CNetworkOverviewDlg &dialog) {
+        const auto picture = [&](const std::vector<std::wstring> &way) { return item(dialog, way)->Images().normal; };
+        EXPECT_EQ(picture({L"Outfall O1"}), kImageOutfall);
+        EXPECT_EQ(picture({L"Outfall O1", L"S1"}), kImageSection);
+        EXPECT_EQ(picture({L"Outfall O1", L"Branch at M1: T1"}), kImageBranch);
+        EXPECT_EQ(picture({L"Outfall O1", L"S1", L"A"}), kImageArea);
+        EXPECT_EQ(picture({L"Outfall O1", L"S3", L"C"}), kImageHouse);
+        EXPECT_EQ(picture({L"Outfall O1", L"Branch at M1: T1", L"T1", L"B"}), kImageIndustrial);
+        EXPECT_EQ(picture({L"Areas without a section"}), kImageWarning);
     });
 }
 
@@ -63,7 +92,7 @@ TEST_F(OverviewRows, AreasWithoutASectionStandByThemselves)
     run([&](CNetworkOverviewDlg &dialog) {
         EXPECT_THAT(rows(dialog, {kNameColumn, kShareColumn, kNoteColumn}),
                     testing::IsSupersetOf({"Areas without a section", "  D|0.0000|shares add up to 0.0000 %"}));
-        EXPECT_THAT(rows(dialog, {kNameColumn, kHectaresColumn}),
+        EXPECT_THAT(rows(dialog, {kNameColumn, kHectaresColumn, kDrainsColumn}),
                     testing::IsSupersetOf({"Areas without a section|0.0100", "  D|0.0100"}));
     });
 }
@@ -74,12 +103,15 @@ TEST_F(OverviewRows, WhatIsNotKnownIsAQuestionMarkAndEntersNoSum)
     areaNamed(L"B")->SetConnectedSectionShare(network().sectionByName(L"T1"), ZEMGis::Topology::kUnknownValue, 1);
     areaNamed(L"C")->SetFlowCoeff(ZEMGis::Topology::kUnknownValue);
     run([&](CNetworkOverviewDlg &dialog) {
-        EXPECT_THAT(rows(dialog, {kNameColumn, kHectaresColumn, kShareColumn, kCoefficientColumn, kNoteColumn}),
+        EXPECT_THAT(rows(dialog, {kNameColumn, kDrainsColumn, kShareColumn, kCoefficientColumn, kNoteColumn}),
                     testing::IsSupersetOf({"Outfall O1|0.0190||0.5000|sections: 4", "    T1|0.0000|||no area",
                                            "      B|?|?|1.0000|shares add up to ? %",
                                            "    C|0.0090|90.0000|?|shares add up to 90.0000 %"}));
         EXPECT_THAT(findingsOf(dialog),
-                    testing::Contains("Shares that don't add up to 100 % (2): B: ? %, C: 90.0000 %"));
+                    testing::IsSupersetOf({"Shares that don't add up to 100 % (2): B: ? %, C: 90.0000 %",
+                                           "Areas with values that are not known (2): B, C"}));
+        clickFinding(dialog, "B");
+        EXPECT_EQ(tree(dialog).GetItemText(tree(dialog).GetSelectedItem()), L"B");
     });
 }
 
@@ -172,16 +204,16 @@ TEST_F(OverviewRows, ColumnWidthsOrderAndTheZoomAreAsTheyWereLeft)
     makeNetwork();
     run([&](CNetworkOverviewDlg &dialog) {
         tree(dialog).SetColumnWidth(kTypeColumn, 123);
-        tree(dialog).SetColumnOrderArray({0, 2, 1, 3, 4, 5, 6, 7, 8});
+        tree(dialog).SetColumnOrderArray({0, 2, 1, 3, 4, 5, 6, 7, 8, 9});
         click(dialog, CNetworkOverviewDlg::kCheckZoom);
         dialog.resize(dialog.size() + QSize(13, 17));
     });
     run([&](CNetworkOverviewDlg &dialog) {
         EXPECT_EQ(tree(dialog).GetColumnWidth(kTypeColumn), 123);
-        EXPECT_THAT(tree(dialog).GetColumnOrderArray(), ElementsAre(0, 2, 1, 3, 4, 5, 6, 7, 8));
+        EXPECT_THAT(tree(dialog).GetColumnOrderArray(), ElementsAre(0, 2, 1, 3, 4, 5, 6, 7, 8, 9));
         EXPECT_FALSE(dialog.Control<QAbstractButton>(CNetworkOverviewDlg::kCheckZoom)->isChecked());
         click(dialog, CNetworkOverviewDlg::kCheckZoom);
-        tree(dialog).SetColumnOrderArray({0, 1, 2, 3, 4, 5, 6, 7, 8});
+        tree(dialog).SetColumnOrderArray({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
     });
 }
 
@@ -235,7 +267,7 @@ TEST_F(OverviewRows, EveryTextIsThereInBothLanguagesAndNoTwoControlsShareALetter
         velmor::Services::instance().start(
             {.language = language},
             velmor::Paths({std::filesystem::path(std::getenv("VELMOR_SOURCE_DIR")) / "resources"}, folder));
-        for (unsigned number = OverviewMessage::kTitle; number <= OverviewMessage::kZoomTip; ++number)
+        for (unsigned number = OverviewMessage::kTitle; number <= OverviewMessage::kLastMessage; ++number)
             EXPECT_FALSE(Msg(number).isEmpty()) << language << ' ' << number;
         run([&](CNetworkOverviewDlg &dialog) {
             std::map<QChar, QString> letters;

@@ -67,6 +67,24 @@ TEST(Sums, AShareACoefficientOrAnAreaThatIsNotKnownEntersNoSum)
     EXPECT_THAT(SectionsWithoutArea(3, areas), ElementsAre(0));
 }
 
+TEST(Sums, AreasOfWhichANumberIsNotKnownAreListed)
+{
+    constexpr double kUnknown = -1000000.0;
+    const std::vector<CForestArea> areas = {{4.0, 0.5, {{0, 1.0}}, {}},
+                                            {4.0, 0.5, {{0, kUnknown}}, {}},
+                                            {4.0, kUnknown, {{0, 1.0}}, {}},
+                                            {-100.0, 0.5, {{0, 1.0}}, {}},
+                                            {4.0, 0.5, {}, {}}};
+    EXPECT_THAT(AreasNotKnown(areas), ElementsAre(1, 2, 3));
+}
+
+TEST(Sums, AnAreaThatIsAllIslandsHasNothingOfItsOwn)
+{
+    const std::vector<CForestArea> areas = {
+        {0.3, 0.5, {{0, 1.0}}, {1, 2}}, {0.1, 0.5, {{0, 1.0}}, {}}, {0.2 + 1e-15, 0.5, {{0, 1.0}}, {}}};
+    EXPECT_EQ(NetHectares(areas)[0], 0.0) << "and not some last bit below it, which would be unknown";
+}
+
 TEST(Sums, AnIslandIsTakenOffItsAreaOnceAndNoAreaOffItself)
 {
     const std::vector<CForestArea> areas = {
