@@ -77,6 +77,8 @@ int CTreeListModel::DeleteColumn(int column)
     if (column < 0 || column >= GetColumnCount())
         return 0;
     m_nSelectColumn = m_nSelectColumn == column ? -1 : m_nSelectColumn - (m_nSelectColumn > column);
+    // Kept to the end: a column that a notice inserts meanwhile must not be taken for this one by its address.
+    const std::unique_ptr<CTreeListColumnInfo> gone = std::move(m_columns[static_cast<std::size_t>(column)]);
     m_columns.erase(m_columns.begin() + column);
     takeOut(m_showOrder, column);
     takeOut(m_sortOrder, column);

@@ -30,7 +30,9 @@ enum TreeListHeaderStyle : std::uint32_t {
 ///
 /// The mouse: a divider within some pixels sizes its column at once, between the column's limits; a double click on it
 /// fits the column to its texts; a column that is dragged goes to the place of the marker. Escape, the other button
-/// and a lost capture take back what a drag changed. A column of no width is opened by the right half of its divider.
+/// and a lost capture take back what a drag changed. A column goes nowhere but within its own header: there is no
+/// notice that could tell an owner of a column of another control. A column of no width is opened by the right half of
+/// its divider.
 ///
 /// The keys: Left, Right, Home and End go from column to column, with Ctrl they make it narrower and wider, with Ctrl
 /// and Shift they move it; plus fits it, Space and Enter click it, the menu key opens the menu.

@@ -120,3 +120,19 @@ TEST_F(HeaderSort, TheOwnerMayChangeTheColumnsWhenHeIsTold)
     EXPECT_EQ(list->GetColumnCount(), 2);
     EXPECT_EQ(list->GetSortColumn(), -1);
 }
+
+TEST_F(HeaderSort, AColumnThatANoticeOfTheDeletionInsertsHasNotTheOldOnesArrow)
+{
+    MakeSortable(2);
+    list->SetSortColumn(2);
+    ASSERT_EQ(list->BeginModify(list->InsertItem(L"P 1"), 2), 1);
+    int told = 0;
+    owner.onNotice = [this, &told](const TreeListNotice &) {
+        if (told++ == 0)
+            list->InsertColumn(L"New");
+    };
+    list->DeleteColumn(2);
+    ASSERT_GT(told, 0);
+    ASSERT_EQ(list->GetColumnCount(), 3);
+    EXPECT_EQ(list->GetSortColumn(), -1);
+}
