@@ -328,9 +328,12 @@ public:
     // --- Editing a row: TreeListEditing.cpp ---
     //
     // One row is in edit at a time (kControlEditing), in one of its columns; a shadow keeps all its texts from before.
-    // The end of an edit (kControlEndingEdit) is told step by step: NotifyColumnChanging, NotifyRowChanging,
-    // NotifyEndEdit. From inside of these notices FinishModify, UpdateModify and the like answer 1 and do nothing,
-    // BeginModify answers 0, and CancelModify ends the edit at once. A failed handler counts as a veto.
+    // It is those texts and no item of its own: an item has a place in the tree, counts and bits that nobody would read
+    // in a shadow, and what else a row holds (spare texts, images, kinds of editors, data) is the owner's, which no
+    // editor writes and no end of an edit takes back. The end of an edit (kControlEndingEdit) is told step by step:
+    // NotifyColumnChanging, NotifyRowChanging, NotifyEndEdit. From inside of these notices FinishModify, UpdateModify
+    // and the like answer 1 and do nothing, BeginModify answers 0, and CancelModify ends the edit at once. A failed
+    // handler counts as a veto.
     //
     // A row in edit that is deleted, by a notice or otherwise, ends its edit as CancelModify does, before the row goes:
     // NotifyEndEdit with -1. When the column in edit is deleted its text goes, and the edit of the row ends as by

@@ -79,6 +79,13 @@ enum TreeListColor : int {
 /// back by SetOwner(nullptr). A control that stands in a CAdUiBaseDialog tells its owner within the dialog's
 /// RunHandler; a notice that fails there counts as refused (-1).
 ///
+/// There each notice costs what a handler does: a run of the drawing's change log, begun and kept, and a copy of the
+/// window's title, for every row that is deleted, every step of a drag and every click. Whoever deletes many rows does
+/// it within one handler of the dialog, to which the notices then belong. While a handler at work asks whether it shall
+/// break off, notices are not told at all, neither then nor later, and count as refused: rows that are deleted
+/// meanwhile go without NotifySelChanging, an edit ends without NotifyEndEdit. An owner that keeps items by what it is
+/// told changes no rows there.
+///
 /// The owner may destroy the control within the notices of dragging, of expanding (NotifyExpanding, NotifyExpanded), of
 /// check and lock, and within NotifySelChanging and NotifySelChanged of a row that a person or SelectItem selects; the
 /// last two are told of a deleted item as well, with column -1, and then it may not. Nor may it within the notices of
@@ -262,8 +269,12 @@ public:
     int GetCursorNumber() const { return m_nCursor; }
 
     // --- Painting: TreeListPainting.cpp ---
+    //
+    // paintEvent paints each piece of its region by DrawCtrl, which is all that others may ask for: what it takes apart
+    // (background, rows, cells, grid) goes by what is prepared there, as the hit tests of single cells go by a row that
+    // HitTest found.
 
-    /// Paints what stands in clip.
+    /// Paints what stands in clip and nothing beside it; through a CTreeListDC with kControlBuffered.
     void DrawCtrl(QPainter &painter, const QRect &clip) const;
     QSize sizeHint() const override;
 

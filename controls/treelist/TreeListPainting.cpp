@@ -1,4 +1,5 @@
 // Painting of background and rows, in their order.
+#include "controls/treelist/TreeListDC.h"
 #include "controls/treelist/TreeListGlyphs.h"
 #include "controls/treelist/TreeListHeaderCtrl.h"
 #include "controls/treelist/TreeListPaintingRow.h"
@@ -33,32 +34,29 @@ void CTreeListCtrl::paintEvent(QPaintEvent *event)
         DrawCtrl(painter, region.boundingRect());
         return;
     }
-    for (const QRect &clip : region) {
-        painter.setClipRect(clip); // a text that reaches into the next one is not laid there twice
+    for (const QRect &clip : region)
         DrawCtrl(painter, clip);
-    }
 }
 
 void CTreeListCtrl::DrawCtrl(QPainter &painter, const QRect &clip) const
 {
     if (clip.isEmpty())
         return;
-    const qreal ratio = painter.device()->devicePixelRatioF();
-    m_glyphs->Prepare(palette(), ratio);
+    m_glyphs->Prepare(palette(), painter.device()->devicePixelRatioF());
     m_glyphs->paints.Prepare(m_colors, m_nSetColors, palette(), isEnabled());
-    if (GetState(kControlBuffered) == 0) {
-        DrawBkgnd(painter, clip);
-        DrawItems(painter, clip);
+    if (GetState(kControlBuffered)) {
+        CTreeListDC buffer(painter, clip);
+        DrawBkgnd(buffer.GetPainter(), clip);
+        DrawItems(buffer.GetPainter(), clip);
         return;
     }
-    QPixmap buffer(clip.size() * ratio);
-    buffer.setDevicePixelRatio(ratio);
-    QPainter buffered(&buffer);
-    buffered.translate(-clip.topLeft());
-    DrawBkgnd(buffered, clip);
-    DrawItems(buffered, clip);
-    buffered.end();
-    painter.drawPixmap(clip.topLeft(), buffer);
+    // A text or a picture that reaches into another piece of the same region would be laid over itself there, and its
+    // smoothed rims come out bolder.
+    painter.save();
+    painter.setClipRect(clip, Qt::IntersectClip);
+    DrawBkgnd(painter, clip);
+    DrawItems(painter, clip);
+    painter.restore();
 }
 
 void CTreeListCtrl::DrawBkgnd(QPainter &painter, const QRect &clip) const
