@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 bin=build/release/bin
-[ -x "$bin/velmor-pictures" ] || { echo "build first: ninja -C build/release velmor velmor-pictures zemxvelmor" >&2; exit 1; }
+[ -x "$bin/velmor-pictures" ] || { echo "build first: ninja -C build/release velmor velmor-pictures zemxvelmor zemxoverview" >&2; exit 1; }
 export QT_QPA_PLATFORM=offscreen
 export VELMOR_CONFIG_DIR
 VELMOR_CONFIG_DIR="$(mktemp -d)"

@@ -70,6 +70,7 @@ int NetworkEntity<Base, Data>::SetPropertyData(const wchar_t *tag, const CDataBo
 template <class Base, class Data>
 bool NetworkEntity<Base, Data>::rename(const CDataBox &box)
 {
+    // What stands on a locked layer keeps its name as well.
     const auto *name = std::get_if<std::wstring>(&box.value());
     if (!name || name->empty() || !isPresent() || m_drawing.layer(layerIndexOf(m_entity)).locked)
         return false;

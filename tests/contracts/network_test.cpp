@@ -3,6 +3,7 @@
 
 #include "contracts/CatchmentArea.h"
 #include "host/network/Network.h"
+#include "host/services/DataBox.h"
 
 #include <algorithm>
 #include <cmath>
@@ -118,6 +119,42 @@ TEST_F(NetworkContract, TheNameOfASectionOrANodeIsAPropertyThatIsKeptInTheDrawin
     for (const CDataBox &refused : {CDataBox(), CDataBox(L""), CDataBox(7), CDataBox(CStringArray{L"a"})})
         EXPECT_EQ(named(L"Main 1")->SetPropertyData(kNameProperty, refused), 0);
     EXPECT_TRUE(named(L"Main 1"));
+}
+
+TEST_F(NetworkContract, OnALockedLayerANameStays)
+{
+    using ZEMGis::Topology::kNameProperty;
+    const auto section = network().sectionByName(L"S1");
+    const auto node = section->GetEndingNode();
+    const auto lock = [this](AcDbObjectId id, bool locked) {
+        const std::size_t index = layerIndexOf(entityOf(id));
+        Layer layer = drawing().layer(index);
+        layer.locked = locked;
+        drawing().setLayer(index, layer);
+    };
+    lock(section->GetObjectId(), true);
+    lock(node->GetObjectId(), true);
+    const std::string before = drawing().write();
+    EXPECT_EQ(section->SetPropertyData(kNameProperty, CDataBox(L"Main 1")), 0);
+    EXPECT_EQ(node->SetPropertyData(kNameProperty, CDataBox(L"M7")), 0);
+    EXPECT_EQ(section->GetName(), L"S1");
+    EXPECT_EQ(drawing().write(), before);
+
+    lock(section->GetObjectId(), false);
+    lock(node->GetObjectId(), false);
+    EXPECT_NE(section->SetPropertyData(kNameProperty, CDataBox(L"Main 1")), 0);
+    EXPECT_NE(node->SetPropertyData(kNameProperty, CDataBox(L"M7")), 0);
+    EXPECT_EQ(section->GetName(), L"Main 1");
+}
+
+TEST_F(NetworkContract, DataThatAnotherProgramAttachedUnderTheKeyOfTheNameIsNoName)
+{
+    using ZEMGis::Topology::kNameProperty;
+    const auto section = network().sectionByName(L"S1");
+    drawing().setData(entityOf(section->GetObjectId()), "VELMOR_NAME", itemsOf(CDataBox(L"Foreign")));
+    CDataBox box;
+    EXPECT_NE(section->GetPropertyData(kNameProperty, box), 0);
+    EXPECT_EQ(static_cast<std::wstring>(box), L"S1");
 }
 
 TEST_F(NetworkContract, ASectionIsDrawnInItsColourOverTheDrawingUntilItIsWiped)

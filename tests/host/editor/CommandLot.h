@@ -52,6 +52,8 @@ private:
     /// A layer that is there, one of that state as far as the lot finds it.
     std::wstring layer(const std::function<bool(const Layer &)> &isWanted = {});
     void changeAreas();
+    /// A section or a node gets another name, as a person types it in the overview.
+    void changeNames();
     void runDialog();
     Answers layerAnswers(std::string &name);
     Answers insertAnswers(std::string &name);
@@ -205,6 +207,21 @@ inline void CommandLot::changeAreas()
     }
 }
 
+inline void CommandLot::changeNames()
+{
+    const auto &network = drawing().component<Network>();
+    const ZEMGis::Data::CDataBox name(L"name " + number());
+    const auto &sections = network.sections();
+    if (sections.empty())
+        return;
+    const auto section = sections[upTo(sections.size())];
+    const auto node = section->GetStartingNode();
+    if (node && upTo(2) == 0)
+        node->SetPropertyData(ZEMGis::Topology::kNameProperty, name);
+    else
+        section->SetPropertyData(ZEMGis::Topology::kNameProperty, name);
+}
+
 inline void CommandLot::runDialog()
 {
     for (std::size_t handlers = 1 + upTo(3); handlers > 0; --handlers) {
@@ -215,6 +232,7 @@ inline void CommandLot::runDialog()
                 RandomChanges changes(drawing(), static_cast<unsigned>(m_random()));
                 changes.make();
                 changeAreas();
+                changeNames();
                 failedHandlers += fails ? 1 : 0;
                 if (fails)
                     throw std::runtime_error("the handler fails");
