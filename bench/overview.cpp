@@ -33,8 +33,8 @@ namespace {
 constexpr int kSections = 20000, kAreas = 10000, kPerRow = 100;
 constexpr double kPitch = 50.0;
 /// Bounds: how many times as long as the peer.
-constexpr double kMostOpening = 1.0, kMostExpanding = 1.0, kMostHighlighting = 2.0, kMostClosing = 0.5,
-                 kMostRenaming = 5.0;
+constexpr double kMostOpening = 1.3, kMostExpanding = 1.0, kMostHighlighting = 2.0, kMostClosing = 0.5,
+                 kMostRenaming = 10.0;
 
 double now()
 {
