@@ -212,11 +212,11 @@ void Script::executeInDialog(const Line &line)
              }
              return c.selectRows(n, rows);
          }},
-        {L"item", 1, 2, [](ControlEvents &c, int n, Words w) { return c.clickItem(n, pathOf(w)); }},
-        {L"tick", 2, 2,
+        {L"item", 1, kAny, [](ControlEvents &c, int n, Words w) { return c.clickItem(n, pathOf(w)); }},
+        {L"tick", 2, kAny,
          [](ControlEvents &c, int n, Words w) {
-             const auto on = onOrOff(w[1].text);
-             return on ? c.tickItem(n, {w[0].text}, *on) : onOffMissing();
+             const auto on = onOrOff(w.back().text);
+             return on ? c.tickItem(n, pathOf(w.first(w.size() - 1)), *on) : onOffMissing();
          }},
         {L"edit", 3, 3,
          [](ControlEvents &c, int n, Words w) {
@@ -225,10 +225,10 @@ void Script::executeInDialog(const Line &line)
          }},
         {L"key", 1, 1, [](ControlEvents &c, int n, Words w) { return c.pressKey(n, w[0].text); }},
         {L"expect-item", 1, 1, [](ControlEvents &c, int n, Words w) { return c.expectItem(n, w[0].text); }},
-        {L"expect-tick", 2, 2,
+        {L"expect-tick", 2, kAny,
          [](ControlEvents &c, int n, Words w) {
-             const auto on = onOrOff(w[1].text);
-             return on ? c.expectTick(n, {w[0].text}, *on) : onOffMissing();
+             const auto on = onOrOff(w.back().text);
+             return on ? c.expectTick(n, pathOf(w.first(w.size() - 1)), *on) : onOffMissing();
          }},
         {L"expect", 1, 1, [](ControlEvents &c, int n, Words w) { return c.expectText(n, w[0].text); }},
         {L"expect-checked", 1, 1,

@@ -138,6 +138,16 @@ QRect CTreeListCell::rect() const
     return isValid() ? m_pAccess->CellRect(m_pItem, Column()) : QRect();
 }
 
+QList<QPair<QAccessibleInterface *, QAccessible::Relation>> CTreeListCell::relations(QAccessible::Relation match) const
+{
+    if (!isValid() || !(match & QAccessible::Controller))
+        return {};
+    QAccessibleInterface *above = m_pAccess->Cell(m_pAccess->Control().GetParentItem(m_pItem), 0);
+    if (!above)
+        return {};
+    return {{above, QAccessible::Controller}};
+}
+
 QAccessible::State CTreeListCell::state() const
 {
     QAccessible::State state;

@@ -95,6 +95,8 @@ public:
     /// Value or Name: enters the text.
     void setText(QAccessible::Text which, const QString &text) override;
     QRect rect() const override;
+    /// What stands beneath a row is controlled by that row's cell in the first column, which opens and closes it.
+    QList<QPair<QAccessibleInterface *, QAccessible::Relation>> relations(QAccessible::Relation match) const override;
     QAccessible::Role role() const override { return QAccessible::TreeItem; }
     QAccessible::State state() const override;
 

@@ -1,5 +1,6 @@
 #include "host/editor/ControlEvents.h"
 
+#include "host/editor/TableEvents.h"
 #include "host/editor/UiMessage.h"
 #include "host/services/Messages.h"
 
@@ -84,6 +85,18 @@ ControlEvents::Problem ControlEvents::findUsable(int control, Widget *&widget, c
     return std::nullopt;
 }
 
+std::optional<TableEvents> ControlEvents::tableOf(int control) const
+{
+    QWidget *item = m_dialog.GetDlgItem(control);
+    return item && TableEvents::isTable(*item) ? std::optional(TableEvents(*item, control)) : std::nullopt;
+}
+
+ControlEvents::Problem ControlEvents::unusable(int control) const
+{
+    QWidget *item = nullptr;
+    return findUsable(control, item, "control.control");
+}
+
 ControlEvents::Problem ControlEvents::click(int control)
 {
     QAbstractButton *button = nullptr;
@@ -151,6 +164,10 @@ ControlEvents::Problem ControlEvents::type(int control, const std::wstring &text
 
 ControlEvents::Problem ControlEvents::selectRows(int control, const std::vector<int> &rows)
 {
+    if (auto table = tableOf(control)) {
+        const Problem problem = unusable(control);
+        return problem ? problem : table->selectRows(rows);
+    }
     QAbstractItemView *list = nullptr;
     if (auto problem = findUsable(control, list, "control.list"))
         return problem;
@@ -220,6 +237,8 @@ ControlEvents::Problem ControlEvents::expectEnabled(int control, bool on) const
 
 ControlEvents::Problem ControlEvents::expectRows(int control, int count) const
 {
+    if (const auto table = tableOf(control))
+        return table->expectRows(count);
     QAbstractItemView *list = nullptr;
     if (auto problem = find(control, list, "control.list"))
         return problem;
@@ -231,6 +250,8 @@ ControlEvents::Problem ControlEvents::expectRows(int control, int count) const
 
 ControlEvents::Problem ControlEvents::expectCell(int control, int row, int column, const std::wstring &expected) const
 {
+    if (const auto table = tableOf(control))
+        return table->expectCell(row, column, expected);
     QAbstractItemView *list = nullptr;
     if (auto problem = find(control, list, "control.list"))
         return problem;

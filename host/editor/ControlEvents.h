@@ -14,6 +14,8 @@
 
 namespace velmor {
 
+class TableEvents;
+
 class ControlEvents {
 public:
     using Problem = std::optional<std::wstring>;
@@ -29,9 +31,11 @@ public:
     /// Replaces the text of an edit by typing.
     Problem type(int control, const std::wstring &text);
     /// Selects rows of a list, by index from 0, and no others.
+    /// What is said of lists and trees from here on holds for any control that is a table to a screen reader, with the
+    /// rules of TableEvents.
     Problem selectRows(int control, const std::vector<int> &rows);
 
-    // Items of a list or a tree go by the text of their first column; a second text goes one level down in a tree.
+    // Items of a list or a tree go by the text of their first column; each further text goes one level down in a tree.
     using ItemPath = std::vector<std::wstring>;
     /// A click on the item.
     Problem clickItem(int control, const ItemPath &item);
@@ -58,6 +62,10 @@ private:
     Problem find(int control, Widget *&widget, const char *kind) const;
     template <class Widget>
     Problem findUsable(int control, Widget *&widget, const char *kind) const;
+    /// Nothing for a control that is none, or is an item view of the toolkit.
+    std::optional<TableEvents> tableOf(int control) const;
+    /// What speaks against working the control: it is hidden or disabled.
+    Problem unusable(int control) const;
     Problem chooseIndex(class QComboBox &combo, int index);
     /// What sendKey and sendFocus do is what the toolkit does for a person.
     static void sendKey(QWidget &widget, int key, const QString &text);

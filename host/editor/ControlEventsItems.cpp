@@ -1,6 +1,7 @@
 // Items of lists and trees, and keys.
 #include "host/editor/ControlEvents.h"
 
+#include "host/editor/TableEvents.h"
 #include "host/editor/UiMessage.h"
 #include "host/services/Messages.h"
 
@@ -50,8 +51,9 @@ QModelIndex indexOf(const QAbstractItemView &view, const ControlEvents::ItemPath
 
 void clickAt(QAbstractItemView &view, const QModelIndex &index)
 {
-    if (auto *tree = qobject_cast<QTreeView *>(&view); tree && index.parent().isValid())
-        tree->expand(index.parent());
+    auto *tree = qobject_cast<QTreeView *>(&view);
+    for (QModelIndex above = index.parent(); tree && above.isValid(); above = above.parent())
+        tree->expand(above);
     view.scrollTo(index);
     // To the right of a check box, which stands at the left end of its item.
     const QRect field = view.visualRect(index) & view.viewport()->rect();
@@ -75,6 +77,10 @@ QLineEdit *editorIn(const QAbstractItemView &view)
 
 ControlEvents::Problem ControlEvents::clickItem(int control, const ItemPath &item)
 {
+    if (auto table = tableOf(control)) {
+        const Problem problem = unusable(control);
+        return problem ? problem : table->clickItem(item);
+    }
     QAbstractItemView *view = nullptr;
     if (auto problem = findUsable(control, view, "control.list"))
         return problem;
@@ -87,6 +93,10 @@ ControlEvents::Problem ControlEvents::clickItem(int control, const ItemPath &ite
 
 ControlEvents::Problem ControlEvents::tickItem(int control, const ItemPath &item, bool on)
 {
+    if (auto table = tableOf(control)) {
+        const Problem problem = unusable(control);
+        return problem ? problem : table->tickItem(item, on);
+    }
     if (!expectTick(control, item, on))
         return std::nullopt;
     if (auto problem = clickItem(control, item))
@@ -98,6 +108,10 @@ ControlEvents::Problem ControlEvents::tickItem(int control, const ItemPath &item
 
 ControlEvents::Problem ControlEvents::editCell(int control, int row, int column, const std::wstring &text)
 {
+    if (auto table = tableOf(control)) {
+        const Problem problem = unusable(control);
+        return problem ? problem : table->editCell(row, column, text);
+    }
     QAbstractItemView *view = nullptr;
     if (auto problem = findUsable(control, view, "control.list"))
         return problem;
@@ -142,6 +156,8 @@ ControlEvents::Problem ControlEvents::pressKey(int control, const std::wstring &
 
 ControlEvents::Problem ControlEvents::expectItem(int control, const std::wstring &text) const
 {
+    if (const auto table = tableOf(control))
+        return table->expectItem(text);
     QAbstractItemView *view = nullptr;
     if (auto problem = find(control, view, "control.list"))
         return problem;
@@ -153,6 +169,8 @@ ControlEvents::Problem ControlEvents::expectItem(int control, const std::wstring
 
 ControlEvents::Problem ControlEvents::expectTick(int control, const ItemPath &item, bool on) const
 {
+    if (const auto table = tableOf(control))
+        return table->expectTick(item, on);
     QAbstractItemView *view = nullptr;
     if (auto problem = find(control, view, "control.list"))
         return problem;

@@ -112,7 +112,7 @@ TEST_F(ControlEventsTest, RowsAreSelectedAndNoOthers)
     });
 }
 
-TEST_F(ControlEventsTest, ItemsAreClickedByTheirTextsOneLevelDownToo)
+TEST_F(ControlEventsTest, ItemsAreClickedByTheirTextsOnLevelsFurtherDownToo)
 {
     shown([](test::ScriptDialog &dialog, ControlEvents &events) {
         EXPECT_EQ(events.clickItem(23, {L"second"}), std::nullopt);
@@ -121,6 +121,9 @@ TEST_F(ControlEventsTest, ItemsAreClickedByTheirTextsOneLevelDownToo)
         EXPECT_THAT(events.expectItem(23, L"first"), Optional(HasSubstr(L"\"second\"")));
         EXPECT_EQ(events.clickItem(23, {L"first", L"inner"}), std::nullopt);
         EXPECT_EQ(dialog.tree->currentItem(), dialog.tree->topLevelItem(0)->child(0));
+        auto *innermost = new QTreeWidgetItem(dialog.tree->topLevelItem(1)->child(0), {QStringLiteral("innermost")});
+        EXPECT_EQ(events.clickItem(23, {L"second", L"inner", L"innermost"}), std::nullopt);
+        EXPECT_EQ(dialog.tree->currentItem(), innermost);
         EXPECT_THAT(events.clickItem(23, {L"inner"}), Optional(HasSubstr(L"no item \"inner\"")));
         EXPECT_THAT(events.clickItem(10, {L"inner"}), Optional(HasSubstr(L"is no list")));
     });

@@ -114,6 +114,22 @@ TEST_F(TreeListAccess, TheFirstColumnSaysItsLevelAndItsLock)
     EXPECT_EQ(Cell(1, 0)->text(QAccessible::Description), QStringLiteral("Level 2, Partly locked"));
 }
 
+TEST_F(TreeListAccess, ARowIsControlledByTheRowThatItStandsBeneath)
+{
+    CreateTree();
+    const auto above = [this](int row, int place) {
+        const auto relations = Cell(row, place)->relations(QAccessible::Controller);
+        return relations.isEmpty() ? nullptr : relations.front().first;
+    };
+    EXPECT_EQ(above(1, 0), Cell(0, 0));
+    EXPECT_EQ(above(3, 2), Cell(1, 0));
+    EXPECT_THAT(above(0, 0), IsNull());
+    EXPECT_THAT(above(6, 0), IsNull());
+    ASSERT_EQ(Cell(1, 0)->relations(QAccessible::AllRelations).size(), 1);
+    EXPECT_EQ(Cell(1, 0)->relations(QAccessible::AllRelations).front().second, QAccessible::Controller);
+    EXPECT_THAT(Cell(1, 0)->relations(QAccessible::Label), IsEmpty());
+}
+
 TEST_F(TreeListAccess, ExpandableRowsSayWhetherTheyAreExpanded)
 {
     CreateTree();
