@@ -82,7 +82,8 @@ int CTreeListModel::SetItemHeight(int height)
     if (height <= 0)
         return 0;
     const int old = std::exchange(m_nItemHeight, height + height % 2);
-    RowsChanged();
+    Layout();
+    Invalidate();
     return old;
 }
 
@@ -303,6 +304,7 @@ void CTreeListModel::SetLevels(CTreeListItem *top, int level)
 
 void CTreeListModel::RowsChanged()
 {
+    OnRowsChanged();
     Layout();
     Invalidate();
 }

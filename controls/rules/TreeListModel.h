@@ -386,6 +386,8 @@ protected:
     virtual void SetRedraw(bool on) = 0;
     /// Places header and bars anew.
     virtual void Layout() = 0;
+    /// Items came, went or changed places, or a branch opened or closed; Layout and Invalidate follow.
+    virtual void OnRowsChanged() {}
     virtual void Invalidate() = 0;
     virtual void InvalidateItem(const CTreeListItem *item) = 0;
     /// Height of the view's font as the platform gives it: negative, positive or 0.

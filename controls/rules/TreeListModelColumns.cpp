@@ -41,7 +41,8 @@ void takeOut(std::vector<int> &order, int column)
 void CTreeListModel::ColumnsChanged()
 {
     OnColumnsChanged();
-    RowsChanged();
+    Layout();
+    Invalidate();
 }
 
 /// Brings both orders up to date with a column's format.

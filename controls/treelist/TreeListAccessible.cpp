@@ -285,15 +285,21 @@ void CTreeListAccessible::ColumnsChanged()
 {
     // Columns beyond a deleted one have other numbers now: what stood for a number stands for it no more.
     const int numbers = m_control.GetColumnCount();
-    if (numbers < std::exchange(m_nNumbers, numbers) && (!m_cells.empty() || !m_headers.empty())) {
+    const int before = std::exchange(m_nNumbers, numbers);
+    if (numbers < before && (!m_cells.empty() || !m_headers.empty())) {
         DropAll();
         Later();
     }
-    RowsChanged();
+    // One that goes and one that comes in its place may bear the same title.
+    if (numbers != before)
+        m_bRowsDue = true;
+    if (isHeard())
+        Later();
 }
 
 void CTreeListAccessible::RowsChanged()
 {
+    m_bRowsDue = true; // also for a reader who comes later
     if (isHeard())
         Later();
 }
@@ -328,13 +334,21 @@ void CTreeListAccessible::Tell()
 
 void CTreeListAccessible::TellRows()
 {
-    const int rows = RowCount(), columns = ColumnCount();
-    if (rows == m_nRows && columns == m_nColumns)
+    std::vector<std::pair<int, std::wstring>> columns = ShownColumns();
+    const bool areOthers = columns != m_columns;
+    if (!std::exchange(m_bRowsDue, false) && !areOthers)
         return;
-    m_nRows = rows;
-    m_nColumns = columns;
+    m_columns = std::move(columns);
     QAccessibleTableModelChangeEvent event(&m_control, QAccessibleTableModelChangeEvent::ModelReset);
     send(event);
+}
+
+std::vector<std::pair<int, std::wstring>> CTreeListAccessible::ShownColumns() const
+{
+    std::vector<std::pair<int, std::wstring>> columns;
+    for (const int column : m_control.GetColumnOrderArray())
+        columns.emplace_back(column, m_control.GetColumnText(column));
+    return columns;
 }
 
 void CTreeListAccessible::TellItem(CTreeListItem *item, const Change &change)

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -44,8 +45,9 @@ public:
     void TextChanged(const CTreeListItem *item, int column);
     /// changed: bits of the item's state
     void StateChanged(const CTreeListItem *item, std::uint32_t changed);
+    /// Told when other columns stand there, in another order or with other titles; a width alone is nothing.
     void ColumnsChanged();
-    /// Rows came or went.
+    /// Rows came, went or changed places, perhaps as many as before.
     void RowsChanged();
     void FocusIn();
 
@@ -90,7 +92,10 @@ private:
     /// Once the event loop is back: Tell.
     void Later();
     void Tell();
+    /// That the table is another one, if it is.
     void TellRows();
+    /// The shown columns in order: numbers and titles.
+    std::vector<std::pair<int, std::wstring>> ShownColumns() const;
     void TellItem(CTreeListItem *item, const Change &change);
     void TellFocus();
 
@@ -101,7 +106,8 @@ private:
     std::unordered_map<const CTreeListItem *, Change> m_changes, m_telling;
     bool m_bMany = false; ///< more changes than are told one by one
     bool m_bLater = false, m_bFocusDue = false;
-    int m_nRows = 0, m_nColumns = 0; ///< as told last
-    int m_nNumbers = 0;              ///< of columns, shown or not
-    QAccessible::Id m_focusCell = 0; ///< as told last
+    bool m_bRowsDue = false;                             ///< the rows are others than those told last
+    std::vector<std::pair<int, std::wstring>> m_columns; ///< as told last
+    int m_nNumbers = 0;                                  ///< of columns, shown or not
+    QAccessible::Id m_focusCell = 0;                     ///< as told last
 };

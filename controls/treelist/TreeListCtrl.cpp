@@ -201,6 +201,12 @@ void CTreeListCtrl::OnColumnsChanged()
     Invalidate();
 }
 
+void CTreeListCtrl::OnRowsChanged()
+{
+    if (m_accessible)
+        m_accessible->RowsChanged();
+}
+
 // --- Events ----------------------------------------------------------------------------------------------------------
 
 bool CTreeListCtrl::event(QEvent *event)

@@ -293,6 +293,7 @@ protected:
     void OnTextChanged(const CTreeListItem *item, int column) override;
     void OnStateChanged(const CTreeListItem *item, std::uint32_t changed) override;
     void OnColumnsChanged() override;
+    void OnRowsChanged() override;
     // TreeListScroll.cpp
     void Layout() override;
     void resizeEvent(QResizeEvent *event) override;

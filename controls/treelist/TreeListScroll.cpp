@@ -1,4 +1,3 @@
-#include "controls/treelist/TreeListAccessible.h"
 #include "controls/treelist/TreeListCtrl.h"
 #include "controls/treelist/TreeListGlyphs.h"
 #include "controls/treelist/TreeListHeaderCtrl.h"
@@ -46,8 +45,6 @@ void CTreeListCtrl::Layout()
     if (m_bLayoutDue)
         return;
     m_bLayoutDue = true;
-    if (m_accessible)
-        m_accessible->RowsChanged();
     QMetaObject::invokeMethod(
         this, [this] { UpToDate(); }, Qt::QueuedConnection);
 }

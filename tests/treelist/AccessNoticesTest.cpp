@@ -3,6 +3,7 @@
 
 #include "controls/treelist/TreeListAccessible.h"
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -44,6 +45,14 @@ protected:
         CTreeListAccessible::Of(*list)->RowsChanged(); // the rows that are there are told, too
         Settle();
         heard.clear();
+    }
+    /// How often the table as a whole was told since the last question; other notices are forgotten.
+    static std::ptrdiff_t TablesTold()
+    {
+        Settle();
+        const auto told = std::count(heard.begin(), heard.end(), Heard{QAccessible::TableModelChanged, ""});
+        heard.clear();
+        return told;
     }
 };
 
@@ -103,6 +112,81 @@ TEST_F(TreeListNotices, ExpansionIsToldWithTheRowsThatChanged)
     Settle();
     EXPECT_THAT(heard, Contains(Heard{QAccessible::StateChanged, "Outfall 2"}));
     EXPECT_THAT(heard, Contains(Heard{QAccessible::TableModelChanged, ""}));
+}
+
+TEST_F(TreeListNotices, RowsInThePlaceOfAsManyOthersAreToldOnce)
+{
+    CreateTree();
+    Listen();
+    const int rows = Rows()->rowCount();
+    list->DeleteItem(areaA);
+    list->InsertItem(L"In its place", pipe12);
+    EXPECT_EQ(TablesTold(), 1);
+    list->DeleteAllItems();
+    for (int row = 0; row < rows; ++row)
+        list->InsertItem(L"New");
+    ASSERT_EQ(Rows()->rowCount(), rows);
+    EXPECT_EQ(TablesTold(), 1) << "filled anew";
+    EXPECT_EQ(TablesTold(), 0);
+}
+
+TEST_F(TreeListNotices, RowsThatChangeTheirPlacesAreToldOnce)
+{
+    CreateTree();
+    Listen();
+    ASSERT_NE(list->ExchangeItem(areaA, areaB), 0);
+    EXPECT_EQ(TablesTold(), 1);
+    ASSERT_NE(list->MoveAfterItem(areaC, pipe12, TreeListLast()), 0);
+    EXPECT_EQ(TablesTold(), 1);
+}
+
+TEST_F(TreeListNotices, AnotherOrderOfColumnsIsToldOnce)
+{
+    CreateTree();
+    Listen();
+    list->SetColumnOrderArray({2, 0, 1});
+    EXPECT_EQ(TablesTold(), 1);
+    list->SetColumnOrderArray({0, 1, 2});
+    list->SetColumnOrderArray({2, 0, 1});
+    EXPECT_EQ(TablesTold(), 0) << "it stands as it was told";
+}
+
+TEST_F(TreeListNotices, OtherColumnsInThePlaceOfAsManyAreToldOnce)
+{
+    CreateTree();
+    Listen();
+    const std::wstring title = list->GetColumnText(2);
+    list->DeleteColumn(2);
+    list->InsertColumn(title);
+    EXPECT_EQ(TablesTold(), 1) << "its texts are gone";
+    list->SetColumnText(2, L"Another title");
+    EXPECT_EQ(TablesTold(), 1);
+    list->SetColumnFormat(1, kColumnHidden, 0);
+    list->SetColumnFormat(1, 0, kColumnHidden);
+    EXPECT_EQ(TablesTold(), 0) << "it stands as it was told";
+}
+
+TEST_F(TreeListNotices, WhatOnlyLooksDifferentIsNoOtherTable)
+{
+    CreateTree();
+    Listen();
+    list->SetColumnWidth(1, 120);
+    list->SetItemHeight(30);
+    list->SetStyle(kTreeStyle | StyleVertGrid);
+    list->resize(300, 200);
+    EXPECT_EQ(TablesTold(), 0);
+}
+
+TEST_F(TreeListNotices, RowsThatChangedUnheardAreToldToTheNextOneWhoHears)
+{
+    CreateTree();
+    Listen();
+    CTreeListAccessible::SetHandler(nullptr);
+    ASSERT_NE(list->ExchangeItem(areaA, areaB), 0);
+    Settle();
+    CTreeListAccessible::SetHandler(hear);
+    list->SetItemText(areaC, 1, L"0.30");
+    EXPECT_EQ(TablesTold(), 1);
 }
 
 TEST_F(TreeListNotices, ChangedTextsChecksAndLocksAreTold)
