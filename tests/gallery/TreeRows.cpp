@@ -17,6 +17,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -185,13 +186,36 @@ void copyRow(const CTreeListCtrl &from, const CTreeListItem *item, CTreeListCtrl
         return;
     const TreeListImages images = item->Images();
     to.SetItemImage(copy, images.normal, images.expanded, images.selected, images.expandedSelected);
-    to.SetItemState(copy, item->State() & kItemShowsImage, 0);
+    constexpr std::uint32_t kShown = kItemShowsCheck | kItemShowsLock | kItemShowsImage;
+    to.SetItemState(copy, item->State() & kShown, ~item->State() & kShown);
+    to.SetItemModify(copy, kName, item->ColumnModify(kName));
     to.SetCheck(copy, from.GetCheck(item));
     to.SetLock(copy, from.GetLock(item));
     for (const CTreeListItem *child = item->FirstChild(); child; child = child->Next())
         copyRow(from, child, to, copy);
     if (item->Has(kItemExpanded))
         to.Expand(copy, kExpand);
+}
+
+/// A fresh list becomes as another one is: columns, rows, selection, height of the rows and font.
+void copyList(CTreeListCtrl &from, CTreeListCtrl &to)
+{
+    to.setFont(from.font());
+    to.SetItemHeight(from.GetItemHeight());
+    for (int column = 0; column < from.GetColumnCount(); ++column)
+        to.SetColumnWidth(column, from.GetColumnWidth(column));
+    to.SetColumnOrderArray(from.GetColumnOrderArray());
+    to.SetSortColumn(from.GetSortColumn(), from.IsSortDescending());
+    for (const CTreeListItem *item = from.GetRootItem()->FirstChild(); item; item = item->Next())
+        copyRow(from, item, to, TreeListRoot());
+    std::vector<int> selected; // the newest first
+    TreeListPosition position = from.GetFirstSelectedItemPosition();
+    for (int count = from.GetSelectedCount(); count > 0; --count)
+        selected.push_back(from.GetShowIndex(from.GetNextSelectedItem(position)));
+    for (auto row = selected.rbegin(); row != selected.rend(); ++row) {
+        if (*row >= 0)
+            to.SelectItem(to.GetFirstShowItem(*row), from.GetSelectColumn(), false);
+    }
 }
 
 /// Both lists; their owner.
@@ -204,17 +228,10 @@ public:
         column->setSpacing(6);
         for (auto &[list, name, height] :
              {std::tuple{&m_list, translated("Tree list"), 320}, {&m_other, translated("Rows from above"), 140}}) {
-            *list = new CTreeListCtrl;
-            (*list)->setAccessibleName(name);
+            *list = Make(kFirstStyle, name, height);
             if (list == &m_other)
                 column->addWidget(new QLabel(translated("Rows can be dragged here from above")));
             column->addWidget(*list);
-            (*list)->Create(kFirstStyle, QRect(), this, 0);
-            (*list)->setFixedHeight(height);
-            (*list)->SetOwner(this);
-            addColumns(**list);
-            connect(*list, &CTreeListCtrl::ColumnClicked, this,
-                    [this](int clicked) { m_note(translated("Tree list: header of column %1").arg(clicked)); });
         }
         m_bQuiet = true;
         fillSmall(*m_list);
@@ -233,11 +250,31 @@ public:
         StyleDropRoot;
 
     CTreeListCtrl &List() { return *m_list; }
+    /// With the bit that a list takes at Create only and keeps as its frame.
+    std::uint32_t Style() const { return m_list->GetStyle() | (m_bEdge ? std::uint32_t{StyleClientEdge} : 0u); }
     /// Both follow.
     void SetStyle(std::uint32_t style)
     {
-        m_list->SetStyle(style);
-        m_other->SetStyle(style);
+        const bool edge = (style & StyleClientEdge) != 0;
+        if (edge != std::exchange(m_bEdge, edge)) {
+            m_bQuiet = true;
+            Remake(m_list, style);
+            Remake(m_other, style);
+            m_bQuiet = false;
+            return;
+        }
+        m_list->SetStyle(style & ~StyleClientEdge);
+        m_other->SetStyle(style & ~StyleClientEdge);
+    }
+    void SetBkColor(std::uint32_t colour)
+    {
+        m_ground = colour;
+        m_list->SetBkColor(colour);
+    }
+    void SetTextColor(std::uint32_t colour)
+    {
+        m_text = colour;
+        m_list->SetTextColor(colour);
     }
     void SetItemHeight(int height)
     {
@@ -295,6 +332,35 @@ public:
     }
 
 private:
+    CTreeListCtrl *Make(std::uint32_t style, const QString &name, int height)
+    {
+        auto *list = new CTreeListCtrl;
+        list->setAccessibleName(name);
+        list->Create(style, QRect(), this, 0);
+        list->setFixedHeight(height);
+        list->SetOwner(this);
+        addColumns(*list);
+        connect(list, &CTreeListCtrl::ColumnClicked, this,
+                [this](int clicked) { m_note(translated("Tree list: header of column %1").arg(clicked)); });
+        return list;
+    }
+
+    /// A list of another style in a list's place.
+    void Remake(CTreeListCtrl *&list, std::uint32_t style)
+    {
+        list->FinishModify();
+        CTreeListCtrl *fresh = Make(style, list->accessibleName(), list->height());
+        copyList(*list, *fresh);
+        if (list == m_list && m_ground)
+            fresh->SetBkColor(*m_ground);
+        if (list == m_list && m_text)
+            fresh->SetTextColor(*m_text);
+        layout()->replaceWidget(list, fresh);
+        list->SetOwner(nullptr);
+        delete std::exchange(list, fresh);
+        fresh->show();
+    }
+
     static void addColumns(CTreeListCtrl &list)
     {
         list.SetColumnText(kName, L"Name");
@@ -340,7 +406,9 @@ private:
     std::function<void(const QString &)> m_note;
     CTreeListCtrl *m_list = nullptr, *m_other = nullptr;
     std::set<int> m_refused;
+    std::optional<std::uint32_t> m_ground, m_text; ///< colours that were chosen
     bool m_bQuiet = false;
+    bool m_bEdge = false; ///< the sunken frame
 };
 
 /// A check box for each bit; all show what the control made of it.
@@ -350,7 +418,7 @@ void addStyles(Options &options, TreePage &page)
     const auto show = [&page, boxes] {
         for (const auto &[bit, box] : *boxes) {
             const QSignalBlocker blocker(box);
-            box->setChecked(page.List().HasStyle(bit));
+            box->setChecked((page.Style() & bit) != 0);
         }
     };
     for (const StyleGroup &group : styleGroups()) {
@@ -359,7 +427,7 @@ void addStyles(Options &options, TreePage &page)
             auto *box = new QCheckBox(translated(label));
             static_cast<QFormLayout *>(options.layout())->addRow(box);
             QObject::connect(box, &QCheckBox::toggled, &options, [&page, show, bit = bit](bool on) {
-                const std::uint32_t style = page.List().GetStyle();
+                const std::uint32_t style = page.Style();
                 page.SetStyle(on ? style | bit : style & ~bit);
                 show();
             });
@@ -410,18 +478,17 @@ Row treeRow(const Setting &setting)
 {
     auto *page = new TreePage(setting.note);
     auto *options = new Options;
-    CTreeListCtrl *list = &page->List();
     options->Button(translated("A small network"), [=] { page->Fill(0); });
     options->Button(translated("100,000 rows"), [=] { page->Fill(100'000); });
-    options->Number(translated("Row height"), list->GetItemHeight(), 16, 60,
+    options->Number(translated("Row height"), page->List().GetItemHeight(), 16, 60,
                     [=](int height) { page->SetItemHeight(height); });
-    options->Number(translated("Size in points"), list->font().pointSize(), 6, 24,
+    options->Number(translated("Size in points"), page->List().font().pointSize(), 6, 24,
                     [=](int size) { page->SetFontSize(size); });
     options->Choice(translated("Width of the names"),
                     {translated("As dragged"), translated("To the rows"), translated("To rows and header")}, 0,
                     [=](int index) {
                         if (index > 0)
-                            list->SetColumnWidth(kName, -index, 60);
+                            page->List().SetColumnWidth(kName, -index, 60);
                     });
     addStyles(*options, *page);
     addRowOptions(*options, *page);
@@ -436,15 +503,15 @@ Row treeRow(const Setting &setting)
     for (const auto &[code, label] : kRefusals)
         options->Check(translated(label), false, [=, code = code](bool on) { page->Refuse(code, on); });
     options->Heading(translated("Colours"));
-    options->Colour(translated("Background"), [=](std::uint32_t colour) { list->SetBkColor(colour); });
-    options->Colour(translated("Text"), [=](std::uint32_t colour) { list->SetTextColor(colour); });
+    options->Colour(translated("Background"), [=](std::uint32_t colour) { page->SetBkColor(colour); });
+    options->Colour(translated("Text"), [=](std::uint32_t colour) { page->SetTextColor(colour); });
 
     Row row;
     row.name = translated("Tree list");
     row.control = page;
     row.options = options;
-    row.text = [list] {
-        const CTreeListItem *item = list->GetSelectedItem();
+    row.text = [page] {
+        const CTreeListItem *item = page->List().GetSelectedItem();
         return item ? ToQString(item->Text(kName)) : QString();
     };
     row.wide = true;

@@ -80,6 +80,17 @@ TEST_F(TreeListControl, TheClientEdgeIsTakenOutOfTheStyleAndBecomesAFrame)
     EXPECT_NE(list->frameShape(), QFrame::Box);
 }
 
+TEST_F(TreeListControl, TheFrameOfCreateStaysThroughEveryLaterStyle)
+{
+    ASSERT_NE(list->Create(kTreeStyle | StyleClientEdge, QRect(), &window, 1), 0);
+    list->SetStyle(list->GetStyle() | StyleCheck);
+    EXPECT_EQ(list->frameShape(), QFrame::StyledPanel);
+    CTreeListCtrl plain(&window);
+    ASSERT_NE(plain.Create(kTreeStyle, QRect(), &window, 2), 0);
+    plain.SetStyle(kTreeStyle | StyleClientEdge);
+    EXPECT_EQ(plain.frameShape(), QFrame::Box) << "the client edge is taken at Create only";
+}
+
 TEST_F(TreeListControl, WithoutTheClientEdgeTheFrameIsAThinRectangleOfShadows)
 {
     CreateTree();
