@@ -182,7 +182,7 @@ TEST_F(OverviewRoad, EverySectionOfTheTownStandsOnceAndTheSumsAreThoseOfTheTable
 TEST_F(OverviewRoad, ItTellsThatTheSharesAreWholeAndLeadsToTheTwoSectionsThatDrainNothing)
 {
     run([](Session &, CAdUiBaseDialog &dialog, CTreeListCtrl &list) {
-        EXPECT_EQ(dialog.Control<QLabel>(103)->text(), "The shares of all areas add up to 100 %: 66 areas.");
+        EXPECT_EQ(dialog.Control<QLabel>(103)->text(), "The shares of each area add up to 100 %: 66 areas.");
         EXPECT_EQ(dialog.Control<QLabel>(104)->text(), "Sections that drain nothing: 2 of 70.");
         auto *findings = dialog.Control<QTreeWidget>(102);
         ASSERT_EQ(findings->topLevelItemCount(), 1);
@@ -259,7 +259,7 @@ TEST_F(OverviewRoad, AScriptOfTheProgramOpensItAndReadsItsTwoLines)
         test::runProgram({"run", (folder / "look.velmor").string(), "--language", "en"}, folder.path());
     EXPECT_EQ(outcome.code, 0) << outcome.err;
     EXPECT_EQ(outcome.err, "");
-    EXPECT_THAT(outcome.out, HasSubstr("The shares of all areas add up to 100 %: 66 areas."));
+    EXPECT_THAT(outcome.out, HasSubstr("The shares of each area add up to 100 %: 66 areas."));
     EXPECT_THAT(outcome.out, HasSubstr("Sections that drain nothing: 2 of 70."));
 }
 

@@ -63,7 +63,7 @@ TEST_F(OverviewFindings, WhenAllIsWellTheTwoLinesSaySoAndThereIsNoList)
 {
     areaNamed(L"C")->SetConnectedSectionShare(network().sectionByName(L"S3"), 1.0, 1);
     run([&](CNetworkOverviewDlg &dialog) {
-        EXPECT_EQ(text(dialog, kShares), "The shares of all areas add up to 100 %: 3 areas.");
+        EXPECT_EQ(text(dialog, kShares), "The shares of each area add up to 100 %: 3 areas.");
         EXPECT_EQ(text(dialog, kDrains), "Every section drains an area: 4 sections.");
         EXPECT_FALSE(findings(dialog).isVisible());
     });
