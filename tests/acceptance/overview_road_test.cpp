@@ -1,7 +1,6 @@
 // The road of the overview: the example town's areas are defined with the script that is shipped, both real modules
 // are loaded, the overview is worked through its widgets, and the saved drawing is read back.
-#include "tests/acceptance/AreaRows.h"
-#include "tests/app/ProgramRun.h"
+#include "tests/acceptance/DefinedTown.h"
 
 #include "contracts/HostDialog.h"
 #include "controls/treelist/TreeListCtrl.h"
@@ -37,25 +36,10 @@ using testing::SizeIs;
 
 enum Column { Name, Length, From, To, Type, Hectares, Share, Drains, Coefficient, Note };
 
-class OverviewRoad : public testing::Test {
+class OverviewRoad : public test::DefinedTown {
 protected:
-    static void SetUpTestSuite()
-    {
-        s_town.emplace();
-        fs::copy(fs::path(VELMOR_SOURCE_DIR) / "examples", *s_town / "examples");
-        fs::create_directory(*s_town / "out");
-        ASSERT_EQ(test::runProgram({"run", "examples/town.velmor"}, s_town->path()).code, 0);
-    }
-    static void TearDownTestSuite() { s_town.reset(); }
-
     std::string town() const { return (*s_town / "out/town.dxf").string(); }
     std::string left() const { return (folder / "left.dxf").string(); }
-    std::vector<test::AreaRow> areasOf(const std::string &drawing)
-    {
-        const test::Outcome outcome = test::runProgram({"areas", drawing, "--csv"}, folder.path());
-        EXPECT_EQ(outcome.code, 0) << outcome.err;
-        return test::areaRows(outcome.out);
-    }
 
     /// Opens the town in a session with both modules, works the overview, and what comes after it.
     template <class Work>
@@ -131,11 +115,7 @@ protected:
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
         settle();
     }
-
-    static std::optional<test::ScratchFolder> s_town;
-    test::ScratchFolder folder;
 };
-std::optional<test::ScratchFolder> OverviewRoad::s_town;
 
 TEST_F(OverviewRoad, EverySectionOfTheTownStandsOnceAndTheSumsAreThoseOfTheTableOfAreas)
 {

@@ -1,15 +1,12 @@
 // Roads of the overview as scripts: the example town is defined with the script that is shipped, a script of the folder
 // overview works the dialog with its tree, and the saved drawing is read back.
-#include "tests/acceptance/AreaRows.h"
-#include "tests/app/ProgramRun.h"
+#include "tests/acceptance/DefinedTown.h"
 
 #include "host/drawing/Drawing.h"
 #include "host/network/Network.h"
 #include "host/services/Text.h"
 
 #include <gmock/gmock.h>
-
-#include <optional>
 
 namespace velmor {
 namespace {
@@ -18,45 +15,16 @@ namespace fs = std::filesystem;
 
 using testing::HasSubstr;
 
-class OverviewScript : public testing::Test {
+class OverviewScript : public test::DefinedTown {
 protected:
-    static void SetUpTestSuite()
-    {
-        s_town.emplace();
-        fs::copy(fs::path(VELMOR_SOURCE_DIR) / "examples", *s_town / "examples");
-        fs::create_directory(*s_town / "out");
-        ASSERT_EQ(test::runProgram({"run", "examples/town.velmor"}, s_town->path()).code, 0);
-    }
-    static void TearDownTestSuite() { s_town.reset(); }
-
-    OverviewScript()
-    {
-        fs::create_directory(folder / "out");
-        fs::copy_file(*s_town / "out/town.dxf", folder / "out/town.dxf");
-        fs::copy(fs::path(VELMOR_SOURCE_DIR) / "tests/acceptance/overview", folder / "scripts");
-    }
-    test::Outcome run(std::vector<std::string> arguments)
-    {
-        arguments.insert(arguments.end(), {"--language", "en"});
-        return test::runProgram(arguments, folder.path());
-    }
+    OverviewScript() { bring("overview"); }
     /// A script of this line, in the opened overview of the town.
     test::Outcome runLine(const std::string &line)
     {
         test::writeFile(folder / "line.velmor", "open out/town.dxf\nzemsewage_overview\n    " + line + "\n    close\n");
         return run({"run", "line.velmor"});
     }
-    std::vector<test::AreaRow> areasOf(const std::string &drawing)
-    {
-        const test::Outcome outcome = run({"areas", drawing, "--csv"});
-        EXPECT_EQ(outcome.code, 0) << outcome.err;
-        return test::areaRows(outcome.out);
-    }
-
-    static std::optional<test::ScratchFolder> s_town;
-    test::ScratchFolder folder;
 };
-std::optional<test::ScratchFolder> OverviewScript::s_town;
 
 TEST_F(OverviewScript, TheTreeIsLookedAtTickedAndRenamedAndUndoTakesItBack)
 {

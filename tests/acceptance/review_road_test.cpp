@@ -1,7 +1,6 @@
 // Roads of the review through the program: the example town's areas are defined with the script that is shipped, a
 // script of the folder review works the review dialog, and the saved drawing is read back, by us and by others.
-#include "tests/acceptance/AreaRows.h"
-#include "tests/app/ProgramRun.h"
+#include "tests/acceptance/DefinedTown.h"
 
 #include "host/drawing/Drawing.h"
 #include "host/drawing/Entities.h"
@@ -49,40 +48,14 @@ std::map<std::string, AreaRow> byName(const std::vector<AreaRow> &rows)
     return found;
 }
 
-class ReviewRoad : public testing::Test {
+class ReviewRoad : public test::DefinedTown {
 protected:
-    /// The town is defined once for all roads; each road gets the drawing as a file of its own.
-    static void SetUpTestSuite()
-    {
-        s_town.emplace();
-        fs::copy(fs::path(VELMOR_SOURCE_DIR) / "examples", *s_town / "examples");
-        fs::create_directory(*s_town / "out");
-        ASSERT_EQ(test::runProgram({"run", "examples/town.velmor"}, s_town->path()).code, 0);
-    }
-    static void TearDownTestSuite() { s_town.reset(); }
-
-    ReviewRoad()
-    {
-        fs::create_directory(folder / "out");
-        fs::copy_file(*s_town / "out/town.dxf", folder / "out/town.dxf");
-        fs::copy(fs::path(VELMOR_SOURCE_DIR) / "tests/acceptance/review", folder / "scripts");
-    }
-    test::Outcome run(std::vector<std::string> arguments)
-    {
-        arguments.insert(arguments.end(), {"--language", "en"});
-        return test::runProgram(arguments, folder.path());
-    }
+    ReviewRoad() { bring("review"); }
     void runScript(const std::string &name)
     {
         const test::Outcome outcome = run({"run", "scripts/" + name + ".velmor"});
         EXPECT_EQ(outcome.code, 0) << outcome.err;
         EXPECT_EQ(outcome.err, "");
-    }
-    std::vector<AreaRow> areasOf(const std::string &drawing)
-    {
-        const test::Outcome outcome = run({"areas", drawing, "--csv"});
-        EXPECT_EQ(outcome.code, 0) << outcome.err;
-        return test::areaRows(outcome.out);
     }
     std::vector<AreaRow> before() { return areasOf("out/town.dxf"); }
     std::vector<AreaRow> after() { return areasOf("out/reviewed.dxf"); }
@@ -161,12 +134,7 @@ protected:
         }
         return labels;
     }
-
-    static std::optional<test::ScratchFolder> s_town;
-    test::ScratchFolder folder;
 };
-
-std::optional<test::ScratchFolder> ReviewRoad::s_town;
 
 TEST_F(ReviewRoad, TheFilterShowsWhatHasTheTypeAndChecksAreCountedTogether)
 {
