@@ -3,14 +3,10 @@
 #include "contracts/HostDialog.h"
 #include "definition/ControlIds.h"
 #include "definition/DlgCreateCatchmentArea.h"
-#include "host/editor/Captions.h"
-#include "host/editor/MainWindow.h"
-#include "host/editor/Session.h"
-#include "host/editor/Theme.h"
 #include "host/editor/Viewport.h"
 #include "host/network/Network.h"
-#include "host/services/Services.h"
 #include "tests/pictures/Pictures.h"
+#include "tests/pictures/ShownDrawing.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -110,16 +106,11 @@ private:
 
 bool methodPictures(const std::filesystem::path &drawing, const QDir &folder)
 {
-    Services::instance().start({.language = "en"});
-    followLanguage();
-    applyTheme(Theme::Light);
-    Session session;
-    session.setDrawing(Drawing::createNew());
-    MainWindow window(session);
-    window.resize(1280, 800);
-    window.show();
-    if (!window.openFile(drawing))
+    ShownDrawing shown(drawing);
+    if (!shown.isOpen)
         return false;
+    Session &session = shown.session;
+    MainWindow &window = shown.window;
     MethodRun method(session, window, folder);
     method.run(QStringLiteral("method-current-section.png"), kMethodCurrentSection, {L"D12", L"D13", L"D14"}, 1.6,
                [&](CAdUiBaseDialog &dialog) {

@@ -1,15 +1,11 @@
 #include "tests/pictures/OverviewPictures.h"
 
 #include "controls/treelist/TreeListCtrl.h"
-#include "host/editor/Captions.h"
-#include "host/editor/MainWindow.h"
-#include "host/editor/Session.h"
-#include "host/editor/Theme.h"
 #include "host/editor/Viewport.h"
-#include "host/services/Services.h"
 #include "host/sewage/CatchmentStore.h"
 #include "overview/NetworkOverviewDlg.h"
 #include "tests/pictures/Pictures.h"
+#include "tests/pictures/ShownDrawing.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -58,16 +54,11 @@ bool overviewPicture(Session &session, const QDir &folder, const QString &look)
 
 bool overviewRoadPicture(const std::filesystem::path &drawing, const QDir &folder)
 {
-    Services::instance().start({.language = "en"});
-    followLanguage();
-    applyTheme(Theme::Light);
-    Session session;
-    session.setDrawing(Drawing::createNew());
-    MainWindow window(session);
-    window.resize(1280, 800);
-    window.show();
-    if (!window.openFile(drawing))
+    ShownDrawing shown(drawing);
+    if (!shown.isOpen)
         return false;
+    Session &session = shown.session;
+    MainWindow &window = shown.window;
     // A share that is not whole, as a hand that slipped leaves it.
     const auto areas = session.drawing()->component<CatchmentStore>().areas();
     ZEMGis::Sewage::SectionShares shares;

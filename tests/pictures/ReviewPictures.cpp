@@ -1,19 +1,15 @@
 #include "tests/pictures/ReviewPictures.h"
 
 #include "contracts/HostDialog.h"
-#include "host/editor/Captions.h"
 #include "host/editor/ControlEvents.h"
-#include "host/editor/MainWindow.h"
-#include "host/editor/Session.h"
-#include "host/editor/Theme.h"
 #include "host/editor/Viewport.h"
 #include "host/editor/dialogs/HostDialogs.h"
 #include "host/network/Network.h"
-#include "host/services/Services.h"
 #include "host/services/Text.h"
 #include "review/DlgEditCatchmentArea.h"
 #include "review/ReviewControls.h"
 #include "tests/pictures/Pictures.h"
+#include "tests/pictures/ShownDrawing.h"
 
 #include <cstdio>
 #include <functional>
@@ -54,16 +50,11 @@ bool reviewPicture(Session &session, const QDir &folder, const QString &look)
 
 bool reviewRoadPictures(const std::filesystem::path &drawing, const QDir &folder)
 {
-    Services::instance().start({.language = "en"});
-    followLanguage();
-    applyTheme(Theme::Light);
-    Session session;
-    session.setDrawing(Drawing::createNew());
-    MainWindow window(session);
-    window.resize(1280, 800);
-    window.show();
-    if (!window.openFile(drawing))
+    ShownDrawing shown(drawing);
+    if (!shown.isOpen)
         return false;
+    Session &session = shown.session;
+    MainWindow &window = shown.window;
     bool isDone = true;
     session.setDialogDriver([&](CAdUiBaseDialog &dialog) {
         ControlEvents events(dialog);

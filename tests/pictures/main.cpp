@@ -2,17 +2,14 @@
 // languages, light and dark, and the ways of defining areas over one that has a network only.
 #include "contracts/HostDialog.h"
 #include "definition/DlgCreateCatchmentArea.h"
-#include "host/editor/Captions.h"
-#include "host/editor/MainWindow.h"
 #include "host/editor/Selection.h"
-#include "host/editor/Theme.h"
 #include "host/editor/Viewport.h"
 #include "host/network/Network.h"
-#include "host/services/Services.h"
 #include "tests/pictures/MethodPictures.h"
 #include "tests/pictures/OverviewPictures.h"
 #include "tests/pictures/Pictures.h"
 #include "tests/pictures/ReviewPictures.h"
+#include "tests/pictures/ShownDrawing.h"
 
 #include <QApplication>
 #include <QDir>
@@ -40,18 +37,13 @@ bool save(QWidget &window, const QString &file)
 
 bool picturesOf(const std::filesystem::path &drawing, const QDir &folder, const char *language, Theme theme)
 {
-    Services::instance().start({.language = language});
-    followLanguage();
-    applyTheme(theme);
     const QString look =
         QStringLiteral("-%1-%2.png").arg(QLatin1String(language), QString::fromWCharArray(nameOf(theme)));
-    Session session;
-    session.setDrawing(Drawing::createNew());
-    MainWindow window(session);
-    window.resize(1280, 800);
-    window.show();
-    if (!window.openFile(drawing))
+    ShownDrawing shown(drawing, language, theme);
+    if (!shown.isOpen)
         return false;
+    Session &session = shown.session;
+    MainWindow &window = shown.window;
     showDock(window, "dock.layers");
     showDock(window, "dock.areas");
     window.resizeDocks({window.findChild<QDockWidget *>(QStringLiteral("dock.areas"))}, {230}, Qt::Vertical);
