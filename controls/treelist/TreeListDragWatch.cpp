@@ -46,10 +46,13 @@ bool CTreeListCtrl::DragWatch::LosesCapture(const QObject *watched, const QEvent
 
 bool CTreeListCtrl::DragWatch::LosesTarget(const QObject *watched, const QEvent &event) const
 {
-    const CTreeListCtrl *const target = m_control.GetDragTarget();
-    if (target == nullptr || watched != target || target == &m_control)
+    if (event.type() != QEvent::Hide && event.type() != QEvent::EnabledChange)
         return false;
-    return event.type() == QEvent::Hide || (event.type() == QEvent::EnabledChange && !target->isEnabled());
+    // Asked of the control itself: while the target is being destroyed it is a target still, and no control any more.
+    const auto *const control = qobject_cast<const CTreeListCtrl *>(watched);
+    if (control == nullptr || control == &m_control || control != m_control.GetDragTarget())
+        return false;
+    return event.type() == QEvent::Hide || !control->isEnabled();
 }
 
 bool CTreeListCtrl::DragWatch::TakesKey(QEvent &event)

@@ -86,6 +86,11 @@ void *operator new(std::size_t bytes)
     return block;
 }
 
+void *operator new(std::size_t bytes, const std::nothrow_t &) noexcept
+{
+    return noMemory ? nullptr : std::malloc(bytes > 0 ? bytes : 1);
+}
+
 void operator delete(void *block) noexcept
 {
     std::free(block);

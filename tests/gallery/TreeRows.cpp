@@ -355,7 +355,7 @@ private:
             fresh->SetBkColor(*m_ground);
         if (list == m_list && m_text)
             fresh->SetTextColor(*m_text);
-        layout()->replaceWidget(list, fresh);
+        delete layout()->replaceWidget(list, fresh);
         list->SetOwner(nullptr);
         delete std::exchange(list, fresh);
         fresh->show();

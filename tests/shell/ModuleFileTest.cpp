@@ -67,7 +67,7 @@ std::vector<std::string> namesOf(const std::vector<Symbol> &symbols)
 
 const std::vector<Symbol> &shown()
 {
-    static const auto list = symbols("-D --defined-only");
+    static const auto list = symbols("-D --extern-only --defined-only");
     return list;
 }
 
