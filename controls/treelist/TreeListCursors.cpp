@@ -29,11 +29,16 @@ void rimmed(QPainter &painter, const QPainterPath &shape, double width, const QB
     painter.drawPath(shape);
 }
 
-void boxWithPlus(QPainter &painter)
+void emptyBox(QPainter &painter)
 {
     QPainterPath box;
     box.addRect(QRectF(15.5, 14.5, 12, 12));
     rimmed(painter, box, 1.0, Qt::white);
+}
+
+void boxWithPlus(QPainter &painter)
+{
+    emptyBox(painter);
     QPainterPath plus(QPointF(21.5, 17.5));
     plus.lineTo(21.5, 23.5);
     plus.moveTo(18.5, 20.5);
@@ -43,9 +48,7 @@ void boxWithPlus(QPainter &painter)
 
 void boxWithTick(QPainter &painter)
 {
-    QPainterPath box;
-    box.addRect(QRectF(15.5, 14.5, 12, 12));
-    rimmed(painter, box, 1.0, Qt::white);
+    emptyBox(painter);
     QPainterPath tick(QPointF(18.2, 20.6));
     tick.lineTo(20.6, 23.2);
     tick.lineTo(25.0, 17.6);
