@@ -1,4 +1,5 @@
 // What the cells of the extended list look like.
+#include "tests/controls/Ink.h"
 #include "tests/controls/ListFixture.h"
 
 #include "controls/ListPainting.h"
@@ -29,18 +30,6 @@ protected:
             }
         }
         return false;
-    }
-    /// Sum of the horizontal positions of what differs from the ground, to tell where a text stands.
-    static QRect Ink(const QImage &image, const QColor &ground)
-    {
-        QRect ink;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (image.pixelColor(x, y) != ground)
-                    ink |= QRect(x, y, 1, 1);
-            }
-        }
-        return ink;
     }
 };
 
@@ -117,10 +106,10 @@ TEST_F(ListPaint, TextsStandAsTheirColumnsDo)
     Show();
     other->setFocus(); // no mark of the current cell
 
-    const QRect right = Ink(CellPicture(0, 1), Qt::white), middle = Ink(CellPicture(0, 2), Qt::white);
+    const QRect right = InkOf(CellPicture(0, 1), Qt::white), middle = InkOf(CellPicture(0, 2), Qt::white);
     EXPECT_NEAR(right.right(), 100 - 1 - 6, 2);
     EXPECT_NEAR(middle.center().x(), 50, 3);
-    EXPECT_NEAR(Ink(CellPicture(0, 0), QColor(0xF0, 0xF0, 0xF0)).left(), 6, 2);
+    EXPECT_NEAR(InkOf(CellPicture(0, 0), QColor(0xF0, 0xF0, 0xF0)).left(), 6, 2);
 }
 
 TEST_F(ListPaint, TheFirstColumnIsBoldAndOthersWhenToldSo)
@@ -129,10 +118,10 @@ TEST_F(ListPaint, TheFirstColumnIsBoldAndOthersWhenToldSo)
     Fill({L"a"});
     list->SetItemText(0, 2, L"mmmmmm");
     Show();
-    const QRect normal = Ink(CellPicture(0, 2), Qt::white);
+    const QRect normal = InkOf(CellPicture(0, 2), Qt::white);
     list->SetBold(0, 2, true);
 
-    EXPECT_GT(Ink(CellPicture(0, 2), Qt::white).width(), normal.width());
+    EXPECT_GT(InkOf(CellPicture(0, 2), Qt::white).width(), normal.width());
     EXPECT_TRUE(list->GetBold(0, 2));
 }
 
@@ -142,10 +131,10 @@ TEST_F(ListPaint, ACheckBoxStandsAtTheLeftOrAloneInTheMiddle)
     Fill({L"a"});
     list->SetCheckbox(0, 2, 0, false);
     Show();
-    const QRect alone = Ink(CellPicture(0, 2), Qt::white);
+    const QRect alone = InkOf(CellPicture(0, 2), Qt::white);
     EXPECT_NEAR(alone.center().x(), 50, 2);
     list->SetItemText(0, 2, L"text");
-    const QRect both = Ink(CellPicture(0, 2), Qt::white);
+    const QRect both = InkOf(CellPicture(0, 2), Qt::white);
     EXPECT_NEAR(both.left(), 9 + 3, 1);
 }
 
@@ -166,7 +155,7 @@ TEST_F(ListPaint, ADropDownIsPlainTextUntilItsRowIsSelected)
     Fill({L"a"});
     list->SetComboBox(0, 2, true, nullptr, 5, 0);
     Show();
-    EXPECT_TRUE(Ink(CellPicture(0, 2), Qt::white).isEmpty());
+    EXPECT_TRUE(InkOf(CellPicture(0, 2), Qt::white).isEmpty());
     list->SetCurSel(0);
     const QImage shown = CellPicture(0, 2);
     EXPECT_EQ(shown.pixelColor(shown.width() / 2, shown.height() / 2), QColor(Qt::white)); // its own ground
@@ -183,7 +172,7 @@ TEST_F(ListPaint, ACellThatIsNotDrawnShowsNoText)
     list->SetNoDraw(0, 2, true);
     Show();
 
-    EXPECT_TRUE(Ink(CellPicture(0, 2), Qt::white).isEmpty());
+    EXPECT_TRUE(InkOf(CellPicture(0, 2), Qt::white).isEmpty());
 }
 
 TEST_F(ListPaint, ACutTextHasATipAndAWholeOneNone)

@@ -3,6 +3,7 @@
 #include "controls/MyToolTipCtrl.h"
 #include "controls/ReadableColour.h"
 #include "controls/XColorStatic.h"
+#include "tests/controls/Ink.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -53,19 +54,6 @@ protected:
         image.fill(label.palette().color(QPalette::Window));
         label.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
         return image;
-    }
-
-    /// The part of the picture that differs from a colour.
-    static QRect Ink(const QImage &image, const QColor &ground)
-    {
-        QRect ink;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (image.pixelColor(x, y) != ground)
-                    ink |= QRect(x, y, 1, 1);
-            }
-        }
-        return ink;
     }
 
     /// True when some pixel has nearly the colour; letters are thin, and their edges are mixed.
@@ -210,7 +198,7 @@ TEST_F(ColourStatic, AnIconHidesTheTextCompletelyAndStandsInTheMiddle)
     label.SetIcon(QIcon(red));
     const QImage picture = Picture(label);
     EXPECT_FALSE(Holds(picture, Qt::black));
-    const QRect ink = Ink(picture, Qt::white);
+    const QRect ink = InkOf(picture, Qt::white);
     EXPECT_EQ(ink.width(), ink.height());
     EXPECT_NEAR(ink.center().x(), picture.rect().center().x(), 1);
     EXPECT_NEAR(ink.center().y(), picture.rect().center().y(), 1);
@@ -224,10 +212,10 @@ TEST_F(ColourStatic, MarginsMoveTheTopLeftOfTheTextsRectangle)
     SetDesktop(Qt::white, Qt::black);
     CXColorStatic label(Text());
     label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    const QRect before = Ink(Picture(label), Qt::white);
+    const QRect before = InkOf(Picture(label), Qt::white);
     const QSize hint = label.sizeHint();
     label.SetMargins(20, 10);
-    const QRect after = Ink(Picture(label), Qt::white);
+    const QRect after = InkOf(Picture(label), Qt::white);
     EXPECT_EQ(after.topLeft() - before.topLeft(), QPoint(20, 10));
     EXPECT_EQ(label.sizeHint() - hint, QSize(20, 10));
 }
@@ -238,7 +226,7 @@ TEST_F(ColourStatic, TheStyleTellsWhereTheTextStands)
     CXColorStatic label(Text());
     const auto ink = [&label](Qt::Alignment alignment) {
         label.setAlignment(alignment);
-        return Ink(Picture(label), Qt::white);
+        return InkOf(Picture(label), Qt::white);
     };
     const QRect leftTop = ink(Qt::AlignLeft | Qt::AlignTop), centre = ink(Qt::AlignHCenter | Qt::AlignTop),
                 right = ink(Qt::AlignRight | Qt::AlignTop), middle = ink(Qt::AlignLeft | Qt::AlignVCenter);
@@ -253,7 +241,7 @@ TEST_F(ColourStatic, TextIsBrokenBetweenWordsUnlessItIsCentredVertically)
 {
     SetDesktop(Qt::white, Qt::black);
     CXColorStatic label(QStringLiteral("WWWWWWWW WWWWWWWW"));
-    const int broken = Ink(Picture(label), Qt::white).height(); // as it is from the start
+    const int broken = InkOf(Picture(label), Qt::white).height(); // as it is from the start
     EXPECT_TRUE(label.hasHeightForWidth());
     EXPECT_GE(label.heightForWidth(120), 2 * label.fontMetrics().height());
     EXPECT_LT(label.heightForWidth(1000), 2 * label.fontMetrics().height());
@@ -262,7 +250,7 @@ TEST_F(ColourStatic, TextIsBrokenBetweenWordsUnlessItIsCentredVertically)
     EXPECT_GE(label.heightForWidth(120), 2 * label.fontMetrics().height() + 9);
     label.SetMargins(0, 0);
     label.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    const int single = Ink(Picture(label), Qt::white).height();
+    const int single = InkOf(Picture(label), Qt::white).height();
     EXPECT_GT(broken, single + 5);
     EXPECT_FALSE(label.hasHeightForWidth());
 }

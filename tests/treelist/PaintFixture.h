@@ -1,6 +1,7 @@
 // A tree list whose pixels are looked at.
 #pragma once
 
+#include "tests/controls/Ink.h"
 #include "tests/treelist/PinnedFont.h"
 #include "tests/treelist/PinnedPictures.h"
 #include "tests/treelist/TreeFixture.h"
@@ -53,18 +54,6 @@ protected:
                 count += image.pixelColor(x, y) == color ? 1 : 0;
         }
         return count;
-    }
-    /// What is not ground.
-    static QRect Ink(const QImage &image, const QColor &ground)
-    {
-        QRect ink;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (image.pixelColor(x, y) != ground)
-                    ink |= QRect(x, y, 1, 1);
-            }
-        }
-        return ink;
     }
     /// A line of one colour along a cell's bottom or right edge.
     bool HasBottomLine(const QRect &cell) const

@@ -103,9 +103,9 @@ TEST_F(TreeListPaint, WithTheBackgroundsPictureRowsAreNotFilled)
     list->SetBkColor(0x0000FF, 1);
     list->SetBkColor(0x0000FF, 2);
     EXPECT_EQ(CountOf(Picture(), QColor(0xFF, 0, 0)), 0);
-    EXPECT_GT(Ink(Picture().copy(340, 0, 50, 200), Told(colorBk)).width(), 40); // the ripple
-    EXPECT_GT(Ink(Picture().copy(100, 0, 50, 200), Told(colorBk)).width(), 40); // behind the rows as well
-    EXPECT_GT(Ink(Picture().copy(100, 150, 50, 50), Told(colorBk)).width(), 40);
+    EXPECT_GT(InkOf(Picture().copy(340, 0, 50, 200), Told(colorBk)).width(), 40); // the ripple
+    EXPECT_GT(InkOf(Picture().copy(100, 0, 50, 200), Told(colorBk)).width(), 40); // behind the rows as well
+    EXPECT_GT(InkOf(Picture().copy(100, 150, 50, 50), Told(colorBk)).width(), 40);
     const QImage enabled = Picture();
     list->setEnabled(false);
     EXPECT_NE(Picture().pixel(kBeside, 1), enabled.pixel(kBeside, 1));
@@ -205,12 +205,12 @@ TEST_F(TreeListPaint, TextsStandAsTheirColumnsDo)
     QRect text;
     list->GetItemRect(areaA, 0, text, true);
     const QImage name = left.copy(text.left(), 0, text.width(), 20);
-    EXPECT_EQ(Ink(name, Told(colorBk)).left(), 0);
-    EXPECT_EQ(Ink(right, Told(colorBk)).right(), 80 - 1 - 2 - 1); // a letter ends one pixel before the next
-    EXPECT_NEAR(Ink(middle, Told(colorBk)).center().x(), 45, 1);
+    EXPECT_EQ(InkOf(name, Told(colorBk)).left(), 0);
+    EXPECT_EQ(InkOf(right, Told(colorBk)).right(), 80 - 1 - 2 - 1); // a letter ends one pixel before the next
+    EXPECT_NEAR(InkOf(middle, Told(colorBk)).center().x(), 45, 1);
     // 7 pixels high in ten, in 20.
-    EXPECT_EQ(Ink(right, Told(colorBk)).top(), 6);
-    EXPECT_EQ(Ink(right, Told(colorBk)).bottom(), 12);
+    EXPECT_EQ(InkOf(right, Told(colorBk)).top(), 6);
+    EXPECT_EQ(InkOf(right, Told(colorBk)).bottom(), 12);
 }
 
 TEST_F(TreeListPaint, ATextThatIsTooLongEndsInAnEllipsisWithinItsCell)
@@ -219,12 +219,12 @@ TEST_F(TreeListPaint, ATextThatIsTooLongEndsInAnEllipsisWithinItsCell)
     const std::wstring digits(40, L'8');
     list->SetItemText(areaA, 1, digits);
     const QImage cut = Cell(areaA, 1);
-    const QRect ink = Ink(cut, Told(colorBk));
+    const QRect ink = InkOf(cut, Told(colorBk));
     EXPECT_GE(ink.left(), 2);
     EXPECT_LE(ink.right(), 77);
     // Three dots on the base line are its last letter.
     const QImage last = cut.copy(ink.right() - 4, 0, 5, 20);
-    EXPECT_EQ(Ink(last, Told(colorBk)).height(), 1);
+    EXPECT_EQ(InkOf(last, Told(colorBk)).height(), 1);
     EXPECT_EQ(CountOf(last, Told(colorTextNormal)), 3);
 }
 
@@ -237,11 +237,11 @@ TEST_F(TreeListPaint, AColumnFittedToItsTextsShowsThemWhole)
         list->setFont(font);
         list->SetItemText(areaA, 1, L"A wavy Text, 1/4 of 117 km");
         list->SetColumnWidth(1, 200);
-        const QRect whole = Ink(Cell(areaA, 1), Told(colorBk));
+        const QRect whole = InkOf(Cell(areaA, 1), Told(colorBk));
         list->SetColumnWidth(1, -1);
-        EXPECT_EQ(Ink(Cell(areaA, 1), Told(colorBk)).width(), whole.width()) << family;
+        EXPECT_EQ(InkOf(Cell(areaA, 1), Told(colorBk)).width(), whole.width()) << family;
         list->SetColumnWidth(1, list->GetColumnWidth(1) - 3);
-        EXPECT_LT(Ink(Cell(areaA, 1), Told(colorBk)).width(), whole.width()) << family;
+        EXPECT_LT(InkOf(Cell(areaA, 1), Told(colorBk)).width(), whole.width()) << family;
     }
 }
 
@@ -265,7 +265,7 @@ TEST_F(TreeListPaint, MarksNeedTheStyleAndTheItemsBit)
         list->SetItemState(areaA, mark.bit, 0);
         EXPECT_EQ(offset(), bare + mark.width);
         const QImage cell = Cell(areaA, 0);
-        EXPECT_FALSE(Ink(cell.copy(bare, 0, mark.width, 20), Told(colorBk)).isEmpty());
+        EXPECT_FALSE(InkOf(cell.copy(bare, 0, mark.width, 20), Told(colorBk)).isEmpty());
         list->SetItemState(areaA, 0, mark.bit);
         EXPECT_EQ(offset(), bare + (mark.style == StyleCheck ? 0 : 2));
         list->SetStyle(kTreeStyle);
@@ -319,7 +319,7 @@ TEST_F(TreeListPaint, TheNewestSelectedShowsItsThirdImage)
     EXPECT_NE(image(areaA), QColor(Qt::red));
     list->SetItemImages({});
     list->SetItemImage(areaA, kImageHouse, 0, 0, 0);
-    EXPECT_FALSE(Ink(Cell(areaA, 0), Told(colorBk)).isEmpty());
+    EXPECT_FALSE(InkOf(Cell(areaA, 0), Told(colorBk)).isEmpty());
 }
 
 TEST_F(TreeListPaint, CheckAndLockOfHoverAndTargetRowAreDimmed)
@@ -411,12 +411,12 @@ TEST_F(TreeListPaint, AButtonIsABoxOfNinePixelsOnItemsWithChildren)
     };
     for (CTreeListItem *item : {outfall1, outfall2}) {
         const QImage button = box(item);
-        EXPECT_EQ(Ink(button, Told(colorBk)), QRect(4, 4, 9, 9));
+        EXPECT_EQ(InkOf(button, Told(colorBk)), QRect(4, 4, 9, 9));
         EXPECT_EQ(CountOf(button, line), 32 + (item == outfall1 ? 5 : 9)); // an edge, and minus or plus
     }
-    EXPECT_TRUE(Ink(box(areaA), Told(colorBk)).isEmpty());
+    EXPECT_TRUE(InkOf(box(areaA), Told(colorBk)).isEmpty());
     list->SetStyle(StyleTree | StyleTreeLines);
-    EXPECT_EQ(Ink(box(outfall2), Told(colorBk)), QRect());
+    EXPECT_EQ(InkOf(box(outfall2), Told(colorBk)), QRect());
 }
 
 // --- Grid ------------------------------------------------------------------------------------------------------------
